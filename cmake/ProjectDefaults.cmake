@@ -1,0 +1,18 @@
+# How this project builds its own targets: an optimized build unless told otherwise, warnings, and
+# sanitizers when asked for. None of it reaches the users of the library.
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "The kind of build" FORCE)
+endif()
+
+set(CMAKE_CXX_EXTENSIONS OFF)
+
+add_library(foundation_json_warnings INTERFACE)
+target_compile_options(foundation_json_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+    $<$<BOOL:${FOUNDATION_JSON_WERROR}>:-Werror>)
+
+if(FOUNDATION_JSON_SANITIZE)
+    add_compile_options(-fsanitize=${FOUNDATION_JSON_SANITIZE} -fno-sanitize-recover=all
+                        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${FOUNDATION_JSON_SANITIZE})
+endif()

@@ -1,0 +1,97 @@
+/// @file
+/// Arrays and objects as expressions.
+///
+/// A chain of Element terms becomes an array, a chain of Property terms an object:
+///
+///     Value list((Element(1), Element("two"), Element(Null())));      // [1,"two",null]
+///     Value record((Property("id") = 7, Property("name") = "x"));     // {"id":7,"name":"x"}
+///
+/// The parentheses matter: the comma must be the operator, not a separator of arguments. A chain
+/// wrapped once more nests:
+///
+///     Value nested((Element(1), Element((Element(2), Element(3)))));  // [1,[2,3]]
+///     Value object((Property("a") = (Property("b") = true)));         // {"a":{"b":true}}
+///
+/// Nesting is what copying an Element and assigning a Property mean here, by design: `Element
+/// e2(e)` holds one array of e's elements. Where a chain names a key twice the leftmost wins; where
+/// one Property is assigned twice the last wins.
+///
+/// Builders copy all that they are given, at every step. They are for literals of modest size
+/// written in code; bulk data is built with Value::push() and Value::operator[].
+#ifndef FOUNDATION_JSON_BUILDERS_HPP
+#define FOUNDATION_JSON_BUILDERS_HPP
+
+#include <foundation/json/export.hpp>
+#include <foundation/json/value.hpp>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace foundation::json {
+
+/// A term of an array.
+class FOUNDATION_JSON_EXPORT Element {
+public:
+    /// A chain of one element, a copy of v.
+    explicit Element(const Value& v);
+
+    /// A chain of one element, the array of the other's elements: nesting, not a plain copy.
+    Element(const Element& other);
+
+    Element& operator=(const Element&) = delete;
+    ~Element();
+
+    /// Appends copies of the other's elements, in order; `e, e` doubles e.
+    /// @return this chain; valid as long as the left operand, mostly a temporary
+    /// @throws std::bad_alloc, std::length_error; then this chain is as it was
+    /// Complexity: linear in the other's size, amortized; elements already held are not copied.
+    const Element& operator,(const Element& other) const;
+
+    /// An array holding copies of the elements. The chain keeps them and may be converted again.
+    operator Value() const;
+
+private:
+    // Chaining must work on the temporaries that make up a chain, so it is a const operation.
+    mutable std::vector<Value> elements_;
+};
+
+/// A term of an object: a name to be assigned, and the members gathered so far.
+class FOUNDATION_JSON_EXPORT Property {
+public:
+    /// A term without members; unless assigned, it converts to an empty object.
+    explicit Property(const std::string& name);
+
+    /// A plain copy.
+    Property(const Property& other);
+
+    ~Property();
+
+    /// Makes a copy of v the member of this term's name, replacing an earlier one.
+    /// @return this term
+    /// @throws std::bad_alloc; then this term is as it was
+    const Property& operator=(const Value& v) const;
+
+    /// Makes an object of the other's members the member of this term's name: nesting, not a plain
+    /// assignment. The other's name plays no part.
+    /// @return this term
+    /// @throws std::bad_alloc; then this term is as it was
+    const Property& operator=(const Property& other) const;
+
+    /// Adds copies of the other's members whose keys this term does not hold yet.
+    /// @return this term; valid as long as the left operand, mostly a temporary
+    /// @throws std::bad_alloc; then this term is as it was
+    const Property& operator,(const Property& other) const;
+
+    /// An object holding copies of the members. The term keeps them and may be converted again.
+    operator Value() const;
+
+private:
+    // As in Element: the temporaries that make up a chain must be assignable.
+    mutable std::map<std::string, Value> members_;
+    std::string name_;
+};
+
+} // namespace foundation::json
+
+#endif

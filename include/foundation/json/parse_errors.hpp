@@ -1,0 +1,110 @@
+/// @file
+/// The vocabulary of JSON reading errors. The library reads no JSON text itself; whoever writes a
+/// reader throws a ParserException with one of these codes and the position of the failure, and
+/// whoever calls the reader learns from it what went wrong and where:
+///
+///     try {
+///         value = read(text);
+///     } catch (const ParserException& e) {
+///         std::cerr << e.get_line_number() << ':' << e.get_column() << ": "
+///                   << get_parse_result_description(e.get_parse_result()) << '\n';
+///     }
+#ifndef FOUNDATION_JSON_PARSE_ERRORS_HPP
+#define FOUNDATION_JSON_PARSE_ERRORS_HPP
+
+#include <foundation/json/export.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+namespace foundation::json {
+
+/// How reading JSON text can end. get_parse_result_description() says each in English.
+enum ParseResult : std::int32_t {
+    NO_PARSE_ERROR = 0,
+    NULL_MISMATCH = 1,
+    BOOLEAN_MISMATCH = 2,
+    EMPTY_INPUT = 3,
+    INCOMPLETE_ESCAPE_SEQUENCE = 4,
+    INVALID_ESCAPE_SEQUENCE = 5,
+    INVALID_UNICODE_ESCAPE = 6,
+    UNESCAPED_QUOTE = 7,
+    MISSING_LEADING_QUOTE = 8,
+    MISSING_TRAILING_QUOTE = 9,
+    MISSING_QUANTITY_AFTER_SIGN = 10,
+    MISSING_LEADING_DIGIT = 11,
+    INVALID_FRACTION = 12,
+    INVALID_EXPONENT = 13,
+    MISSING_ARRAY_OPEN = 14,
+    MISSING_ARRAY_CLOSE = 15,
+    MISSING_OBJECT_OPEN = 16,
+    MISSING_OBJECT_CLOSE = 17,
+    MISSING_NAME_SEPARATOR = 18,
+    UNEXPECTED_END_OF_INPUT = 19,
+    INVALID_INTEGER_ARRAY_VALUE = 20
+};
+
+/// An English sentence for a code, without a full stop.
+///
+/// NO_PARSE_ERROR is not an error and has no description: it, like any number that is no code,
+/// gives "Unrecognized error code".
+/// @return a text in static storage. Never throws; constant time.
+FOUNDATION_JSON_EXPORT const char* get_parse_result_description(ParseResult r);
+
+/// What a reader throws: a code, the position of the failure, and the piece of input around it.
+///
+/// what() is the message that the thrower gave. Copies are independent of each other.
+class FOUNDATION_JSON_EXPORT ParserException : public std::runtime_error {
+public:
+    /// @param message               what what() returns
+    /// @param parse_result          what went wrong
+    /// @param byte_position         offset of the failing byte in the input, from 0
+    /// @param line_number           its line, from 1
+    /// @param column                its column in that line, from 1
+    /// @param quoted_byte_position  offset of the failing byte within quoted_text, from 0
+    /// @param quoted_text           the piece of input to show with the error
+    /// @throws std::bad_alloc if memory runs out
+    ParserException(const std::string& message, ParseResult parse_result, std::size_t byte_position,
+                    std::size_t line_number, std::size_t column, std::size_t quoted_byte_position,
+                    const std::string& quoted_text);
+
+    /// @throws std::bad_alloc if memory runs out
+    ParserException(const ParserException& other);
+
+    /// Takes over the other's quoted text, which becomes empty; its what(), code and positions
+    /// stay.
+    ParserException(ParserException&& other) noexcept;
+
+    /// @throws std::bad_alloc if memory runs out; then the message and the numbers may already be
+    ///         the other's, while the quoted text is still this one's
+    ParserException& operator=(const ParserException& other);
+
+    /// Takes over the other's quoted text, which becomes empty; its what(), code and positions
+    /// stay. Assigning an exception to itself changes nothing.
+    ParserException& operator=(ParserException&& other) noexcept;
+
+    ~ParserException() override;
+
+    /// The accessors return what the constructor was given. All are constant time and never throw,
+    /// but for get_quoted_text(), which copies the text and may throw std::bad_alloc.
+    ParseResult get_parse_result() const;
+    std::size_t get_byte_position() const;
+    std::size_t get_line_number() const;
+    std::size_t get_column() const;
+    std::size_t get_quoted_byte_position() const;
+    std::string get_quoted_text() const;
+
+private:
+    ParseResult parse_result_;
+    std::size_t byte_position_;
+    std::size_t line_number_;
+    std::size_t column_;
+    std::size_t quoted_byte_position_;
+    std::string quoted_text_;
+};
+
+} // namespace foundation::json
+
+#endif

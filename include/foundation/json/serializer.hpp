@@ -1,0 +1,84 @@
+/// @file
+/// JSON text out of values: Serializer onto a stream, serialize and pretty_print into a string.
+///
+///     Value v((Property("a") = Value((Element(1), Element(true)))));
+///     serialize(v);                   // {"a":[1,true]}
+///
+///     Serializer serializer;
+///     serializer.pretty_print(true);
+///     serializer.write(std::cout, v); // {
+///                                     //     "a":[
+///                                     //         1,
+///                                     //         true
+///                                     //     ]
+///                                     // }
+///
+/// Compact text has no whitespace outside strings. Pretty text puts every element and member on a
+/// line of its own, four spaces per level. Members come in the byte-wise order of their names.
+/// Worth knowing: Undefined writes nothing, yet its separators stay (`[1,,2]`); numbers of the
+/// double kind take the exponent form from one million (`1.0E+6`); NaN and the infinities become
+/// the strings "NaN", "Inf" and "-Inf"; a solidus is written `\/`; an empty container in pretty
+/// layout holds its own indentation between its brackets.
+///
+/// Strings are written byte for byte, without a look at their encoding.
+#ifndef FOUNDATION_JSON_SERIALIZER_HPP
+#define FOUNDATION_JSON_SERIALIZER_HPP
+
+#include <foundation/json/export.hpp>
+#include <foundation/json/value.hpp>
+
+#include <iosfwd>
+#include <string>
+
+namespace foundation::json {
+
+/// Writes values onto streams, in compact or pretty layout.
+///
+/// Bound to no stream: one Serializer may write any number of values onto any streams.
+class FOUNDATION_JSON_EXPORT Serializer {
+public:
+    /// A serializer of compact text.
+    Serializer();
+    ~Serializer();
+    Serializer(const Serializer&) = default;
+    Serializer& operator=(const Serializer&) = default;
+
+    /// Chooses the layout of later writes: pretty if true, compact if false.
+    void pretty_print(bool pretty);
+
+    /// Whether later writes are in pretty layout.
+    bool pretty_print() const;
+
+    /// Writes the text of a value, with nothing before or after it.
+    ///
+    /// Pretty layout flushes the stream at every line end. The stream's state is never tested: text
+    /// written onto a failed stream is lost, and exceptions the caller has enabled on the stream
+    /// pass through. The stream's flags and locale govern the int64 and uint64 kinds only (and
+    /// the digits of `\u` escapes). A field width is used up by the first piece of text; after a
+    /// control byte written as `\u....` the stream's fill character stays the digit zero. Numbers
+    /// of the double and float kind follow the radix character of the process's C locale.
+    ///
+    /// @param stream  where the text goes
+    /// @param value   what to write; only read
+    /// @throws what the stream throws; std::bad_alloc if memory runs out
+    /// Complexity: linear in the size of the value; recursion as deep as its nesting.
+    void write(std::ostream& stream, const Value& value);
+
+private:
+    bool pretty_;
+};
+
+/// The compact text of a value.
+///
+/// The text is what Serializer writes onto a fresh std::ostringstream: it follows the global C++
+/// locale where that groups the digits of integers.
+/// @throws std::bad_alloc if memory runs out
+/// Complexity: linear in the size of the value; recursion as deep as its nesting.
+FOUNDATION_JSON_EXPORT std::string serialize(const Value& value);
+
+/// The pretty text of a value, otherwise as serialize().
+FOUNDATION_JSON_EXPORT std::string pretty_print(const Value& value);
+
+} // namespace foundation::json
+
+#endif

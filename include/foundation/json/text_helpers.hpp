@@ -1,0 +1,46 @@
+/// @file
+/// Two text conversions for a reader of JSON text: UTF-16 to UTF-8 (for `\u` escapes) and number
+/// text to double. Both are independent of every locale, keep no state between calls and may run
+/// on any number of threads at once.
+///
+///     char16_t pair[] = {0xD83D, 0xDE00};
+///     std::string smile = foundation::json::detail::u16_to_u8(pair, 2); // F0 9F 98 80
+///     double d = foundation::json::detail::string_to_double("1.5e3");    // 1500.0
+#ifndef FOUNDATION_JSON_TEXT_HELPERS_HPP
+#define FOUNDATION_JSON_TEXT_HELPERS_HPP
+
+#include <foundation/json/export.hpp>
+
+#include <string>
+
+namespace foundation::json::detail {
+
+/// Converts UTF-16 code units to UTF-8.
+///
+/// Surrogate pairs become one four-byte sequence; a surrogate without its partner becomes U+FFFD;
+/// zero units are content like any other. A converter is set up anew for every call, so one call
+/// for a long text is cheaper than many for its pieces.
+///
+/// @param text    the code units; only read. May be null when length is 0.
+/// @param length  how many of them to convert
+/// @return the UTF-8 text of exactly those units
+/// @throws std::length_error with the text "string too long" if length is negative
+/// @throws std::bad_alloc if memory runs out
+/// Complexity: linear in length. Exception safety: strong, nothing is changed.
+FOUNDATION_JSON_EXPORT std::string u16_to_u8(char16_t* text, int length);
+
+/// Reads the number at the start of a text.
+///
+/// The longest leading number in the form that std::from_chars reads counts: no leading blanks and
+/// no plus sign; `inf` and `nan` are numbers. What follows it is ignored. The decimal separator is
+/// `.` in every locale, and the result is the double nearest to the number.
+///
+/// @param text  NUL-terminated; must not be null
+/// @return the number; 0 if the text does not begin with one; an infinity or a zero of the right
+///         sign if it is too large or too small for a double
+/// Complexity: linear in the length of the text. Never throws; allocates nothing.
+FOUNDATION_JSON_EXPORT double string_to_double(const char* text);
+
+} // namespace foundation::json::detail
+
+#endif

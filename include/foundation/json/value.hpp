@@ -1,0 +1,412 @@
+/// @file
+/// Value: a JSON value in memory, and the tags Null and Undefined.
+///
+///     Value v(std::map<std::string, Value>{});  // an object
+///     v["name"] = "x";                          // inserts the member, then assigns
+///     v["list"] = std::vector<Value>{1, true};  // an array of a double and a bool
+///     v["list"].push(Null());                   // [1,true,null]
+///     int n = int(v["list"][0]);                // 1
+///     Value port = v["port"] || Value(8080);    // a default for what is missing or empty
+///
+/// A Value holds exactly one of ten kinds: Undefined, Null, bool, double, string, array, object,
+/// float, int64 and uint64. An int becomes a double, the number kind of JSON. Nothing changes kind
+/// but by assignment and swap: indexing never turns a value into an array or object, and misuse
+/// throws std::runtime_error naming both kinds.
+///
+/// A Value is a plain value type: copies are deep and independent; any number of threads may read
+/// one value at once, and a write needs exclusive access. Copying, comparing, writing and
+/// destroying recurse once per level of nesting.
+///
+/// To build big values without copying children, push or insert an empty value and swap the
+/// finished child into it:
+///
+///     parent.push(Value());
+///     parent[parent.length() - 1].swap(child);
+#ifndef FOUNDATION_JSON_VALUE_HPP
+#define FOUNDATION_JSON_VALUE_HPP
+
+#include <foundation/json/export.hpp>
+
+#include <boost/variant/recursive_wrapper.hpp>
+#include <boost/variant/static_visitor.hpp>
+#include <boost/variant/variant.hpp>
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace foundation::json {
+
+class Value;
+
+namespace detail {
+struct ValueAccess;
+}
+
+/// The tag of JSON null.
+///
+/// The default constructors of both tags are not noexcept, and must not become so: that makes bool
+/// the alternative a Value falls back to when an assignment runs out of memory half way.
+struct FOUNDATION_JSON_EXPORT Null {
+    Null();
+    bool operator==(const Null&) const noexcept; ///< true
+    bool operator!=(const Null&) const noexcept; ///< false
+    bool operator<(const Null&) const noexcept;  ///< false
+};
+
+/// The tag of an absent value. Neither equal nor unequal to itself.
+struct FOUNDATION_JSON_EXPORT Undefined {
+    Undefined();
+    bool operator==(const Undefined&) const noexcept; ///< false
+    bool operator!=(const Undefined&) const noexcept; ///< false
+    bool operator<(const Undefined&) const noexcept;  ///< false
+};
+
+/// What is known of a native type: `name`, how messages call it, and `order`, its place when values
+/// of different kinds are ordered. Only the specialisations below exist. That of int is the name of
+/// a conversion's target; its order is double's because a Value built from an int holds a double.
+template <class T>
+struct traits;
+
+template <>
+struct FOUNDATION_JSON_EXPORT traits<Undefined> {
+    static const char* const name; ///< "undefined"
+    static const int order = 0;
+};
+
+template <>
+struct FOUNDATION_JSON_EXPORT traits<Null> {
+    static const char* const name; ///< "JSON null"
+    static const int order = 1;
+};
+
+template <>
+struct FOUNDATION_JSON_EXPORT traits<bool> {
+    static const char* const name; ///< "JSON boolean"
+    static const int order = 2;
+};
+
+template <>
+struct FOUNDATION_JSON_EXPORT traits<double> {
+    static const char* const name; ///< "JSON number"
+    static const int order = 3;
+};
+
+template <>
+struct FOUNDATION_JSON_EXPORT traits<std::string> {
+    static const char* const name; ///< "JSON string"
+    static const int order = 4;
+};
+
+template <>
+struct FOUNDATION_JSON_EXPORT traits<std::vector<Value>> {
+    static const char* const name; ///< "JSON array"
+    static const int order = 5;
+};
+
+template <>
+struct FOUNDATION_JSON_EXPORT traits<std::map<std::string, Value>> {
+    static const char* const name; ///< "JSON object"
+    static const int order = 6;
+};
+
+template <>
+struct FOUNDATION_JSON_EXPORT traits<float> {
+    static const char* const name; ///< "float"
+    static const int order = 7;
+};
+
+template <>
+struct FOUNDATION_JSON_EXPORT traits<int> {
+    static const char* const name; ///< "int"
+    static const int order = 3;
+};
+
+template <>
+struct FOUNDATION_JSON_EXPORT traits<long long> {
+    static const char* const name; ///< "int64"
+    static const int order = 8;
+};
+
+template <>
+struct FOUNDATION_JSON_EXPORT traits<unsigned long long> {
+    static const char* const name; ///< "uint64"
+    static const int order = 9;
+};
+
+/// A JSON value. See the top of this file for a tour.
+///
+/// Where nothing else is said, members do not throw. Messages call the kinds as traits<T>::name
+/// does: "undefined", "JSON null", "JSON boolean", "JSON number", "JSON string", "JSON array",
+/// "JSON object", "float", "int64" and "uint64".
+class FOUNDATION_JSON_EXPORT Value {
+public:
+    class Or;
+    class OrVisitor;
+    class HasProperty;
+    class push_visitor;
+
+    // ---- Construction ----------------------------------------------------------------------
+
+    /// Scalars and tags are stored within the value; constant time, no allocation.
+    Value();                          ///< Undefined
+    Value(const Undefined&);          ///< Undefined
+    Value(const Null&);               ///< Null
+    Value(bool flag);                 ///< bool
+    Value(int number);                ///< double: there is no integer kind for int
+    Value(double number);             ///< double; NaN and the infinities are kept
+    Value(float number);              ///< float, not widened
+    Value(long long number);          ///< int64
+    Value(unsigned long long number); ///< uint64
+
+    /// A string, a copy of the text. Linear in its length.
+    /// @throws std::bad_alloc
+    Value(const char* text);        ///< NUL-terminated; must not be null
+    Value(const std::string& text); ///< zero bytes are content
+
+    /// An array or object of deep copies. Linear in the size of all that is copied.
+    /// @throws std::bad_alloc
+    Value(const std::vector<Value>& elements);
+    Value(const std::map<std::string, Value>& members);
+
+    /// A deep copy. Linear in the size of the other.
+    /// @throws std::bad_alloc
+    Value(const Value& other);
+
+    /// Takes over the other's content; constant time. The other keeps its kind: a string, array or
+    /// object is left empty, anything else as it was.
+    /// @throws std::bad_alloc for an array or object, which need a new, empty container; then the
+    ///         other is as it was
+    Value(Value&& other);
+
+    ~Value();
+
+    // ---- Assignment and swap ---------------------------------------------------------------
+
+    /// Makes this value a deep copy of the other.
+    ///
+    /// Assigning a value to itself does nothing. Assigning from within oneself
+    /// (`v = v["child"]`) is a precondition violation, since the child goes when the old content
+    /// does; write `v = Value(v["child"])`, or swap the child out first.
+    /// @throws std::bad_alloc. What is left then depends on the kinds: a string could not be
+    /// copied:
+    ///         this value is as it was; the kind would have become array or object: this value is a
+    ///         bool, false; both were arrays or both objects: the kind stays, the content is
+    ///         unspecified.
+    /// Complexity: linear in the size of both.
+    Value& operator=(const Value& other);
+
+    /// Takes over the other's content.
+    ///
+    /// Two arrays or two objects exchange their containers: the other is left with what this value
+    /// held. Where the kinds differ, a string, array or object is left empty. Assigning a value to
+    /// itself does nothing; assigning from within oneself is a precondition violation as above.
+    /// @throws std::bad_alloc if the kind becomes array or object; then this value is a bool,
+    ///         false, and the other is as it was
+    /// Complexity: constant but for the destruction of this value's old content.
+    Value& operator=(Value&& other);
+
+    /// Exchanges two values, in constant time.
+    ///
+    /// Values of the same kind exchange their content in place: nothing is allocated, and elements
+    /// and members keep their addresses.
+    /// @return this value
+    /// @throws std::bad_alloc if the kinds differ and one of them is array or object; either value
+    ///         may then have become a bool, false, or hold an empty container
+    Value& swap(Value& other);
+
+    // ---- Conversion ------------------------------------------------------------------------
+
+    /// The flag of a bool. Strict: there is no truthiness; see operator|| for that.
+    /// @throws std::runtime_error "invalid conversion: <kind> to JSON boolean" for other kinds
+    explicit operator bool() const;
+
+    /// A number as an int: 0 for Undefined and Null, 0 or 1 for a bool, a double truncated toward
+    /// zero (NaN gives -2147483648), the number that a string begins with as std::istringstream
+    /// extracts it in the global locale (0 if there is none, the nearest limit if out of range).
+    /// @throws boost::numeric::negative_overflow, boost::numeric::positive_overflow for a double
+    ///         out of range; both derive from std::bad_cast
+    /// @throws std::runtime_error "invalid conversion: <kind> to int" for the other kinds, float,
+    ///         int64 and uint64 among them
+    explicit operator int() const;
+
+    // ---- Comparison ------------------------------------------------------------------------
+
+    /// Whether both have the same kind and equal content: no comparison of numbers across kinds.
+    /// Undefined and NaN are equal to nothing, so what holds them is not equal to itself.
+    /// Complexity: linear in the size of the smaller; ends at the first difference.
+    bool operator==(const Value& other) const noexcept;
+
+    /// Exactly `!(*this == other)`.
+    bool operator!=(const Value& other) const noexcept;
+
+    /// Orders values of different kinds by traits<T>::order alone, values of one kind by content:
+    /// numbers by amount, strings byte-wise, arrays and objects lexicographically.
+    /// Complexity: linear in the size of the smaller; ends at the first difference.
+    bool operator<(const Value& other) const noexcept;
+
+    // ---- Indexing --------------------------------------------------------------------------
+
+    /// The references that indexing returns point into this value and stay valid as those of
+    /// std::vector and std::map do: until the array grows, or the value is assigned or destroyed.
+
+    /// The member of an object. A missing one is inserted, Undefined, and stays: use the const
+    /// overloads or hasOwnProperty() to look without leaving a trace.
+    /// @throws std::runtime_error "invalid conversion: <kind> to JSON object" for other kinds;
+    ///         std::bad_alloc. Either way nothing was inserted.
+    /// Complexity: logarithmic in the number of members.
+    Value& operator[](const std::string& key);
+    Value& operator[](const char* key); ///< NUL-terminated; must not be null
+
+    /// The element of an array. The index is not checked: outside 0 to length() - 1 it is a
+    /// precondition violation.
+    /// @throws std::runtime_error "invalid conversion: <kind> to JSON array" for other kinds
+    /// Complexity: constant.
+    Value& operator[](int index);
+    Value& operator[](std::size_t index);
+
+    /// By the key's kind: a double, truncated toward zero, is an index; a string is a name.
+    /// @throws std::runtime_error "Undefined value" if the key is of any other kind, int64 and
+    ///         uint64 included; else as the overloads above
+    Value& operator[](const Value& key);
+
+    /// As the non-const overloads, but a missing member is not inserted: the result then is a
+    /// constant Undefined value, the same one every time, that outlives everything.
+    const Value& operator[](const std::string& key) const;
+    const Value& operator[](const char* key) const;
+    const Value& operator[](int index) const;
+    const Value& operator[](std::size_t index) const;
+    const Value& operator[](const Value& key) const;
+
+    /// The number of elements of an array. Constant time.
+    /// @throws std::runtime_error "json::Value::length not supported for values of type:<kind>" for
+    ///         other kinds, strings and objects included
+    std::size_t length() const;
+
+    /// Appends a copy of v to an array. v may be this array itself or one of its elements.
+    /// @throws std::runtime_error "json::Value::push not supported for values of type: <kind>" for
+    ///         other kinds; std::bad_alloc, std::length_error. Then the array is as it was.
+    /// Complexity: the copy of v, plus amortized constant time; growth moves elements and never
+    /// copies what they hold.
+    void push(const Value& v);
+
+    /// Whether this is an object with a member of that name, be it Undefined. False for every other
+    /// kind.
+    /// @throws std::bad_alloc
+    /// Complexity: logarithmic in the number of members.
+    bool hasOwnProperty(const std::string& key) const;
+
+    // ---- Fallback --------------------------------------------------------------------------
+
+    /// `a || b` is a, unless a is Undefined, Null, false, a double zero or an empty string: then it
+    /// is b. Everything else counts as present: empty arrays and objects, and zeros of the kinds
+    /// float, int64 and uint64. Nothing is copied: convert the result, or copy it, within the
+    /// expression that made it.
+    ///
+    ///     Value name = record["name"] || Value("unnamed"); // copies at once: safe
+    Or operator||(const Value& right) const noexcept;
+
+private:
+    using Variant = boost::variant<Undefined, Null, bool, double, std::string,
+                                   boost::recursive_wrapper<std::vector<Value>>,
+                                   boost::recursive_wrapper<std::map<std::string, Value>>, float,
+                                   long long, unsigned long long>;
+
+    friend struct detail::ValueAccess;
+
+    /// The Undefined value that const lookups of missing members return. Its all-zero bytes are
+    /// that value already, before any constructor runs, and stay so after its destructor.
+    static const Value UNDEFINED;
+
+    Variant variant_;
+};
+
+/// What `a || b` returns: references to both operands, and the choice between them.
+class FOUNDATION_JSON_EXPORT Value::Or {
+public:
+    Or(const Value& left, const Value& right) noexcept;
+
+    /// The chosen operand itself, not a copy; lives as long as that operand does.
+    operator const Value&() const noexcept;
+
+private:
+    const Value* left_;
+    const Value* right_;
+};
+
+/// The choice behind Value::Or, as a visitor of the left operand's content.
+class FOUNDATION_JSON_EXPORT Value::OrVisitor : public boost::static_visitor<const Value&> {
+public:
+    OrVisitor(const Value& left, const Value& right) noexcept;
+
+    const Value& left() const noexcept;
+
+    const Value& operator()(const Null&) const noexcept;          ///< right
+    const Value& operator()(const Undefined&) const noexcept;     ///< right
+    const Value& operator()(bool b) const noexcept;               ///< left if true
+    const Value& operator()(double d) const noexcept;             ///< left unless zero
+    const Value& operator()(const std::string& s) const noexcept; ///< left unless empty
+
+    /// left
+    template <class Other>
+    const Value& operator()(const Other&) const noexcept {
+        return left();
+    }
+
+private:
+    const Value* left_;
+    const Value* right_;
+};
+
+/// The predicate behind Value::hasOwnProperty(): is it an object with a member of a given name?
+class FOUNDATION_JSON_EXPORT Value::HasProperty : public boost::static_visitor<bool> {
+public:
+    /// Copying the name may throw std::bad_alloc, here and in the copy operations.
+    explicit HasProperty(const std::string& name);
+    HasProperty(const HasProperty& other);
+    HasProperty(HasProperty&& other) noexcept; ///< leaves the other with an empty name
+    HasProperty& operator=(const HasProperty& other);
+    HasProperty& operator=(HasProperty&& other) noexcept; ///< leaves the other with an empty name
+    ~HasProperty();
+
+    bool operator()(const std::map<std::string, Value>& members) const;
+    bool operator()(const Value& value) const;
+
+    /// false: only an object has members
+    template <class Other>
+    bool operator()(const Other&) const noexcept {
+        return false;
+    }
+
+private:
+    std::string name_;
+};
+
+/// The visitor behind Value::push(): appends a copy of a value to an array.
+class FOUNDATION_JSON_EXPORT Value::push_visitor : public boost::static_visitor<> {
+public:
+    /// Refers to v, which must outlive the visitor.
+    explicit push_visitor(const Value& v) noexcept;
+
+    /// Appends; as Value::push().
+    void operator()(std::vector<Value>& elements) const;
+
+    /// Throws, as Value::push() on anything but an array. One overload per kind.
+    void operator()(const Undefined&) const;
+    void operator()(const Null&) const;
+    void operator()(bool) const;
+    void operator()(double) const;
+    void operator()(const std::string&) const;
+    void operator()(const std::map<std::string, Value>&) const;
+    void operator()(float) const;
+    void operator()(long long) const;
+    void operator()(unsigned long long) const;
+
+private:
+    const Value* value_;
+};
+
+} // namespace foundation::json
+
+#endif

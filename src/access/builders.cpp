@@ -1,0 +1,54 @@
+#include <foundation/json/builders.hpp>
+
+#include "access/append.hpp"
+
+#include <utility>
+
+namespace foundation::json {
+
+Element::Element(const Value& v) : elements_(1, v) {}
+
+Element::Element(const Element& other) : elements_(1, Value(other.elements_)) {}
+
+Element::~Element() = default;
+
+const Element &Element::operator,(const Element&other) const {
+    detail::append(elements_, other.elements_.data(), other.elements_.size());
+    return *this;
+}
+
+Element::operator Value() const {
+    return Value(elements_);
+}
+
+Property::Property(const std::string& name) : name_(name) {}
+
+Property::Property(const Property& other) = default;
+
+Property::~Property() = default;
+
+const Property& Property::operator=(const Value& v) const {
+    // The copy is made in a node of its own, so that putting it in place cannot fail.
+    Object single;
+    single.emplace(name_, v);
+    members_.erase(name_);
+    members_.merge(single);
+    return *this;
+}
+
+const Property& Property::operator=(const Property& other) const {
+    return *this = Value(other.members_);
+}
+
+const Property &Property::operator,(const Property&other) const {
+    // Merging moves the nodes of the missing keys over and cannot fail.
+    Object copies(other.members_);
+    members_.merge(copies);
+    return *this;
+}
+
+Property::operator Value() const {
+    return Value(members_);
+}
+
+} // namespace foundation::json

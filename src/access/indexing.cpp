@@ -1,0 +1,178 @@
+#include "access/indexing.hpp"
+
+#include "access/append.hpp"
+#include "value/conversions.hpp"
+
+#include <stdexcept>
+
+namespace foundation::json {
+
+namespace detail {
+
+std::uint64_t to_index(double number) noexcept {
+    constexpr double two_to_63 = 9223372036854775808.0;
+    constexpr std::uint64_t top_bit = std::uint64_t{1} << 63;
+    if (number >= two_to_63) {
+        const double rest = number - two_to_63;
+        return top_bit | (rest < two_to_63 ? static_cast<std::uint64_t>(rest) : 0);
+    }
+    if (number > -two_to_63) {
+        return static_cast<std::uint64_t>(static_cast<std::int64_t>(number));
+    }
+    return top_bit;
+}
+
+namespace {
+
+Value& member(Value& value, const std::string& name) {
+    return strict_object(value)[name];
+}
+
+const Value& member(const Value& value, const std::string& name) {
+    const Object& members = strict_object(value);
+    const auto found = members.find(name);
+    return found != members.end() ? found->second : ValueAccess::undefined();
+}
+
+template <class AnyValue>
+AnyValue& element(AnyValue& value, std::size_t index) {
+    return strict_array(value)[index];
+}
+
+/// Looks up by the kind of the key: a number is an index, a string is a name.
+template <class AnyValue>
+class LookUp : public boost::static_visitor<AnyValue&> {
+public:
+    explicit LookUp(AnyValue& value) noexcept : value_(value) {}
+
+    AnyValue& operator()(double index) const {
+        return element(value_, static_cast<std::size_t>(to_index(index)));
+    }
+
+    AnyValue& operator()(const std::string& name) const { return member(value_, name); }
+
+    template <class Other>
+    AnyValue& operator()(const Other&) const {
+        throw std::runtime_error("Undefined value");
+    }
+
+private:
+    AnyValue& value_;
+};
+
+struct Length : boost::static_visitor<std::size_t> {
+    std::size_t operator()(const Array& elements) const { return elements.size(); }
+
+    template <class Other>
+    std::size_t operator()(const Other&) const {
+        // The missing blank before the name is part of the message.
+        throw std::runtime_error(
+            std::string("json::Value::length not supported for values of type:") +
+            traits<Other>::name);
+    }
+};
+
+template <class Content>
+[[noreturn]] void throw_push_not_supported() {
+    throw std::runtime_error(std::string("json::Value::push not supported for values of type: ") +
+                             traits<Content>::name);
+}
+
+} // namespace
+} // namespace detail
+
+Value& Value::operator[](const std::string& key) {
+    return detail::member(*this, key);
+}
+
+Value& Value::operator[](const char* key) {
+    return (*this)[std::string(key)];
+}
+
+Value& Value::operator[](int index) {
+    return (*this)[static_cast<std::size_t>(index)];
+}
+
+Value& Value::operator[](std::size_t index) {
+    return detail::element(*this, index);
+}
+
+Value& Value::operator[](const Value& key) {
+    return detail::visit(detail::LookUp<Value>(*this), key);
+}
+
+const Value& Value::operator[](const std::string& key) const {
+    return detail::member(*this, key);
+}
+
+const Value& Value::operator[](const char* key) const {
+    return (*this)[std::string(key)];
+}
+
+const Value& Value::operator[](int index) const {
+    return (*this)[static_cast<std::size_t>(index)];
+}
+
+const Value& Value::operator[](std::size_t index) const {
+    return detail::element(*this, index);
+}
+
+const Value& Value::operator[](const Value& key) const {
+    return detail::visit(detail::LookUp<const Value>(*this), key);
+}
+
+std::size_t Value::length() const {
+    return detail::visit(detail::Length(), *this);
+}
+
+void Value::push(const Value& v) {
+    detail::visit(push_visitor(v), *this);
+}
+
+bool Value::hasOwnProperty(const std::string& key) const {
+    return HasProperty(key)(*this);
+}
+
+Value::push_visitor::push_visitor(const Value& v) noexcept : value_(&v) {}
+
+void Value::push_visitor::operator()(Array& elements) const {
+    detail::append(elements, value_, 1);
+}
+
+void Value::push_visitor::operator()(const Undefined&) const {
+    detail::throw_push_not_supported<Undefined>();
+}
+
+void Value::push_visitor::operator()(const Null&) const {
+    detail::throw_push_not_supported<Null>();
+}
+
+void Value::push_visitor::operator()(bool) const {
+    detail::throw_push_not_supported<bool>();
+}
+
+void Value::push_visitor::operator()(double) const {
+    detail::throw_push_not_supported<double>();
+}
+
+void Value::push_visitor::operator()(const std::string&) const {
+    detail::throw_push_not_supported<std::string>();
+}
+
+void Value::push_visitor::operator()(const Object&) const {
+    detail::throw_push_not_supported<Object>();
+}
+
+void Value::push_visitor::operator()(float) const {
+    detail::throw_push_not_supported<float>();
+}
+
+void Value::push_visitor::operator()(long long) const {
+    detail::throw_push_not_supported<long long>();
+}
+
+void Value::push_visitor::operator()(unsigned long long) const {
+    detail::throw_push_not_supported<unsigned long long>();
+}
+
+} // namespace foundation::json

@@ -1,0 +1,17 @@
+/// @file
+/// The conversion behind indexing an array by a double.
+#ifndef FOUNDATION_JSON_SRC_ACCESS_INDEXING_HPP
+#define FOUNDATION_JSON_SRC_ACCESS_INDEXING_HPP
+
+#include <cstdint>
+
+namespace foundation::json::detail {
+
+/// The ordinary conversion of a double to an unsigned 64-bit index, defined for every double:
+/// truncation toward zero; -1 and less wrap around as a negative integer does; what no 64-bit
+/// integer can hold, NaN included, gives the index with only the top bit set.
+std::uint64_t to_index(double number) noexcept;
+
+} // namespace foundation::json::detail
+
+#endif

@@ -1,0 +1,135 @@
+#include "serialization/number_text.hpp"
+
+#include "parse_errors/read_double.hpp"
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+
+namespace foundation::json::detail {
+
+namespace {
+
+/// The precisions of one kind of number, in the order in which they are tried.
+struct Formats {
+    const char* first;
+    const char* fallback;
+};
+
+constexpr Formats double_plain{"%.15G", "%.17G"};
+constexpr Formats double_exponent{"%#.14E", "%#.16E"};
+constexpr Formats float_plain{"%.6G", "%.9G"};
+constexpr Formats float_exponent{"%#.5E", "%#.8E"};
+constexpr Formats float_largest{"%#.5E", "%#.9E"};
+
+/// Whether both readers, the locale-independent one and the C library's, read the text as exactly
+/// this number. Either alone is not enough: in a locale with another radix character they differ.
+template <class Number>
+bool round_trips(const char* text, Number number) {
+    return static_cast<Number>(read_double(text, std::strlen(text))) == number &&
+           static_cast<Number>(std::atof(text)) == number;
+}
+
+template <class Number>
+void format(NumberBuffer& buffer, const Formats& formats, Number number) {
+    const double widened = number;
+    // The formats are the literals above.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+    std::snprintf(buffer, sizeof buffer, formats.first, widened);
+    if (!round_trips(buffer, number)) {
+        std::snprintf(buffer, sizeof buffer, formats.fallback, widened);
+    }
+#pragma GCC diagnostic pop
+}
+
+/// Drops the leading zeros of the exponent, but for a last one: E+06 becomes E+6.
+void trim_exponent(char* text) {
+    char* const letter = std::strchr(text, 'E');
+    if (letter == nullptr) {
+        return;
+    }
+    char* const digits = letter + 2;
+    const std::size_t zeros = std::strspn(digits, "0");
+    if (zeros == 0) {
+        return;
+    }
+    if (digits[zeros] == '\0') {
+        digits[1] = '\0';
+    } else {
+        std::memmove(digits, digits + zeros, std::strlen(digits + zeros) + 1);
+    }
+}
+
+/// Drops the trailing zeros of the digits before the exponent, but for one right after the point.
+/// Only `.` counts as the point: where the locale has another radix character, all zeros go.
+void trim_mantissa(char* text) {
+    char* const letter = std::strchr(text, 'E');
+    char* end = letter;
+    while (end - text > 1 && end[-1] == '0' && end[-2] != '.') {
+        --end;
+    }
+    std::memmove(end, letter, std::strlen(letter) + 1);
+}
+
+template <class Number>
+void format_plain(NumberBuffer& buffer, const Formats& formats, Number number) {
+    format(buffer, formats, number);
+    trim_exponent(buffer);
+}
+
+template <class Number>
+void format_exponent(NumberBuffer& buffer, const Formats& formats, Number number) {
+    format(buffer, formats, number);
+    trim_exponent(buffer);
+    trim_mantissa(buffer);
+}
+
+template <class Number>
+const char* non_finite_text(Number number) {
+    if (std::isnan(number)) {
+        return "\"NaN\"";
+    }
+    return number > 0 ? "\"Inf\"" : "\"-Inf\"";
+}
+
+} // namespace
+
+void format_double(NumberBuffer& buffer, double number) {
+    if (std::fabs(number) < 1e6) {
+        format_plain(buffer, double_plain, number);
+    } else {
+        format_exponent(buffer, double_exponent, number);
+    }
+}
+
+void format_float(NumberBuffer& buffer, float number) {
+    const float magnitude = std::fabs(number);
+    if (magnitude < 1e6f) {
+        format_plain(buffer, float_plain, number);
+    } else if (magnitude < std::numeric_limits<float>::max()) {
+        format_exponent(buffer, float_exponent, number);
+    } else {
+        format_exponent(buffer, float_largest, number);
+    }
+}
+
+const char* number_text(NumberBuffer& buffer, double number) {
+    if (!std::isfinite(number)) {
+        return non_finite_text(number);
+    }
+    format_double(buffer, number);
+    return buffer;
+}
+
+const char* number_text(NumberBuffer& buffer, float number) {
+    if (!std::isfinite(number)) {
+        return non_finite_text(number);
+    }
+    format_float(buffer, number);
+    return buffer;
+}
+
+} // namespace foundation::json::detail

@@ -1,0 +1,49 @@
+#include "serialization/stream_output.hpp"
+
+#include "serialization/number_text.hpp"
+#include "serialization/string_text.hpp"
+
+#include <boost/io/ios_state.hpp>
+
+namespace foundation::json::detail {
+
+void StreamOutput::number(double value) {
+    NumberBuffer buffer;
+    stream_ << number_text(buffer, value);
+}
+
+void StreamOutput::number(float value) {
+    NumberBuffer buffer;
+    stream_ << number_text(buffer, value);
+}
+
+void StreamOutput::string(const std::string& text) {
+    stream_ << '"';
+    for (const char byte : text) {
+        escaped(static_cast<unsigned char>(byte));
+    }
+    stream_ << '"';
+}
+
+void StreamOutput::escaped(unsigned char byte) {
+    if (const char letter = short_escape(byte); letter != '\0') {
+        const char escape[] = {'\\', letter, '\0'};
+        stream_ << escape;
+    } else if (byte >= 0x20) {
+        stream_ << static_cast<char>(byte);
+    } else {
+        unicode_escape(byte);
+    }
+}
+
+void StreamOutput::unicode_escape(unsigned char byte) {
+    // Restores the flags, also when the stream throws; the fill character is meant to stay zero.
+    const boost::io::ios_flags_saver flags(stream_);
+    stream_ << "\\u";
+    stream_.width(4);
+    stream_.fill('0');
+    stream_.setf(std::ios_base::hex, std::ios_base::basefield);
+    stream_ << static_cast<int>(byte);
+}
+
+} // namespace foundation::json::detail
