@@ -1,6 +1,6 @@
 # How this project builds its own targets: an optimized build unless told otherwise, warnings, and
 # sanitizers when asked for. None of it reaches the users of the library.
-if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
     set(CMAKE_BUILD_TYPE Release CACHE STRING "The kind of build" FORCE)
 endif()
 
