@@ -1,6 +1,6 @@
 /// @file
-/// A reader of JSON text: what a caller of foundation::json writes to get from text to a Value, with
-/// errors that say exactly where and what.
+/// A reader of JSON text: what a caller of foundation::json writes to get from text to a Value,
+/// with errors that say exactly where and what.
 #ifndef JSON_FORMAT_READER_HPP
 #define JSON_FORMAT_READER_HPP
 
