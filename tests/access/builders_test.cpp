@@ -1,0 +1,443 @@
+// Arrays and objects written as expressions, with Element and Property.
+#include <foundation/json/builders.hpp>
+#include <foundation/json/serializer.hpp>
+
+#include "support/kind.hpp"
+#include "support/samples.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+namespace foundation::json::test {
+namespace {
+
+// ---- Element -----------------------------------------------------------------------------------
+
+TEST(Element, AloneIsAnArrayOfOneElement) {
+    EXPECT_EQ(serialize(Value(Element(Value(Null())))), "[null]");
+    EXPECT_EQ(serialize(Value(Element(1))), "[1]");
+}
+
+TEST(Element, TakesWhateverAValueTakes) {
+    struct Case {
+        Value value;
+        const char* kind;
+        const char* text;
+    };
+    const Case cases[] = {
+        {Element(Undefined()), "undefined", "[]"},
+        {Element(Null()), "JSON null", "[null]"},
+        {Element(true), "JSON boolean", "[true]"},
+        {Element(7), "JSON number", "[7]"},
+        {Element(2.5), "JSON number", "[2.5]"},
+        {Element("text"), "JSON string", R"(["text"])"},
+        {Element(std::string("text")), "JSON string", R"(["text"])"},
+        {Element(Array{1, 2}), "JSON array", "[[1,2]]"},
+        {Element(Object{{"a", 1}}), "JSON object", R"([{"a":1}])"},
+        {Element(1.5f), "float", "[1.5]"},
+        {Element(-7LL), "int64", "[-7]"},
+        {Element(7ULL), "uint64", "[7]"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(c.value.length(), 1u) << c.kind;
+        EXPECT_EQ(kind_of(c.value[0]), c.kind);
+        EXPECT_EQ(serialize(c.value), c.text);
+    }
+}
+
+TEST(Element, AChainIsAnArrayOfItsTermsInOrder) {
+    EXPECT_EQ(serialize(Value((Element(1), Element(2), Element(3)))), "[1,2,3]");
+    EXPECT_EQ(serialize(Value((Element(3), Element("b"), Element(Null()), Element(false)))),
+              R"([3,"b",null,false])");
+    EXPECT_EQ(serialize(Value((Element(1), Element(1)))), "[1,1]");
+}
+
+TEST(Element, AChainConvertsToAValueImplicitly) {
+    const Value value = (Element(1), Element(2));
+    EXPECT_EQ(serialize(value), "[1,2]");
+    Value array{Array{}};
+    array.push((Element(3), Element(4)));
+    EXPECT_EQ(serialize(array), "[[3,4]]");
+}
+
+TEST(Element, WrappingAChainOnceMoreNestsIt) {
+    EXPECT_EQ(serialize(Value((Element(1), Element((Element(2), Element(3)))))), "[1,[2,3]]");
+    EXPECT_EQ(serialize(Value((Element((Element(1), Element(2))), Element(3)))), "[[1,2],3]");
+    EXPECT_EQ(
+        serialize(Value((Element(1), Element((Element(2), Element((Element(3), Element(4)))))))),
+        "[1,[2,[3,4]]]");
+}
+
+TEST(Element, AParenthesisedChainAsRightOperandIsNotNested) {
+    EXPECT_EQ(serialize(Value((Element(1), (Element(2), Element(3))))), "[1,2,3]");
+}
+
+TEST(Element, CopyingANamedElementWrapsIt) {
+    const Element e((Element(1), Element(2)));
+    EXPECT_EQ(serialize(Value(e)), "[[1,2]]") << "the chain is not a temporary to be elided";
+    const Element copy(e);
+    EXPECT_EQ(serialize(Value(copy)), "[[[1,2]]]");
+    const Element copy_of_copy = copy;
+    EXPECT_EQ(serialize(Value(copy_of_copy)), "[[[[1,2]]]]");
+    EXPECT_EQ(serialize(Value(e)), "[[1,2]]");
+}
+
+TEST(Element, MovingANamedElementWrapsACopyToo) {
+    Element e(1);
+    const Element moved(std::move(e));
+    EXPECT_EQ(serialize(Value(moved)), "[[1]]");
+    EXPECT_EQ(serialize(Value(e)), "[1]");
+}
+
+// From C++17 on, a temporary of one's own type is no source of a copy: it is the object itself. So
+// it takes a chain, a name or a Value to wrap.
+TEST(Element, ATemporaryElementIsNotCopiedAndThusNotWrapped) {
+    EXPECT_EQ(serialize(Value(Element(Element(1)))), "[1]");
+    EXPECT_EQ(serialize(Value(Element(Element(Element(1))))), "[1]");
+    EXPECT_EQ(serialize(Value(Element(Value(Element(1))))), "[[1]]");
+}
+
+TEST(Element, AppendsToTheLeftOperandAndReturnsIt) {
+    const Element left(1);
+    const Element right(2);
+    const Element& result = (left, right);
+    EXPECT_EQ(&result, &left);
+    EXPECT_EQ(serialize(Value(left)), "[1,2]");
+    EXPECT_EQ(serialize(Value(right)), "[2]");
+}
+
+TEST(Element, AppendsAllElementsOfTheRightOperand) {
+    const Element left((Element(1), Element(2)));
+    const Element right(3);
+    EXPECT_EQ(serialize(Value((right, Element(4), left, right))), "[3,4,[1,2],3,4,[1,2]]");
+}
+
+TEST(Element, AppendedToItselfIsDoubled) {
+    const Element e(1);
+    (e, Element("x"));
+    (e, e);
+    EXPECT_EQ(serialize(Value(e)), R"([1,"x",1,"x"])");
+    const Element nested(Array{Object{{"a", "b"}}});
+    for (std::size_t size = 1; size != 1024; size *= 2) {
+        (nested, nested);
+        ASSERT_EQ(Value(nested).length(), 2 * size);
+    }
+    const Value value(nested);
+    for (int i = 0; i != 1024; ++i) {
+        ASSERT_EQ(serialize(value[i]), R"([{"a":"b"}])");
+    }
+}
+
+TEST(Element, HoldsCopiesOfWhatItIsGiven) {
+    Value source(Array{1});
+    const Element e(source);
+    source.push(2);
+    EXPECT_EQ(serialize(Value(e)), "[[1]]");
+
+    const Element right("a");
+    (e, right);
+    (right, Element("b"));
+    EXPECT_EQ(serialize(Value(e)), R"([[1],"a"])");
+}
+
+TEST(Element, ConvertsToEqualAndIndependentValuesTwice) {
+    const Element e((Element(1), Element(Array{2})));
+    Value first(e);
+    const Value second(e);
+    EXPECT_EQ(first, second);
+    first[0][1].push(3);
+    first.push(4);
+    EXPECT_EQ(serialize(first), "[[1,[2,3]],4]");
+    EXPECT_EQ(serialize(second), "[[1,[2]]]");
+    EXPECT_EQ(serialize(Value(e)), "[[1,[2]]]");
+}
+
+TEST(Element, CanBeExtendedAfterAConversion) {
+    const Element e(1);
+    EXPECT_EQ(serialize(Value(e)), "[1]");
+    (e, Element(2));
+    EXPECT_EQ(serialize(Value(e)), "[1,2]");
+}
+
+TEST(Element, ConvertsFromAValueOnlyWhereAskedTo) {
+    static_assert(std::is_constructible_v<Element, const Value&>);
+    static_assert(!std::is_convertible_v<const Value&, Element>);
+    static_assert(!std::is_convertible_v<int, Element>);
+    static_assert(std::is_convertible_v<const Element&, Value>);
+    static_assert(!std::is_default_constructible_v<Element>);
+    static_assert(!std::is_assignable_v<Element&, const Element&>);
+    static_assert(
+        std::is_same_v<decltype((std::declval<const Element&>(), std::declval<const Element&>())),
+                       const Element&>);
+}
+
+// ---- Property ----------------------------------------------------------------------------------
+
+TEST(Property, WithoutAnAssignmentIsAnEmptyObject) {
+    EXPECT_EQ(serialize(Value(Property("a"))), "{}");
+    EXPECT_EQ(kind_of(Value(Property("a"))), "JSON object");
+}
+
+TEST(Property, TakesWhateverAValueTakes) {
+    struct Case {
+        Value value;
+        const char* kind;
+        const char* text;
+    };
+    const Case cases[] = {
+        {Property("k") = Undefined(), "undefined", R"({"k":})"},
+        {Property("k") = Null(), "JSON null", R"({"k":null})"},
+        {Property("k") = true, "JSON boolean", R"({"k":true})"},
+        {Property("k") = 7, "JSON number", R"({"k":7})"},
+        {Property("k") = 2.5, "JSON number", R"({"k":2.5})"},
+        {Property("k") = "x", "JSON string", R"({"k":"x"})"},
+        {Property("k") = std::string("x"), "JSON string", R"({"k":"x"})"},
+        {Property("k") = Array{1, 2}, "JSON array", R"({"k":[1,2]})"},
+        {Property("k") = Object{{"a", 1}}, "JSON object", R"({"k":{"a":1}})"},
+        {Property("k") = 1.5f, "float", R"({"k":1.5})"},
+        {Property("k") = -7LL, "int64", R"({"k":-7})"},
+        {Property("k") = 7ULL, "uint64", R"({"k":7})"},
+        {Property("k") = Value("x"), "JSON string", R"({"k":"x"})"},
+    };
+    for (const Case& c : cases) {
+        ASSERT_TRUE(c.value.hasOwnProperty("k")) << c.kind;
+        EXPECT_EQ(kind_of(c.value["k"]), c.kind);
+        EXPECT_EQ(serialize(c.value), c.text);
+    }
+}
+
+TEST(Property, NamesAreTakenByteForByte) {
+    EXPECT_EQ(serialize(Value(Property("") = 1)), R"({"":1})");
+    const std::string name("a\0b", 3);
+    const Value value = (Property(name) = 1, Property("a") = 2);
+    EXPECT_EQ(value[name], Value(1));
+    EXPECT_EQ(value["a"], Value(2));
+}
+
+TEST(Property, AChainIsAnObjectOfItsTerms) {
+    EXPECT_EQ(serialize(Value((Property("a") = 1, Property("b") = "two"))), R"({"a":1,"b":"two"})");
+    EXPECT_EQ(serialize(Value((Property("b") = 2, Property("") = 3, Property("a") = 1))),
+              R"({"":3,"a":1,"b":2})")
+        << "in the order of the names";
+}
+
+TEST(Property, AChainConvertsToAValueImplicitly) {
+    const Value value = (Property("a") = 1, Property("b") = 2);
+    EXPECT_EQ(serialize(value), R"({"a":1,"b":2})");
+}
+
+TEST(Property, InAChainTheLeftmostOfEqualNamesWins) {
+    EXPECT_EQ(serialize(Value((Property("a") = 1, Property("a") = 2))), R"({"a":1})");
+    EXPECT_EQ(serialize(Value((Property("a") = 1, Property("b") = 2, Property("a") = 3))),
+              R"({"a":1,"b":2})");
+    EXPECT_EQ(serialize(Value(
+                  (Property("b") = 1, (Property("a") = 2, Property("b") = 3, Property("c") = 4)))),
+              R"({"a":2,"b":1,"c":4})");
+    EXPECT_EQ(serialize(Value((Property("a") = Undefined(), Property("a") = 2))), R"({"a":})")
+        << "an Undefined member is a member";
+}
+
+TEST(Property, OfRepeatedAssignmentsTheLastWins) {
+    Property p("a");
+    p = 1;
+    p = 2;
+    EXPECT_EQ(serialize(Value(p)), R"({"a":2})");
+    p = "a string in place of a number";
+    p = Array{3};
+    EXPECT_EQ(serialize(Value(p)), R"({"a":[3]})");
+    p = (Property("b") = 4);
+    EXPECT_EQ(serialize(Value(p)), R"({"a":{"b":4}})");
+    p = Undefined();
+    EXPECT_EQ(serialize(Value(p)), R"({"a":})");
+}
+
+TEST(Property, AssigningAPropertyNests) {
+    EXPECT_EQ(serialize(Value(Property("a") = (Property("b") = true))), R"({"a":{"b":true}})");
+    EXPECT_EQ(serialize(Value((Property("x") = 1, Property("y") = (Property("z") = true)))),
+              R"({"x":1,"y":{"z":true}})");
+    EXPECT_EQ(serialize(Value(Property("a") = (Property("b") = 1, Property("c") = 2))),
+              R"({"a":{"b":1,"c":2}})");
+}
+
+TEST(Property, AssignmentGroupsFromTheRight) {
+    EXPECT_EQ(serialize(Value(Property("a") = Property("b") = 1)), R"({"a":{"b":1}})");
+    EXPECT_EQ(serialize(Value(Property("a") = Property("b") = Property("c") = "deep")),
+              R"({"a":{"b":{"c":"deep"}}})");
+}
+
+TEST(Property, TheNameOfAnAssignedPropertyPlaysNoPart) {
+    EXPECT_EQ(serialize(Value(Property("a") = Property("b"))), R"({"a":{}})");
+    const Property other("ignored");
+    (other, Property("kept") = 1);
+    EXPECT_EQ(serialize(Value(Property("a") = other)), R"({"a":{"kept":1}})");
+}
+
+TEST(Property, AssignedToItselfNestsItself) {
+    const Property p("a");
+    p = 1;
+    const Property& same = p;
+    p = same;
+    EXPECT_EQ(serialize(Value(p)), R"({"a":{"a":1}})");
+    p = Value(p);
+    EXPECT_EQ(serialize(Value(p)), R"({"a":{"a":{"a":1}}})");
+}
+
+TEST(Property, AssignmentKeepsTheOtherMembers) {
+    const Property p("a");
+    (p, Property("b") = 1, Property("c") = 2);
+    p = 3;
+    EXPECT_EQ(serialize(Value(p)), R"({"a":3,"b":1,"c":2})");
+    p = (Property("d") = 4);
+    EXPECT_EQ(serialize(Value(p)), R"({"a":{"d":4},"b":1,"c":2})");
+}
+
+TEST(Property, WithoutAMemberAddsNothingToAChain) {
+    EXPECT_EQ(serialize(Value((Property("x"), Property("y")))), "{}");
+    EXPECT_EQ(serialize(Value((Property("x"), Property("y") = 1))), R"({"y":1})");
+    EXPECT_EQ(serialize(Value((Property("x") = 1, Property("y")))), R"({"x":1})");
+}
+
+TEST(Property, ChainedToItselfDoesNotChange) {
+    const Property p("a");
+    (p = 1, Property("b") = Array{2});
+    EXPECT_EQ(&(p, p), &p);
+    EXPECT_EQ(serialize(Value(p)), R"({"a":1,"b":[2]})");
+    const Property empty("a");
+    EXPECT_EQ(serialize(Value((empty, empty))), "{}");
+}
+
+TEST(Property, AssignmentsAndChainsReturnTheLeftOperand) {
+    const Property p("a");
+    EXPECT_EQ(&(p = 1), &p);
+    EXPECT_EQ(&(p = Property("b")), &p);
+    EXPECT_EQ(&(p, Property("c") = 1), &p);
+    EXPECT_EQ(&(p, Property("d")), &p);
+}
+
+TEST(Property, ChainingLeavesTheRightOperandAsItIs) {
+    const Property left("a");
+    const Property right("b");
+    left = 1;
+    right = "right";
+    (left, right);
+    EXPECT_EQ(serialize(Value(right)), R"({"b":"right"})");
+    right = "changed";
+    EXPECT_EQ(serialize(Value(left)), R"({"a":1,"b":"right"})");
+}
+
+TEST(Property, CopyIsPlainAndIndependent) {
+    const Property p("a");
+    p = Array{1};
+    (p, Property("b") = 2);
+    const Property copy(p);
+    EXPECT_EQ(serialize(Value(copy)), R"({"a":[1],"b":2})");
+    copy = "only the copy, under the same name";
+    EXPECT_EQ(serialize(Value(p)), R"({"a":[1],"b":2})");
+    EXPECT_EQ(serialize(Value(copy)), R"({"a":"only the copy, under the same name","b":2})");
+}
+
+TEST(Property, MovingCopiesToo) {
+    Property p("a");
+    p = 1;
+    const Property moved(std::move(p));
+    EXPECT_EQ(serialize(Value(moved)), R"({"a":1})");
+    EXPECT_EQ(serialize(Value(p)), R"({"a":1})");
+    p = 2;
+    EXPECT_EQ(serialize(Value(p)), R"({"a":2})");
+}
+
+TEST(Property, HoldsCopiesOfWhatItIsGiven) {
+    std::string name("a");
+    const Property p(name);
+    name = "b";
+    Value source(Array{1});
+    p = source;
+    source.push(2);
+    EXPECT_EQ(serialize(Value(p)), R"({"a":[1]})");
+
+    const Property inner("inner");
+    inner = 1;
+    p = inner;
+    inner = 2;
+    EXPECT_EQ(serialize(Value(p)), R"({"a":{"inner":1}})");
+}
+
+TEST(Property, ConvertsToEqualAndIndependentValuesTwice) {
+    const Property p("a");
+    p = Array{1};
+    Value first(p);
+    const Value second(p);
+    EXPECT_EQ(first, second);
+    first["a"].push(2);
+    first["b"] = 3;
+    EXPECT_EQ(serialize(first), R"({"a":[1,2],"b":3})");
+    EXPECT_EQ(serialize(second), R"({"a":[1]})");
+    EXPECT_EQ(serialize(Value(p)), R"({"a":[1]})");
+}
+
+TEST(Property, ConvertsFromANameOnlyWhereAskedTo) {
+    static_assert(std::is_constructible_v<Property, const std::string&>);
+    static_assert(!std::is_convertible_v<const std::string&, Property>);
+    static_assert(!std::is_convertible_v<const char*, Property>);
+    static_assert(std::is_convertible_v<const Property&, Value>);
+    static_assert(!std::is_default_constructible_v<Property>);
+    static_assert(
+        std::is_same_v<decltype(std::declval<const Property&>() = std::declval<const Property&>()),
+                       const Property&>);
+    static_assert(
+        std::is_same_v<decltype(std::declval<const Property&>() = Value()), const Property&>);
+    static_assert(
+        std::is_same_v<decltype((std::declval<const Property&>(), std::declval<const Property&>())),
+                       const Property&>);
+}
+
+// ---- Both --------------------------------------------------------------------------------------
+
+TEST(Builders, NestInEachOther) {
+    EXPECT_EQ(serialize(Value(
+                  (Property("a") = Element(1), Property("b") = (Element(true), Element(Null()))))),
+              R"({"a":[1],"b":[true,null]})");
+    EXPECT_EQ(serialize(Value((Element(Property("a") = 1), Element(Property("b"))))),
+              R"([{"a":1},{}])");
+    EXPECT_EQ(serialize(Value((Property("list") = (Element(Property("id") = 1),
+                                                   Element((Property("id") = 2,
+                                                            Property("tags") = Element("x"))))))),
+              R"({"list":[{"id":1},{"id":2,"tags":["x"]}]})");
+}
+
+TEST(Builders, MakeValuesThatCanBeShapedFurther) {
+    Value v(
+        (Property("a") = Value(1), Property("b") = (Element(Value(true)), Element(Value(Null())))));
+    v["b"].push(Value("x"));
+    EXPECT_EQ(serialize(v), R"({"a":1,"b":[true,null,"x"]})");
+}
+
+/// A chain of as many elements, of the value of their place each.
+template <std::size_t... I>
+Value elements(std::index_sequence<I...>) {
+    return (..., Element(static_cast<int>(I)));
+}
+
+/// A chain of as many properties, "0" = 0 and so on.
+template <std::size_t... I>
+Value properties(std::index_sequence<I...>) {
+    return (..., (Property(std::to_string(I)) = static_cast<int>(I)));
+}
+
+TEST(Builders, ChainsOfFiftyTermsKeepThemAll) {
+    const Value array = elements(std::make_index_sequence<50>());
+    const Value object = properties(std::make_index_sequence<50>());
+    EXPECT_EQ(array.length(), 50u);
+    for (int i = 0; i != 50; ++i) {
+        EXPECT_EQ(array[i], Value(i));
+        EXPECT_EQ(object[std::to_string(i)], Value(i));
+    }
+    EXPECT_FALSE(object.hasOwnProperty("50"));
+}
+
+} // namespace
+} // namespace foundation::json::test

@@ -1,0 +1,221 @@
+// Choosing a default: `a || b`, and the visitor that chooses.
+#include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
+
+#include "support/describe.hpp"
+#include "support/samples.hpp"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace foundation::json::test {
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
+
+enum Choice { LEFT, RIGHT };
+
+struct Operand {
+    const char* name;
+    Value value;
+    Choice choice; ///< which operand is chosen when this is the left one
+};
+
+std::vector<Operand> operands() {
+    return {
+        {"undefined", Undefined(), RIGHT},
+        {"null", Null(), RIGHT},
+        {"false", false, RIGHT},
+        {"true", true, LEFT},
+        {"0.0", 0.0, RIGHT},
+        {"-0.0", -0.0, RIGHT},
+        {"int 0", 0, RIGHT},
+        {"int 1", 1, LEFT},
+        {"-1.0", -1.0, LEFT},
+        {"0.1", 0.1, LEFT},
+        {"the least positive number", 5e-324, LEFT},
+        {"the greatest negative number", -5e-324, LEFT},
+        {"infinity", infinity, LEFT},
+        {"-infinity", -infinity, LEFT},
+        {"NaN", not_a_number, LEFT},
+        {"-NaN", -not_a_number, LEFT},
+        {"empty string", "", RIGHT},
+        {"blank", " ", LEFT},
+        {"zero byte", std::string(1, '\0'), LEFT},
+        {"string 0", "0", LEFT},
+        {"string false", "false", LEFT},
+        {"long string", std::string(1000, 'x'), LEFT},
+        {"empty array", Array{}, LEFT},
+        {"array", Array{Null()}, LEFT},
+        {"empty object", Object{}, LEFT},
+        {"object", Object{{"a", Null()}}, LEFT},
+        {"float 0", 0.0f, LEFT},
+        {"float -0", -0.0f, LEFT},
+        {"float 1", 1.0f, LEFT},
+        {"float NaN", std::numeric_limits<float>::quiet_NaN(), LEFT},
+        {"int64 0", 0LL, LEFT},
+        {"int64 -1", -1LL, LEFT},
+        {"uint64 0", 0ULL, LEFT},
+        {"uint64 1", 1ULL, LEFT},
+    };
+}
+
+TEST(Fallback, ChoosesByTheLeftOperandAlone) {
+    const std::vector<Operand> rights = operands();
+    for (const Operand& left : operands()) {
+        for (const Operand& right : rights) {
+            const Value& chosen = left.value || right.value;
+            EXPECT_EQ(&chosen, left.choice == LEFT ? &left.value : &right.value)
+                << left.name << " || " << right.name;
+        }
+    }
+}
+
+TEST(Fallback, GivesTheOperandItselfAndChangesNeither) {
+    for (const Sample& left : samples()) {
+        const Value right(Array{"right"});
+        const Value& chosen = left.value || right;
+        EXPECT_TRUE(&chosen == &left.value || &chosen == &right) << left.kind;
+        EXPECT_EQ(describe(left.value), left.description);
+        EXPECT_EQ(serialize(right), R"(["right"])");
+    }
+}
+
+TEST(Fallback, OfAValueWithItselfIsThatValue) {
+    for (const Operand& operand : operands()) {
+        const Value& chosen = operand.value || operand.value;
+        EXPECT_EQ(&chosen, &operand.value) << operand.name;
+    }
+}
+
+TEST(Fallback, MayBeCopiedFromTemporaries) {
+    const Value right = Value() || Value("default");
+    EXPECT_EQ(serialize(right), R"("default")");
+    const Value left = Value("present") || Value("default");
+    EXPECT_EQ(serialize(left), R"("present")");
+    Value assigned;
+    assigned = Value(false) || Value(Array{1});
+    EXPECT_EQ(serialize(assigned), "[1]");
+}
+
+TEST(Fallback, ACopyOfTheChoiceIsIndependentOfIt) {
+    Value left(Array{1});
+    const Value copy = left || Value();
+    left.push(2);
+    EXPECT_EQ(serialize(copy), "[1]");
+}
+
+TEST(Fallback, GivesADefaultForAMissingOrEmptyMember) {
+    const Value record(Object{{"name", "x"}, {"empty", ""}, {"zero", 0}, {"zero64", 0LL}});
+    const auto name_or_default = [&](const char* key) {
+        return serialize(record[key] || Value("unnamed"));
+    };
+    EXPECT_EQ(name_or_default("name"), R"("x")");
+    EXPECT_EQ(name_or_default("empty"), R"("unnamed")");
+    EXPECT_EQ(name_or_default("missing"), R"("unnamed")");
+    EXPECT_EQ(name_or_default("zero"), R"("unnamed")");
+    EXPECT_EQ(name_or_default("zero64"), "0");
+    EXPECT_FALSE(record.hasOwnProperty("missing"));
+}
+
+TEST(Fallback, NestsOnTheRight) {
+    const Value a;
+    const Value b("");
+    const Value c("c");
+    const Value d("d");
+    EXPECT_EQ(&static_cast<const Value&>(a || (b || c)), &c);
+    EXPECT_EQ(&static_cast<const Value&>(a || (c || d)), &c);
+    EXPECT_EQ(&static_cast<const Value&>(d || (a || c)), &d);
+    EXPECT_EQ(&static_cast<const Value&>(a || (b || (a || d))), &d);
+    EXPECT_EQ(&static_cast<const Value&>(a || (a || b)), &b) << "the last is taken as it is";
+}
+
+TEST(Fallback, IsDecidedWhenItIsConverted) {
+    Value a("present");
+    const Value b("default");
+    const Value::Or choice = a || b;
+    EXPECT_EQ(&static_cast<const Value&>(choice), &a);
+    a = Null();
+    EXPECT_EQ(&static_cast<const Value&>(choice), &b);
+    a = 0LL;
+    EXPECT_EQ(&static_cast<const Value&>(choice), &a);
+}
+
+TEST(Fallback, CanBeWrittenOut) {
+    const Value falsy;
+    const Value truthy(1);
+    const Value::Or takes_right(falsy, truthy);
+    const Value::Or takes_left(truthy, falsy);
+    EXPECT_EQ(&static_cast<const Value&>(takes_right), &truthy);
+    EXPECT_EQ(&static_cast<const Value&>(takes_left), &truthy);
+}
+
+TEST(Fallback, NeverThrows) {
+    static_assert(noexcept(std::declval<const Value&>() || std::declval<const Value&>()));
+    static_assert(noexcept(static_cast<const Value&>(std::declval<const Value::Or&>())));
+    static_assert(std::is_same_v<decltype(std::declval<const Value&>() || Value()), Value::Or>);
+    static_assert(std::is_constructible_v<Value::Or, const Value&, const Value&>);
+    static_assert(std::is_convertible_v<Value::Or, const Value&>);
+}
+
+// ---- The visitor -------------------------------------------------------------------------------
+
+TEST(OrVisitor, HoldsItsLeftOperand) {
+    const Value left(1);
+    const Value right(2);
+    const Value::OrVisitor visitor(left, right);
+    EXPECT_EQ(&visitor.left(), &left);
+    const Value::OrVisitor copy(visitor);
+    EXPECT_EQ(&copy.left(), &left);
+}
+
+TEST(OrVisitor, ChoosesByTheContentItVisits) {
+    // What the operands hold plays no part here: the content decides.
+    const Value left("left");
+    const Value right("right");
+    const Value::OrVisitor visitor(left, right);
+
+    EXPECT_EQ(&visitor(Undefined()), &right);
+    EXPECT_EQ(&visitor(Null()), &right);
+
+    EXPECT_EQ(&visitor(false), &right);
+    EXPECT_EQ(&visitor(true), &left);
+
+    EXPECT_EQ(&visitor(0.0), &right);
+    EXPECT_EQ(&visitor(-0.0), &right);
+    EXPECT_EQ(&visitor(0.5), &left);
+    EXPECT_EQ(&visitor(-1.0), &left);
+    EXPECT_EQ(&visitor(5e-324), &left);
+    EXPECT_EQ(&visitor(infinity), &left);
+    EXPECT_EQ(&visitor(not_a_number), &left);
+
+    EXPECT_EQ(&visitor(std::string()), &right);
+    EXPECT_EQ(&visitor(std::string(" ")), &left);
+    EXPECT_EQ(&visitor(std::string(1, '\0')), &left);
+
+    EXPECT_EQ(&visitor(Array{}), &left);
+    EXPECT_EQ(&visitor(Array{1}), &left);
+    EXPECT_EQ(&visitor(Object{}), &left);
+    EXPECT_EQ(&visitor(Object{{"a", 1}}), &left);
+    EXPECT_EQ(&visitor(0.0f), &left);
+    EXPECT_EQ(&visitor(1.0f), &left);
+    EXPECT_EQ(&visitor(0LL), &left);
+    EXPECT_EQ(&visitor(1LL), &left);
+    EXPECT_EQ(&visitor(0ULL), &left);
+    EXPECT_EQ(&visitor(1ULL), &left);
+}
+
+TEST(OrVisitor, IsAVisitorWhoseResultIsAReference) {
+    static_assert(std::is_base_of_v<boost::static_visitor<const Value&>, Value::OrVisitor>);
+    static_assert(std::is_convertible_v<Value::OrVisitor*, boost::static_visitor<const Value&>*>);
+    static_assert(std::is_same_v<Value::OrVisitor::result_type, const Value&>);
+}
+
+} // namespace
+} // namespace foundation::json::test

@@ -1,0 +1,459 @@
+// Reading and reaching into arrays and objects: the ten operator[], length and hasOwnProperty.
+#include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
+
+#include "support/describe.hpp"
+#include "support/kind.hpp"
+#include "support/samples.hpp"
+#include "support/thrown_message.hpp"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace foundation::json::test {
+namespace {
+
+/// One way of writing a lookup. AnyValue is Value or const Value.
+template <class AnyValue>
+struct Lookup {
+    const char* form;
+    std::function<AnyValue&(AnyValue&)> look_up;
+};
+
+template <class AnyValue>
+std::vector<Lookup<AnyValue>> lookups_of_element(int index) {
+    return {
+        {"value[int]", [=](AnyValue& v) -> AnyValue& { return v[index]; }},
+        {"value[std::size_t]",
+         [=](AnyValue& v) -> AnyValue& { return v[static_cast<std::size_t>(index)]; }},
+        {"value[Value(double)]",
+         [=](AnyValue& v) -> AnyValue& { return v[Value(static_cast<double>(index))]; }},
+        {"value[Value(int)]", [=](AnyValue& v) -> AnyValue& { return v[Value(index)]; }},
+    };
+}
+
+template <class AnyValue>
+std::vector<Lookup<AnyValue>> lookups_of_member(const std::string& name) {
+    return {
+        {"value[std::string]", [=](AnyValue& v) -> AnyValue& { return v[name]; }},
+        {"value[const char*]", [=](AnyValue& v) -> AnyValue& { return v[name.c_str()]; }},
+        {"value[Value(std::string)]", [=](AnyValue& v) -> AnyValue& { return v[Value(name)]; }},
+        {"value[Value(const char*)]",
+         [=](AnyValue& v) -> AnyValue& { return v[Value(name.c_str())]; }},
+    };
+}
+
+/// What holds for the const and the non-const overloads alike.
+template <class AnyValue>
+class IndexingConstAndNot : public testing::Test {};
+
+struct ConstnessName {
+    template <class AnyValue>
+    static std::string GetName(int) {
+        return std::is_const_v<AnyValue> ? "Const" : "NonConst";
+    }
+};
+
+using ConstAndNot = testing::Types<Value, const Value>;
+TYPED_TEST_SUITE(IndexingConstAndNot, ConstAndNot, ConstnessName);
+
+// ---- Elements ----------------------------------------------------------------------------------
+
+TYPED_TEST(IndexingConstAndNot, AnIndexGivesTheElementAtThatPlace) {
+    TypeParam array(Array{"zero", "one", "two"});
+    for (const auto& [form, look_up] : lookups_of_element<TypeParam>(0)) {
+        EXPECT_EQ(look_up(array), Value("zero")) << form;
+    }
+    for (const auto& [form, look_up] : lookups_of_element<TypeParam>(1)) {
+        EXPECT_EQ(look_up(array), Value("one")) << form;
+    }
+    for (const auto& [form, look_up] : lookups_of_element<TypeParam>(2)) {
+        EXPECT_EQ(look_up(array), Value("two")) << form;
+    }
+}
+
+TYPED_TEST(IndexingConstAndNot, EveryWayToAnElementLeadsToTheSameObject) {
+    TypeParam array(Array{"zero", "one", "two"});
+    const Value* const first = &array[0];
+    for (const auto& [form, look_up] : lookups_of_element<TypeParam>(2)) {
+        EXPECT_EQ(&look_up(array), first + 2) << form << ": elements lie one after another";
+    }
+}
+
+TYPED_TEST(IndexingConstAndNot, ANumberAsKeyIsTruncatedTowardZero) {
+    struct Case {
+        double key;
+        const char* element;
+    };
+    const Case cases[] = {{0.0, "zero"},   {0.5, "zero"},  {0.9999999999999999, "zero"},
+                          {1.0, "one"},    {1.9, "one"},   {1.9999999999999998, "one"},
+                          {2.0, "two"},    {2.7, "two"},   {2.9999999999999996, "two"},
+                          {-0.0, "zero"},  {-0.5, "zero"}, {-0.9999999999999999, "zero"},
+                          {5e-324, "zero"}};
+    TypeParam array(Array{"zero", "one", "two"});
+    for (const Case& c : cases) {
+        EXPECT_EQ(array[Value(c.key)], Value(c.element)) << c.key;
+    }
+}
+
+TYPED_TEST(IndexingConstAndNot, AnIndexIntoAnythingButAnArrayNamesBothKinds) {
+    struct Case {
+        Value value;
+        const char* message;
+    };
+    Case cases[] = {
+        {Value(Undefined()), "invalid conversion: undefined to JSON array"},
+        {Value(Null()), "invalid conversion: JSON null to JSON array"},
+        {Value(true), "invalid conversion: JSON boolean to JSON array"},
+        {Value(1.0), "invalid conversion: JSON number to JSON array"},
+        {Value("text"), "invalid conversion: JSON string to JSON array"},
+        {Value(Object{{"0", 1}}), "invalid conversion: JSON object to JSON array"},
+        {Value(1.0f), "invalid conversion: float to JSON array"},
+        {Value(1LL), "invalid conversion: int64 to JSON array"},
+        {Value(1ULL), "invalid conversion: uint64 to JSON array"},
+    };
+    for (Case& c : cases) {
+        TypeParam& value = c.value;
+        for (const auto& [form, look_up] : lookups_of_element<TypeParam>(0)) {
+            EXPECT_EQ(thrown_message([&, &find = look_up] { find(value); }), c.message) << form;
+        }
+    }
+}
+
+// ---- Members -----------------------------------------------------------------------------------
+
+TYPED_TEST(IndexingConstAndNot, ANameGivesTheMemberOfThatName) {
+    TypeParam object(Object{{"a", "A"}, {"ab", "AB"}, {"b", "B"}});
+    for (const auto& [form, look_up] : lookups_of_member<TypeParam>("ab")) {
+        EXPECT_EQ(look_up(object), Value("AB")) << form;
+        EXPECT_EQ(&look_up(object), &object[std::string("ab")]) << form;
+    }
+    EXPECT_EQ(serialize(object), R"({"a":"A","ab":"AB","b":"B"})");
+}
+
+TYPED_TEST(IndexingConstAndNot, TheEmptyNameIsANameLikeAnyOther) {
+    TypeParam object(Object{{"", "empty"}, {"a", "A"}});
+    for (const auto& [form, look_up] : lookups_of_member<TypeParam>("")) {
+        EXPECT_EQ(look_up(object), Value("empty")) << form;
+    }
+}
+
+TYPED_TEST(IndexingConstAndNot, AZeroByteBelongsToANameUnlessTheNameIsACString) {
+    const std::string name("a\0b", 3);
+    TypeParam object(Object{{"a", "short"}, {name, "whole"}});
+    EXPECT_EQ(object[name], Value("whole"));
+    EXPECT_EQ(object[Value(name)], Value("whole"));
+    EXPECT_EQ(object["a\0b"], Value("short"));
+}
+
+TYPED_TEST(IndexingConstAndNot, ANameInAnythingButAnObjectNamesBothKinds) {
+    struct Case {
+        Value value;
+        const char* message;
+    };
+    Case cases[] = {
+        {Value(Undefined()), "invalid conversion: undefined to JSON object"},
+        {Value(Null()), "invalid conversion: JSON null to JSON object"},
+        {Value(true), "invalid conversion: JSON boolean to JSON object"},
+        {Value(1.0), "invalid conversion: JSON number to JSON object"},
+        {Value("text"), "invalid conversion: JSON string to JSON object"},
+        {Value(Array{1, 2}), "invalid conversion: JSON array to JSON object"},
+        {Value(1.0f), "invalid conversion: float to JSON object"},
+        {Value(1LL), "invalid conversion: int64 to JSON object"},
+        {Value(1ULL), "invalid conversion: uint64 to JSON object"},
+    };
+    for (Case& c : cases) {
+        TypeParam& value = c.value;
+        for (const char* name : {"0", "a", "", "length"}) {
+            for (const auto& [form, look_up] : lookups_of_member<TypeParam>(name)) {
+                EXPECT_EQ(thrown_message([&, &find = look_up] { find(value); }), c.message)
+                    << form << " with \"" << name << '"';
+            }
+        }
+    }
+}
+
+// ---- Values as keys ----------------------------------------------------------------------------
+
+TYPED_TEST(IndexingConstAndNot, OnlyANumberOrAStringIsAKey) {
+    const Value keys[] = {
+        Value(Undefined()), Value(Null()),   Value(true),     Value(false),
+        Value(Array{}),     Value(Array{0}), Value(Object{}), Value(Object{{"a", 1}}),
+        Value(0.0f),        Value(0LL),      Value(0ULL),
+    };
+    for (Sample& sample : samples()) {
+        TypeParam& value = sample.value;
+        for (const Value& key : keys) {
+            EXPECT_EQ(thrown_message([&] { value[key]; }), "Undefined value")
+                << sample.kind << " by " << kind_of(key);
+        }
+        EXPECT_EQ(describe(value), sample.description);
+    }
+}
+
+TYPED_TEST(IndexingConstAndNot, WholeNumbersOfOtherKindsDoNotIndexAnArray) {
+    TypeParam array(Array{"zero", "one", "two"});
+    EXPECT_EQ(thrown_message([&] { array[Value(2LL)]; }), "Undefined value");
+    EXPECT_EQ(thrown_message([&] { array[Value(2ULL)]; }), "Undefined value");
+    EXPECT_EQ(thrown_message([&] { array[Value(2.0f)]; }), "Undefined value");
+    EXPECT_EQ(thrown_message([&] { array[Value(true)]; }), "Undefined value");
+    EXPECT_EQ(array[Value(2)], Value("two")) << "an int is stored as a number";
+}
+
+TYPED_TEST(IndexingConstAndNot, AKeyIsNotConvertedToWhatTheContainerWants) {
+    TypeParam array(Array{"zero"});
+    EXPECT_EQ(thrown_message([&] { array[Value("0")]; }),
+              "invalid conversion: JSON array to JSON object");
+    TypeParam object(Object{{"0", "zero"}});
+    EXPECT_EQ(thrown_message([&] { object[Value(0.0)]; }),
+              "invalid conversion: JSON object to JSON array");
+}
+
+TYPED_TEST(IndexingConstAndNot, AKeyMayBePartOfTheValueItIndexes) {
+    TypeParam array(Array{2, "x", "found"});
+    EXPECT_EQ(array[array[0]], Value("found"));
+    TypeParam object(Object{{"target", "found"}, {"use", "target"}});
+    EXPECT_EQ(object[object["use"]], Value("found"));
+}
+
+TYPED_TEST(IndexingConstAndNot, LookupsChain) {
+    TypeParam value(Object{{"a", Array{1, Object{{"b", "deep"}}}}});
+    EXPECT_EQ(value["a"][1]["b"], Value("deep"));
+}
+
+TYPED_TEST(IndexingConstAndNot, AFailingLookupLeavesTheValueAsItWas) {
+    for (const Value& key : {Value("missing"), Value(0.0), Value(0LL), Value(Null())}) {
+        for (Sample& sample : samples()) {
+            TypeParam& value = sample.value;
+            try {
+                value[key];
+            } catch (const std::runtime_error&) {
+                EXPECT_EQ(describe(value), sample.description) << "by " << kind_of(key);
+            }
+        }
+    }
+}
+
+// ---- Missing members ---------------------------------------------------------------------------
+
+TEST(ConstIndexing, AMissingMemberIsOneConstantUndefinedValueAndIsNotInserted) {
+    const Value empty{Object{}};
+    const Value full(Object{{"a", 1}, {"c", 3}});
+    const Value* const undefined = &empty["anything"];
+    EXPECT_EQ(kind_of(*undefined), "undefined");
+    for (const char* name : {"", "b", "missing", "A"}) {
+        for (const auto& [form, look_up] : lookups_of_member<const Value>(name)) {
+            EXPECT_EQ(&look_up(empty), undefined) << form;
+            EXPECT_EQ(&look_up(full), undefined) << form;
+        }
+        EXPECT_FALSE(empty.hasOwnProperty(name));
+        EXPECT_FALSE(full.hasOwnProperty(name));
+    }
+    EXPECT_EQ(serialize(empty), "{}");
+    EXPECT_EQ(serialize(full), R"({"a":1,"c":3})");
+}
+
+TEST(ConstIndexing, TheUndefinedOfAMissingMemberOutlivesTheObject) {
+    const Value* undefined = nullptr;
+    {
+        const Value object{Object{}};
+        undefined = &object["a"];
+    }
+    EXPECT_EQ(kind_of(*undefined), "undefined");
+}
+
+TEST(ConstIndexing, AnUndefinedMemberIsNotTheUndefinedOfAMissingOne) {
+    const Value object(Object{{"a", Value()}});
+    EXPECT_EQ(kind_of(object["a"]), "undefined");
+    EXPECT_NE(&object["a"], &object["missing"]);
+}
+
+TEST(NonConstIndexing, AMissingMemberIsInsertedUndefinedAndStays) {
+    for (const auto& [form, look_up] : lookups_of_member<Value>("x")) {
+        Value object{Object{}};
+        Value& member = look_up(object);
+        EXPECT_EQ(kind_of(member), "undefined") << form;
+        EXPECT_TRUE(object.hasOwnProperty("x")) << form;
+        EXPECT_EQ(&look_up(object), &member) << form;
+        EXPECT_EQ(&static_cast<const Value&>(object)["x"], &member) << form;
+        EXPECT_EQ(serialize(object), R"({"x":})") << form;
+    }
+}
+
+TEST(NonConstIndexing, AnInsertedMemberCanBeAssigned) {
+    for (const auto& [form, look_up] : lookups_of_member<Value>("x")) {
+        Value object(Object{{"w", 1}, {"y", 3}});
+        look_up(object) = 2;
+        EXPECT_EQ(serialize(object), R"({"w":1,"x":2,"y":3})") << form;
+    }
+}
+
+TEST(NonConstIndexing, ElementsAndMembersCanBeAssignedInPlace) {
+    for (const auto& [form, look_up] : lookups_of_element<Value>(1)) {
+        Value array(Array{1, 2, 3});
+        look_up(array) = "new";
+        EXPECT_EQ(serialize(array), R"([1,"new",3])") << form;
+    }
+    for (const auto& [form, look_up] : lookups_of_member<Value>("b")) {
+        Value object(Object{{"a", 1}, {"b", 2}});
+        look_up(object) = "new";
+        EXPECT_EQ(serialize(object), R"({"a":1,"b":"new"})") << form;
+    }
+}
+
+TEST(NonConstIndexing, LookingUpAPresentMemberInsertsNothing) {
+    for (const auto& [form, look_up] : lookups_of_member<Value>("a")) {
+        Value object(Object{{"a", 1}});
+        look_up(object);
+        EXPECT_EQ(serialize(object), R"({"a":1})") << form;
+    }
+}
+
+TEST(NonConstIndexing, AMissingMemberWithAZeroByteInItsNameIsInsertedUnderTheWholeName) {
+    const std::string name("a\0b", 3);
+    Value object{Object{}};
+    object[name];
+    EXPECT_TRUE(object.hasOwnProperty(name));
+    EXPECT_FALSE(object.hasOwnProperty("a"));
+    object["c\0d"];
+    EXPECT_TRUE(object.hasOwnProperty("c"));
+    EXPECT_FALSE(object.hasOwnProperty(std::string("c\0d", 3)));
+}
+
+TEST(NonConstIndexing, NamesAreOrderedByTheirBytes) {
+    Value object{Object{}};
+    int count = 0;
+    for (const char* name : {"b", "ab", "\xC3\xA4", "a", "Z", "", "a b"}) {
+        object[name] = ++count;
+    }
+    EXPECT_EQ(serialize(object),
+              "{\"\":6,\"Z\":5,\"a\":4,\"a b\":7,\"ab\":2,\"b\":1,\"\xC3\xA4\":3}");
+}
+
+TEST(NonConstIndexing, MembersKeepTheirPlaceWhenOthersAreInserted) {
+    Value object(Object{{"m", "here"}});
+    Value* const member = &object["m"];
+    for (int i = 0; i != 100; ++i) {
+        object[std::to_string(i)] = i;
+    }
+    EXPECT_EQ(&object["m"], member);
+    EXPECT_EQ(*member, Value("here"));
+}
+
+TEST(NonConstIndexing, ConstAndNonConstAccessReachTheSameObject) {
+    Value array(Array{1, 2});
+    EXPECT_EQ(&array[1], &static_cast<const Value&>(array)[1]);
+    Value object(Object{{"a", 1}});
+    EXPECT_EQ(&object["a"], &static_cast<const Value&>(object)["a"]);
+}
+
+TEST(NonConstIndexing, AMemberOfWhatIsNoObjectIsNotMadeOnTheWay) {
+    Value object(Object{{"a", 1}});
+    EXPECT_EQ(thrown_message([&] { object["a"]["b"] = 2; }),
+              "invalid conversion: JSON number to JSON object");
+    EXPECT_EQ(serialize(object), R"({"a":1})");
+    EXPECT_EQ(thrown_message([&] { object["new"]["b"] = 2; }),
+              "invalid conversion: undefined to JSON object");
+    EXPECT_EQ(serialize(object), R"({"a":1,"new":})") << "the first step had succeeded";
+}
+
+TEST(Indexing, ResultsAreReferences) {
+    static_assert(std::is_same_v<decltype(std::declval<Value&>()[std::string()]), Value&>);
+    static_assert(std::is_same_v<decltype(std::declval<Value&>()["a"]), Value&>);
+    static_assert(std::is_same_v<decltype(std::declval<Value&>()[0]), Value&>);
+    static_assert(std::is_same_v<decltype(std::declval<Value&>()[std::size_t{0}]), Value&>);
+    static_assert(std::is_same_v<decltype(std::declval<Value&>()[Value()]), Value&>);
+    static_assert(
+        std::is_same_v<decltype(std::declval<const Value&>()[std::string()]), const Value&>);
+    static_assert(std::is_same_v<decltype(std::declval<const Value&>()["a"]), const Value&>);
+    static_assert(std::is_same_v<decltype(std::declval<const Value&>()[0]), const Value&>);
+    static_assert(
+        std::is_same_v<decltype(std::declval<const Value&>()[std::size_t{0}]), const Value&>);
+    static_assert(std::is_same_v<decltype(std::declval<const Value&>()[Value()]), const Value&>);
+    static_assert(std::is_same_v<decltype(std::declval<const Value&>().length()), std::size_t>);
+    static_assert(std::is_same_v<decltype(std::declval<Value&>().push(Value())), void>);
+}
+
+// ---- length ------------------------------------------------------------------------------------
+
+TEST(Length, IsTheNumberOfElementsOfAnArray) {
+    EXPECT_EQ(Value(Array{}).length(), 0u);
+    EXPECT_EQ(Value(Array{Value()}).length(), 1u) << "an Undefined element counts";
+    EXPECT_EQ(Value(Array{1, 2, 3}).length(), 3u);
+    EXPECT_EQ(Value(Array{Array{1, 2, 3}, Array{}}).length(), 2u) << "only the outermost counts";
+    EXPECT_EQ(Value(Array(1000)).length(), 1000u);
+}
+
+TEST(Length, OfAnythingButAnArrayNamesTheKindWithoutABlankBeforeIt) {
+    struct Case {
+        Value value;
+        const char* message;
+    };
+    const Case cases[] = {
+        {Value(Undefined()), "json::Value::length not supported for values of type:undefined"},
+        {Value(Null()), "json::Value::length not supported for values of type:JSON null"},
+        {Value(true), "json::Value::length not supported for values of type:JSON boolean"},
+        {Value(1.0), "json::Value::length not supported for values of type:JSON number"},
+        {Value("abc"), "json::Value::length not supported for values of type:JSON string"},
+        {Value(Object{{"a", 1}}),
+         "json::Value::length not supported for values of type:JSON object"},
+        {Value(1.0f), "json::Value::length not supported for values of type:float"},
+        {Value(1LL), "json::Value::length not supported for values of type:int64"},
+        {Value(1ULL), "json::Value::length not supported for values of type:uint64"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(thrown_message([&] { static_cast<void>(c.value.length()); }), c.message);
+    }
+}
+
+// ---- hasOwnProperty ----------------------------------------------------------------------------
+
+TEST(HasOwnProperty, IsTrueForTheNamesOfAnObject) {
+    const Value object(Object{{"a", 1}, {"ab", 2}});
+    EXPECT_TRUE(object.hasOwnProperty("a"));
+    EXPECT_TRUE(object.hasOwnProperty("ab"));
+    EXPECT_FALSE(object.hasOwnProperty(""));
+    EXPECT_FALSE(object.hasOwnProperty("A"));
+    EXPECT_FALSE(object.hasOwnProperty("abc"));
+    EXPECT_FALSE(object.hasOwnProperty("b"));
+    EXPECT_FALSE(Value(Object{}).hasOwnProperty("a"));
+}
+
+TEST(HasOwnProperty, CountsAMemberWhateverItHolds) {
+    for (const Sample& sample : samples()) {
+        EXPECT_TRUE(Value(Object{{"a", sample.value}}).hasOwnProperty("a")) << sample.kind;
+    }
+}
+
+TEST(HasOwnProperty, ComparesNamesByteForByte) {
+    const std::string name("a\0b", 3);
+    const Value object(Object{{name, 1}});
+    EXPECT_TRUE(object.hasOwnProperty(name));
+    EXPECT_FALSE(object.hasOwnProperty("a"));
+    EXPECT_FALSE(object.hasOwnProperty(std::string("a\0", 2)));
+    EXPECT_FALSE(object.hasOwnProperty(std::string("a\0b\0", 4)));
+}
+
+TEST(HasOwnProperty, LooksAtTheOutermostObjectOnly) {
+    const Value object(Object{{"outer", Object{{"inner", 1}}}});
+    EXPECT_FALSE(object.hasOwnProperty("inner"));
+    EXPECT_TRUE(object["outer"].hasOwnProperty("inner"));
+}
+
+TEST(HasOwnProperty, IsFalseForEveryKindButObject) {
+    for (const Sample& sample : samples()) {
+        const bool is_object = sample.kind == "JSON object";
+        EXPECT_EQ(sample.value.hasOwnProperty("a"), is_object) << sample.kind;
+        for (const char* name : {"", "0", "length", "text"}) {
+            EXPECT_FALSE(sample.value.hasOwnProperty(name)) << sample.kind << ' ' << name;
+        }
+    }
+}
+
+} // namespace
+} // namespace foundation::json::test
