@@ -36,7 +36,7 @@ install_packages() {
         # Without a terminal there is nobody to type a password.
         if [[ -t 0 ]]; then as_root=(sudo); else as_root=(sudo -n); fi
     fi
-    echo "Installing ${missing[*]}" >&2
+    if [[ -t 2 ]]; then echo "Installing ${missing[*]}" >&2; fi
     mkdir -p "$root/build"
     # Where the package lists are out of reach, those on the machine may still do.
     "${as_root[@]}" apt-get -q update >"$log" 2>&1 || true
