@@ -158,10 +158,10 @@ TEST(Push, OfTheLastElementSurvivesTheGrowthThatMakesItMove) {
 }
 
 TEST(Push, OfAnElementOfAnElement) {
-    Value array(Array{Array{"deep", Array{1}}});
+    Value array(Array{Array{"deep", Array{1}}, 2});
     array.push(array[0][1]);
     array.push(array[0][0]);
-    EXPECT_EQ(serialize(array), R"([["deep",[1]],[1],"deep"])");
+    EXPECT_EQ(serialize(array), R"([["deep",[1]],2,[1],"deep"])");
 }
 
 // ---- Growth ------------------------------------------------------------------------------------
@@ -242,7 +242,7 @@ TEST(PushVisitor, AppendsTheValueAsItIsWhenVisited) {
 }
 
 TEST(PushVisitor, AppendsAnElementOfTheVectorItself) {
-    Array elements{Array{"first"}};
+    Array elements(1, Array{"first"});
     for (int i = 0; i != 20; ++i) {
         Value::push_visitor{elements[0]}(elements);
     }

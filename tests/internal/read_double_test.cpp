@@ -297,7 +297,7 @@ TEST(ReadDouble, NeedsNoTerminator) {
 TEST(ReadDouble, ReadsADecimalPointInEveryLocale) {
     const ScopedCLocale c_locale(LC_ALL, "de_DE.UTF-8");
     ASSERT_TRUE(c_locale.succeeded()) << "LOCPATH must name the folder of the generated locale";
-    const ScopedGlobalLocale cpp_locale(std::locale("de_DE.UTF-8"));
+    const ScopedGlobalLocale cpp_locale(grouping_locale("\3")); // a decimal semicolon
     ASSERT_STREQ(std::localeconv()->decimal_point, ",");
     ASSERT_EQ(std::strtod("1,5", nullptr), 1.5)
         << "the locale must be in force for this test to tell anything";

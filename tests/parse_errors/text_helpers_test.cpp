@@ -11,7 +11,6 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
-#include <locale>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -269,7 +268,7 @@ TEST(StringToDouble, GivesAnInfinityOrAZeroWhenOutOfRange) {
 TEST(StringToDouble, ReadsADecimalPointInEveryLocale) {
     const ScopedCLocale c_locale(LC_ALL, "de_DE.UTF-8");
     ASSERT_TRUE(c_locale.succeeded()) << "LOCPATH must name the folder of the generated locale";
-    const ScopedGlobalLocale cpp_locale(std::locale("de_DE.UTF-8"));
+    const ScopedGlobalLocale cpp_locale(grouping_locale("\3")); // a decimal semicolon
     ASSERT_STREQ(std::localeconv()->decimal_point, ",");
     char sample[8];
     std::snprintf(sample, sizeof sample, "%.1f", 1.5);
