@@ -244,8 +244,8 @@ TEST(Comparison, OfArraysComparesElementsOfDifferentKindsByKind) {
         {Array{100}, LESS, Array{1.0f}},
         {Array{1}, LESS, Array{1LL}},
         {Array{9}, LESS, Array{"1"}},
-        {Array{"z"}, LESS, Array{Array{}}},
-        {Array{Array{9}}, LESS, Array{Object{}}},
+        {Array{"z"}, LESS, Array{Value(Array{})}},
+        {Array{Value(Array{9})}, LESS, Array{Object{}}},
     });
 }
 
@@ -312,7 +312,7 @@ TEST(Comparison, FindsWhatHoldsUndefinedOrNanUnequalToItself) {
             Array{odd},
             Array{1, odd, 2},
             Object{{"a", odd}},
-            Array{Array{Array{odd}}},
+            Array{Value(Array{Value(Array{odd})})},
             Object{{"a", Array{1, Object{{"b", odd}}}}},
         };
         for (const Value& holder : holders) {

@@ -262,7 +262,7 @@ TEST(Value, StoresElementsContiguously) {
 }
 
 TEST(Value, SharesNoElementsWithItsCopies) {
-    Value original(Array{Array{1}});
+    Value original(Array{Array{1}, 2});
     Value copy(original);
     EXPECT_NE(&copy[0], &original[0]);
     EXPECT_NE(&copy[0][0], &original[0][0]);

@@ -1,0 +1,243 @@
+// The harness itself: that it finds what it is there to find.
+#include "support/allocation_failures.hpp"
+
+#include <gtest/gtest-spi.h>
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <string>
+#include <vector>
+
+namespace foundation::json::test {
+namespace {
+
+const std::string long_text = "a text too long for a string's own storage";
+
+struct Texts {
+    std::string one;
+    std::string two;
+};
+
+Texts no_texts() {
+    return {};
+}
+
+void expect_nothing(const Texts&) {}
+
+TEST(AllocationHarness, CountsAllocations) {
+    EXPECT_EQ(allocations_of([] {}), 0u);
+    EXPECT_EQ(allocations_of([] { std::string copy(long_text); }), 1u);
+    EXPECT_EQ(allocations_of([] { std::vector<std::string>(3, long_text); }), 4u);
+}
+
+// By calling the functions themselves: a compiler may drop a pair of new and delete expressions.
+TEST(AllocationHarness, CountsEveryFormOfAllocation) {
+    constexpr std::align_val_t wide{64};
+    const std::size_t live_before = live_allocations();
+    const auto allocations = allocations_of([] {
+        ::operator delete(::operator new(3));
+        ::operator delete[](::operator new[](3));
+        ::operator delete(::operator new(3, std::nothrow), std::nothrow);
+        ::operator delete[](::operator new[](3, std::nothrow), std::nothrow);
+        ::operator delete(::operator new(3, wide), wide);
+        ::operator delete[](::operator new[](3, wide), wide);
+        ::operator delete(::operator new(3, wide, std::nothrow), wide, std::nothrow);
+        ::operator delete[](::operator new[](3, wide, std::nothrow), wide, std::nothrow);
+    });
+    EXPECT_EQ(allocations, 8u);
+    EXPECT_EQ(live_allocations(), live_before);
+}
+
+TEST(AllocationHarness, CountsWhatIsNotReleasedYet) {
+    const std::size_t before = live_allocations();
+    {
+        const std::string copy(long_text);
+        EXPECT_EQ(live_allocations(), before + 1);
+    }
+    EXPECT_EQ(live_allocations(), before);
+}
+
+TEST(AllocationHarness, FailsOneAllocation) {
+    bool first_failed = false;
+    bool second_failed = false;
+    bool third_failed = false;
+    const auto fails = [] {
+        try {
+            std::string copy(long_text);
+            return false;
+        } catch (const std::bad_alloc&) {
+            return true;
+        }
+    };
+    {
+        const FailingAllocation failing(2, Failing::once);
+        first_failed = fails();
+        second_failed = fails();
+        third_failed = fails();
+    }
+    EXPECT_FALSE(first_failed);
+    EXPECT_TRUE(second_failed);
+    EXPECT_FALSE(third_failed);
+    {
+        const FailingAllocation failing(2, Failing::from_then_on);
+        first_failed = fails();
+        second_failed = fails();
+        third_failed = fails();
+    }
+    EXPECT_FALSE(first_failed);
+    EXPECT_TRUE(second_failed);
+    EXPECT_TRUE(third_failed);
+    EXPECT_FALSE(fails());
+}
+
+TEST(AllocationHarness, TellsHowManyAllocationsCouldFail) {
+    EXPECT_EQ(fail_each_allocation(
+                  no_texts, [](Texts&) {}, expect_nothing),
+              0u);
+    EXPECT_EQ(fail_each_allocation(
+                  no_texts,
+                  [](Texts& t) {
+                      t.one = long_text;
+                      t.two = long_text;
+                  },
+                  expect_nothing),
+              2u);
+}
+
+TEST(AllocationHarness, ChecksEachFailureInBothModesAndEverySuccess) {
+    std::vector<std::size_t> after_failure;
+    std::vector<std::size_t> after_success;
+    after_failure.reserve(100);
+    after_success.reserve(100);
+    const std::size_t failures = fail_each_allocation(
+        no_texts,
+        [](Texts& t) {
+            t.one = long_text;
+            t.two = long_text;
+        },
+        [&](const Texts& t) { after_failure.push_back(t.one.size() + t.two.size()); },
+        [&](const Texts& t) { after_success.push_back(t.one.size() + t.two.size()); });
+    EXPECT_EQ(failures, 2u);
+    const std::size_t size = long_text.size();
+    EXPECT_EQ(after_failure, (std::vector<std::size_t>{0, size, 0, size}));
+    EXPECT_EQ(after_success, std::vector<std::size_t>(6, 2 * size));
+}
+
+/// The messages of all expectations that fail in a body, instead of their failing the test.
+template <class Body>
+std::string reported_by(Body body) {
+    testing::TestPartResultArray reports;
+    {
+        const testing::ScopedFakeTestPartResultReporter reporter(
+            testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &reports);
+        body();
+    }
+    std::string messages;
+    for (int i = 0; i != reports.size(); ++i) {
+        messages += reports.GetTestPartResult(i).message();
+        messages += '\n';
+    }
+    return messages;
+}
+
+bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+TEST(AllocationHarness, ReportsNothingWhereAllIsWell) {
+    const std::string report = reported_by([] {
+        static_cast<void>(fail_each_allocation(
+            no_texts, [](Texts& t) { t.one = long_text; },
+            [](const Texts& t) { EXPECT_EQ(t.one, ""); }));
+    });
+    EXPECT_EQ(report, "");
+}
+
+TEST(AllocationHarness, ReportsAWrongState) {
+    const std::string report = reported_by([] {
+        static_cast<void>(fail_each_allocation(
+            no_texts,
+            [](Texts& t) {
+                t.one = long_text;
+                t.two = long_text;
+            },
+            [](const Texts& t) { EXPECT_EQ(t.one, "") << "a wrong state"; }));
+    });
+    EXPECT_TRUE(contains(report, "a wrong state")) << report;
+    EXPECT_TRUE(contains(report, "allocation 2 fails")) << report;
+    EXPECT_FALSE(contains(report, "allocation 1 fails")) << report;
+}
+
+TEST(AllocationHarness, ReportsALeak) {
+    std::vector<std::unique_ptr<int>> leaked;
+    leaked.reserve(100);
+    const std::string report = reported_by([&] {
+        static_cast<void>(fail_each_allocation(
+            no_texts,
+            [&](Texts& t) {
+                leaked.push_back(std::make_unique<int>(1));
+                t.one = long_text;
+                leaked.pop_back();
+            },
+            expect_nothing));
+    });
+    EXPECT_TRUE(contains(report, "something was leaked")) << report;
+    EXPECT_TRUE(contains(report, "allocation 2 fails")) << report;
+    EXPECT_FALSE(contains(report, "allocation 1 fails")) << report;
+}
+
+TEST(AllocationHarness, ReportsAFailureThatGoesUnnoticed) {
+    const auto absorb = [](Texts& t) {
+        try {
+            t.one = long_text;
+        } catch (const std::bad_alloc&) {
+        }
+    };
+    const std::string unchecked = reported_by(
+        [&] { static_cast<void>(fail_each_allocation(no_texts, absorb, expect_nothing)); });
+    EXPECT_TRUE(contains(unchecked, "the failure went unnoticed")) << unchecked;
+
+    const std::string checked = reported_by([&] {
+        static_cast<void>(
+            fail_each_allocation(no_texts, absorb, expect_nothing, [](const Texts& t) {
+                EXPECT_EQ(t.one, long_text) << "not achieved";
+            }));
+    });
+    EXPECT_TRUE(contains(checked, "not achieved")) << checked;
+}
+
+TEST(AllocationHarness, ReportsAnOperationThatFailsAgain) {
+    struct Fragile {
+        bool broken = false;
+    };
+    const std::string report = reported_by([] {
+        static_cast<void>(fail_each_allocation(
+            [] { return Fragile(); },
+            [](Fragile& f) {
+                try {
+                    std::string copy(f.broken ? std::string::npos - 1 : 100, 'x');
+                } catch (const std::bad_alloc&) {
+                    f.broken = true;
+                    throw;
+                }
+            },
+            [](const Fragile&) {}));
+    });
+    EXPECT_TRUE(contains(report, "when tried again")) << report;
+}
+
+TEST(AllocationHarness, AcceptsAnOperationThatDoesWithoutAnAllocation) {
+    const std::size_t failures = fail_each_allocation(
+        no_texts,
+        [](Texts& t) {
+            ::operator delete(::operator new(1, std::nothrow), std::nothrow);
+            t.one = "short";
+        },
+        expect_nothing, [](const Texts& t) { EXPECT_EQ(t.one, "short"); });
+    EXPECT_EQ(failures, 1u);
+}
+
+} // namespace
+} // namespace foundation::json::test

@@ -1,0 +1,167 @@
+#include "support/allocation_failures.hpp"
+
+#include <cstdlib>
+
+// The whole family of allocation functions is replaced, not just those that the others call by
+// default: an instrumented program has its own definition of every single one.
+
+namespace foundation::json::test {
+namespace {
+
+constexpr std::size_t never = 0;
+
+// Constants initialise these: allocations begin before any constructor runs.
+std::size_t total = 0;
+std::size_t live = 0;
+std::size_t until_failure = never; // 1: the next allocation fails
+bool failing_goes_on = false;
+bool has_failed = false;
+
+bool is_to_fail() noexcept {
+    if (until_failure == never) {
+        return false;
+    }
+    if (until_failure > 1) {
+        --until_failure;
+        return false;
+    }
+    if (!failing_goes_on) {
+        until_failure = never;
+    }
+    has_failed = true;
+    return true;
+}
+
+void* allocate(std::size_t size, std::size_t alignment) noexcept {
+    if (is_to_fail()) {
+        return nullptr;
+    }
+    // aligned_alloc() takes multiples of the alignment only.
+    const std::size_t at_least_one = size == 0 ? 1 : size;
+    void* const memory =
+        alignment <= alignof(std::max_align_t)
+            ? std::malloc(at_least_one)
+            : std::aligned_alloc(alignment, (at_least_one + alignment - 1) / alignment * alignment);
+    if (memory != nullptr) {
+        ++total;
+        ++live;
+    }
+    return memory;
+}
+
+void* allocate_or_throw(std::size_t size, std::size_t alignment) {
+    void* const memory = allocate(size, alignment);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void release(void* memory) noexcept {
+    if (memory != nullptr) {
+        --live;
+        std::free(memory);
+    }
+}
+
+} // namespace
+
+std::size_t total_allocations() noexcept {
+    return total;
+}
+
+std::size_t live_allocations() noexcept {
+    return live;
+}
+
+FailingAllocation::FailingAllocation(std::size_t n, Failing mode) noexcept {
+    until_failure = n;
+    failing_goes_on = mode == Failing::from_then_on;
+    has_failed = false;
+}
+
+FailingAllocation::~FailingAllocation() {
+    until_failure = never;
+}
+
+bool FailingAllocation::happened() const noexcept {
+    return has_failed;
+}
+
+} // namespace foundation::json::test
+
+using foundation::json::test::allocate;
+using foundation::json::test::allocate_or_throw;
+using foundation::json::test::release;
+
+namespace {
+
+constexpr std::size_t usual = alignof(std::max_align_t);
+
+constexpr std::size_t number(std::align_val_t alignment) noexcept {
+    return static_cast<std::size_t>(alignment);
+}
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    return allocate_or_throw(size, usual);
+}
+void* operator new[](std::size_t size) {
+    return allocate_or_throw(size, usual);
+}
+void* operator new(std::size_t size, std::align_val_t alignment) {
+    return allocate_or_throw(size, number(alignment));
+}
+void* operator new[](std::size_t size, std::align_val_t alignment) {
+    return allocate_or_throw(size, number(alignment));
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size, usual);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size, usual);
+}
+void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
+    return allocate(size, number(alignment));
+}
+void* operator new[](std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
+    return allocate(size, number(alignment));
+}
+
+void operator delete(void* memory) noexcept {
+    release(memory);
+}
+void operator delete[](void* memory) noexcept {
+    release(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    release(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    release(memory);
+}
+void operator delete(void* memory, std::align_val_t) noexcept {
+    release(memory);
+}
+void operator delete[](void* memory, std::align_val_t) noexcept {
+    release(memory);
+}
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
+    release(memory);
+}
+void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept {
+    release(memory);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+    release(memory);
+}
+void operator delete[](void* memory, const std::nothrow_t&) noexcept {
+    release(memory);
+}
+void operator delete(void* memory, std::align_val_t, const std::nothrow_t&) noexcept {
+    release(memory);
+}
+void operator delete[](void* memory, std::align_val_t, const std::nothrow_t&) noexcept {
+    release(memory);
+}
