@@ -120,6 +120,13 @@ TEST(Utf16Converter, CanBeUsedAgainAfterAnError) {
     EXPECT_EQ(converter.convert(high + low), "\xF0\x9F\x98\x80");
 }
 
+TEST(Utf16Converter, BeginsInTheInitialShiftStateAfterAnError) {
+    const Utf16Converter converter("ISO-2022-JP", false);
+    EXPECT_EQ(converter.convert(u"\x65E5"), "\x1B$BF|\x1B(B") << "shifted in and out again";
+    EXPECT_THROW(converter.convert(u"\x65E5" + high), std::range_error);
+    EXPECT_EQ(converter.convert(u"a"), "a") << "nothing to shift out of";
+}
+
 TEST(Utf16Converter, ConvertsTextsLongerThanAnyPiece) {
     UtfText text;
     for (char32_t i = 0; i != 50000; ++i) {
