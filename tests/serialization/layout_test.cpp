@@ -127,11 +127,11 @@ TEST(Layout, AnEmptyContainerHoldsItsIndentationBetweenItsBrackets) {
     const Case cases[] = {
         {"array at depth 0", Array{}, "[]"},
         {"object at depth 0", Object{}, "{}"},
-        {"array at depth 1", Array{Array{}}, "[\n    [    ]\n]"},
+        {"array at depth 1", Array{Value(Array{})}, "[\n    [    ]\n]"},
         {"object at depth 1", Array{Object{}}, "[\n    {    }\n]"},
         {"array member at depth 1", Object{{"e", Array{}}}, "{\n    \"e\":[    ]\n}"},
         {"object member at depth 1", Object{{"e", Object{}}}, "{\n    \"e\":{    }\n}"},
-        {"array at depth 2", Array{Array{Array{}}},
+        {"array at depth 2", Array{Value(Array{Value(Array{})})},
          "[\n"
          "    [\n"
          "        [        ]\n"
@@ -143,7 +143,7 @@ TEST(Layout, AnEmptyContainerHoldsItsIndentationBetweenItsBrackets) {
          "        \"b\":{        }\n"
          "    }\n"
          "}"},
-        {"both at depth 3", Array{Array{Array{Array{}, Object{}}}},
+        {"both at depth 3", Array{Value(Array{Value(Array{Array{}, Object{}})})},
          "[\n"
          "    [\n"
          "        [\n"

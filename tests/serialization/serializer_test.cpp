@@ -136,7 +136,7 @@ TEST(Serializer, WritesAnyNumberOfValuesOntoOneStream) {
 TEST(Serializer, StartsEveryWriteAtTheLeftMargin) {
     Serializer serializer;
     serializer.pretty_print(true);
-    EXPECT_EQ(written_by(serializer, Array{Array{}}), "[\n    [    ]\n]");
+    EXPECT_EQ(written_by(serializer, Array{Value(Array{})}), "[\n    [    ]\n]");
     EXPECT_EQ(written_by(serializer, Array{}), "[]");
 }
 

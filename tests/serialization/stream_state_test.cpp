@@ -317,8 +317,8 @@ TEST(StreamFlush, HappensOncePerItemAndOncePerContainerThatHasAny) {
         {"one element", Array{1}, 1 + 1},
         {"one Undefined element", Array{Undefined()}, 1 + 1},
         {"three members", Object{{"a", 1}, {"b", 2}, {"c", Undefined()}}, 3 + 1},
-        {"an empty array inside", Array{Array{}}, 1 + 1},
-        {"one element inside", Array{Array{1}}, 2 + 2},
+        {"an empty array inside", Array{Value(Array{})}, 1 + 1},
+        {"one element inside", Array{Value(Array{1})}, 2 + 2},
         {"several", Array{Array{1, 2}, Object{{"a", Object{}}}, 3}, 6 + 3},
     };
     for (const Case& c : cases) {
