@@ -53,6 +53,11 @@ install_packages() {
 build() {
     local -r folder=$root/build/$1 target=$2
     shift 2
+    # One at a time: two commands may be run at once, as in `scripts/demo | scripts/demo -`.
+    local lock
+    mkdir -p "$root/build"
+    exec {lock}>"$folder.lock"
+    flock "$lock"
     # A build folder that was copied along with the project from elsewhere is of no use.
     if [[ -f $folder/CMakeCache.txt ]] &&
         ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$folder/CMakeCache.txt"; then
@@ -62,6 +67,7 @@ build() {
         -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache || true)" \
         -DFOUNDATION_JSON_CORPUS="${FOUNDATION_JSON_CORPUS:-}" "$@" >&2
     cmake --build "$folder" --target "$target" >&2
+    exec {lock}>&-
 }
 
 # run_tests NAME runs the tests built in build/NAME.
