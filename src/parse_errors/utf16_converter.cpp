@@ -11,10 +11,6 @@ namespace foundation::json::detail {
 
 namespace {
 
-void throw_unknown_encoding(const std::string& encoding) {
-    throw std::invalid_argument("unknown encoding: " + encoding);
-}
-
 /// Throws what an ICU error stands for; `fallback` makes the exception for all but lack of memory.
 template <class MakeError>
 void check(UErrorCode status, MakeError fallback) {
@@ -33,12 +29,9 @@ void Utf16Converter::Close::operator()(UConverter* converter) const noexcept {
 }
 
 Utf16Converter::Utf16Converter(const std::string& encoding, bool substitute) {
-    if (encoding.empty()) {
-        throw_unknown_encoding(encoding); // ICU would take its default encoding
-    }
     UErrorCode status = U_ZERO_ERROR;
     converter_.reset(ucnv_open(encoding.c_str(), &status));
-    check(status, [&] { throw_unknown_encoding(encoding); });
+    check(status, [&] { throw std::invalid_argument("unknown encoding: " + encoding); });
     if (!substitute) {
         ucnv_setFromUCallBack(converter_.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr,
                               nullptr, &status);

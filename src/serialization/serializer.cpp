@@ -16,6 +16,8 @@ void write_value(std::ostream& stream, const Value& value, bool pretty) {
 
 std::string to_string(const Value& value, bool pretty) {
     std::ostringstream stream;
+    // All that can fail here is memory, and the stream must not swallow that.
+    stream.exceptions(std::ios_base::badbit);
     write_value(stream, value, pretty);
     return stream.str();
 }

@@ -212,8 +212,8 @@ public:
     /// Values of the same kind exchange their content in place: nothing is allocated, and elements
     /// and members keep their addresses.
     /// @return this value
-    /// @throws std::bad_alloc if the kinds differ and one of them is array or object; either value
-    ///         may then have become a bool, false, or hold an empty container
+    /// @throws std::bad_alloc if the kinds differ and one of them is array or object; then both are
+    ///         as they were, or one of them is and the other has become a bool, false
     Value& swap(Value& other);
 
     // ---- Conversion ------------------------------------------------------------------------
@@ -305,6 +305,9 @@ public:
     /// expression that made it.
     ///
     ///     Value name = record["name"] || Value("unnamed"); // copies at once: safe
+    ///
+    /// The default must be a Value: with a plain number or text the language cannot tell this
+    /// operator from its own.
     Or operator||(const Value& right) const noexcept;
 
 private:
