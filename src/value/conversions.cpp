@@ -1,6 +1,10 @@
 #include "value/conversions.hpp"
 
+// Callers catch the exceptions of this cast, so their type information must not be hidden: not
+// every runtime library compares it by name.
+#pragma GCC visibility push(default)
 #include <boost/numeric/conversion/cast.hpp>
+#pragma GCC visibility pop
 
 #include <cmath>
 #include <limits>

@@ -213,7 +213,8 @@ public:
     /// and members keep their addresses.
     /// @return this value
     /// @throws std::bad_alloc if the kinds differ and one of them is array or object; then both are
-    ///         as they were, or one has become a bool, false, and the other holds what this one held
+    ///         as they were, or one has become a bool, false, and the other holds what this one
+    ///         held
     Value& swap(Value& other);
 
     // ---- Conversion ------------------------------------------------------------------------

@@ -1,0 +1,50 @@
+/// @file
+/// Boost.JSON with its default memory resource: objects are hash tables that keep the order of
+/// insertion; there is no pretty layout.
+#ifndef FOUNDATION_JSON_BENCH_CONTENDERS_BOOST_JSON_HPP
+#define FOUNDATION_JSON_BENCH_CONTENDERS_BOOST_JSON_HPP
+
+#include <boost/json.hpp>
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+
+namespace {
+
+struct Contender {
+    using Value = boost::json::value;
+    using Text = std::string;
+    static constexpr const char* name = "Boost.JSON";
+    static constexpr bool has_pretty_layout = false;
+    static constexpr bool is_this_library = false;
+
+    static Value parse(const std::string& text) { return boost::json::parse(text); }
+    static Text serialize(const Value& value) { return boost::json::serialize(value); }
+    static void write(std::ostream& stream, const Value& value) { stream << value; }
+
+    static Value copy(const Value& value) { return value; }
+    static bool equal(const Value& a, const Value& b) { return a == b; }
+
+    static Value array() { return boost::json::array(); }
+    static void push(Value& array, double item) { array.get_array().push_back(item); }
+    static void push(Value& array, long long item) {
+        array.get_array().push_back(static_cast<std::int64_t>(item));
+    }
+    static void push(Value& array, const std::string& item) {
+        array.get_array().push_back(boost::json::string(item));
+    }
+    static void push(Value& array, const Value& item) { array.get_array().push_back(item); }
+
+    static Value object() { return boost::json::object(); }
+    static void insert(Value& object, const std::string& key, int number) {
+        object.get_object()[key] = number;
+    }
+    static int number(const Value& object, const std::string& key) {
+        return static_cast<int>(object.get_object().find(key)->value().get_int64());
+    }
+};
+
+} // namespace
+
+#endif

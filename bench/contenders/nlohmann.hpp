@@ -1,0 +1,43 @@
+/// @file
+/// nlohmann::json: objects are ordered maps; dump() checks that strings are UTF-8.
+#ifndef FOUNDATION_JSON_BENCH_CONTENDERS_NLOHMANN_HPP
+#define FOUNDATION_JSON_BENCH_CONTENDERS_NLOHMANN_HPP
+
+#include <nlohmann/json.hpp>
+
+#include <ostream>
+#include <string>
+
+namespace {
+
+struct Contender {
+    using Value = nlohmann::json;
+    using Text = std::string;
+    static constexpr const char* name = "nlohmann";
+    static constexpr bool has_pretty_layout = true;
+    static constexpr bool is_this_library = false;
+
+    static Value parse(const std::string& text) { return Value::parse(text); }
+    static Text serialize(const Value& value) { return value.dump(); }
+    static Text pretty_print(const Value& value) { return value.dump(4); }
+    static void write(std::ostream& stream, const Value& value) { stream << value; }
+
+    static Value copy(const Value& value) { return value; }
+    static bool equal(const Value& a, const Value& b) { return a == b; }
+
+    static Value array() { return Value::array(); }
+    template <class Item>
+    static void push(Value& array, const Item& item) {
+        array.push_back(item);
+    }
+
+    static Value object() { return Value::object(); }
+    static void insert(Value& object, const std::string& key, int number) { object[key] = number; }
+    static int number(const Value& object, const std::string& key) {
+        return object.find(key)->get<int>();
+    }
+};
+
+} // namespace
+
+#endif

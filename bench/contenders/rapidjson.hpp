@@ -1,0 +1,95 @@
+/// @file
+/// RapidJSON: a document owns a pool from which all its values come; objects are lists of members,
+/// in which a lookup goes from one to the next and an insertion looks for no equal key.
+#ifndef FOUNDATION_JSON_BENCH_CONTENDERS_RAPIDJSON_HPP
+#define FOUNDATION_JSON_BENCH_CONTENDERS_RAPIDJSON_HPP
+
+#define RAPIDJSON_HAS_STDSTRING 1
+#include <rapidjson/document.h>
+#include <rapidjson/ostreamwrapper.h>
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <cstdint>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace {
+
+struct Contender {
+    using Value = rapidjson::Document;
+    static constexpr const char* name = "RapidJSON";
+    static constexpr bool has_pretty_layout = true;
+    static constexpr bool is_this_library = false;
+
+    /// The text stays in the buffer it was written into.
+    class Text {
+    public:
+        operator std::string_view() const { return {buffer_.GetString(), buffer_.GetSize()}; }
+        rapidjson::StringBuffer& buffer() { return buffer_; }
+
+    private:
+        rapidjson::StringBuffer buffer_;
+    };
+
+    static Value parse(const std::string& text) {
+        Value value;
+        value.Parse<rapidjson::kParseFullPrecisionFlag>(text);
+        if (value.HasParseError()) {
+            throw std::runtime_error("RapidJSON cannot read the text");
+        }
+        return value;
+    }
+    static Text serialize(const Value& value) {
+        Text text;
+        rapidjson::Writer<rapidjson::StringBuffer> writer(text.buffer());
+        value.Accept(writer);
+        return text;
+    }
+    static Text pretty_print(const Value& value) {
+        Text text;
+        rapidjson::PrettyWriter<rapidjson::StringBuffer> writer(text.buffer());
+        value.Accept(writer);
+        return text;
+    }
+    static void write(std::ostream& stream, const Value& value) {
+        rapidjson::OStreamWrapper wrapper(stream);
+        rapidjson::Writer<rapidjson::OStreamWrapper> writer(wrapper);
+        value.Accept(writer);
+    }
+
+    static Value copy(const Value& value) {
+        Value result;
+        result.CopyFrom(value, result.GetAllocator());
+        return result;
+    }
+    static bool equal(const Value& a, const Value& b) { return a == b; }
+
+    static Value array() { return Value(rapidjson::kArrayType); }
+    static void push(Value& array, double item) { array.PushBack(item, array.GetAllocator()); }
+    static void push(Value& array, long long item) {
+        array.PushBack(rapidjson::Value(static_cast<std::int64_t>(item)), array.GetAllocator());
+    }
+    static void push(Value& array, const std::string& item) {
+        array.PushBack(rapidjson::Value(item, array.GetAllocator()), array.GetAllocator());
+    }
+    static void push(Value& array, const Value& item) {
+        array.PushBack(rapidjson::Value(item, array.GetAllocator()), array.GetAllocator());
+    }
+
+    static Value object() { return Value(rapidjson::kObjectType); }
+    static void insert(Value& object, const std::string& key, int number) {
+        object.AddMember(rapidjson::Value(key, object.GetAllocator()), rapidjson::Value(number),
+                         object.GetAllocator());
+    }
+    static int number(const Value& object, const std::string& key) {
+        return object.FindMember(key)->value.GetInt();
+    }
+};
+
+} // namespace
+
+#endif

@@ -1,0 +1,27 @@
+/// @file
+/// How much memory the process has allocated. The program that links counted_memory.cpp has its
+/// allocation functions replaced, so it holds for whatever any library allocates, by new or malloc.
+#ifndef FOUNDATION_JSON_BENCH_COUNTED_MEMORY_HPP
+#define FOUNDATION_JSON_BENCH_COUNTED_MEMORY_HPP
+
+#include <cstddef>
+
+namespace bench {
+
+/// The bytes allocated now, and the most there were since the last reset.
+std::size_t allocated_memory();
+std::size_t highest_memory();
+void reset_highest_memory();
+
+/// The most bytes that were allocated at a time while a function ran, beyond those before it.
+template <class Function>
+std::size_t peak_memory(Function function) {
+    const std::size_t before = allocated_memory();
+    reset_highest_memory();
+    function();
+    return highest_memory() - before;
+}
+
+} // namespace bench
+
+#endif

@@ -1,0 +1,268 @@
+#include "documents.hpp"
+
+#include "reader.hpp"
+
+#include <foundation/json/serializer.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace bench {
+namespace {
+
+// ---- Generated documents -------------------------------------------------------------------
+
+const std::array<std::string_view, 24> words{
+    "morning", "train", "the",    "of",      "window", "これは",          "テスト",
+    "です",    "café",  "Straße", "naïve",   "москва", "привет",          "a",
+    "and",     "señor", "😀",      "harbour", "\\n",    "said \\\"no\\\"", "https://example.org/a/b",
+    "music",   "北京",  "light"};
+
+void append_words(std::string& out, Sequence& sequence, std::uint64_t count) {
+    out += '"';
+    for (std::uint64_t i = 0; i < count; ++i) {
+        if (i != 0) {
+            out += ' ';
+        }
+        out += words[sequence.below(words.size())];
+    }
+    out += '"';
+}
+
+void append_integer(std::string& out, std::uint64_t number) {
+    out += std::to_string(number);
+}
+
+void append_double(std::string& out, double number) {
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.17g", number);
+    out += text.data();
+}
+
+void append_user(std::string& out, Sequence& sequence) {
+    out += R"({"id":)";
+    append_integer(out, sequence.below(4'000'000'000));
+    out += R"(,"name":)";
+    append_words(out, sequence, 2);
+    out += R"(,"description":)";
+    append_words(out, sequence, 4 + sequence.below(12));
+    out += R"(,"url":null,"protected":false,"followers_count":)";
+    append_integer(out, sequence.below(5'000));
+    out += R"(,"profile_image_url":"https://images.example.org/profile/)";
+    append_integer(out, sequence.next());
+    out += R"(.png","profile_text_color":"333333","default_profile":true})";
+}
+
+void append_record(std::string& out, Sequence& sequence) {
+    const std::uint64_t id = sequence.next() >> 4;
+    out += R"({"id":)";
+    append_integer(out, id);
+    out += R"(,"id_str":")";
+    append_integer(out, id);
+    out += R"(","created_at":"Mon Mar 04 10:15:30 +0000 2024","text":)";
+    append_words(out, sequence, 8 + sequence.below(16));
+    out += R"(,"source":"<a href=\"https://example.org/client\" rel=\"nofollow\">client<\/a>")";
+    out += R"(,"truncated":false,"in_reply_to":null,"user":)";
+    append_user(out, sequence);
+    out += R"(,"geo":null,"retweet_count":)";
+    append_integer(out, sequence.below(1'000));
+    out += R"(,"entities":{"hashtags":[],"urls":[],"mentions":[{"name":)";
+    append_words(out, sequence, 1);
+    out += R"(,"indices":[3,)";
+    append_integer(out, 4 + sequence.below(20));
+    out += R"(]}]},"favorited":false,"lang":"ja"})";
+}
+
+void append_performance(std::string& out, Sequence& sequence) {
+    out += R"({"eventId":)";
+    append_integer(out, 138'586'341 + sequence.below(10'000));
+    out += R"(,"id":)";
+    append_integer(out, 339'887'544 + sequence.below(10'000));
+    out += R"(,"logo":null,"name":null,"prices":[)";
+    const std::uint64_t categories = 1 + sequence.below(4);
+    for (std::uint64_t i = 0; i < categories; ++i) {
+        out += i == 0 ? "" : ",";
+        out += R"({"amount":)";
+        append_integer(out, 10'000 + 250 * sequence.below(300));
+        out += R"(,"audienceSubCategoryId":337100890,"seatCategoryId":)";
+        append_integer(out, 338'937'235 + sequence.below(300));
+        out += '}';
+    }
+    out += R"(],"seatCategories":[)";
+    for (std::uint64_t i = 0; i < categories; ++i) {
+        out += i == 0 ? "" : ",";
+        out += R"({"areas":[)";
+        const std::uint64_t areas = 1 + sequence.below(8);
+        for (std::uint64_t j = 0; j < areas; ++j) {
+            out += j == 0 ? "" : ",";
+            out += R"({"areaId":)";
+            append_integer(out, 205'705'993 + sequence.below(20));
+            out += R"(,"blockIds":[]})";
+        }
+        out += R"(],"seatCategoryId":)";
+        append_integer(out, 338'937'235 + sequence.below(300));
+        out += '}';
+    }
+    out += R"(],"seatMapImage":null,"start":)";
+    append_integer(out, 1'372'701'600'000 + 3'600'000 * sequence.below(10'000));
+    out += R"(,"venueCode":"GREAT_HALL"})";
+}
+
+void append_ring(std::string& out, Sequence& sequence) {
+    out += '[';
+    const std::uint64_t points = 20 + sequence.below(400);
+    for (std::uint64_t i = 0; i < points; ++i) {
+        out += i == 0 ? "[" : ",[";
+        append_double(out, -140 + 90 * sequence.fraction());
+        out += ',';
+        append_double(out, 40 + 45 * sequence.fraction());
+        out += ']';
+    }
+    out += ']';
+}
+
+/// Appends elements, separated by commas, until they take up that many bytes.
+template <class Append>
+void append_many(std::string& out, std::size_t bytes, Append append_one) {
+    const std::size_t end = out.size() + bytes;
+    append_one();
+    while (out.size() < end) {
+        out += ',';
+        append_one();
+    }
+}
+
+void append_records(std::string& out, Sequence& sequence, std::size_t bytes) {
+    out += R"({"statuses":[)";
+    append_many(out, bytes, [&] { append_record(out, sequence); });
+    out += R"(],"search_metadata":{"completed_in":0.087,"count":100}})";
+}
+
+void append_catalogue(std::string& out, Sequence& sequence, std::size_t bytes) {
+    std::uint64_t id = 138'586'341;
+    out += R"({"events":{)";
+    append_many(out, bytes / 10, [&] {
+        out += '"';
+        append_integer(out, ++id);
+        out += R"(":{"description":null,"id":)";
+        append_integer(out, id);
+        out += R"(,"logo":"/images/0AAAAACE6QAAAAZ","name":)";
+        append_words(out, sequence, 3);
+        out += R"(,"subTopicIds":[337184269,337184283],"subjectCode":null})";
+    });
+    out += R"(},"performances":[)";
+    append_many(out, bytes - bytes / 10, [&] { append_performance(out, sequence); });
+    out += "]}";
+}
+
+void append_coordinates(std::string& out, Sequence& sequence, std::size_t bytes) {
+    out += R"({"type":"FeatureCollection","features":[{"type":"Feature","geometry":)";
+    out += R"({"type":"Polygon","coordinates":[)";
+    append_many(out, bytes, [&] { append_ring(out, sequence); });
+    out += "]}}]}";
+}
+
+std::vector<Document> generated_documents() {
+    using Append = void(std::string&, Sequence&, std::size_t);
+    const auto generated = [](std::string name, Append append, std::size_t bytes) {
+        Document document{std::move(name), {}};
+        Sequence sequence;
+        append(document.text, sequence, bytes);
+        return document;
+    };
+    return {generated("records", append_records, 600'000),
+            generated("catalogue", append_catalogue, 1'700'000),
+            generated("coordinates", append_coordinates, 2'200'000)};
+}
+
+// ---- Documents of a folder -----------------------------------------------------------------
+
+std::vector<Document> documents_in(const std::filesystem::path& folder) {
+    std::vector<Document> found;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() == ".json") {
+            std::ostringstream text;
+            text << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+            found.push_back({entry.path().stem().string(), text.str()});
+        }
+    }
+    if (found.empty()) {
+        throw std::runtime_error("no JSON document in " + folder.string());
+    }
+    std::sort(found.begin(), found.end(),
+              [](const Document& a, const Document& b) { return a.name < b.name; });
+    return found;
+}
+
+// ---- Comparison ----------------------------------------------------------------------------
+
+bool begins_number(char byte) {
+    return byte == '-' || (byte >= '0' && byte <= '9');
+}
+
+bool same_but_for_rounding(const char* a, const char* b) {
+    while (*a != '\0' && *b != '\0') {
+        if (begins_number(*a) && begins_number(*b)) {
+            char* a_end = nullptr;
+            char* b_end = nullptr;
+            const double x = std::strtod(a, &a_end);
+            const double y = std::strtod(b, &b_end);
+            if (std::abs(x - y) > 1e-15 * std::abs(x)) {
+                return false;
+            }
+            // A minus sign in a string need not begin a number.
+            a = std::max<const char*>(a + 1, a_end);
+            b = std::max<const char*>(b + 1, b_end);
+        } else if (*a++ != *b++) {
+            return false;
+        }
+    }
+    return *a == *b;
+}
+
+} // namespace
+
+const std::vector<Document>& documents() {
+    static const std::vector<Document> all = std::string_view(FOUNDATION_JSON_CORPUS).empty()
+                                                 ? generated_documents()
+                                                 : documents_in(FOUNDATION_JSON_CORPUS);
+    return all;
+}
+
+std::string document_of_size(std::size_t bytes) {
+    constexpr std::size_t part = 100'000;
+    std::string text = "[";
+    Sequence sequence;
+    append_many(text, bytes, [&] {
+        append_records(text, sequence, part);
+        text += ',';
+        append_catalogue(text, sequence, part);
+        text += ',';
+        append_coordinates(text, sequence, part);
+    });
+    text += ']';
+    return text;
+}
+
+bool same_value(std::string_view a, std::string_view b) {
+    const std::string one = foundation::json::serialize(json_format::read(a));
+    const std::string other = foundation::json::serialize(json_format::read(b));
+    return same_but_for_rounding(one.c_str(), other.c_str());
+}
+
+// SplitMix64: every output is a mix of a counter's bits.
+std::uint64_t Sequence::next() {
+    std::uint64_t z = state_ += 0x9E3779B97F4A7C15;
+    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9;
+    z = (z ^ (z >> 27)) * 0x94D049BB133111EB;
+    return z ^ (z >> 31);
+}
+
+} // namespace bench

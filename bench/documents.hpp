@@ -1,0 +1,50 @@
+/// @file
+/// What is measured on: JSON documents, generated or from a folder, and what they have in common.
+#ifndef FOUNDATION_JSON_BENCH_DOCUMENTS_HPP
+#define FOUNDATION_JSON_BENCH_DOCUMENTS_HPP
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bench {
+
+/// A JSON document. All contenders read the same text, each with its own reader.
+struct Document {
+    std::string name;
+    std::string text;
+};
+
+/// The documents of this build: those of its folder of documents by name, else three generated
+/// ones. "records" is text in many languages with some numbers, "catalogue" many small objects of
+/// integers, "coordinates" pairs of doubles of up to 17 digits.
+///
+/// The generated ones are the same in every run and on every machine.
+/// @throws std::runtime_error if the folder holds no document
+const std::vector<Document>& documents();
+
+/// A generated document of about that many bytes, with parts of all three sorts.
+std::string document_of_size(std::size_t bytes);
+
+/// Whether two texts stand for the same value. Numbers may differ in the last bits, since not every
+/// reader finds the nearest double.
+/// @throws foundation::json::ParserException if one of them is not JSON text
+bool same_value(std::string_view a, std::string_view b);
+
+/// Numbers that look random and are the same in every run.
+class Sequence {
+public:
+    std::uint64_t next();
+    std::uint64_t below(std::uint64_t limit) { return next() % limit; }
+    /// From 0 up to 1, all 53 bits in use.
+    double fraction() { return static_cast<double>(next() >> 11) * 0x1p-53; }
+
+private:
+    std::uint64_t state_ = 0;
+};
+
+} // namespace bench
+
+#endif

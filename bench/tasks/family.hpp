@@ -1,0 +1,41 @@
+/// @file
+/// How contenders come together in one program: each adds its families of benchmarks to a list.
+#ifndef FOUNDATION_JSON_BENCH_TASKS_FAMILY_HPP
+#define FOUNDATION_JSON_BENCH_TASKS_FAMILY_HPP
+
+#include <benchmark/benchmark.h>
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace bench {
+
+/// Benchmarks that run together, of one contender. Its values are made when it is added.
+struct Family {
+    std::string name;
+    void (*add)();
+};
+
+/// All families of all contenders.
+std::vector<Family>& families();
+
+/// Adds the benchmark `task/subject/contender`, a function of benchmark::State&.
+template <class Contender, class Function>
+void add(const std::string& task, const std::string& subject, Function function) {
+    benchmark::RegisterBenchmark((task + '/' + subject + '/' + Contender::name).c_str(),
+                                 std::move(function));
+}
+
+/// A benchmark that gives wrong results ends the program.
+template <class Contender>
+void require(bool right, const std::string& what) {
+    if (!right) {
+        throw std::runtime_error(std::string(Contender::name) + ": wrong result of " + what);
+    }
+}
+
+} // namespace bench
+
+#endif

@@ -1,0 +1,22 @@
+// The benchmarks of one contender; compiled once for each, with its header.
+#include CONTENDER_HEADER
+
+#include "tasks/family.hpp"
+#include "tasks/text.hpp"
+#include "tasks/values.hpp"
+
+namespace {
+
+const bool added = [] {
+    auto& all = bench::families();
+    all.push_back({"text", bench::add_text<Contender>});
+    all.push_back({"streams", bench::add_streams<Contender>});
+    all.push_back({"values", bench::add_values<Contender>});
+    all.push_back({"arrays", bench::add_arrays<Contender>});
+    all.push_back({"objects", bench::add_objects<Contender>});
+    all.push_back({"details", bench::add_details<Contender>});
+    all.push_back({"growth", bench::add_growth<Contender>});
+    return true;
+}();
+
+} // namespace

@@ -1,0 +1,80 @@
+// Usage: foundation_json_bench [FAMILY]... [--benchmark_...]
+// Runs the benchmarks of some families, or of all, for all contenders.
+#include "tasks/family.hpp"
+#include "tasks/text.hpp"
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+namespace bench {
+
+std::vector<Family>& families() {
+    static std::vector<Family> all;
+    return all;
+}
+
+const std::filesystem::path& scratch_file() {
+    static const std::filesystem::path path =
+        std::filesystem::temp_directory_path() /
+        ("foundation_json_bench." + std::to_string(getpid()) + ".json");
+    return path;
+}
+
+} // namespace bench
+
+namespace {
+
+/// Memory that was once obtained stays with the process. Else big blocks would come fresh from the
+/// system each time, and its clearing of pages would be most of what is measured.
+bool keep_memory() {
+    return mallopt(M_MMAP_MAX, 0) == 1 && mallopt(M_TRIM_THRESHOLD, INT_MAX) == 1 &&
+           mallopt(M_TOP_PAD, 64 << 20) == 1;
+}
+
+int refuse(const std::string& message) {
+    std::cerr << "foundation_json_bench: " << message << '\n';
+    return 2;
+}
+
+int run(const std::vector<std::string>& names) {
+    const auto& all = bench::families();
+    for (const std::string& name : names) {
+        if (std::none_of(all.begin(), all.end(), [&](const auto& f) { return f.name == name; })) {
+            return refuse("unknown family '" + name + "'");
+        }
+    }
+    for (const bench::Family& family : all) {
+        if (names.empty() || std::find(names.begin(), names.end(), family.name) != names.end()) {
+            family.add();
+        }
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    std::error_code ignored;
+    std::filesystem::remove(bench::scratch_file(), ignored);
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (!keep_memory()) {
+        return refuse("the allocator cannot be set up");
+    }
+    benchmark::Initialize(&argc, argv);
+    try {
+        return run({argv + 1, argv + argc});
+    } catch (const std::exception& error) {
+        std::cerr << "foundation_json_bench: " << error.what() << '\n';
+        return 1;
+    }
+}
