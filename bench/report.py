@@ -42,7 +42,7 @@ def medians(file, field="cpu_time"):
 
 
 def in_order(task, subject):
-    return TASKS.index(task.split(",")[0].removeprefix("growth of ")), natural(subject)
+    return TASKS.index(task.split(", ")[0].removeprefix("growth of ")), natural(subject)
 
 
 def natural(text):
