@@ -135,9 +135,9 @@ def growth_table(results):
 
 COLOURS = {"nlohmann": "#4c86c6", "RapidJSON": "#d9822b", "Boost.JSON": "#3f9a56",
            "JsonCpp": "#a070c0"}
-LABELS, PLOT, RIGHT, TOP = 330, 520, 60, 84
+LABELS, PLOT, RIGHT, TOP = 340, 520, 70, 84
 BAR, GAP = 13, 12
-LOWEST, HIGHEST = 1 / 16, 64
+LOWEST, HIGHEST = 1 / 32, 32
 
 
 def position(ratio):
@@ -146,12 +146,8 @@ def position(ratio):
     return LABELS + PLOT * math.log(ratio / LOWEST) / math.log(HIGHEST / LOWEST)
 
 
-def label(ratio):
-    return digits(ratio) if ratio < 100 else f"{ratio:.0f}"
-
-
 def chart(results):
-    rows = [(f"{task}, {subject}", {peer: times[peer] / times[OURS] for peer in PEERS
+    rows = [(f"{task}, {subject}", {peer: times[OURS] / times[peer] for peer in PEERS
                                     if peer in times})
             for (task, subject), times in results.items() if OURS in times]
     rows = [(name, ratios) for name, ratios in rows if ratios]
@@ -160,7 +156,7 @@ def chart(results):
     out = [
         f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {height}" '
         f'width="{width}" height="{height}" role="img" aria-labelledby="title">',
-        f'<title id="title">Time of other libraries relative to {OURS}, task by task</title>',
+        f'<title id="title">Time of {OURS} divided by that of other libraries</title>',
         "<style>",
         "text { font: 13px system-ui, sans-serif; fill: #1f2328 }",
         ".value { font-size: 11px } .heading { font-weight: 600; font-size: 15px }",
@@ -170,8 +166,8 @@ def chart(results):
         ".same { stroke: #e6edf3 } }",
         "</style>",
         f'<rect class="page" width="{width}" height="{height}"/>',
-        f'<text class="heading" x="16" y="26">Time relative to {OURS}: '
-        "right of 1 the other library takes longer, left of 1 less</text>",
+        f'<text class="heading" x="16" y="26">Time of {OURS} divided by that of another library: '
+        "left of 1 it is the shorter</text>",
     ]
     x = 16
     for peer in PEERS:
@@ -201,7 +197,7 @@ def chart(results):
             after = ratio >= 1
             out.append(f'<text class="value" x="{end + 4 if after else begin - 4:.1f}" '
                        f'y="{y + BAR - 3}" text-anchor="{"start" if after else "end"}">'
-                       f"{label(ratio)}</text>")
+                       f"{digits(ratio)}</text>")
             y += BAR
         y += GAP
     return "\n".join([*out, "</svg>", ""])
@@ -226,8 +222,8 @@ def main(arguments):
 
     lines = [BEGIN, ""]
     lines += [f"- {line}" for line in (folder / "machine.txt").read_text().splitlines()]
-    lines += ["", f"![Time relative to {OURS}, task by task]({picture.name})", "",
-              "### Time", "",
+    lines += ["", f"![Time of {OURS} divided by that of other libraries]({picture.name})", "",
+              "Bars end where the scale does; the numbers at their ends are exact.", "", "### Time", "",
               "A cell holds the other library's time in the row's unit, and in parentheses ours "
               "divided by it: below 1, ours is the shorter.", ""]
     compared = {row: times for row, times in charted.items() if not row[0].startswith("<")}

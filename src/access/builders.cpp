@@ -12,7 +12,10 @@ Element::Element(const Element& other) : elements_(1, Value(other.elements_)) {}
 
 Element::~Element() = default;
 
-const Element &Element::operator,(const Element&other) const {
+// clang-format takes the operator for a separator.
+// clang-format off
+const Element& Element::operator,(const Element& other) const {
+    // clang-format on
     detail::append(elements_, other.elements_.data(), other.elements_.size());
     return *this;
 }
@@ -40,7 +43,9 @@ const Property& Property::operator=(const Property& other) const {
     return *this = Value(other.members_);
 }
 
-const Property &Property::operator,(const Property&other) const {
+// clang-format off
+const Property& Property::operator,(const Property& other) const {
+    // clang-format on
     // Merging moves the nodes of the missing keys over and cannot fail.
     Object copies(other.members_);
     members_.merge(copies);

@@ -31,6 +31,9 @@
 namespace foundation::json {
 
 /// A term of an array.
+///
+/// Where nothing else is said, members of both builders copy all that they are given or hold, take
+/// time linear in its size, and throw std::bad_alloc, which leaves everything as it was.
 class FOUNDATION_JSON_EXPORT Element {
 public:
     /// A chain of one element, a copy of v.
@@ -39,6 +42,7 @@ public:
     /// A chain of one element, the array of the other's elements: nesting, not a plain copy.
     Element(const Element& other);
 
+    /// It could nest, as copying does, or not: better neither.
     Element& operator=(const Element&) = delete;
     ~Element();
 

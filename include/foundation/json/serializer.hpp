@@ -53,15 +53,17 @@ public:
     ///
     /// Pretty layout flushes the stream at every line end. The stream's state is never tested: text
     /// written onto a failed stream is lost, and exceptions the caller has enabled on the stream
-    /// pass through. The stream's flags and locale govern the int64 and uint64 kinds only (and
-    /// the digits of `\u` escapes). A field width is used up by the first piece of text; after a
-    /// control byte written as `\u....` the stream's fill character stays the digit zero. Numbers
-    /// of the double and float kind follow the radix character of the process's C locale.
+    /// pass through. A field width pads the first piece of text, as the stream's fill and
+    /// adjustment say, and is used up. The other flags and the locale shape the int64 and uint64
+    /// kinds and the digits of `\u` escapes; after such an escape the stream's fill character stays
+    /// the digit zero. Numbers of the double and float kind follow the radix character of the
+    /// process's C locale.
     ///
     /// @param stream  where the text goes
     /// @param value   what to write; only read
-    /// @throws what the stream throws; std::bad_alloc if memory runs out
-    /// Complexity: linear in the size of the value; recursion as deep as its nesting.
+    /// @throws what the stream throws; std::bad_alloc if there is no memory for indentation. A
+    ///         stream that runs out of memory itself goes bad, and throws only if told to.
+    /// Complexity: linear in the length of the text; recursion as deep as the nesting.
     void write(std::ostream& stream, const Value& value);
 
 private:
@@ -73,10 +75,11 @@ private:
 /// The text is what Serializer writes onto a fresh std::ostringstream: it follows the global C++
 /// locale where that groups the digits of integers.
 /// @throws std::bad_alloc if memory runs out
-/// Complexity: linear in the size of the value; recursion as deep as its nesting.
+/// Complexity: linear in the length of the text; recursion as deep as the nesting.
 FOUNDATION_JSON_EXPORT std::string serialize(const Value& value);
 
-/// The pretty text of a value, otherwise as serialize().
+/// The pretty text of a value, otherwise as serialize(). Mind that indentation makes the text of
+/// deeply nested values long: its length grows with the square of the depth.
 FOUNDATION_JSON_EXPORT std::string pretty_print(const Value& value);
 
 } // namespace foundation::json

@@ -186,14 +186,15 @@ public:
 
     /// Makes this value a deep copy of the other.
     ///
-    /// Assigning a value to itself does nothing. Assigning from within oneself
-    /// (`v = v["child"]`) is a precondition violation, since the child goes when the old content
-    /// does; write `v = Value(v["child"])`, or swap the child out first.
-    /// @throws std::bad_alloc. What is left then depends on the kinds: a string could not be
-    /// copied:
-    ///         this value is as it was; the kind would have become array or object: this value is a
-    ///         bool, false; both were arrays or both objects: the kind stays, the content is
-    ///         unspecified.
+    /// Assigning a value to itself does nothing. Neither value may lie within the other: the old
+    /// content would go before the new is copied. For `v = v["child"]` write
+    /// `v = Value(v["child"])`, and for `v["child"] = v` write `v["child"] = Value(v)`.
+    ///
+    /// @throws std::bad_alloc. What is then left depends on the kinds:
+    ///         - the other is a string: this value as it was;
+    ///         - both are arrays, or both objects: this kind, with unspecified content;
+    ///         - the kind would have become array or object: a bool, false.
+    ///
     /// Complexity: linear in the size of both.
     Value& operator=(const Value& other);
 
@@ -201,9 +202,12 @@ public:
     ///
     /// Two arrays or two objects exchange their containers: the other is left with what this value
     /// held. Where the kinds differ, a string, array or object is left empty. Assigning a value to
-    /// itself does nothing; assigning from within oneself is a precondition violation as above.
+    /// itself does nothing; neither may lie within the other, as above.
+    ///
     /// @throws std::bad_alloc if the kind becomes array or object; then this value is a bool,
-    ///         false, and the other is as it was
+    /// false,
+    ///         and the other is as it was
+    ///
     /// Complexity: constant but for the destruction of this value's old content.
     Value& operator=(Value&& other);
 
@@ -211,10 +215,11 @@ public:
     ///
     /// Values of the same kind exchange their content in place: nothing is allocated, and elements
     /// and members keep their addresses.
+    /// @param other  neither within this value nor the other way round
     /// @return this value
-    /// @throws std::bad_alloc if the kinds differ and one of them is array or object; then both are
-    ///         as they were, or one has become a bool, false, and the other holds what this one
-    ///         held
+    /// @throws std::bad_alloc if the kinds differ and one of them is array or object. Then both are
+    ///         as they were, or one of the two, either, holds what this value held, the other has
+    ///         become a bool, false, and what it held is lost.
     Value& swap(Value& other);
 
     // ---- Conversion ------------------------------------------------------------------------
@@ -374,6 +379,7 @@ public:
     HasProperty& operator=(HasProperty&& other) noexcept; ///< leaves the other with an empty name
     ~HasProperty();
 
+    /// Logarithmic in the number of members.
     bool operator()(const std::map<std::string, Value>& members) const;
     bool operator()(const Value& value) const;
 
