@@ -7,21 +7,11 @@ namespace foundation::json::detail {
 
 namespace {
 
-/// Appends an empty value of the visited kind, to exchange with the one visited.
-class AppendEmpty : public boost::static_visitor<> {
-public:
-    explicit AppendEmpty(Array& elements) noexcept : elements_(elements) {}
-
-    template <class Content>
-    void operator()(const Content&) const {
-        elements_.emplace_back(Content());
-    }
-
-private:
-    Array& elements_;
-};
-
 void append_in_place(Array& elements, const Value* values, std::size_t count) {
+    if (count == 1) {
+        elements.push_back(*values);
+        return;
+    }
     const std::size_t old_size = elements.size();
     try {
         std::for_each(values, values + count,
@@ -41,26 +31,48 @@ std::size_t grown_capacity(const Array& elements, std::size_t count) {
     return can_double ? std::max(needed, 2 * elements.capacity()) : elements.max_size();
 }
 
-} // namespace
+/// Appends an empty value of the visited kind, or the visited number itself: what can be exchanged
+/// with the visited content without failing.
+class AppendCounterpart : public boost::static_visitor<> {
+public:
+    explicit AppendCounterpart(Array& elements) noexcept : elements_(elements) {}
 
-void append(Array& elements, const Value* values, std::size_t count) {
-    if (count <= elements.capacity() - elements.size()) {
-        append_in_place(elements, values, count);
-        return;
+    template <class Scalar>
+    void operator()(const Scalar& scalar) const {
+        elements_.emplace_back(scalar);
     }
+
+    void operator()(const std::string&) const { elements_.emplace_back(std::string()); }
+    void operator()(const Array&) const { elements_.emplace_back(Array()); }
+    void operator()(const Object&) const { elements_.emplace_back(Object()); }
+
+private:
+    Array& elements_;
+};
+
+void append_growing(Array& elements, const Value* values, std::size_t count) {
     // A Value's move may throw, so moving the elements over one by one could fail half way. Instead
-    // everything that can throw comes first, and the exchange with empty values of the same kinds,
-    // which cannot, comes last.
+    // all that can throw comes first, and the exchange of contents, which cannot, comes last.
     Array grown;
     grown.reserve(grown_capacity(elements, count));
     for (const Value& element : elements) {
-        visit(AppendEmpty(grown), element);
+        visit(AppendCounterpart(grown), element);
     }
     append_in_place(grown, values, count);
     for (std::size_t i = 0; i != elements.size(); ++i) {
         grown[i].swap(elements[i]);
     }
     elements.swap(grown);
+}
+
+} // namespace
+
+void append(Array& elements, const Value* values, std::size_t count) {
+    if (count <= elements.capacity() - elements.size()) {
+        append_in_place(elements, values, count);
+    } else {
+        append_growing(elements, values, count);
+    }
 }
 
 } // namespace foundation::json::detail

@@ -1,5 +1,6 @@
 #include <foundation/json/serializer.hpp>
 
+#include "serialization/buffered_output.hpp"
 #include "serialization/layout.hpp"
 #include "serialization/stream_output.hpp"
 
@@ -9,16 +10,51 @@ namespace foundation::json {
 
 namespace {
 
+template <class Output>
+void write_layout(Output& output, const Value& value, bool pretty) {
+    if (pretty) {
+        detail::WriteVisitor<Output, true> visitor(output);
+        detail::visit(visitor, value);
+    } else {
+        detail::WriteVisitor<Output, false> visitor(output);
+        detail::visit(visitor, value);
+    }
+}
+
+/// Whether the text of a value ends in a piece of one byte: a bracket or a quotation mark.
+struct EndsInOneByte : boost::static_visitor<bool> {
+    bool operator()(const std::string&) const { return true; }
+    bool operator()(const Array&) const { return true; }
+    bool operator()(const Object&) const { return true; }
+
+    template <class Other>
+    bool operator()(const Other&) const {
+        return false;
+    }
+};
+
 void write_value(std::ostream& stream, const Value& value, bool pretty) {
-    detail::StreamOutput output(stream);
-    detail::visit(detail::WriteVisitor<detail::StreamOutput>(output, pretty, 0), value);
+    if (detail::visit(EndsInOneByte(), value) && detail::fast_number_text_applies() &&
+        detail::BufferedStreamOutput::applies_to(stream)) {
+        detail::BufferedStreamOutput output(stream);
+        write_layout(output, value, pretty);
+        output.finish();
+    } else {
+        detail::StreamOutput output(stream);
+        write_layout(output, value, pretty);
+    }
 }
 
 std::string to_string(const Value& value, bool pretty) {
+    if (detail::fast_number_text_applies() && std::locale() == std::locale::classic()) {
+        detail::StringOutput output;
+        write_layout(output, value, pretty);
+        return output.take();
+    }
     std::ostringstream stream;
-    // All that can fail here is memory, and the stream must not swallow that.
-    stream.exceptions(std::ios_base::badbit);
-    write_value(stream, value, pretty);
+    stream.exceptions(std::ios_base::badbit); // for want of memory, the only failure there is
+    detail::StreamOutput output(stream);
+    write_layout(output, value, pretty);
     return stream.str();
 }
 

@@ -29,9 +29,12 @@ public:
     void line_end() { stream_ << std::endl; }
     void spaces(std::size_t count) { stream_ << std::string(count, ' '); }
 
+    /// Writes a byte as \u escape. The stream's flags shape the digits, and its fill character
+    /// stays the digit zero.
+    void unicode_escape(unsigned char byte);
+
 private:
     void escaped(unsigned char byte);
-    void unicode_escape(unsigned char byte);
 
     std::ostream& stream_;
 };

@@ -1,5 +1,7 @@
 #include "value/value_access.hpp"
 
+#include <boost/variant/get.hpp>
+
 #include <algorithm>
 
 namespace foundation::json {
@@ -30,55 +32,103 @@ bool Undefined::operator<(const Undefined&) const noexcept {
 
 namespace {
 
-/// Whether two values of the same kind have equal content; visits the second with the first at
-/// hand.
-struct Equal : boost::static_visitor<bool> {
+// The functions that recurse, one for each container, are kept apart from the visits of what they
+// hold, so that a level of nesting takes no more of the stack than a few words.
+
+bool equal(const Array& left, const Array& right);
+bool equal(const Object& left, const Object& right);
+
+/// Whether the visited content equals that of another value of the same kind.
+class Equal : public boost::static_visitor<bool> {
+public:
+    explicit Equal(const Value& right) noexcept : right_(right) {}
+
     template <class Content>
-    bool operator()(const Content& left, const Content& right) const {
-        return left == right;
+    bool operator()(const Content& left) const {
+        return left == right<Content>();
     }
 
-    template <class Left, class Right>
-    bool operator()(const Left&, const Right&) const {
-        return false;
+    bool operator()(const Array& left) const { return equal(left, right<Array>()); }
+    bool operator()(const Object& left) const { return equal(left, right<Object>()); }
+
+private:
+    template <class Content>
+    const Content& right() const {
+        return boost::strict_get<Content>(detail::ValueAccess::variant(right_));
     }
+
+    const Value& right_;
 };
+
+inline bool equal(const Value& left, const Value& right) {
+    return detail::ValueAccess::variant(left).which() ==
+               detail::ValueAccess::variant(right).which() &&
+           detail::visit(Equal(right), left);
+}
+
+inline bool equal(const Object::value_type& left, const Object::value_type& right) {
+    return left.first == right.first && equal(left.second, right.second);
+}
+
+template <class Container>
+inline bool equal_members(const Container& left, const Container& right) {
+    return left.size() == right.size() &&
+           std::equal(left.begin(), left.end(), right.begin(),
+                      [](const auto& l, const auto& r) { return equal(l, r); });
+}
+
+[[gnu::noinline]] bool equal(const Array& left, const Array& right) {
+    return equal_members(left, right);
+}
+
+[[gnu::noinline]] bool equal(const Object& left, const Object& right) {
+    return equal_members(left, right);
+}
+
+int compare(const Array& left, const Array& right);
+int compare(const Object& left, const Object& right);
+
+inline int compare(const std::string& left, const std::string& right) {
+    return left.compare(right);
+}
+
+template <class Scalar>
+int compare(const Scalar& left, const Scalar& right) {
+    return left < right ? -1 : (right < left ? 1 : 0);
+}
 
 /// Three-way comparison, negative, zero or positive, where zero says that neither is less.
 ///
 /// One three-way comparison per pair of elements keeps `<` linear: asking `a < b` and then `b < a`
 /// would double the work at every level of nesting.
-struct Compare : boost::static_visitor<int> {
-    int operator()(const Array& left, const Array& right) const;
-    int operator()(const Object& left, const Object& right) const;
+class Compare : public boost::static_visitor<int> {
+public:
+    explicit Compare(const Value& right) noexcept : right_(right) {}
 
-    int operator()(const std::string& left, const std::string& right) const {
-        return left.compare(right);
+    template <class Content>
+    int operator()(const Content& left) const {
+        const auto& right = detail::ValueAccess::variant(right_);
+        if (const auto* const same_kind = boost::strict_get<Content>(&right)) {
+            return compare(left, *same_kind);
+        }
+        return traits<Content>::order < right.which() ? -1 : 1;
     }
 
-    template <class Scalar>
-    int operator()(const Scalar& left, const Scalar& right) const {
-        return left < right ? -1 : (right < left ? 1 : 0);
-    }
-
-    template <class Left, class Right>
-    int operator()(const Left&, const Right&) const {
-        return traits<Left>::order < traits<Right>::order ? -1 : 1;
-    }
+private:
+    const Value& right_;
 };
 
-int compare(const Value& left, const Value& right) {
-    return boost::apply_visitor(Compare(), detail::ValueAccess::variant(left),
-                                detail::ValueAccess::variant(right));
+inline int compare(const Value& left, const Value& right) {
+    return detail::visit(Compare(right), left);
 }
 
-int compare(const Object::value_type& left, const Object::value_type& right) {
+inline int compare(const Object::value_type& left, const Object::value_type& right) {
     const int names = left.first.compare(right.first);
     return names != 0 ? names : compare(left.second, right.second);
 }
 
 template <class Container>
-int compare_lexicographically(const Container& left, const Container& right) {
+inline int compare_members(const Container& left, const Container& right) {
     auto l = left.begin();
     auto r = right.begin();
     for (; l != left.end() && r != right.end(); ++l, ++r) {
@@ -89,19 +139,18 @@ int compare_lexicographically(const Container& left, const Container& right) {
     return l != left.end() ? 1 : (r != right.end() ? -1 : 0);
 }
 
-int Compare::operator()(const Array& left, const Array& right) const {
-    return compare_lexicographically(left, right);
+[[gnu::noinline]] int compare(const Array& left, const Array& right) {
+    return compare_members(left, right);
 }
 
-int Compare::operator()(const Object& left, const Object& right) const {
-    return compare_lexicographically(left, right);
+[[gnu::noinline]] int compare(const Object& left, const Object& right) {
+    return compare_members(left, right);
 }
 
 } // namespace
 
 bool Value::operator==(const Value& other) const noexcept {
-    return variant_.which() == other.variant_.which() &&
-           boost::apply_visitor(Equal(), variant_, other.variant_);
+    return equal(*this, other);
 }
 
 bool Value::operator!=(const Value& other) const noexcept {

@@ -1,3 +1,4 @@
+#include "value/nesting.hpp"
 #include "value/value_access.hpp"
 
 #include <boost/variant/get.hpp>
@@ -48,9 +49,206 @@ Value::Value(const char* text) : variant_(std::string(text)) {}
 Value::Value(const std::string& text) : variant_(text) {}
 Value::Value(const Array& elements) : variant_(elements) {}
 Value::Value(const Object& members) : variant_(members) {}
-Value::Value(const Value& other) = default;
+
+namespace {
+
+// The functions that recurse are kept apart from those that do the work of a level, so that no more
+// of the stack than a few words is taken for each.
+
+void copy_members(Array& target, const Array& source);
+void copy_members(Object& target, const Object& source);
+
+template <class Container>
+Container& content_of(Value& value) {
+    return boost::strict_get<Container>(detail::ValueAccess::variant(value));
+}
+
+template <class Content>
+[[gnu::noinline]] Value& append(Array& target, const Content& content) {
+    return target.emplace_back(content);
+}
+
+/// @param name  comes after all names that the target holds
+template <class Content>
+[[gnu::noinline]] Value& append(Object& target, const std::string& name, const Content& content) {
+    return target.emplace_hint(target.end(), name, content)->second;
+}
+
+template <class Container>
+[[gnu::noinline]] Container& append_empty(Array& target) {
+    return content_of<Container>(target.emplace_back(Container()));
+}
+
+template <class Container>
+[[gnu::noinline]] Container& append_empty(Object& target, const std::string& name) {
+    return content_of<Container>(append(target, name, Container()));
+}
+
+/// Appends a copy of the visited content to an array.
+class CopyElement : public boost::static_visitor<> {
+public:
+    explicit CopyElement(Array& target) noexcept : target_(target) {}
+
+    template <class Content>
+    void operator()(const Content& content) const {
+        append(target_, content);
+    }
+
+    void operator()(const Array& content) const { copy_container(content); }
+    void operator()(const Object& content) const { copy_container(content); }
+
+private:
+    template <class Container>
+    void copy_container(const Container& content) const {
+        copy_members(append_empty<Container>(target_), content);
+    }
+
+    Array& target_;
+};
+
+/// Appends a copy of the visited content to an object, under a name.
+class CopyMember : public boost::static_visitor<> {
+public:
+    CopyMember(Object& target, const std::string& name) noexcept : target_(target), name_(name) {}
+
+    template <class Content>
+    void operator()(const Content& content) const {
+        append(target_, name_, content);
+    }
+
+    void operator()(const Array& content) const { copy_container(content); }
+    void operator()(const Object& content) const { copy_container(content); }
+
+private:
+    template <class Container>
+    void copy_container(const Container& content) const {
+        copy_members(append_empty<Container>(target_, name_), content);
+    }
+
+    Object& target_;
+    const std::string& name_;
+};
+
+[[gnu::noinline]] void copy_members(Array& target, const Array& source) {
+    target.reserve(source.size());
+    for (const Value& element : source) {
+        detail::visit(CopyElement(target), element);
+    }
+}
+
+[[gnu::noinline]] void copy_members(Object& target, const Object& source) {
+    for (const auto& [name, value] : source) {
+        detail::visit(CopyMember(target, name), value);
+    }
+}
+
+/// Makes a copy of the visited container in a value that is still Undefined.
+class CopyDeferred : public boost::static_visitor<> {
+public:
+    explicit CopyDeferred(Value& target) noexcept : target_(target) {}
+
+    void operator()(const Array& elements) const { copy_container(elements); }
+    void operator()(const Object& members) const { copy_container(members); }
+
+    template <class Other>
+    void operator()(const Other&) const {}
+
+private:
+    template <class Container>
+    void copy_container(const Container& content) const {
+        target_ = Container();
+        copy_members(content_of<Container>(target_), content);
+    }
+
+    Value& target_;
+};
+
+/// Whether content is an array or object.
+struct IsContainer : boost::static_visitor<bool> {
+    bool operator()(const Array&) const { return true; }
+    bool operator()(const Object&) const { return true; }
+
+    template <class Other>
+    bool operator()(const Other&) const {
+        return false;
+    }
+};
+
+/// What to make a copy's variant from: the original or, in place of a container beyond the ordinary
+/// levels, Undefined, to be replaced by CopyDeferred.
+const Value& copy_source(const Value& original, const detail::NestingLevel& level) {
+    const bool deferred = level.beyond_ordinary() && detail::visit(IsContainer(), original);
+    return deferred ? detail::ValueAccess::undefined() : original;
+}
+
+} // namespace
+
+Value::Value(const Value& other) : variant_(copy_source(other, detail::NestingLevel()).variant_) {
+    if (detail::NestingLevel::at_last_ordinary()) {
+        detail::visit(CopyDeferred(*this), other);
+    }
+}
+
 Value::Value(Value&& other) = default;
-Value::~Value() = default;
+
+namespace {
+
+void clear_members(Array& elements);
+void clear_members(Object& members);
+
+struct ClearContainer : boost::static_visitor<> {
+    void operator()(Array& elements) const { clear_members(elements); }
+    void operator()(Object& members) const { clear_members(members); }
+
+    template <class Other>
+    void operator()(const Other&) const {}
+};
+
+[[gnu::noinline]] void clear(Array& elements) {
+    elements.clear();
+}
+
+[[gnu::noinline]] void clear(Object& members) {
+    members.clear();
+}
+
+// Bottom up, so that what is left for each container's own clear() holds nothing but empty ones.
+
+[[gnu::noinline]] void clear_members(Array& elements) {
+    for (Value& element : elements) {
+        detail::visit(ClearContainer(), element);
+    }
+    clear(elements);
+}
+
+[[gnu::noinline]] void clear_members(Object& members) {
+    for (auto& member : members) {
+        detail::visit(ClearContainer(), member.second);
+    }
+    clear(members);
+}
+
+/// Destroys the members of an object while that is counted as a level. A vector of values takes
+/// little stack to destroy, whatever the level.
+struct DestroyMembers : boost::static_visitor<> {
+    void operator()(Object& members) const {
+        const detail::NestingLevel level;
+        if (level.beyond_ordinary()) {
+            clear_members(members);
+        } else {
+            members.clear();
+        }
+    }
+
+    template <class Other>
+    void operator()(const Other&) const {}
+};
+
+} // namespace
+
+Value::~Value() {
+    detail::visit(DestroyMembers(), *this);
+}
 
 namespace {
 
@@ -74,7 +272,12 @@ void assign(Variant& target, Source&& source) {
 
 Value& Value::operator=(const Value& other) {
     if (this != &other) {
-        assign(variant_, other.variant_);
+        const detail::NestingLevel level;
+        if (level.beyond_ordinary()) {
+            *this = Value(other);
+        } else {
+            assign(variant_, other.variant_);
+        }
     }
     return *this;
 }

@@ -28,7 +28,7 @@ struct ValueAccess {
 
 /// Calls the visitor with the content of the value.
 template <class Visitor, class AnyValue>
-decltype(auto) visit(const Visitor& visitor, AnyValue& value) {
+decltype(auto) visit(Visitor&& visitor, AnyValue& value) {
     return boost::apply_visitor(visitor, ValueAccess::variant(value));
 }
 

@@ -1,0 +1,351 @@
+#include "serialization/fast_number_text.hpp"
+
+#include <algorithm>
+#include <cfenv>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+#include <langinfo.h>
+
+namespace foundation::json::detail {
+
+// The digits are worked out in 128-bit integers and laid out in registers, first digit lowest.
+// Machines without either have the plain rule.
+#if defined(__SIZEOF_INT128__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+
+namespace {
+
+__extension__ using Wide = unsigned __int128;
+
+/// The powers of a base up to the largest that a table has room for.
+template <int Largest>
+struct Powers {
+    static constexpr int largest = Largest;
+    std::uint64_t power[Largest + 1];
+
+    explicit constexpr Powers(std::uint64_t base) noexcept : power{1} {
+        for (int i = 1; i <= Largest; ++i) {
+            power[i] = power[i - 1] * base;
+        }
+    }
+};
+
+constexpr Powers<27> powers_of_5(5);
+constexpr Powers<19> powers_of_10(10);
+
+/// What distinguishes the two kinds of number: their bits, and the digits of the two formats.
+template <class Number>
+struct Kind;
+
+template <>
+struct Kind<double> {
+    using Bits = std::uint64_t;
+    static constexpr int mantissa_bits = 52;
+    static constexpr int bias = 1075;
+    static constexpr int few_digits = 15;
+    static constexpr int many_digits = 17;
+};
+
+template <>
+struct Kind<float> {
+    using Bits = std::uint32_t;
+    static constexpr int mantissa_bits = 23;
+    static constexpr int bias = 150;
+    static constexpr int few_digits = 6;
+    static constexpr int many_digits = 9;
+};
+
+/// How many digits a Decimal has, trailing zeros included: as many as any format asks for.
+constexpr int decimal_digits = 17;
+
+/// The number digits * 10^(exponent - 16).
+struct Decimal {
+    std::uint64_t digits;
+    int exponent;
+};
+
+/// A number of Digits digits as a Decimal. Rounding up may have given it one more.
+template <int Digits>
+Decimal make_decimal(std::uint64_t number, int exponent) noexcept {
+    if (number == powers_of_10.power[Digits]) {
+        return {powers_of_10.power[decimal_digits - 1], exponent + 1};
+    }
+    return {number * powers_of_10.power[decimal_digits - Digits], exponent};
+}
+
+/// The digits of the positive normal number `mantissa * 2^exponent`, by exact arithmetic.
+///
+/// Scaled by 10^k so that the many digits stand before the binary point, the number is
+/// P / 2^shift with P = mantissa * 5^k, all of it in 128 bits. The correctly rounded digits of
+/// either format follow from P by division and comparison, and so does whether the few digits read
+/// back: they do if they are off by less than half the distance between neighbours, which is 5^k in
+/// the unit of P. That is odd, so there is never a tie.
+///
+/// @return false if the number is too large or too small for this
+template <class Number>
+bool exact_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexcept {
+    using K = Kind<Number>;
+    // floor(log10(2^n)) for the exponent n of the leading bit; the number's own may be one more.
+    int decimal_exponent = ((exponent + K::mantissa_bits) * 315653) >> 20;
+    int k = K::many_digits - 1 - decimal_exponent;
+    int shift = -(exponent + k);
+    if (k < 1 || k > powers_of_5.largest || shift < 1 || shift > 56) {
+        return false;
+    }
+    Wide scaled = static_cast<Wide>(mantissa) * powers_of_5.power[k];
+    auto whole = static_cast<std::uint64_t>(scaled >> shift);
+    if (whole >= powers_of_10.power[K::many_digits]) {
+        ++decimal_exponent;
+        --k;
+        ++shift;
+        scaled = static_cast<Wide>(mantissa) * powers_of_5.power[k];
+        whole = static_cast<std::uint64_t>(scaled >> shift);
+    }
+    const std::uint64_t one = std::uint64_t{1} << shift;
+    const std::uint64_t rest = static_cast<std::uint64_t>(scaled) & (one - 1);
+
+    // Half way cases round to even. Which way a number rounds is anybody's guess, so that is worked
+    // out without branches.
+    constexpr std::uint64_t many_to_few = powers_of_10.power[K::many_digits - K::few_digits];
+    std::uint64_t few = (whole + many_to_few / 2) / many_to_few;
+    if (rest == 0 && whole % many_to_few == many_to_few / 2) {
+        few &= ~std::uint64_t{1};
+    }
+    const std::uint64_t many = whole + ((rest + one / 2 - 1 + whole % 2) >> shift);
+
+    // Neighbours are less than 128 units of the many digits apart, so nothing overflows below.
+    const auto units = static_cast<std::int64_t>(few * many_to_few - whole);
+    const auto off = static_cast<std::int64_t>(static_cast<std::uint64_t>(units) * one - rest);
+    std::uint64_t reach = powers_of_5.power[k] / 2;
+    if (mantissa == std::uint64_t{1} << K::mantissa_bits && off < 0) {
+        reach /= 2; // below a power of two the neighbour is only half as far
+    }
+    if (units > -64 && units < 64 && static_cast<std::uint64_t>(std::abs(off)) <= reach) {
+        decimal = make_decimal<K::few_digits>(few, decimal_exponent);
+    } else {
+        decimal = make_decimal<K::many_digits>(many, decimal_exponent);
+    }
+    return true;
+}
+
+/// Reads the scientific notation of std::to_chars.
+/// @return how many digits it has
+int read_scientific(Decimal& decimal, const char* text, const char* end) noexcept {
+    const char* const letter = std::find(text, end, 'e');
+    int count = 0;
+    decimal.digits = 0;
+    for (const char* digit = text; digit != letter; ++digit) {
+        if (*digit != '.') {
+            decimal.digits = decimal.digits * 10 + static_cast<std::uint64_t>(*digit - '0');
+            ++count;
+        }
+    }
+    decimal.digits *= powers_of_10.power[decimal_digits - count];
+    std::from_chars(letter + 2, end, decimal.exponent);
+    if (letter[1] == '-') {
+        decimal.exponent = -decimal.exponent;
+    }
+    return count;
+}
+
+/// The digits of any positive normal number: the shortest that read back if they are few, else the
+/// many.
+template <class Number>
+Decimal general_digits(Number number) noexcept {
+    using K = Kind<Number>;
+    Decimal decimal;
+    char text[40];
+    auto result = std::to_chars(text, text + sizeof text, number, std::chars_format::scientific);
+    if (read_scientific(decimal, text, result.ptr) > K::few_digits) {
+        result = std::to_chars(text, text + sizeof text, static_cast<double>(number),
+                               std::chars_format::scientific, K::many_digits - 1);
+        read_scientific(decimal, text, result.ptr);
+    }
+    return decimal;
+}
+
+/// Eight decimal digits as the values of eight bytes, by dividing pairs and pairs of pairs at once.
+std::uint64_t spread_digits(std::uint32_t number) noexcept {
+    const std::uint64_t fours = number / 10000 | static_cast<std::uint64_t>(number % 10000) << 32;
+    const std::uint64_t hundreds = ((fours * 10486) >> 20) & 0x0000007F0000007F;
+    const std::uint64_t pairs = hundreds | (fours - 100 * hundreds) << 16;
+    const std::uint64_t tens = ((pairs * 103) >> 10) & 0x000F000F000F000F;
+    return tens | (pairs - 10 * tens) << 8;
+}
+
+/// The digits of a Decimal as text: the first one, and sixteen more.
+struct Digits {
+    char first;
+    int count; ///< without trailing zeros, at least 1
+    Wide rest;
+
+    explicit Digits(std::uint64_t number) noexcept {
+        constexpr std::uint64_t zeros = 0x3030303030303030;
+        const std::uint64_t behind_first = number % powers_of_10.power[16];
+        first = static_cast<char>('0' + number / powers_of_10.power[16]);
+        const auto high = spread_digits(static_cast<std::uint32_t>(behind_first / 100000000));
+        const auto low = spread_digits(static_cast<std::uint32_t>(behind_first % 100000000));
+        rest = static_cast<Wide>(low | zeros) << 64 | (high | zeros);
+        count = low != 0    ? 17 - __builtin_clzll(low) / 8
+                : high != 0 ? 9 - __builtin_clzll(high) / 8
+                            : 1;
+    }
+};
+
+void store(char* out, Wide text) noexcept {
+    std::memcpy(out, &text, sizeof text);
+}
+
+char* write_exponent(char* out, int exponent) noexcept {
+    const int magnitude = std::abs(exponent);
+    *out++ = 'E';
+    *out++ = exponent < 0 ? '-' : '+';
+    if (magnitude >= 100) {
+        *out++ = static_cast<char>('0' + magnitude / 100);
+    }
+    if (magnitude >= 10) {
+        *out++ = static_cast<char>('0' + magnitude / 10 % 10);
+    }
+    *out++ = static_cast<char>('0' + magnitude % 10);
+    return out;
+}
+
+// Text is stored in whole words, beyond its end, into the room that the caller has left.
+
+/// For numbers below one million that are not whole.
+char* write_plain(char* out, const Decimal& decimal) noexcept {
+    const Digits digits(decimal.digits);
+    const int before_point = decimal.exponent + 1;
+    if (before_point > 0) {
+        out[0] = digits.first;
+        store(out + 1, digits.rest);
+        out[before_point] = '.';
+        store(out + before_point + 1, digits.rest >> (8 * (before_point - 1)));
+        return out + digits.count + 1;
+    }
+    if (before_point > -4) {
+        std::memcpy(out, "0.000", 5);
+        out += 2 - before_point;
+        out[0] = digits.first;
+        store(out + 1, digits.rest);
+        return out + digits.count;
+    }
+    out[0] = digits.first;
+    out[1] = '.';
+    store(out + 2, digits.rest);
+    return write_exponent(out + (digits.count > 1 ? digits.count + 1 : 1), decimal.exponent);
+}
+
+/// For numbers of one million and more. There is always a digit after the point.
+char* write_scientific(char* out, const Decimal& decimal) noexcept {
+    const Digits digits(decimal.digits);
+    out[0] = digits.first;
+    out[1] = '.';
+    store(out + 2, digits.rest);
+    return write_exponent(out + std::max(digits.count, 2) + 1, decimal.exponent);
+}
+
+int count_digits(std::uint64_t number) noexcept {
+    // log10(2) times the bits gives the count or one less.
+    const int estimate = (64 - __builtin_clzll(number | 1)) * 1233 >> 12;
+    return estimate + (number >= powers_of_10.power[estimate] ? 1 : 0);
+}
+
+/// For whole numbers, which are their own digits.
+char* write_whole(char* out, std::uint64_t number) noexcept {
+    if (number < 1000000) {
+        return std::to_chars(out, out + 6, static_cast<std::uint32_t>(number)).ptr;
+    }
+    const int count = count_digits(number);
+    return write_scientific(out, {number * powers_of_10.power[decimal_digits - count], count - 1});
+}
+
+template <class Number>
+char* write_finite(char* out, Number magnitude) noexcept {
+    using K = Kind<Number>;
+    if (magnitude < static_cast<Number>(powers_of_10.power[K::few_digits])) {
+        const auto whole = static_cast<std::uint64_t>(magnitude);
+        if (static_cast<Number>(whole) == magnitude) {
+            return write_whole(out, whole);
+        }
+    }
+    typename K::Bits bits;
+    std::memcpy(&bits, &magnitude, sizeof bits);
+    const int exponent_bits = static_cast<int>(bits >> K::mantissa_bits);
+    if (exponent_bits == 0) {
+        return nullptr; // subnormal: fewer bits, other rules
+    }
+    const typename K::Bits implicit_bit = typename K::Bits{1} << K::mantissa_bits;
+    const std::uint64_t mantissa = (bits & (implicit_bit - 1)) | implicit_bit;
+    Decimal decimal;
+    if (!exact_digits<Number>(decimal, mantissa, exponent_bits - K::bias)) {
+        decimal = general_digits(magnitude);
+    }
+    constexpr Number million = 1000000;
+    return magnitude < million ? write_plain(out, decimal) : write_scientific(out, decimal);
+}
+
+char* write_text(char* out, const char* text) noexcept {
+    const std::size_t length = std::strlen(text);
+    std::memcpy(out, text, length);
+    return out + length;
+}
+
+template <class Number>
+char* write_number(char* out, Number number) noexcept {
+    if (std::isnan(number)) {
+        return write_text(out, "\"NaN\"");
+    }
+    if (std::isinf(number)) {
+        return write_text(out, number > 0 ? "\"Inf\"" : "\"-Inf\"");
+    }
+    *out = '-';
+    return write_finite(out + (std::signbit(number) ? 1 : 0), std::fabs(number));
+}
+
+} // namespace
+
+bool fast_number_text_applies() noexcept {
+    const char* const radix = nl_langinfo(RADIXCHAR);
+    return radix[0] == '.' && radix[1] == '\0' && std::fegetround() == FE_TONEAREST;
+}
+
+char* fast_number_text(char* out, double number) noexcept {
+    return write_number(out, number);
+}
+
+char* fast_number_text(char* out, float number) noexcept {
+    if (std::fabs(number) == std::numeric_limits<float>::max()) {
+        return nullptr; // the only one with ten digits
+    }
+    return write_number(out, number);
+}
+
+#else
+
+bool fast_number_text_applies() noexcept {
+    return false;
+}
+
+char* fast_number_text(char*, double) noexcept {
+    return nullptr;
+}
+
+char* fast_number_text(char*, float) noexcept {
+    return nullptr;
+}
+
+#endif
+
+char* fast_integer_text(char* out, unsigned long long number) noexcept {
+    return std::to_chars(out, out + 20, number).ptr;
+}
+
+char* fast_integer_text(char* out, long long number) noexcept {
+    return std::to_chars(out, out + 20, number).ptr;
+}
+
+} // namespace foundation::json::detail

@@ -1,0 +1,30 @@
+/// @file
+/// The text of number_text(), found by exact integer arithmetic instead of trial and error.
+#ifndef FOUNDATION_JSON_SRC_SERIALIZATION_FAST_NUMBER_TEXT_HPP
+#define FOUNDATION_JSON_SRC_SERIALIZATION_FAST_NUMBER_TEXT_HPP
+
+#include <cstddef>
+
+namespace foundation::json::detail {
+
+/// Room for every text of fast_number_text(), with some to spare for working in place.
+constexpr std::size_t fast_number_room = 40;
+
+/// Whether number_text() depends on nothing but the number: the radix character is `.` and the
+/// rounding mode is to nearest.
+bool fast_number_text_applies() noexcept;
+
+/// Writes the text of number_text(), without a terminator, where fast_number_text_applies().
+///
+/// @return the end of the text, or null for the few numbers that only the plain rule serves
+char* fast_number_text(char* out, double number) noexcept;
+char* fast_number_text(char* out, float number) noexcept;
+
+/// Writes an integer in decimal.
+/// @return the end of the text, of at most 20 characters
+char* fast_integer_text(char* out, unsigned long long number) noexcept;
+char* fast_integer_text(char* out, long long number) noexcept;
+
+} // namespace foundation::json::detail
+
+#endif
