@@ -11,82 +11,76 @@ namespace foundation::json::detail {
 
 template <class Sink>
 template <class Number>
-void BufferedOutput<Sink>::real_number(Number value) {
-    ensure_room(fast_number_room);
-    if (char* const end = fast_number_text(next_, value)) {
-        next_ = end;
-        return;
+char* BufferedOutput<Sink>::real_number(Cursor at, Number value) {
+    at = ensure_room(at, fast_number_room);
+    if (char* const end = fast_number_text(at, value)) {
+        return end;
     }
     NumberBuffer buffer;
     const std::string_view text = number_text(buffer, value);
-    std::memcpy(next_, text.data(), text.size());
-    next_ += text.size();
+    return std::copy(text.begin(), text.end(), at);
 }
 
 template <class Sink>
 template <class Number>
-void BufferedOutput<Sink>::integer(Number value) {
-    ensure_room(fast_number_room);
-    next_ = fast_integer_text(next_, value);
+char* BufferedOutput<Sink>::integer(Cursor at, Number value) {
+    return fast_integer_text(ensure_room(at, fast_number_room), value);
 }
 
 template <class Sink>
-void BufferedOutput<Sink>::number(double value) {
-    real_number(value);
+char* BufferedOutput<Sink>::number(Cursor at, double value) {
+    return real_number(at, value);
 }
 
 template <class Sink>
-void BufferedOutput<Sink>::number(float value) {
-    real_number(value);
+char* BufferedOutput<Sink>::number(Cursor at, float value) {
+    return real_number(at, value);
 }
 
 template <class Sink>
-void BufferedOutput<Sink>::number(long long value) {
-    integer(value);
+char* BufferedOutput<Sink>::number(Cursor at, long long value) {
+    return integer(at, value);
 }
 
 template <class Sink>
-void BufferedOutput<Sink>::number(unsigned long long value) {
-    integer(value);
+char* BufferedOutput<Sink>::number(Cursor at, unsigned long long value) {
+    return integer(at, value);
 }
 
 template <class Sink>
-void BufferedOutput<Sink>::string(const std::string& text) {
+char* BufferedOutput<Sink>::string(Cursor at, const std::string& text) {
     // One check of the room serves a quote, a block with every byte escaped, and another quote.
     constexpr std::ptrdiff_t block = 256;
-    static_assert(2 * block + 32 <= minimum_room);
+    constexpr std::size_t room = 2 * block + 32;
+    static_assert(room <= minimum_room);
     const char* from = text.data();
     const char* const end = from + text.size();
-    ensure_room(2 * block + 32);
-    *next_++ = '"';
+    at = ensure_room(at, room);
+    *at++ = '"';
     while (from != end) {
         const char* const block_end = end - from > block ? from + block : end;
-        const EscapedCopy copied = copy_escaped<VectorBytes>(next_, from, block_end);
+        const EscapedCopy copied = copy_escaped<VectorBytes>(at, from, block_end);
         from = copied.from;
-        next_ = copied.out;
+        at = copied.out;
         if (from != block_end) {
-            sink().unicode_escape(static_cast<unsigned char>(*from++));
+            at = sink().unicode_escape(at, static_cast<unsigned char>(*from++));
         }
         if (from != end) {
-            ensure_room(2 * block + 32);
+            at = ensure_room(at, room);
         }
     }
-    ensure_room(1);
-    *next_++ = '"';
+    at = ensure_room(at, 1);
+    *at++ = '"';
+    return at;
 }
 
 template <class Sink>
-void BufferedOutput<Sink>::spaces(std::size_t count) {
+char* BufferedOutput<Sink>::spaces(Cursor at, std::size_t count) {
     constexpr std::size_t block = 256;
-    while (count > block) {
-        ensure_room(block);
-        std::memset(next_, ' ', block);
-        next_ += block;
-        count -= block;
+    for (; count > block; count -= block) {
+        at = std::fill_n(ensure_room(at, block), block, ' ');
     }
-    ensure_room(block);
-    std::memset(next_, ' ', count);
-    next_ += count;
+    return std::fill_n(ensure_room(at, block), count, ' ');
 }
 
 template class BufferedOutput<StringOutput>;
@@ -94,32 +88,31 @@ template class BufferedOutput<BufferedStreamOutput>;
 
 StringOutput::StringOutput() noexcept : begin_(first_) {
     static_assert(sizeof first_ >= minimum_room);
-    next_ = first_;
     end_ = first_ + sizeof first_;
 }
 
-void StringOutput::make_room() {
-    const auto size = static_cast<std::size_t>(next_ - begin_);
+char* StringOutput::make_room(Cursor at) {
+    const auto size = static_cast<std::size_t>(at - begin_);
     const std::size_t capacity = std::max(sizeof first_, (total_ + size) / 8);
-    chunks_.reserve(chunks_.size() + 1);
-    std::unique_ptr<char[]> text(new char[capacity]);
+    Chunk chunk{std::unique_ptr<char[]>(new char[capacity]), 0};
     (chunks_.empty() ? first_size_ : chunks_.back().size) = size;
     total_ += size;
-    begin_ = next_ = text.get();
+    begin_ = chunk.text.get();
     end_ = begin_ + capacity;
-    chunks_.push_back({std::move(text), 0});
+    chunks_.push_back(std::move(chunk));
+    return begin_;
 }
 
-void StringOutput::unicode_escape(unsigned char byte) {
+char* StringOutput::unicode_escape(Cursor at, unsigned char byte) {
     constexpr char digits[] = "0123456789abcdef";
-    text("\\u00");
-    ensure_room(2);
-    *next_++ = digits[byte >> 4];
-    *next_++ = digits[byte & 0xF];
+    at = ensure_room(text(at, "\\u00"), 2);
+    *at++ = digits[byte >> 4];
+    *at++ = digits[byte & 0xF];
+    return at;
 }
 
-std::string StringOutput::take() {
-    const auto size = static_cast<std::size_t>(next_ - begin_);
+std::string StringOutput::take(Cursor at) {
+    const auto size = static_cast<std::size_t>(at - begin_);
     if (chunks_.empty()) {
         return std::string(first_, size);
     }
@@ -143,35 +136,36 @@ bool BufferedStreamOutput::applies_to(const std::ostream& stream) {
 
 BufferedStreamOutput::BufferedStreamOutput(std::ostream& stream) noexcept
     : stream_(stream), plain_(stream) {
-    next_ = buffer_;
     end_ = buffer_ + sizeof buffer_;
 }
 
-void BufferedStreamOutput::hand_over() {
+char* BufferedStreamOutput::hand_over(Cursor at) {
     // Formatted insertion, as for every piece, so that a failure leaves the same state.
-    const std::string_view text(buffer_, static_cast<std::size_t>(next_ - buffer_));
-    next_ = buffer_;
+    const std::string_view text(buffer_, static_cast<std::size_t>(at - buffer_));
     if (!text.empty()) {
         stream_ << text;
     }
+    return buffer_;
 }
 
-void BufferedStreamOutput::line_end() {
-    hand_over();
-    plain_.line_end();
+char* BufferedStreamOutput::line_end(Cursor at) {
+    at = hand_over(at);
+    plain_.line_end({});
+    return at;
 }
 
-void BufferedStreamOutput::unicode_escape(unsigned char byte) {
+char* BufferedStreamOutput::unicode_escape(Cursor at, unsigned char byte) {
     // Leaves its traces on the stream: the fill character, and a width where the stream has failed.
-    hand_over();
+    at = hand_over(at);
     plain_.unicode_escape(byte);
+    return at;
 }
 
-void BufferedStreamOutput::finish() {
+void BufferedStreamOutput::finish(Cursor at) {
     // The last piece goes by itself: it tells a stream that failed before it from one that failed
     // with it.
-    const char last = *--next_;
-    hand_over();
+    const char last = *--at;
+    hand_over(at);
     stream_ << last;
 }
 

@@ -17,29 +17,32 @@
 namespace foundation::json::detail {
 
 /// An output of the layout that fills a buffer. What becomes of a full buffer is the Sink's matter,
-/// which derives from this class:
+/// which derives from this class and offers, each taking the cursor and giving the next:
 ///
-///     make_room()                    makes room for at least minimum_room bytes
-///     unicode_escape(unsigned char)  writes a byte as \u escape
+///     make_room(Cursor)                      makes room for at least minimum_room bytes
+///     unicode_escape(Cursor, unsigned char)  writes a byte as \u escape
 template <class Sink>
 class BufferedOutput {
 public:
+    /// Where the text so far ends in the buffer.
+    using Cursor = char*;
+
     BufferedOutput(const BufferedOutput&) = delete;
     BufferedOutput& operator=(const BufferedOutput&) = delete;
 
     template <std::size_t N>
-    void text(const char (&piece)[N]) {
-        ensure_room(N - 1);
-        std::memcpy(next_, piece, N - 1);
-        next_ += N - 1;
+    Cursor text(Cursor at, const char (&piece)[N]) {
+        at = ensure_room(at, N - 1);
+        std::memcpy(at, piece, N - 1);
+        return at + N - 1;
     }
 
-    void number(double value);
-    void number(float value);
-    void number(long long value);
-    void number(unsigned long long value);
-    void string(const std::string& text);
-    void spaces(std::size_t count);
+    Cursor number(Cursor at, double value);
+    Cursor number(Cursor at, float value);
+    Cursor number(Cursor at, long long value);
+    Cursor number(Cursor at, unsigned long long value);
+    Cursor string(Cursor at, const std::string& text);
+    Cursor spaces(Cursor at, std::size_t count);
 
 protected:
     static constexpr std::size_t minimum_room = 1024;
@@ -47,23 +50,20 @@ protected:
     BufferedOutput() = default;
     ~BufferedOutput() = default;
 
-    void ensure_room(std::size_t count) {
-        if (static_cast<std::size_t>(end_ - next_) < count) {
-            sink().make_room();
-        }
+    Cursor ensure_room(Cursor at, std::size_t count) {
+        return static_cast<std::size_t>(end_ - at) < count ? sink().make_room(at) : at;
     }
 
-    /// The free part of the buffer.
-    char* next_ = nullptr;
+    /// The end of the buffer.
     char* end_ = nullptr;
 
 private:
     Sink& sink() { return static_cast<Sink&>(*this); }
 
     template <class Number>
-    void real_number(Number value);
+    Cursor real_number(Cursor at, Number value);
     template <class Number>
-    void integer(Number value);
+    Cursor integer(Cursor at, Number value);
 };
 
 /// Text into a string, by way of a chain of buffers: each is a fraction of the text before it, so
@@ -72,10 +72,11 @@ class StringOutput : public BufferedOutput<StringOutput> {
 public:
     StringOutput() noexcept;
 
-    void line_end() { text("\n"); }
+    Cursor start() noexcept { return first_; }
+    Cursor line_end(Cursor at) { return text(at, "\n"); }
 
-    /// The text; to be called once, at the end.
-    std::string take();
+    /// The text up to the cursor; to be called once, at the end.
+    std::string take(Cursor at);
 
 private:
     friend class BufferedOutput<StringOutput>;
@@ -85,8 +86,8 @@ private:
         std::size_t size;
     };
 
-    void make_room();
-    void unicode_escape(unsigned char byte);
+    Cursor make_room(Cursor at);
+    Cursor unicode_escape(Cursor at, unsigned char byte);
 
     char first_[4096];
     std::size_t first_size_ = 0;
@@ -105,18 +106,19 @@ public:
 
     explicit BufferedStreamOutput(std::ostream& stream) noexcept;
 
-    void line_end();
+    Cursor start() noexcept { return buffer_; }
+    Cursor line_end(Cursor at);
 
     /// Hands the rest over; to be called once, at the end, and only after a text whose last byte is
     /// a piece of its own.
-    void finish();
+    void finish(Cursor at);
 
 private:
     friend class BufferedOutput<BufferedStreamOutput>;
 
-    void make_room() { hand_over(); }
-    void hand_over();
-    void unicode_escape(unsigned char byte);
+    Cursor make_room(Cursor at) { return hand_over(at); }
+    Cursor hand_over(Cursor at);
+    Cursor unicode_escape(Cursor at, unsigned char byte);
 
     std::ostream& stream_;
     StreamOutput plain_;

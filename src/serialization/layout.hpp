@@ -1,3 +1,17 @@
+/// @file
+/// The layout of JSON text: which pieces are written for a value, in which order.
+///
+/// Written once for every place that text can go. An Output has a Cursor, the position behind the
+/// text so far, and writes a piece at one, giving the next:
+///
+///     text(Cursor, const char (&)[N])     one piece of fixed text
+///     number(Cursor, T)                   a double, float, long long or unsigned long long
+///     string(Cursor, const std::string&)  a quoted and escaped string
+///     line_end(Cursor)                    a line feed, and a flush where there is one to do
+///     spaces(Cursor, std::size_t)         one piece of that many spaces
+///
+/// The cursor goes from hand to hand, in a register, because every piece needs it first of all:
+/// read from an object in memory, it would make each piece wait for the one before to put it there.
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 
@@ -5,97 +19,116 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
-#include <type_traits>
 
 namespace foundation::json::detail {
 
-/// Writes values in one layout.
 template <class Output, bool Pretty>
-class WriteVisitor : public boost::static_visitor<> {
+class Layout;
+
+/// Writes the visited content at the nesting level that a layout has reached.
+template <class Output, bool Pretty>
+class WriteVisitor : public boost::static_visitor<typename Output::Cursor> {
 public:
-    explicit WriteVisitor(Output& output) noexcept : output_(output), depth_(0) {}
+    using Cursor = typename Output::Cursor;
+
+    WriteVisitor(Layout<Output, Pretty>& layout, Output& output, Cursor at) noexcept
+        : layout_(layout), output_(output), at_(at) {}
 
     /// Nothing; what surrounds an Undefined element or member is written all the same.
-    void operator()(const Undefined&) {}
+    Cursor operator()(const Undefined&) const { return at_; }
 
-    void operator()(const Null&) { output_.text("null"); }
+    Cursor operator()(const Null&) const { return output_.text(at_, "null"); }
 
-    void operator()(bool flag) {
-        if (flag) {
-            output_.text("true");
-        } else {
-            output_.text("false");
-        }
+    Cursor operator()(bool flag) const {
+        return flag ? output_.text(at_, "true") : output_.text(at_, "false");
     }
 
-    void operator()(double number) { output_.number(number); }
-    void operator()(float number) { output_.number(number); }
-    void operator()(long long number) { output_.number(number); }
-    void operator()(unsigned long long number) { output_.number(number); }
-    void operator()(const std::string& text) { output_.string(text); }
+    Cursor operator()(double number) const { return output_.number(at_, number); }
+    Cursor operator()(float number) const { return output_.number(at_, number); }
+    Cursor operator()(long long number) const { return output_.number(at_, number); }
+    Cursor operator()(unsigned long long number) const { return output_.number(at_, number); }
+    Cursor operator()(const std::string& text) const { return output_.string(at_, text); }
+    Cursor operator()(const Array& elements) const { return layout_.write(at_, elements); }
+    Cursor operator()(const Object& members) const { return layout_.write(at_, members); }
 
-    void operator()(const Array& elements) {
-        output_.text("[");
-        write_items(elements);
-        output_.text("]");
+private:
+    Layout<Output, Pretty>& layout_;
+    Output& output_;
+    Cursor at_;
+};
+
+/// Writes values, one level of nesting within another.
+template <class Output, bool Pretty>
+class Layout {
+public:
+    using Cursor = typename Output::Cursor;
+
+    explicit Layout(Output& output) noexcept : output_(output) {}
+
+    Cursor write(Cursor at, const Value& value) {
+        return visit(WriteVisitor<Output, Pretty>(*this, output_, at), value);
     }
 
-    void operator()(const Object& members) {
-        output_.text("{");
-        write_items(members);
-        output_.text("}");
+    // The functions that recurse, one for each container; each takes little of the stack.
+
+    [[gnu::noinline]] Cursor write(Cursor at, const Array& elements) {
+        at = output_.text(at, "[");
+        at = write_items(at, elements);
+        return output_.text(at, "]");
+    }
+
+    [[gnu::noinline]] Cursor write(Cursor at, const Object& members) {
+        at = output_.text(at, "{");
+        at = write_items(at, members);
+        return output_.text(at, "}");
     }
 
 private:
     template <class Container>
-    void write_items(const Container& items) {
+    Cursor write_items(Cursor at, const Container& items) {
         if (!items.empty()) {
             ++depth_;
             auto item = items.begin();
-            write_line_start();
-            write_item(*item);
+            at = write_item(start_line(at), *item);
             while (++item != items.end()) {
-                output_.text(",");
-                write_line_start();
-                write_item(*item);
+                at = output_.text(at, ",");
+                at = write_item(start_line(at), *item);
             }
             --depth_;
-            write_line_end();
+            at = end_line(at);
         }
         // An empty container holds its indentation between its brackets.
-        write_indent();
+        return indent(at);
     }
 
-    void write_item(const Value& element) {
-        boost::apply_visitor(*this, ValueAccess::variant(element));
+    Cursor write_item(Cursor at, const Value& element) { return write(at, element); }
+
+    Cursor write_item(Cursor at, const Object::value_type& member) {
+        at = output_.string(at, member.first);
+        at = output_.text(at, ":");
+        return write(at, member.second);
     }
 
-    void write_item(const Object::value_type& member) {
-        output_.string(member.first);
-        output_.text(":");
-        boost::apply_visitor(*this, ValueAccess::variant(member.second));
-    }
+    Cursor start_line(Cursor at) { return indent(end_line(at)); }
 
-    void write_line_start() {
-        write_line_end();
-        write_indent();
-    }
-
-    void write_line_end() {
+    Cursor end_line(Cursor at) {
         if constexpr (Pretty) {
-            output_.line_end();
+            return output_.line_end(at);
+        } else {
+            return at;
         }
     }
 
-    void write_indent() {
+    Cursor indent(Cursor at) {
         if constexpr (Pretty) {
-            output_.spaces(4 * static_cast<std::size_t>(depth_));
+            return output_.spaces(at, 4 * static_cast<std::size_t>(depth_));
+        } else {
+            return at;
         }
     }
 
     Output& output_;
-    std::uint32_t depth_;
+    std::uint32_t depth_ = 0;
 };
 
 } // namespace foundation::json::detail

@@ -11,14 +11,9 @@ namespace foundation::json {
 namespace {
 
 template <class Output>
-void write_layout(Output& output, const Value& value, bool pretty) {
-    if (pretty) {
-        detail::WriteVisitor<Output, true> visitor(output);
-        detail::visit(visitor, value);
-    } else {
-        detail::WriteVisitor<Output, false> visitor(output);
-        detail::visit(visitor, value);
-    }
+auto write_layout(Output& output, typename Output::Cursor at, const Value& value, bool pretty) {
+    return pretty ? detail::Layout<Output, true>(output).write(at, value)
+                  : detail::Layout<Output, false>(output).write(at, value);
 }
 
 /// Whether the text of a value ends in a piece of one byte: a bracket or a quotation mark.
@@ -37,24 +32,22 @@ void write_value(std::ostream& stream, const Value& value, bool pretty) {
     if (detail::visit(EndsInOneByte(), value) && detail::fast_number_text_applies() &&
         detail::BufferedStreamOutput::applies_to(stream)) {
         detail::BufferedStreamOutput output(stream);
-        write_layout(output, value, pretty);
-        output.finish();
+        output.finish(write_layout(output, output.start(), value, pretty));
     } else {
         detail::StreamOutput output(stream);
-        write_layout(output, value, pretty);
+        write_layout(output, {}, value, pretty);
     }
 }
 
 std::string to_string(const Value& value, bool pretty) {
     if (detail::fast_number_text_applies() && std::locale() == std::locale::classic()) {
         detail::StringOutput output;
-        write_layout(output, value, pretty);
-        return output.take();
+        return output.take(write_layout(output, output.start(), value, pretty));
     }
     std::ostringstream stream;
     stream.exceptions(std::ios_base::badbit); // for want of memory, the only failure there is
     detail::StreamOutput output(stream);
-    write_layout(output, value, pretty);
+    write_layout(output, {}, value, pretty);
     return stream.str();
 }
 

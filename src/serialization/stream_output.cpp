@@ -7,22 +7,45 @@
 
 namespace foundation::json::detail {
 
-void StreamOutput::number(double value) {
+StreamOutput::Cursor StreamOutput::number(Cursor at, double value) {
     NumberBuffer buffer;
     stream_ << number_text(buffer, value);
+    return at;
 }
 
-void StreamOutput::number(float value) {
+StreamOutput::Cursor StreamOutput::number(Cursor at, float value) {
     NumberBuffer buffer;
     stream_ << number_text(buffer, value);
+    return at;
 }
 
-void StreamOutput::string(const std::string& text) {
+StreamOutput::Cursor StreamOutput::number(Cursor at, long long value) {
+    stream_ << value;
+    return at;
+}
+
+StreamOutput::Cursor StreamOutput::number(Cursor at, unsigned long long value) {
+    stream_ << value;
+    return at;
+}
+
+StreamOutput::Cursor StreamOutput::string(Cursor at, const std::string& text) {
     stream_ << '"';
     for (const char byte : text) {
         escaped(static_cast<unsigned char>(byte));
     }
     stream_ << '"';
+    return at;
+}
+
+StreamOutput::Cursor StreamOutput::line_end(Cursor at) {
+    stream_ << std::endl;
+    return at;
+}
+
+StreamOutput::Cursor StreamOutput::spaces(Cursor at, std::size_t count) {
+    stream_ << std::string(count, ' ');
+    return at;
 }
 
 void StreamOutput::escaped(unsigned char byte) {

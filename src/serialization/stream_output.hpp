@@ -14,20 +14,24 @@ namespace foundation::json::detail {
 /// and is used up by it, and the stream's flags and locale reach the integers.
 class StreamOutput {
 public:
+    /// The stream knows itself where it is.
+    struct Cursor {};
+
     explicit StreamOutput(std::ostream& stream) noexcept : stream_(stream) {}
 
     template <std::size_t N>
-    void text(const char (&piece)[N]) {
+    Cursor text(Cursor at, const char (&piece)[N]) {
         stream_ << piece;
+        return at;
     }
 
-    void number(double value);
-    void number(float value);
-    void number(long long value) { stream_ << value; }
-    void number(unsigned long long value) { stream_ << value; }
-    void string(const std::string& text);
-    void line_end() { stream_ << std::endl; }
-    void spaces(std::size_t count) { stream_ << std::string(count, ' '); }
+    Cursor number(Cursor at, double value);
+    Cursor number(Cursor at, float value);
+    Cursor number(Cursor at, long long value);
+    Cursor number(Cursor at, unsigned long long value);
+    Cursor string(Cursor at, const std::string& text);
+    Cursor line_end(Cursor at);
+    Cursor spaces(Cursor at, std::size_t count);
 
     /// Writes a byte as \u escape. The stream's flags shape the digits, and its fill character
     /// stays the digit zero.
