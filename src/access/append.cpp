@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace foundation::json::detail {
 
@@ -31,36 +32,39 @@ std::size_t grown_capacity(const Array& elements, std::size_t count) {
     return can_double ? std::max(needed, 2 * elements.capacity()) : elements.max_size();
 }
 
-/// Appends an empty value of the visited kind, or the visited number itself: what can be exchanged
-/// with the visited content without failing.
-class AppendCounterpart : public boost::static_visitor<> {
-public:
-    explicit AppendCounterpart(Array& elements) noexcept : elements_(elements) {}
-
-    template <class Scalar>
-    void operator()(const Scalar& scalar) const {
-        elements_.emplace_back(scalar);
+/// Exchanges values with as many others from which they were moved, or which were moved from them.
+/// Those have kept their kinds, so that this cannot fail.
+void exchange(Value* values, const Value* values_end, Value* others) noexcept {
+    for (; values != values_end; ++values, ++others) {
+        values->swap(*others);
     }
+}
 
-    void operator()(const std::string&) const { elements_.emplace_back(std::string()); }
-    void operator()(const Array&) const { elements_.emplace_back(Array()); }
-    void operator()(const Object&) const { elements_.emplace_back(Object()); }
-
-private:
-    Array& elements_;
-};
+/// Moves values to the end of an array that has room for them. If anything throws, they are where
+/// they were.
+void move_over(Array& target, Array& values) {
+    const std::size_t old_size = target.size();
+    try {
+        for (Value& value : values) {
+            target.push_back(std::move(value));
+        }
+    } catch (...) {
+        exchange(target.data() + old_size, target.data() + target.size(), values.data());
+        throw;
+    }
+}
 
 void append_growing(Array& elements, const Value* values, std::size_t count) {
-    // A Value's move may throw, so moving the elements over one by one could fail half way. Instead
-    // all that can throw comes first, and the exchange of contents, which cannot, comes last.
+    // The copies come first: they may be of what is about to be moved.
+    Array copies(values, values + count);
     Array grown;
     grown.reserve(grown_capacity(elements, count));
-    for (const Value& element : elements) {
-        visit(AppendCounterpart(grown), element);
-    }
-    append_in_place(grown, values, count);
-    for (std::size_t i = 0; i != elements.size(); ++i) {
-        grown[i].swap(elements[i]);
+    move_over(grown, elements);
+    try {
+        move_over(grown, copies);
+    } catch (...) {
+        exchange(elements.data(), elements.data() + elements.size(), grown.data());
+        throw;
     }
     elements.swap(grown);
 }

@@ -12,8 +12,8 @@
 
 namespace foundation::json::detail {
 
-// The digits are worked out in 128-bit integers and laid out in registers, first digit lowest.
-// Machines without either have the plain rule.
+// Digits are worked out in 128-bit integers and laid out in registers, the first one lowest.
+// Machines that lack either have the plain rule.
 #if defined(__SIZEOF_INT128__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
 
 namespace {
@@ -176,6 +176,33 @@ std::uint64_t spread_digits(std::uint32_t number) noexcept {
     return tens | (pairs - 10 * tens) << 8;
 }
 
+constexpr std::uint64_t eight_zeros = 0x3030303030303030;
+
+/// Writes a number below 10^8 in eight digits.
+char* write_8_digits(char* out, std::uint32_t number) noexcept {
+    const std::uint64_t text = spread_digits(number) | eight_zeros;
+    std::memcpy(out, &text, sizeof text);
+    return out + 8;
+}
+
+/// Writes a number below 10^8 in as many digits as it has. Stores eight bytes at any rate.
+char* write_up_to_8_digits(char* out, std::uint32_t number) noexcept {
+    const std::uint64_t digits = spread_digits(number);
+    const int leading_zeros = __builtin_ctzll(digits | std::uint64_t{1} << 56) / 8;
+    const std::uint64_t text = (digits | eight_zeros) >> (8 * leading_zeros);
+    std::memcpy(out, &text, sizeof text);
+    return out + 8 - leading_zeros;
+}
+
+char* write_integer(char* out, std::uint64_t number) noexcept {
+    constexpr std::uint64_t base = powers_of_10.power[8];
+    if (number < base) {
+        return write_up_to_8_digits(out, static_cast<std::uint32_t>(number));
+    }
+    out = write_integer(out, number / base);
+    return write_8_digits(out, static_cast<std::uint32_t>(number % base));
+}
+
 /// The digits of a Decimal as text: the first one, and sixteen more.
 struct Digits {
     char first;
@@ -183,12 +210,14 @@ struct Digits {
     Wide rest;
 
     explicit Digits(std::uint64_t number) noexcept {
-        constexpr std::uint64_t zeros = 0x3030303030303030;
-        const std::uint64_t behind_first = number % powers_of_10.power[16];
-        first = static_cast<char>('0' + number / powers_of_10.power[16]);
-        const auto high = spread_digits(static_cast<std::uint32_t>(behind_first / 100000000));
-        const auto low = spread_digits(static_cast<std::uint32_t>(behind_first % 100000000));
-        rest = static_cast<Wide>(low | zeros) << 64 | (high | zeros);
+        constexpr std::uint64_t base = powers_of_10.power[8];
+        const std::uint64_t behind_first = number % (base * base);
+        const auto last_eight = static_cast<std::uint32_t>(behind_first % base);
+        const auto high = spread_digits(static_cast<std::uint32_t>(behind_first / base));
+        // Numbers of up to nine digits are common enough to be spared the work.
+        const auto low = last_eight != 0 ? spread_digits(last_eight) : 0;
+        first = static_cast<char>('0' + number / (base * base));
+        rest = static_cast<Wide>(low | eight_zeros) << 64 | (high | eight_zeros);
         count = low != 0    ? 17 - __builtin_clzll(low) / 8
                 : high != 0 ? 9 - __builtin_clzll(high) / 8
                             : 1;
@@ -257,7 +286,7 @@ int count_digits(std::uint64_t number) noexcept {
 /// For whole numbers, which are their own digits.
 char* write_whole(char* out, std::uint64_t number) noexcept {
     if (number < 1000000) {
-        return std::to_chars(out, out + 6, static_cast<std::uint32_t>(number)).ptr;
+        return write_up_to_8_digits(out, static_cast<std::uint32_t>(number));
     }
     const int count = count_digits(number);
     return write_scientific(out, {number * powers_of_10.power[decimal_digits - count], count - 1});
@@ -324,6 +353,17 @@ char* fast_number_text(char* out, float number) noexcept {
     return write_number(out, number);
 }
 
+char* fast_integer_text(char* out, unsigned long long number) noexcept {
+    return write_integer(out, number);
+}
+
+char* fast_integer_text(char* out, long long number) noexcept {
+    // Negated as unsigned, which is right for the lowest number too.
+    const auto bits = static_cast<std::uint64_t>(number);
+    *out = '-';
+    return number < 0 ? write_integer(out + 1, 0 - bits) : write_integer(out, bits);
+}
+
 #else
 
 bool fast_number_text_applies() noexcept {
@@ -338,8 +378,6 @@ char* fast_number_text(char*, float) noexcept {
     return nullptr;
 }
 
-#endif
-
 char* fast_integer_text(char* out, unsigned long long number) noexcept {
     return std::to_chars(out, out + 20, number).ptr;
 }
@@ -347,5 +385,7 @@ char* fast_integer_text(char* out, unsigned long long number) noexcept {
 char* fast_integer_text(char* out, long long number) noexcept {
     return std::to_chars(out, out + 20, number).ptr;
 }
+
+#endif
 
 } // namespace foundation::json::detail

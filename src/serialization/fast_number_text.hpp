@@ -20,7 +20,7 @@ bool fast_number_text_applies() noexcept;
 char* fast_number_text(char* out, double number) noexcept;
 char* fast_number_text(char* out, float number) noexcept;
 
-/// Writes an integer in decimal.
+/// Writes an integer in decimal, in the same room.
 /// @return the end of the text, of at most 20 characters
 char* fast_integer_text(char* out, unsigned long long number) noexcept;
 char* fast_integer_text(char* out, long long number) noexcept;

@@ -10,7 +10,6 @@
 #include <limits>
 #include <sstream>
 #include <stdexcept>
-#include <type_traits>
 
 namespace foundation::json {
 
@@ -22,33 +21,17 @@ void throw_invalid_conversion(const char* source, const char* target) {
 
 namespace {
 
-/// Hands out the content of one kind, const or not as Content is, and rejects every other.
-template <class Content>
-struct StrictAccessor : boost::static_visitor<Content&> {
-    Content& operator()(Content& content) const { return content; }
-
-    template <class Other>
-    Content& operator()(const Other&) const {
-        throw_invalid_conversion(traits<Other>::name, traits<std::remove_const_t<Content>>::name);
+struct NameOfKind : boost::static_visitor<const char*> {
+    template <class Content>
+    const char* operator()(const Content&) const {
+        return traits<Content>::name;
     }
 };
 
 } // namespace
 
-Array& strict_array(Value& value) {
-    return visit(StrictAccessor<Array>(), value);
-}
-
-const Array& strict_array(const Value& value) {
-    return visit(StrictAccessor<const Array>(), value);
-}
-
-Object& strict_object(Value& value) {
-    return visit(StrictAccessor<Object>(), value);
-}
-
-const Object& strict_object(const Value& value) {
-    return visit(StrictAccessor<const Object>(), value);
+void throw_invalid_conversion(const Value& source, const char* target) {
+    throw_invalid_conversion(visit(NameOfKind(), source), target);
 }
 
 } // namespace detail
@@ -84,7 +67,7 @@ struct ToInt : boost::static_visitor<int> {
 } // namespace
 
 Value::operator bool() const {
-    return detail::visit(detail::StrictAccessor<const bool>(), *this);
+    return detail::strict_content<bool>(*this);
 }
 
 Value::operator int() const {
