@@ -55,10 +55,10 @@ void move_over(Array& target, Array& values) {
 }
 
 void append_growing(Array& elements, const Value* values, std::size_t count) {
-    // The copies come first: they may be of what is about to be moved.
-    Array copies(values, values + count);
     Array grown;
     grown.reserve(grown_capacity(elements, count));
+    // The copies come before the moves: they may be of what is about to be moved.
+    Array copies(values, values + count);
     move_over(grown, elements);
     try {
         move_over(grown, copies);
