@@ -1,0 +1,20 @@
+/// @file
+/// How long the random tests try.
+#ifndef FOUNDATION_JSON_TESTS_SUPPORT_ROUNDS_HPP
+#define FOUNDATION_JSON_TESTS_SUPPORT_ROUNDS_HPP
+
+#include <cstddef>
+#include <cstdlib>
+
+namespace foundation::json::test {
+
+/// How many random values of each sort a test compares: few, unless the environment variable
+/// FOUNDATION_JSON_TEST_ROUNDS asks for another number.
+inline std::size_t test_rounds() {
+    const char* const chosen = std::getenv("FOUNDATION_JSON_TEST_ROUNDS");
+    return chosen != nullptr ? std::strtoull(chosen, nullptr, 10) : 5000;
+}
+
+} // namespace foundation::json::test
+
+#endif
