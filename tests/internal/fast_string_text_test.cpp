@@ -1,0 +1,202 @@
+/// @file
+/// String content copied and escaped many bytes at a time: as byte by byte, without a look outside
+/// the string and a write beyond the room.
+#include "serialization/fast_string_text.hpp"
+
+#include "support/edge_memory.hpp"
+#include "support/random_trees.hpp"
+#include "support/rounds.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+namespace foundation::json::detail {
+namespace {
+
+/// What came of copying: how many bytes were read, and what was written for them.
+struct Copied {
+    std::size_t count = 0;
+    std::string text;
+
+    bool operator==(const Copied& other) const {
+        return count == other.count && text == other.text;
+    }
+};
+
+std::ostream& operator<<(std::ostream& stream, const Copied& copied) {
+    return stream << copied.count << " bytes as " << testing::PrintToString(copied.text);
+}
+
+/// The same byte by byte.
+Copied copied_by_bytes(std::string_view content) {
+    constexpr std::string_view escaped = "\b\t\n\f\r\"/\\";
+    constexpr std::string_view letters = "btnfr\"/\\";
+    Copied result;
+    for (const char byte : content) {
+        const std::size_t index = escaped.find(byte);
+        if (index != std::string_view::npos) {
+            result.text += '\\';
+            result.text += letters[index];
+        } else if (static_cast<unsigned char>(byte) < 0x20) {
+            break;
+        } else {
+            result.text += byte;
+        }
+        ++result.count;
+    }
+    return result;
+}
+
+/// Copies content that lies at an edge of memory into exactly the room that is asked for.
+class EdgeCopier {
+public:
+    enum class Place { at_the_begin, at_the_end };
+
+    /// Puts the content in place.
+    char* place(std::string_view content, Place at) {
+        size_ = content.size();
+        begin_ = at == Place::at_the_end ? source_.end() - size_ : source_.begin();
+        std::copy(content.begin(), content.end(), begin_);
+        return begin_;
+    }
+
+    template <class Bytes>
+    Copied copy() {
+        char* const out = target_.end() - (2 * size_ + 16);
+        const EscapedCopy copied = copy_escaped<Bytes>(out, begin_, begin_ + size_);
+        return {static_cast<std::size_t>(copied.from - begin_), {out, copied.out}};
+    }
+
+private:
+    test::EdgeMemory source_;
+    test::EdgeMemory target_;
+    std::size_t size_ = 0;
+    char* begin_ = nullptr;
+};
+
+constexpr EdgeCopier::Place places[] = {EdgeCopier::Place::at_the_begin,
+                                        EdgeCopier::Place::at_the_end};
+
+/// So many bytes that stay as they are, no two neighbours alike.
+std::string clean_content(std::size_t size) {
+    static constexpr char clean[] = "abc\xE9 !#.0[]\x7F\x80\xFFzA\xC3\xA9";
+    std::string content;
+    while (content.size() < size) {
+        content += clean[content.size() % (sizeof clean - 1)];
+    }
+    return content;
+}
+
+template <class Bytes>
+class CopyEscaped : public testing::Test {
+protected:
+    void expect_bytewise(const std::string& content) {
+        for (const EdgeCopier::Place place : places) {
+            copier.place(content, place);
+            EXPECT_EQ(copier.template copy<Bytes>(), copied_by_bytes(content));
+        }
+    }
+
+    EdgeCopier copier;
+};
+
+struct BytesNames {
+    template <class Bytes>
+    static std::string GetName(int index) {
+        return index == 0 ? "WithVectors" : "WithWords";
+    }
+};
+
+using AllBytes = testing::Types<VectorBytes, PortableBytes>;
+TYPED_TEST_SUITE(CopyEscaped, AllBytes, BytesNames);
+
+TYPED_TEST(CopyEscaped, WritesShortEscapesAndStopsAtOtherControlBytes) {
+    struct Case {
+        std::string content;
+        Copied copied;
+    };
+    const Case cases[] = {
+        {"", {0, ""}},
+        {"a", {1, "a"}},
+        {"/", {1, "\\/"}},
+        {"\x01", {0, ""}},
+        {"a\x01z", {1, "a"}},
+        {std::string("a\0z", 3), {1, "a"}},
+        {"a\"b\\c/d\be\tf\ng\fh\ri", {17, R"(a\"b\\c\/d\be\tf\ng\fh\ri)"}},
+        {"\b\t\n\x0B\f\r", {3, R"(\b\t\n)"}},
+        {"\x20\x7F\x80\xFF", {4, "\x20\x7F\x80\xFF"}},
+        {"0123456789abcdef0123456789abcdef", {32, "0123456789abcdef0123456789abcdef"}},
+        {"0123456789abcde/0123456789abcde\x1F", {31, R"(0123456789abcde\/0123456789abcde)"}},
+    };
+    for (const auto& [content, copied] : cases) {
+        for (const EdgeCopier::Place place : places) {
+            this->copier.place(content, place);
+            EXPECT_EQ(this->copier.template copy<TypeParam>(), copied);
+        }
+    }
+}
+
+TYPED_TEST(CopyEscaped, FindsEveryByteAtEveryPlace) {
+    for (std::size_t size = 0; size <= 40; ++size) {
+        const std::string clean = clean_content(size);
+        this->expect_bytewise(clean);
+        for (const EdgeCopier::Place place : places) {
+            char* const content = this->copier.place(clean, place);
+            for (std::size_t at = 0; at != size; ++at) {
+                for (int byte = 0; byte <= 0xFF; ++byte) {
+                    content[at] = static_cast<char>(byte);
+                    ASSERT_EQ(this->copier.template copy<TypeParam>(),
+                              copied_by_bytes({content, size}));
+                }
+                content[at] = clean[at];
+            }
+        }
+    }
+}
+
+TYPED_TEST(CopyEscaped, FindsEveryPairOfEscapes) {
+    for (std::size_t size = 2; size <= 40; ++size) {
+        for (std::size_t first = 0; first != size; ++first) {
+            for (std::size_t second = first + 1; second != size; ++second) {
+                for (const char last : {'\\', '\x1F'}) {
+                    std::string content = clean_content(size);
+                    content[first] = '"';
+                    content[second] = last;
+                    this->expect_bytewise(content);
+                }
+            }
+        }
+    }
+}
+
+TYPED_TEST(CopyEscaped, NeedsNoMoreRoomThanTwiceTheContentAndSixteenBytes) {
+    for (std::size_t size = 0; size <= 300; ++size) {
+        for (const char byte : {'/', 'x', '\n', '\x01'}) {
+            this->expect_bytewise(std::string(size, byte));
+            this->expect_bytewise(std::string(size, '"') + byte);
+        }
+    }
+}
+
+TYPED_TEST(CopyEscaped, CopiesRandomContentAsByteByByte) {
+    const std::uint64_t seed = test::random_seed();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    test::RandomTrees random(seed, test::RandomTrees::Kinds::all);
+    for (std::size_t i = test::test_rounds(); i > 0 && !this->HasFailure(); --i) {
+        std::string content = clean_content(random.below(300));
+        for (std::size_t escapes = random.below(6); escapes > 0 && !content.empty(); --escapes) {
+            content[random.below(content.size())] = "\"\\/\b\t\n\f\r\x01\x1F"[random.below(10)];
+        }
+        this->expect_bytewise(content + random.string());
+    }
+}
+
+} // namespace
+} // namespace foundation::json::detail

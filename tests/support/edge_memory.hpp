@@ -1,0 +1,43 @@
+/// @file
+/// Memory with nothing behind it and nothing before it.
+#ifndef FOUNDATION_JSON_TESTS_SUPPORT_EDGE_MEMORY_HPP
+#define FOUNDATION_JSON_TESTS_SUPPORT_EDGE_MEMORY_HPP
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <stdexcept>
+
+namespace foundation::json::test {
+
+/// A page between two pages that nobody may touch: whoever reads or writes a byte too many or too
+/// early ends the program, in every kind of build.
+class EdgeMemory {
+public:
+    EdgeMemory() : page_(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))) {
+        void* const memory =
+            mmap(nullptr, 3 * page_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (memory == MAP_FAILED) {
+            throw std::runtime_error("no memory to be mapped");
+        }
+        first_ = static_cast<char*>(memory);
+        if (mprotect(begin(), page_, PROT_READ | PROT_WRITE) != 0) {
+            throw std::runtime_error("no memory to be written");
+        }
+    }
+    EdgeMemory(const EdgeMemory&) = delete;
+    EdgeMemory& operator=(const EdgeMemory&) = delete;
+    ~EdgeMemory() { munmap(first_, 3 * page_); }
+
+    char* begin() const { return first_ + page_; }
+    char* end() const { return begin() + page_; }
+
+private:
+    std::size_t page_;
+    char* first_ = nullptr;
+};
+
+} // namespace foundation::json::test
+
+#endif
