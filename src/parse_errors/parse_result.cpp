@@ -6,6 +6,7 @@ namespace foundation::json {
 
 namespace {
 
+/// By code. The first entry completes the table and is never given out.
 constexpr const char* descriptions[] = {
     "No error",
     "Failed to match the string 'null'",
