@@ -84,8 +84,9 @@ public:
     }
 
 private:
+    // A part of the functions that recurse: a call of its own would take its share of the stack.
     template <class Container>
-    Cursor write_items(Cursor at, const Container& items) {
+    [[gnu::always_inline]] inline Cursor write_items(Cursor at, const Container& items) {
         if (!items.empty()) {
             ++depth_;
             auto item = items.begin();
