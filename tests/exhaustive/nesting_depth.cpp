@@ -1,39 +1,62 @@
 /// @file
 /// Reports how deep values may nest before an operation runs out of stack.
 ///
-/// Usage: nesting_depth [STACK_MIB]
+/// Usage: nesting_depth [STACK_MIB [DEPTH]]
 ///
 /// Each operation runs in a process and on a stack of its own, of 8 MiB unless told otherwise, on
-/// arrays and on objects that hold nothing but one another. The greatest depth that it survives is
-/// found by bisection, up to ten million levels.
+/// arrays, on objects, and on both in turn, that hold nothing but one another. The greatest depth
+/// that it survives is found by bisection, up to a million levels; pretty text, whose length grows
+/// with the square of the depth, is tried with a hundred thousand. With a DEPTH that is the only
+/// one tried, and the exit status is 1 if an operation does not survive it.
 #include <foundation/json/json.hpp>
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <pthread.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
-#include <memory>
+#include <map>
 #include <ostream>
 #include <streambuf>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace {
 
 using namespace foundation::json;
 
+/// What lies within what.
+struct Shape {
+    const char* name;
+    bool outer_is_object; ///< the containers at odd distances from the innermost
+    bool inner_is_object; ///< the innermost, and those at even distances from it
+};
+
+const Shape shapes[] = {
+    {"arrays", false, false},
+    {"objects", true, true},
+    {"in turn", true, false},
+};
+
+Value empty_container(bool object) {
+    return object ? Value(std::map<std::string, Value>()) : Value(std::vector<Value>());
+}
+
 /// Wraps empty containers in one another, from the inside out and without recursion.
-Value* nested(bool objects, std::size_t depth) {
-    const Value empty =
-        objects ? Value(std::map<std::string, Value>()) : Value(std::vector<Value>());
-    auto* value = new Value(empty);
+Value* nested(const Shape& shape, std::size_t depth) {
+    auto* value = new Value(empty_container(shape.inner_is_object));
     for (std::size_t level = 1; level < depth; ++level) {
-        Value outer(empty);
-        if (objects) {
+        const bool object = level % 2 == 0 ? shape.inner_is_object : shape.outer_is_object;
+        Value outer = empty_container(object);
+        if (object) {
             outer["k"].swap(*value);
         } else {
             outer.push(Null());
@@ -49,36 +72,49 @@ class Discard : public std::streambuf {
     std::streamsize xsputn(const char*, std::streamsize count) override { return count; }
 };
 
+enum class Path { fast, plain };
+
+/// Writes the value onto a stream of which the fast way of writing can make nothing, if that way is
+/// not meant.
+void write(const Value& value, bool pretty, Path path) {
+    Discard discard;
+    std::ostream stream(&discard);
+    if (path == Path::plain) {
+        stream << std::showpos;
+    }
+    Serializer serializer;
+    serializer.pretty_print(pretty);
+    serializer.write(stream, value);
+}
+
 /// What is done to two equal values. They are never destroyed unless that is what is done.
 using Operation = void (*)(Value* a, Value* b);
+
+constexpr std::size_t a_million = 1000000;
+constexpr std::size_t a_hundred_thousand = 100000;
 
 struct NamedOperation {
     const char* name;
     Operation run;
+    std::size_t most = a_million; ///< the greatest depth to try
 };
 
 volatile bool result;
 
 const NamedOperation operations[] = {
     {"serialize", [](Value* a, Value*) { result = serialize(*a).empty(); }},
-    {"write compact",
-     [](Value* a, Value*) {
-         Discard discard;
-         std::ostream stream(&discard);
-         Serializer().write(stream, *a);
-     }},
-    {"write compact, plain",
-     [](Value* a, Value*) {
-         Discard discard;
-         std::ostream stream(&discard);
-         stream << std::showpos;
-         Serializer().write(stream, *a);
-     }},
+    {"write compact", [](Value* a, Value*) { write(*a, false, Path::fast); }},
+    {"write compact, plain way", [](Value* a, Value*) { write(*a, false, Path::plain); }},
+    {"write pretty", [](Value* a, Value*) { write(*a, true, Path::fast); }, a_hundred_thousand},
+    {"write pretty, plain way", [](Value* a, Value*) { write(*a, true, Path::plain); },
+     a_hundred_thousand},
     {"copy", [](Value* a, Value*) { new Value(*a); }},
     {"copy assignment, same shape", [](Value* a, Value* b) { *a = *b; }},
+    {"copy assignment, other kind", [](Value* a, Value*) { *new Value() = *a; }},
     {"==", [](Value* a, Value* b) { result = *a == *b; }},
     {"<", [](Value* a, Value* b) { result = *a < *b; }},
     {"move", [](Value* a, Value*) { new Value(std::move(*a)); }},
+    {"move assignment, same shape", [](Value* a, Value* b) { *a = std::move(*b); }},
     {"swap", [](Value* a, Value* b) { a->swap(*b); }},
     {"destruction", [](Value* a, Value*) { delete a; }},
 };
@@ -95,15 +131,23 @@ void* run(void* argument) {
     return nullptr;
 }
 
-bool survives(Operation operation, bool objects, std::size_t depth, std::size_t stack) {
+[[noreturn]] void fail(const char* message) {
+    std::fprintf(stderr, "nesting_depth: %s\n", message);
+    std::exit(2);
+}
+
+bool survives(Operation operation, const Shape& shape, std::size_t depth, std::size_t stack) {
     const pid_t child = fork();
+    if (child < 0) {
+        fail("cannot start a process");
+    }
     if (child == 0) {
-        Attempt attempt{operation, nested(objects, depth), nested(objects, depth)};
+        Attempt attempt{operation, nested(shape, depth), nested(shape, depth)};
         pthread_attr_t attributes;
-        pthread_attr_init(&attributes);
-        pthread_attr_setstacksize(&attributes, stack);
         pthread_t thread;
-        if (pthread_create(&thread, &attributes, run, &attempt) != 0) {
+        if (pthread_attr_init(&attributes) != 0 ||
+            pthread_attr_setstacksize(&attributes, stack) != 0 ||
+            pthread_create(&thread, &attributes, run, &attempt) != 0) {
             _exit(2);
         }
         pthread_join(thread, nullptr);
@@ -111,30 +155,97 @@ bool survives(Operation operation, bool objects, std::size_t depth, std::size_t 
     }
     int status = 0;
     waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 2) {
+        fail("cannot make a thread with such a stack");
+    }
+    return WIFEXITED(status);
 }
 
-std::size_t greatest_depth(Operation operation, bool objects, std::size_t stack) {
-    constexpr std::size_t most = 1000000;
+/// The greatest depth that an operation survives, to a hundredth.
+std::size_t greatest_depth(const NamedOperation& operation, const Shape& shape, std::size_t stack) {
     std::size_t good = 0;
-    std::size_t bad = most + 1;
-    for (std::size_t depth = most; bad - good > good / 100 + 1; depth = good + (bad - good) / 2) {
-        (survives(operation, objects, depth, stack) ? good : bad) = depth;
+    std::size_t bad = operation.most + 1;
+    std::size_t depth = operation.most;
+    while (bad - good > good / 100 + 1) {
+        (survives(operation.run, shape, depth, stack) ? good : bad) = depth;
+        depth = good + (bad - good) / 2;
     }
     return good;
+}
+
+void print_heading() {
+    std::printf("%-28s", "levels");
+    for (const Shape& shape : shapes) {
+        std::printf("  %10s", shape.name);
+    }
+    std::printf("\n");
+}
+
+void report(std::size_t stack) {
+    print_heading();
+    for (const NamedOperation& operation : operations) {
+        std::printf("%-28s", operation.name);
+        for (const Shape& shape : shapes) {
+            const std::size_t depth = greatest_depth(operation, shape, stack);
+            std::printf("  %2s%8zu", depth == operation.most ? ">=" : "", depth);
+            std::fflush(stdout);
+        }
+        std::printf("\n");
+    }
+}
+
+bool all_survive(std::size_t stack, std::size_t depth) {
+    bool all = true;
+    for (const NamedOperation& operation : operations) {
+        for (const Shape& shape : shapes) {
+            if (!survives(operation.run, shape, depth, stack)) {
+                std::printf("%s does not survive %zu levels of %s\n", operation.name, depth,
+                            shape.name);
+                all = false;
+            }
+        }
+    }
+    return all;
+}
+
+std::size_t number(const char* text, const char* name, unsigned long most) {
+    char* end = nullptr;
+    errno = 0;
+    const unsigned long value = std::strtoul(text, &end, 10);
+    if (*text < '0' || *text > '9' || *end != '\0' || errno != 0 || value == 0 || value > most) {
+        fail((std::string(name) + " must be a number from 1 to " + std::to_string(most) +
+              ", not '" + text + "'")
+                 .c_str());
+    }
+    return value;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::size_t stack = (argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 8) << 20;
-    for (const NamedOperation& operation : operations) {
-        std::printf("%-28s", operation.name);
-        for (const bool objects : {false, true}) {
-            const std::size_t depth = greatest_depth(operation.run, objects, stack);
-            std::printf(" %9zu (%4zu bytes)", depth, stack / (depth + 1));
-            std::fflush(stdout);
-        }
-        std::printf("\n");
+    std::vector<const char*> arguments(argv + 1, argv + std::max(argc, 1));
+    const bool marked = !arguments.empty() && std::string_view(arguments[0]) == "--";
+    if (marked) {
+        arguments.erase(arguments.begin());
+    } else if (!arguments.empty() && arguments[0][0] == '-') {
+        fail("unknown option (usage: nesting_depth [STACK_MIB [DEPTH]])");
     }
+    if (arguments.size() > 2) {
+        fail("too many arguments (usage: nesting_depth [STACK_MIB [DEPTH]])");
+    }
+    const std::size_t mib = !arguments.empty() ? number(arguments[0], "STACK_MIB", 65536) : 8;
+    const std::size_t stack = mib << 20;
+
+    // Processes that run out of stack are expected here, and not worth a picture of their memory.
+    const rlimit no_core = {0, 0};
+    setrlimit(RLIMIT_CORE, &no_core);
+    if (arguments.size() == 2) {
+        const std::size_t depth = number(arguments[1], "DEPTH", 100000000);
+        if (!all_survive(stack, depth)) {
+            return 1;
+        }
+        std::printf("Every operation survives %zu levels on a stack of %zu MiB.\n", depth, mib);
+        return 0;
+    }
+    report(stack);
 }
