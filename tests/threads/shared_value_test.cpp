@@ -1,0 +1,200 @@
+// Any number of threads may read one value at once. What every thread finds is checked here; that
+// none of them touches what another reads is for a build with the thread sanitizer to say.
+#include "support/threads.hpp"
+
+#include <foundation/json/json.hpp>
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace foundation::json;
+using test::run_in_threads;
+using Array = std::vector<Value>;
+using Object = std::map<std::string, Value>;
+
+constexpr int rounds = 200;
+
+/// Values of every kind, in an object.
+Value record() {
+    return Object{
+        {"array", Array{1, "two", Null(), Array{}}},
+        {"double", 1.5},
+        {"empty", ""},
+        {"float", 0.25f},
+        {"int64", -7LL},
+        {"no", false},
+        {"null", Null()},
+        {"object", Object{{"inner", "a text that is too long for a string's own storage"}}},
+        {"text", "42 \n\x01"},
+        {"uint64", 7ULL},
+        {"undefined", Undefined()},
+    };
+}
+
+constexpr char record_text[] =
+    R"({"array":[1,"two",null,[]],"double":1.5,"empty":"","float":0.25,"int64":-7,"no":false,)"
+    R"("null":null,"object":{"inner":"a text that is too long for a string's own storage"},)"
+    R"("text":"42 \n\u0001","uint64":7,"undefined":})";
+
+/// Calls body(value) again and again, in many threads, on one value; and looks whether the value
+/// is what it was.
+template <class Body>
+void read_in_threads(const Body& body) {
+    const Value value = record();
+    run_in_threads([&](int) {
+        for (int round = 0; round < rounds; ++round) {
+            body(value);
+        }
+    });
+    EXPECT_EQ(serialize(value), record_text);
+}
+
+TEST(OneValueInManyThreads, IsWrittenByAll) {
+    const Value small = Array{true, Object{{"a", 1.5}}};
+    read_in_threads([&](const Value& value) {
+        EXPECT_EQ(serialize(value), record_text);
+        EXPECT_EQ(pretty_print(small), "[\n"
+                                       "    true,\n"
+                                       "    {\n"
+                                       "        \"a\":1.5\n"
+                                       "    }\n"
+                                       "]");
+    });
+}
+
+TEST(OneValueInManyThreads, IsWrittenOntoTheStreamOfEach) {
+    read_in_threads([](const Value& value) {
+        std::ostringstream fast;
+        std::ostringstream plain;
+        plain << std::hex << std::showbase;
+        Serializer serializer;
+        serializer.write(fast, value);
+        serializer.write(plain, value["uint64"]);
+        EXPECT_EQ(fast.str(), record_text);
+        EXPECT_EQ(plain.str(), "0x7");
+    });
+}
+
+TEST(OneValueInManyThreads, ShowsItsMembersAndElements) {
+    read_in_threads([](const Value& value) {
+        EXPECT_EQ(value["double"], Value(1.5));
+        EXPECT_EQ(value[std::string("int64")], Value(-7LL));
+        EXPECT_EQ(value[Value("uint64")], Value(7ULL));
+        EXPECT_EQ(value["array"].length(), std::size_t{4});
+        EXPECT_EQ(value["array"][1], Value("two"));
+        EXPECT_EQ(value["array"][std::size_t{2}], Value(Null()));
+        EXPECT_EQ(value["array"][Value(0)], Value(1));
+    });
+}
+
+TEST(OneValueInManyThreads, HasOneUndefinedForWhatIsMissing) {
+    const Value empty = Object{};
+    const Value& missing = empty["missing"];
+    EXPECT_EQ(serialize(missing), "");
+    read_in_threads([&](const Value& value) {
+        EXPECT_EQ(&value["missing"], &missing);
+        EXPECT_EQ(&value[std::string("absent")], &missing);
+        EXPECT_EQ(&value[Value("nowhere")], &missing);
+        EXPECT_EQ(serialize(value["missing"]), "");
+        EXPECT_FALSE(value.hasOwnProperty("missing"));
+    });
+}
+
+TEST(OneValueInManyThreads, TellsWhetherItHasProperties) {
+    read_in_threads([](const Value& value) {
+        EXPECT_TRUE(value.hasOwnProperty("text"));
+        EXPECT_TRUE(value.hasOwnProperty("undefined"));
+        EXPECT_FALSE(value.hasOwnProperty("tex"));
+        EXPECT_FALSE(value["array"].hasOwnProperty("text"));
+    });
+}
+
+TEST(OneValueInManyThreads, IsComparedByAll) {
+    const Value array = Array{1, "two", Null(), Array{}};
+    const Value greater = Array{1, "two", true};
+    read_in_threads([&](const Value& value) {
+        EXPECT_TRUE(value["array"] == array);
+        EXPECT_FALSE(value["array"] != array);
+        EXPECT_FALSE(value == value) << "it holds an undefined member";
+        EXPECT_TRUE(value["array"] < greater);
+        EXPECT_FALSE(greater < value["array"]);
+        EXPECT_TRUE(value["array"] < value);
+    });
+}
+
+TEST(OneValueInManyThreads, IsCopiedByAll) {
+    read_in_threads([](const Value& value) {
+        Value copy(value);
+        copy["array"].push("another");
+        copy["new"] = value["object"];
+        Value assigned;
+        assigned = value;
+        EXPECT_EQ(serialize(assigned), record_text);
+        EXPECT_EQ(copy["array"].length(), std::size_t{5});
+        EXPECT_EQ(copy["new"], value["object"]);
+    });
+}
+
+TEST(OneValueInManyThreads, IsCopiedByAllBeyondTheOrdinaryLevels) {
+    constexpr std::size_t levels = 300;
+    Value nested = Array{};
+    for (std::size_t level = 1; level < levels; ++level) {
+        nested = Array{nested};
+    }
+    run_in_threads([&](int) {
+        for (int round = 0; round < 20; ++round) {
+            const Value copy(nested);
+            EXPECT_EQ(serialize(copy), std::string(levels, '[') + std::string(levels, ']'));
+            EXPECT_TRUE(copy == nested);
+        }
+    });
+}
+
+TEST(OneValueInManyThreads, IsConvertedByAll) {
+    read_in_threads([](const Value& value) {
+        EXPECT_EQ(static_cast<int>(value["double"]), 1);
+        EXPECT_EQ(static_cast<int>(value["text"]), 42);
+        EXPECT_EQ(static_cast<int>(value["missing"]), 0);
+        EXPECT_FALSE(static_cast<bool>(value["no"]));
+        EXPECT_THROW(static_cast<void>(static_cast<int>(value["array"])), std::runtime_error);
+        EXPECT_THROW(static_cast<void>(static_cast<bool>(value["text"])), std::runtime_error);
+        EXPECT_THROW(static_cast<void>(value["text"].length()), std::runtime_error);
+    });
+}
+
+TEST(OneValueInManyThreads, FallsBackForAll) {
+    const Value fallback("instead");
+    read_in_threads([&](const Value& value) {
+        for (const char* const name : {"empty", "missing", "no", "null", "undefined"}) {
+            const Value& chosen = value[name] || fallback;
+            EXPECT_EQ(&chosen, &fallback) << name;
+        }
+        for (const char* const name : {"array", "double", "object", "text"}) {
+            const Value& chosen = value[name] || fallback;
+            EXPECT_EQ(&chosen, &value[name]) << name;
+        }
+    });
+}
+
+TEST(OneExceptionInManyThreads, IsCopiedByAll) {
+    const ParserException error("a message that is too long for a string's own storage",
+                                EMPTY_INPUT, 5, 2, 3, 1, "the quoted text");
+    run_in_threads([&](int) {
+        for (int round = 0; round < rounds; ++round) {
+            const ParserException copy(error);
+            EXPECT_STREQ(copy.what(), "a message that is too long for a string's own storage");
+            EXPECT_EQ(copy.get_quoted_text(), "the quoted text");
+            EXPECT_EQ(copy.get_line_number(), std::size_t{2});
+        }
+    });
+}
+
+} // namespace
