@@ -59,6 +59,21 @@ TEST(AllocationHarness, CountsWhatIsNotReleasedYet) {
     EXPECT_EQ(live_allocations(), before);
 }
 
+TEST(AllocationHarness, KnowsHowManyBytesAreInUseAndWereAtMost) {
+    const std::size_t before = live_bytes();
+    const std::size_t peak = peak_bytes_of([&] {
+        ::operator delete(::operator new(30000));
+        void* const kept = ::operator new(10000);
+        EXPECT_GE(live_bytes() - before, 10000u);
+        EXPECT_LT(live_bytes() - before, 11000u);
+        ::operator delete(kept);
+    });
+    EXPECT_GE(peak, 30000u);
+    EXPECT_LT(peak, 31000u);
+    EXPECT_EQ(live_bytes(), before);
+    EXPECT_LT(peak_bytes_of([] { ::operator delete(::operator new(100)); }), 1000u);
+}
+
 TEST(AllocationHarness, FailsOneAllocation) {
     bool first_failed = false;
     bool second_failed = false;

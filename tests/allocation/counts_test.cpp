@@ -1,12 +1,17 @@
 // How much the operations allocate: what is promised to be cheap is counted here.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
+#include "support/fixed_stream.hpp"
 #include "support/samples.hpp"
+#include "support/write_onto.hpp"
 
 #include <foundation/json/value.hpp>
 
 #include <gtest/gtest.h>
 
+#include <cfloat>
+#include <climits>
+#include <cmath>
 #include <cstddef>
 #include <string>
 #include <utility>
@@ -178,6 +183,71 @@ TEST(Allocations, OfLookingAtAnArrayAreNone) {
                   static_cast<void>(array.length());
               }),
               0u);
+}
+
+// ---- Text ----------------------------------------------------------------------------------
+
+TEST(Allocations, OfTheTextOfANumberAreNoneButForAResultThatDoesNotFitInPlace) {
+    const Value in_place[] = {0,        -1.5, 0.1,   1e-5, 999999.5,           1e6,
+                              1e100,    0.1f, -1e6f, 12LL, LLONG_MAX / 100000, 7ULL,
+                              HUGE_VAL, -NAN};
+    for (const Value& number : in_place) {
+        EXPECT_EQ(allocations_of([&] { serialize(number); }), 0u) << serialize(number);
+        EXPECT_EQ(allocations_of([&] { pretty_print(number); }), 0u) << serialize(number);
+    }
+    const Value longer[] = {1.0 / 3, -DBL_MAX, 5e-324, -FLT_MAX, LLONG_MIN, ULLONG_MAX};
+    for (const Value& number : longer) {
+        EXPECT_EQ(allocations_of([&] { serialize(number); }), 1u) << serialize(number);
+    }
+}
+
+TEST(Allocations, OfASmallTextAreTheResult) {
+    for (const std::vector<Sample>& values : {samples(), other_samples()}) {
+        for (const Sample& sample : values) {
+            EXPECT_LE(allocations_of([&] { serialize(sample.value); }), 1u) << sample.kind;
+            EXPECT_LE(allocations_of([&] { pretty_print(sample.value); }), 1u) << sample.kind;
+        }
+    }
+    const std::string almost_a_buffer(3000, 'x');
+    const Value value(almost_a_buffer);
+    EXPECT_EQ(allocations_of([&] { serialize(value); }), 1u);
+}
+
+TEST(Allocations, OfWritingOntoAStreamAreNone) {
+    FixedStream stream(10000000);
+    const Value numbers =
+        Array{0.1, 1.0 / 3, 5e-324, -DBL_MAX, 0.1f, FLT_MAX, 1LL, ULLONG_MAX, std::nan("")};
+    const Value large = array_of(1000, Array{long_text, "\x01", Object{{"a\x1F", numbers}}});
+    for (const Layout layout : {Layout::compact, Layout::pretty}) {
+        EXPECT_EQ(allocations_of([&] { write(stream, numbers, layout); }), 0u);
+        EXPECT_EQ(allocations_of([&] { write(stream, large, layout); }), 0u);
+        for (const Sample& sample : other_samples()) {
+            EXPECT_EQ(allocations_of([&] { write(stream, sample.value, layout); }), 0u)
+                << sample.kind;
+        }
+    }
+    stream.flags(std::ios_base::hex); // the plain way, piece by piece
+    EXPECT_EQ(allocations_of([&] { write(stream, large); }), 0u);
+    EXPECT_TRUE(stream.good());
+}
+
+TEST(PeakMemory, OfALongTextIsLittleMoreThanTheTextAndACopy) {
+    const Value item = Array{long_text, 1.0 / 3, "\x01\"", Object{{"name", 1e6}, {"other", true}}};
+    const std::size_t item_size = serialize(item).size() + 1;
+    for (const std::size_t size : {10000u, 1000000u, 20000000u}) {
+        const Value value = array_of(size / item_size, item);
+        for (const Layout layout : {Layout::compact, Layout::pretty}) {
+            std::string text;
+            const std::size_t peak = peak_bytes_of([&] { text = text_of(value, layout); });
+            EXPECT_LE(static_cast<double>(peak), 2.2 * static_cast<double>(text.size()))
+                << text.size();
+            EXPECT_GE(text.size(), size / 10 * 9);
+        }
+        const Value string(std::string(size, 'x'));
+        std::string text;
+        const std::size_t peak = peak_bytes_of([&] { text = serialize(string); });
+        EXPECT_LE(static_cast<double>(peak), 2.2 * static_cast<double>(text.size())) << size;
+    }
 }
 
 } // namespace

@@ -1,44 +1,210 @@
+// Running out of memory while a value is written: the value stays as it was, no text comes out cut
+// short unnoticed, and a stream is left in a state that tells.
 #include "support/allocation_failures.hpp"
+#include "support/describe.hpp"
+#include "support/fixed_stream.hpp"
+#include "support/locales.hpp"
+#include "support/samples.hpp"
+#include "support/write_onto.hpp"
 
 #include <foundation/json/builders.hpp>
 #include <foundation/json/serializer.hpp>
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <ios>
+#include <memory>
+#include <new>
+#include <optional>
+#include <sstream>
 #include <string>
+#include <utility>
 
 namespace foundation::json::test {
 namespace {
 
-/// A document whose text is longer than any small buffer.
-struct Operands {
-    Value value;
-    std::string text;
-};
+constexpr Layout layouts[] = {Layout::compact, Layout::pretty};
 
-Operands long_document() {
+// ---- Into a string -------------------------------------------------------------------------
+
+/// Makes the text of a value with every allocation failing in turn. Returns how many could.
+std::size_t failures_of_text(const Value& value, Layout layout) {
+    struct Operands {
+        const Value* value;
+        std::string text;
+    };
+    const std::string expected = text_of(value, layout);
+    const std::string description = describe(value);
+    return fail_each_allocation(
+        [&] {
+            return Operands{&value, "untouched"};
+        },
+        [&](Operands& o) { o.text = text_of(*o.value, layout); },
+        [&](const Operands& o) {
+            EXPECT_EQ(o.text, "untouched");
+            EXPECT_EQ(describe(*o.value), description);
+        },
+        [&](const Operands& o) { EXPECT_EQ(o.text, expected); });
+}
+
+/// A document whose text is longer than any small buffer.
+Value long_document() {
     Value list((Element(1), Element("a string that is longer than a string's own storage")));
     for (int i = 0; i < 200; ++i) {
         list.push((Property("key") = "value"));
     }
-    return {list, "untouched"};
+    return list;
 }
 
-void expect_untouched(const Operands& operands) {
-    EXPECT_EQ(operands.text, "untouched");
-    EXPECT_EQ(operands.value.length(), 202u);
+/// A document whose text is longer than many buffers.
+Value huge_document() {
+    return Array(300, Value(std::string(300, 'x') + "/\x01"));
 }
 
-TEST(SerializationAllocations, SerializeThrowsBadAllocWheneverMemoryRunsOut) {
-    const std::size_t failures = fail_each_allocation(
-        long_document, [](Operands& o) { o.text = serialize(o.value); }, expect_untouched);
-    EXPECT_GE(failures, 1u);
+TEST(TextOutOfMemory, IsNotMadeAtAll) {
+    for (const Layout layout : layouts) {
+        EXPECT_GE(failures_of_text(long_document(), layout), 1u);
+        EXPECT_GE(failures_of_text(huge_document(), layout), 10u) << "many buffers are needed";
+    }
 }
 
-TEST(SerializationAllocations, PrettyPrintThrowsBadAllocWheneverMemoryRunsOut) {
-    const std::size_t failures = fail_each_allocation(
-        long_document, [](Operands& o) { o.text = pretty_print(o.value); }, expect_untouched);
-    EXPECT_GE(failures, 1u);
+TEST(TextOutOfMemory, IsNotMadeForAnyKind) {
+    for (const Layout layout : layouts) {
+        for (const Sample& sample : other_samples()) {
+            SCOPED_TRACE(sample.kind);
+            EXPECT_EQ(failures_of_text(sample.value, layout),
+                      text_of(sample.value, layout).size() > 15 ? 1u : 0u)
+                << "the result itself";
+        }
+    }
+}
+
+// A string stream keeps it to itself when it runs out of memory, unless told otherwise.
+TEST(TextOutOfMemory, IsNeverCutShortInAnotherLocaleEither) {
+    const ScopedGlobalLocale global(grouping_locale("\3"));
+    for (const Layout layout : layouts) {
+        EXPECT_GE(failures_of_text(long_document(), layout), 2u);
+        EXPECT_GE(failures_of_text(Array{1234567LL, std::string(5000, 'x')}, layout), 2u);
+    }
+}
+
+// ---- Onto a stream -------------------------------------------------------------------------
+
+/// A width sends text the plain way, piece by piece, where nothing else does.
+constexpr std::streamsize widths[] = {0, 1};
+
+/// Expects the first part of a text, or all of it.
+void expect_first_part(const std::string& part, const std::string& text) {
+    EXPECT_EQ(part, text.substr(0, part.size()));
+}
+
+/// Takes a text, with every allocation failing in turn, onto a string stream.
+template <class Write>
+std::size_t failures_of_string_stream(Layout layout, std::streamsize width, Write write_onto) {
+    struct Operands {
+        Value value;
+        std::optional<std::ostringstream> stream;
+    };
+    const std::string expected = text_of(long_document(), layout);
+    return fail_each_allocation(
+        [] {
+            return Operands{long_document(), std::nullopt};
+        },
+        [&](Operands& o) {
+            o.stream.emplace();
+            o.stream->width(width);
+            write_onto(*o.stream, o.value);
+        },
+        [&](const Operands& o) {
+            EXPECT_EQ(o.value, long_document());
+            ASSERT_TRUE(o.stream.has_value());
+            expect_first_part(o.stream->str(), expected);
+            EXPECT_EQ(o.stream->flags(), std::ios_base::dec | std::ios_base::skipws);
+        },
+        [&](const Operands& o) {
+            EXPECT_EQ(o.stream->str(), expected);
+            EXPECT_TRUE(o.stream->good());
+        });
+}
+
+TEST(StringStreamOutOfMemory, GoesBad) {
+    for (const Layout layout : layouts) {
+        for (const std::streamsize width : widths) {
+            const std::size_t failures = failures_of_string_stream(
+                layout, width, [&](std::ostream& stream, const Value& value) {
+                    write(stream, value, layout);
+                    if (stream.bad()) {
+                        throw std::bad_alloc(); // what it did not tell
+                    }
+                });
+            EXPECT_GE(failures, 3u);
+        }
+    }
+}
+
+TEST(StringStreamOutOfMemory, ThrowsIfAsked) {
+    for (const Layout layout : layouts) {
+        for (const std::streamsize width : widths) {
+            const std::size_t failures = failures_of_string_stream(
+                layout, width, [&](std::ostream& stream, const Value& value) {
+                    stream.exceptions(std::ios_base::badbit);
+                    write(stream, value, layout);
+                });
+            EXPECT_GE(failures, 3u);
+        }
+    }
+}
+
+/// Deep enough for indentation that does not fit into a string's own storage.
+Value deep_document() {
+    return Array{1, Array{"a\x01z", Array{Array{Object{{"key", Array{0.1, 1e6f, 1LL}}}}}}};
+}
+
+/// Writes with every allocation failing in turn, onto a stream that needs none.
+std::size_t failures_of_fixed_stream(Layout layout, std::streamsize width) {
+    struct Operands {
+        Value value;
+        std::unique_ptr<FixedStream> stream;
+    };
+    const std::string expected = text_of(deep_document(), layout);
+    const auto make_stream = [] { return std::make_unique<FixedStream>(10000); };
+    std::unique_ptr<FixedStream> another;
+    return fail_each_allocation(
+        [&] {
+            another = make_stream();
+            return Operands{deep_document(), make_stream()};
+        },
+        [&](Operands& o) {
+            if (!o.stream->text().empty()) {
+                o.stream.swap(another); // tried again
+            }
+            o.stream->width(width);
+            write(*o.stream, o.value, layout);
+        },
+        [&](const Operands& o) {
+            EXPECT_EQ(o.value, deep_document());
+            expect_first_part(o.stream->text(), expected);
+            EXPECT_EQ(o.stream->flags(), std::ios_base::dec | std::ios_base::skipws);
+            EXPECT_EQ(o.stream->width(), 0);
+        },
+        [&](const Operands& o) {
+            EXPECT_EQ(o.stream->text(), expected);
+            EXPECT_TRUE(o.stream->good());
+        });
+}
+
+TEST(StreamOutOfMemory, CannotHappenToAStreamThatHasAllItNeeds) {
+    EXPECT_EQ(failures_of_fixed_stream(Layout::compact, 0), 0u);
+    EXPECT_EQ(failures_of_fixed_stream(Layout::pretty, 0), 0u);
+}
+
+TEST(StreamOutOfMemory, CannotHappenToCompactTextPieceByPiece) {
+    EXPECT_EQ(failures_of_fixed_stream(Layout::compact, 1), 0u);
+}
+
+TEST(StreamOutOfMemory, EndsPrettyTextWithinItsIndentation) {
+    EXPECT_GE(failures_of_fixed_stream(Layout::pretty, 1), 5u) << "one for every deep indentation";
 }
 
 } // namespace

@@ -1,6 +1,9 @@
 #include "support/allocation_failures.hpp"
 
+#include <algorithm>
 #include <cstdlib>
+
+#include <malloc.h>
 
 // The whole family of allocation functions is replaced, not just those that the others call by
 // default: an instrumented program has its own definition of every single one.
@@ -13,6 +16,8 @@ constexpr std::size_t never = 0;
 // Constants initialise these: allocations begin before any constructor runs.
 std::size_t total = 0;
 std::size_t live = 0;
+std::size_t bytes = 0;
+std::size_t most_bytes = 0;
 std::size_t until_failure = never; // 1: the next allocation fails
 bool failing_goes_on = false;
 bool has_failed = false;
@@ -45,6 +50,8 @@ void* allocate(std::size_t size, std::size_t alignment) noexcept {
     if (memory != nullptr) {
         ++total;
         ++live;
+        bytes += malloc_usable_size(memory);
+        most_bytes = std::max(most_bytes, bytes);
     }
     return memory;
 }
@@ -60,6 +67,7 @@ void* allocate_or_throw(std::size_t size, std::size_t alignment) {
 void release(void* memory) noexcept {
     if (memory != nullptr) {
         --live;
+        bytes -= malloc_usable_size(memory);
         std::free(memory);
     }
 }
@@ -72,6 +80,18 @@ std::size_t total_allocations() noexcept {
 
 std::size_t live_allocations() noexcept {
     return live;
+}
+
+std::size_t live_bytes() noexcept {
+    return bytes;
+}
+
+std::size_t peak_bytes() noexcept {
+    return most_bytes;
+}
+
+void restart_peak() noexcept {
+    most_bytes = bytes;
 }
 
 FailingAllocation::FailingAllocation(std::size_t n, Failing mode) noexcept {

@@ -37,6 +37,21 @@ namespace foundation::json::test {
 std::size_t total_allocations() noexcept;
 std::size_t live_allocations() noexcept;
 
+/// How many bytes are in use that were allocated, and how many were at most since the last restart.
+/// Whatever an allocation got beyond what it had asked for counts.
+std::size_t live_bytes() noexcept;
+std::size_t peak_bytes() noexcept;
+void restart_peak() noexcept;
+
+/// How many bytes an operation has in use at most, besides those that were in use before.
+template <class Operation>
+std::size_t peak_bytes_of(Operation&& operation) {
+    const std::size_t before = live_bytes();
+    restart_peak();
+    std::forward<Operation>(operation)();
+    return peak_bytes() - before;
+}
+
 /// How many allocations an operation makes.
 template <class Operation>
 std::size_t allocations_of(Operation&& operation) {
