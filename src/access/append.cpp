@@ -28,8 +28,7 @@ std::size_t grown_capacity(const Array& elements, std::size_t count) {
         throw std::length_error("foundation::json: array too long");
     }
     const std::size_t needed = elements.size() + count;
-    const bool can_double = elements.capacity() <= elements.max_size() / 2;
-    return can_double ? std::max(needed, 2 * elements.capacity()) : elements.max_size();
+    return std::min(std::max(needed, 2 * elements.capacity()), elements.max_size());
 }
 
 /// Exchanges values with as many others from which they were moved, or which were moved from them.

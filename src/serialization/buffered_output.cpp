@@ -126,12 +126,19 @@ std::string StringOutput::take(Cursor at) {
     return result;
 }
 
+namespace {
+
+bool locale_is_classic(const std::ostream& stream) {
+    return stream.getloc() == std::locale::classic();
+}
+
+} // namespace
+
 bool BufferedStreamOutput::applies_to(const std::ostream& stream) {
     const std::ios_base::fmtflags shaping =
         std::ios_base::basefield | std::ios_base::showpos | std::ios_base::unitbuf;
     return stream.good() && stream.width() == 0 && stream.tie() == nullptr &&
-           (stream.flags() & shaping) == std::ios_base::dec &&
-           stream.getloc() == std::locale::classic();
+           (stream.flags() & shaping) == std::ios_base::dec && locale_is_classic(stream);
 }
 
 BufferedStreamOutput::BufferedStreamOutput(std::ostream& stream) noexcept

@@ -338,8 +338,7 @@ char* write_number(char* out, Number number) noexcept {
 } // namespace
 
 bool fast_number_text_applies() noexcept {
-    const char* const radix = nl_langinfo(RADIXCHAR);
-    return radix[0] == '.' && radix[1] == '\0' && std::fegetround() == FE_TONEAREST;
+    return std::strcmp(nl_langinfo(RADIXCHAR), ".") == 0 && std::fegetround() == FE_TONEAREST;
 }
 
 char* fast_number_text(char* out, double number) noexcept {

@@ -2,6 +2,7 @@
 
 #include "parse_errors/read_double.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -52,23 +53,17 @@ void trim_exponent(char* text) {
         return;
     }
     char* const digits = letter + 2;
-    const std::size_t zeros = std::strspn(digits, "0");
-    if (zeros == 0) {
-        return;
-    }
-    if (digits[zeros] == '\0') {
-        digits[1] = '\0';
-    } else {
-        std::memmove(digits, digits + zeros, std::strlen(digits + zeros) + 1);
-    }
+    const std::size_t zeros = std::min(std::strspn(digits, "0"), std::strlen(digits) - 1);
+    std::memmove(digits, digits + zeros, std::strlen(digits + zeros) + 1);
 }
 
 /// Drops the trailing zeros of the digits before the exponent, but for one right after the point.
-/// Only `.` counts as the point: where the locale has another radix character, all zeros go.
+/// Only `.` counts as the point: where the locale has another radix character, all zeros go. The
+/// first digit is no zero.
 void trim_mantissa(char* text) {
     char* const letter = std::strchr(text, 'E');
     char* end = letter;
-    while (end - text > 1 && end[-1] == '0' && end[-2] != '.') {
+    while (end[-1] == '0' && end[-2] != '.') {
         --end;
     }
     std::memmove(end, letter, std::strlen(letter) + 1);

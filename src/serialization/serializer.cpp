@@ -39,8 +39,12 @@ void write_value(std::ostream& stream, const Value& value, bool pretty) {
     }
 }
 
+bool global_locale_is_classic() {
+    return std::locale() == std::locale::classic();
+}
+
 std::string to_string(const Value& value, bool pretty) {
-    if (detail::fast_number_text_applies() && std::locale() == std::locale::classic()) {
+    if (detail::fast_number_text_applies() && global_locale_is_classic()) {
         detail::StringOutput output;
         return output.take(write_layout(output, output.start(), value, pretty));
     }

@@ -94,7 +94,7 @@ inline int compare(const std::string& left, const std::string& right) {
 
 template <class Scalar>
 int compare(const Scalar& left, const Scalar& right) {
-    return left < right ? -1 : (right < left ? 1 : 0);
+    return static_cast<int>(right < left) - static_cast<int>(left < right);
 }
 
 /// Three-way comparison, negative, zero or positive, where zero says that neither is less.
