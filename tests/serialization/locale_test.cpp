@@ -309,6 +309,15 @@ TEST(CLocale, GovernsNumbersAsAWholeToo) {
               "[0,10000000000000001,1,E+6,0,100000001,1,E+6,2,E+6]");
 }
 
+TEST(CLocale, GovernsNumbersWithinContainersOnStreamsToo) {
+    const ScopedCLocale german(LC_NUMERIC, "de_DE.UTF-8");
+    ASSERT_TRUE(german.succeeded());
+    EXPECT_EQ(written(Array{0.1, 1e6, 0.1f, 1e6f}, std::locale::classic()),
+              "[0,10000000000000001,1,E+6,0,100000001,1,E+6]");
+    EXPECT_EQ(written(Object{{"half", 0.5}}, std::locale::classic(), Layout::pretty),
+              "{\n    \"half\":0,5\n}");
+}
+
 TEST(CLocale, LeavesIntegersAndStringsAlone) {
     const ScopedCLocale german(LC_ALL, "de_DE.UTF-8");
     ASSERT_TRUE(german.succeeded());
