@@ -11,6 +11,21 @@ target_compile_options(foundation_json_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow
     $<$<BOOL:${FOUNDATION_JSON_WERROR}>:-Werror>)
 
+# The fuzz targets take all code to report which of it they reach, and sanitizers to notice what
+# goes wrong there.
+if(FOUNDATION_JSON_BUILD_FUZZERS)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        message(FATAL_ERROR "The fuzz targets need clang++, which libFuzzer comes with")
+    endif()
+    if(NOT FOUNDATION_JSON_BUILD_EXAMPLES)
+        message(FATAL_ERROR "One of the fuzz targets is of an example: build the examples too")
+    endif()
+    if(NOT FOUNDATION_JSON_SANITIZE)
+        set(FOUNDATION_JSON_SANITIZE address,undefined,float-cast-overflow)
+    endif()
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 if(FOUNDATION_JSON_SANITIZE)
     add_compile_options(-fsanitize=${FOUNDATION_JSON_SANITIZE} -fno-sanitize-recover=all
                         -fno-omit-frame-pointer)

@@ -1,0 +1,131 @@
+/// @file
+/// Numbers to text and text to numbers. The first twelve bytes are a double and a float, which are
+/// written by each way there is and read back; all bytes together are a text to be read.
+#include "expect.hpp"
+#include "input.hpp"
+
+#include "serialization/fast_number_text.hpp"
+#include "serialization/number_text.hpp"
+#include "support/number_rule.hpp"
+
+#include <foundation/json/text_helpers.hpp>
+
+#include <cctype>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace foundation::json::fuzz {
+namespace {
+
+template <class Number>
+bool same_number(Number left, Number right) {
+    return std::isnan(left) ? std::isnan(right)
+                            : left == right && std::signbit(left) == std::signbit(right);
+}
+
+// ---- Number to text ----------------------------------------------------------------------------
+
+template <class Number>
+std::string fast_text(Number number) {
+    char room[detail::fast_number_room];
+    char* const text = room;
+    const char* const end = detail::fast_number_text(text, number);
+    return end != nullptr ? std::string(text, static_cast<std::size_t>(end - text)) : "";
+}
+
+template <class Number>
+void check_number(Number number) {
+    detail::NumberBuffer buffer;
+    const std::string text = detail::number_text(buffer, number);
+    expect_equal(text, test::expected_number_text(number), "the plain text of a number");
+    if (const std::string fast = fast_text(number); !fast.empty()) {
+        expect_equal(fast, text, "the fast text of a number");
+    }
+    if (std::isfinite(number)) {
+        const double read = detail::string_to_double(text.c_str());
+        expect(same_number(static_cast<Number>(read), number),
+               "a number's text reads back: " + text);
+    }
+}
+
+template <class Integer>
+void check_integer(Integer number) {
+    char room[detail::fast_number_room];
+    char* const text = room;
+    expect_equal(std::string(text, detail::fast_integer_text(text, number)), std::to_string(number),
+                 "the text of an integer");
+}
+
+// ---- Text to number ----------------------------------------------------------------------------
+
+std::size_t digits_at(std::string_view text, std::size_t position) {
+    const std::size_t end = text.find_first_not_of("0123456789", position);
+    return (end == std::string_view::npos ? text.size() : end) - position;
+}
+
+bool has_word_at(std::string_view text, std::size_t position, std::string_view word) {
+    for (const char letter : word) {
+        if (position == text.size() ||
+            std::tolower(static_cast<unsigned char>(text[position])) != letter) {
+            return false;
+        }
+        ++position;
+    }
+    return true;
+}
+
+/// The length of the longest number that a text begins with, 0 if there is none.
+std::size_t leading_number(std::string_view text) {
+    const std::size_t begin = !text.empty() && text.front() == '-' ? 1 : 0;
+    for (const std::string_view word : {"infinity", "inf", "nan"}) {
+        if (has_word_at(text, begin, word)) {
+            return begin + word.size();
+        }
+    }
+    std::size_t end = begin + digits_at(text, begin);
+    std::size_t digits = end - begin;
+    if (end < text.size() && text[end] == '.') {
+        const std::size_t fraction = digits_at(text, end + 1);
+        digits += fraction;
+        end += 1 + fraction;
+    }
+    if (digits == 0) {
+        return 0;
+    }
+    if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+        std::size_t exponent = end + 1;
+        if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-')) {
+            ++exponent;
+        }
+        if (const std::size_t count = digits_at(text, exponent); count > 0) {
+            end = exponent + count;
+        }
+    }
+    return end;
+}
+
+void check_text(const std::string& text) {
+    const std::string number = text.substr(0, leading_number(text));
+    const double expected = number.empty() ? 0.0 : std::strtod(number.c_str(), nullptr);
+    expect(same_number(detail::string_to_double(text.c_str()), expected),
+           "the C library reads the same number from: " + text);
+}
+
+} // namespace
+} // namespace foundation::json::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace foundation::json::fuzz;
+    Input input(data, size);
+    check_number(input.bits<double>());
+    check_number(input.bits<float>());
+    input = Input(data, size);
+    check_integer(input.bits<long long>());
+    input = Input(data, size);
+    check_integer(input.bits<unsigned long long>());
+    check_text(std::string(Input(data, size).text(size)).c_str());
+    return 0;
+}

@@ -1,0 +1,328 @@
+/// @file
+/// A value written onto a stream in any state. The bytes are the stream's state and the value; what
+/// a caller can see afterwards must be what one formatted insertion per piece of text shows.
+#include "expect.hpp"
+#include "input.hpp"
+
+#include "serialization/layout.hpp"
+#include "serialization/stream_output.hpp"
+#include "support/locales.hpp"
+#include "support/probe_stream.hpp"
+#include "support/tree.hpp"
+
+#include <foundation/json/serializer.hpp>
+
+#include <algorithm>
+#include <cstdint>
+#include <ios>
+#include <limits>
+#include <locale>
+#include <map>
+#include <ostream>
+#include <sstream>
+#include <string>
+#include <utility>
+
+namespace foundation::json::fuzz {
+namespace {
+
+using std::ios_base;
+using test::Refusal;
+using test::Tree;
+
+// ---- The value ---------------------------------------------------------------------------------
+
+class TreeReader {
+public:
+    explicit TreeReader(Input& input) : input_(input) {}
+
+    Tree tree(std::size_t levels = 6);
+
+private:
+    /// Read from the bytes; one of them may be repeated, to see the end of a buffer.
+    std::string text();
+    Tree array(std::size_t levels);
+    Tree object(std::size_t levels);
+    Tree nest(std::size_t levels);
+    bool used_up() { return nodes_ >= most_nodes; }
+
+    // What keeps an input from taking long.
+    static constexpr std::size_t most_nodes = 80;
+    static constexpr std::size_t longest_text = 10'000;
+
+    Input& input_;
+    std::size_t nodes_ = 0;
+    bool has_long_text_ = false;
+    bool has_deep_nest_ = false;
+};
+
+Tree TreeReader::tree(std::size_t levels) {
+    static const double numbers[] = {0.0,
+                                     -0.0,
+                                     0.1,
+                                     999999.5,
+                                     1e6,
+                                     -2.5e-5,
+                                     1e100,
+                                     std::numeric_limits<double>::quiet_NaN(),
+                                     std::numeric_limits<double>::infinity(),
+                                     -std::numeric_limits<double>::infinity()};
+    ++nodes_;
+    switch (input_.below(levels > 0 && !used_up() ? 16 : 11)) {
+    case 0:
+        return {Undefined()};
+    case 1:
+        return {Null()};
+    case 2:
+        return {input_.flag()};
+    case 3:
+        return {input_.one_of(numbers)};
+    case 4:
+        return {input_.bits<double>()};
+    case 5:
+        return {input_.bits<float>()};
+    case 6:
+        return {input_.bits<long long>()};
+    case 7:
+        return {static_cast<long long>(input_.bits<std::int8_t>()) * 1000};
+    case 8:
+        return {input_.bits<unsigned long long>()};
+    case 9:
+    case 10:
+        return {text()};
+    case 11:
+    case 12:
+        return array(levels - 1);
+    case 13:
+    case 14:
+        return object(levels - 1);
+    default:
+        return nest(levels - 1);
+    }
+}
+
+std::string TreeReader::text() {
+    std::string result = input_.text(input_.below(24));
+    if (!result.empty() && !has_long_text_ && input_.below(16) == 15) {
+        has_long_text_ = true;
+        const std::string piece = result;
+        const std::size_t length = input_.bits<std::uint16_t>() % longest_text;
+        while (result.size() < length) {
+            result += piece;
+        }
+    }
+    return result;
+}
+
+Tree TreeReader::array(std::size_t levels) {
+    test::Elements elements;
+    for (std::size_t count = input_.below(8); count > 0 && !used_up(); --count) {
+        elements.push_back(tree(levels));
+    }
+    return {elements};
+}
+
+Tree TreeReader::object(std::size_t levels) {
+    std::map<std::string, Tree> by_name;
+    for (std::size_t count = input_.below(6); count > 0 && !used_up(); --count) {
+        const std::string name = text();
+        by_name[name] = tree(levels);
+    }
+    test::Members members;
+    for (const auto& [name, value] : by_name) {
+        members.push_back({name, value});
+    }
+    return {members};
+}
+
+/// Deep enough for an indentation longer than one block of spaces.
+Tree TreeReader::nest(std::size_t levels) {
+    Tree result = tree(levels);
+    const std::size_t levels_more = input_.below(has_deep_nest_ ? 4 : 90);
+    has_deep_nest_ = has_deep_nest_ || levels_more >= 4;
+    for (std::size_t count = levels_more; count > 0; --count) {
+        result = Tree{test::Elements{std::move(result)}};
+    }
+    return result;
+}
+
+// ---- The stream --------------------------------------------------------------------------------
+
+/// Everything about a stream that a write can meet.
+struct StreamState {
+    ios_base::fmtflags flags = ios_base::dec | ios_base::skipws;
+    std::streamsize width = 0;
+    std::streamsize precision = 6;
+    char fill = ' ';
+    std::string grouping; ///< none stands for the classic locale
+    ios_base::iostate state = ios_base::goodbit;
+    ios_base::iostate exceptions = ios_base::goodbit;
+    bool tied = false;
+    bool fails = false;
+    std::size_t bytes = 0; ///< taken before it fails
+    Refusal refusal = Refusal::forever;
+    bool flush_fails = false;
+    std::size_t flushes = 0; ///< performed before they fail
+    Refusal flush_refusal = Refusal::forever;
+
+    /// Then how often the stream is flushed tells how many insertions there were.
+    bool unbuffered() const { return (flags & ios_base::unitbuf) != 0; }
+};
+
+/// Each bit of the first two bytes says whether something differs from a stream's default state.
+StreamState read_state(Input& input) {
+    static const ios_base::iostate states[] = {ios_base::badbit, ios_base::failbit,
+                                               ios_base::eofbit,
+                                               ios_base::badbit | ios_base::failbit};
+    static const Refusal refusals[] = {Refusal::forever, Refusal::once, Refusal::by_throwing};
+    const unsigned differs = input.bits<std::uint16_t>();
+    const auto bit = [differs](unsigned index) { return ((differs >> index) & 1) != 0; };
+    StreamState result;
+    if (bit(0)) {
+        static const ios_base::fmtflags flags[] = {
+            ios_base::dec,       ios_base::hex,     ios_base::oct,       ios_base::showbase,
+            ios_base::uppercase, ios_base::showpos, ios_base::left,      ios_base::right,
+            ios_base::internal,  ios_base::fixed,   ios_base::boolalpha, ios_base::scientific,
+            ios_base::showpoint};
+        const unsigned set = input.bits<std::uint16_t>();
+        result.flags = {};
+        for (unsigned index = 0; index < std::size(flags); ++index) {
+            result.flags |= ((set >> index) & 1) != 0 ? flags[index] : ios_base::fmtflags();
+        }
+    }
+    if (bit(1)) {
+        result.width = static_cast<std::streamsize>(input.below(40)) - 2;
+    }
+    if (bit(2)) {
+        result.fill = static_cast<char>(input.byte());
+    }
+    if (bit(3)) {
+        result.precision = static_cast<std::streamsize>(input.below(30));
+    }
+    if (bit(4)) {
+        result.grouping = input.flag() ? "\3" : "\1\2";
+    }
+    if (bit(5)) {
+        result.state = input.one_of(states);
+    }
+    if (bit(6)) {
+        result.exceptions = input.one_of(states) & ~result.state;
+    }
+    result.tied = bit(7);
+    if (bit(8)) {
+        result.fails = true;
+        result.bytes = input.bits<std::uint16_t>() >> input.below(16);
+        result.refusal = input.one_of(refusals);
+    }
+    if (bit(9)) {
+        result.flags |= ios_base::unitbuf;
+    }
+    if (bit(10) && !result.unbuffered()) {
+        result.flush_fails = true;
+        result.flushes = input.below(12);
+        result.flush_refusal = input.one_of(refusals);
+    }
+    return result;
+}
+
+template <class Write>
+std::string thrown_by(const Write& write) {
+    try {
+        write();
+    } catch (const test::ProbeFailure&) {
+        return "the buffer's exception";
+    } catch (const ios_base::failure&) {
+        return "the stream's failure";
+    }
+    return "nothing";
+}
+
+/// All that a caller can see of a write onto a stream in that state.
+template <class Write>
+std::string outcome(const StreamState& state, const Write& write) {
+    test::ProbeStream tied;
+    test::ProbeStream stream =
+        state.fails ? test::ProbeStream(state.bytes, state.refusal) : test::ProbeStream();
+    if (state.flush_fails) {
+        stream.allow_flushes(state.flushes, state.flush_refusal);
+    }
+    if (!state.grouping.empty()) {
+        stream.imbue(test::grouping_locale(state.grouping));
+    }
+    stream.flags(state.flags);
+    stream.width(state.width);
+    stream.fill(state.fill);
+    stream.precision(state.precision);
+    stream.tie(state.tied ? &tied : nullptr);
+    stream.clear(state.state);
+    stream.exceptions(state.exceptions);
+
+    const std::string thrown = thrown_by([&] { write(stream); });
+
+    std::ostringstream result;
+    result << (state.unbuffered() ? stream.bytes() : stream.log()) << "\nflags " << stream.flags()
+           << ", width " << stream.width() << ", fill " << int(stream.fill()) << ", precision "
+           << stream.precision() << ", state " << stream.rdstate() << ", exceptions "
+           << stream.exceptions() << ", tied stream flushed " << (tied.flushes() > 0)
+           << ", flushed at all " << (stream.flushes() > 0) << ", thrown: " << thrown;
+    return result.str();
+}
+
+// ---- The ways to write -------------------------------------------------------------------------
+
+void write_by_pieces(std::ostream& stream, const Value& value, bool pretty) {
+    detail::StreamOutput output(stream);
+    if (pretty) {
+        detail::Layout<detail::StreamOutput, true>(output).write({}, value);
+    } else {
+        detail::Layout<detail::StreamOutput, false>(output).write({}, value);
+    }
+}
+
+void check_streams(const StreamState& state, const Tree& tree, const Value& value, bool pretty) {
+    const std::string expected = outcome(
+        state, [&](std::ostream& stream) { test::PlainWriter(stream, pretty).write(tree); });
+    expect_equal(outcome(state,
+                         [&](std::ostream& stream) {
+                             Serializer serializer;
+                             serializer.pretty_print(pretty);
+                             serializer.write(stream, value);
+                         }),
+                 expected, "what Serializer leaves");
+    expect_equal(
+        outcome(state, [&](std::ostream& stream) { write_by_pieces(stream, value, pretty); }),
+        expected, "what writing piece by piece leaves");
+}
+
+void check_strings(const Tree& tree, const Value& value, bool pretty) {
+    std::ostringstream stream;
+    test::PlainWriter(stream, pretty).write(tree);
+    expect_equal(pretty ? pretty_print(value) : serialize(value), stream.str(),
+                 "the text as a string");
+}
+
+void check(Input input) {
+    const std::uint8_t choices = input.byte();
+    const bool pretty = (choices & 1) != 0;
+    const bool grouping_everywhere = (choices & 0x0E) == 0x0E;
+    const StreamState state = read_state(input);
+    const Tree tree = TreeReader(input).tree();
+    const Value value = to_value(tree);
+    check_streams(state, tree, value, pretty);
+    if (grouping_everywhere) {
+        const test::ScopedGlobalLocale global(test::grouping_locale("\3"));
+        check_strings(tree, value, pretty);
+        check_streams(state, tree, value, pretty);
+    } else {
+        check_strings(tree, value, pretty);
+    }
+}
+
+} // namespace
+} // namespace foundation::json::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace foundation::json::fuzz;
+    check(Input(data, size));
+    return 0;
+}
