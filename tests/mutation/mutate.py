@@ -321,9 +321,11 @@ class Worker:
 def main():
     root, seed, count, jobs = pathlib.Path(sys.argv[1]), *map(int, sys.argv[2:5])
     only_list = sys.argv[5:6] == ["--list"]
-    mutants = choose(root, seed, count, sys.argv[6 if only_list else 5 :])
+    patterns = sys.argv[6 if only_list else 5 :]
+    mutants = choose(root, seed, count, patterns)
     if not mutants:
-        sys.exit("mutate: nothing to break")
+        print(f"mutate: nothing to break in {' or '.join(patterns) or 'the sources'}", file=sys.stderr)
+        return 2
     if only_list:
         print("\n".join(map(str, mutants)))
         return 0
