@@ -21,87 +21,73 @@ using Object = std::map<std::string, Value>;
 constexpr int rounds = 100;
 
 TEST(ValuesOfManyThreads, GrowApart) {
-    run_in_threads([](int thread) {
-        for (int round = 0; round < rounds; ++round) {
-            Value list = Array{};
-            std::string text = "[";
-            for (long long number = 0; number < 50; ++number) {
-                list.push(1000 * thread + number);
-                text += (number == 0 ? "" : ",") + std::to_string(1000 * thread + number);
-            }
-            EXPECT_EQ(serialize(list), text + "]");
+    run_in_threads(rounds, [](int thread) {
+        Value list = Array{};
+        std::string text = "[";
+        for (long long number = 0; number < 50; ++number) {
+            list.push(1000 * thread + number);
+            text += (number == 0 ? "" : ",") + std::to_string(1000 * thread + number);
         }
+        EXPECT_EQ(serialize(list), text + "]");
     });
 }
 
 TEST(ValuesOfManyThreads, AreChangedApart) {
-    run_in_threads([](int thread) {
+    run_in_threads(rounds, [](int thread) {
         const std::string name = "thread " + std::to_string(thread);
-        for (int round = 0; round < rounds; ++round) {
-            Value object = Object{};
-            object["name"] = name;
-            object["list"] = Array{name, Null()};
-            object["copy"] = Value(object["list"]);
-            object["list"][1] = true;
-            object["moved"] = std::move(object["copy"]);
-            object["name"].swap(object["copy"]);
-            EXPECT_EQ(serialize(object), "{\"copy\":\"" + name + "\",\"list\":[\"" + name +
-                                             "\",true],\"moved\":[\"" + name +
-                                             "\",null],\"name\":[]}");
-        }
+        Value object = Object{};
+        object["name"] = name;
+        object["list"] = Array{name, Null()};
+        object["copy"] = Value(object["list"]);
+        object["list"][1] = true;
+        object["moved"] = std::move(object["copy"]);
+        object["name"].swap(object["copy"]);
+        EXPECT_EQ(serialize(object), "{\"copy\":\"" + name + "\",\"list\":[\"" + name +
+                                         "\",true],\"moved\":[\"" + name + "\",null],\"name\":[]}");
     });
 }
 
 TEST(ValuesOfManyThreads, AreWrittenAsExpressionsApart) {
-    run_in_threads([](int thread) {
+    run_in_threads(rounds, [](int thread) {
         const std::string name = std::to_string(thread);
-        for (int round = 0; round < rounds; ++round) {
-            const Value value((Property("id") = name,
-                               Property("list") = Value((Element(name), Element(Null())))));
-            EXPECT_EQ(serialize(value),
-                      "{\"id\":\"" + name + "\",\"list\":[\"" + name + "\",null]}");
-        }
+        const Value value(
+            (Property("id") = name, Property("list") = Value((Element(name), Element(Null())))));
+        EXPECT_EQ(serialize(value), "{\"id\":\"" + name + "\",\"list\":[\"" + name + "\",null]}");
     });
 }
 
 // How deep an operation is, is known to its thread alone: at no time does the depth in one thread
 // keep another from the bottom.
 TEST(ValuesOfManyThreads, NestBeyondTheOrdinaryLevelsApart) {
-    run_in_threads([](int thread) {
+    run_in_threads(rounds, [](int thread) {
         const std::size_t levels = 50 + 100 * static_cast<std::size_t>(thread);
-        for (int round = 0; round < rounds; ++round) {
-            Value nested = Object{};
-            for (std::size_t level = 1; level < levels; ++level) {
-                Value outer = Array{Null()};
-                outer[0].swap(nested);
-                nested.swap(outer);
-            }
-            Value copy;
-            copy = nested;
-            EXPECT_EQ(serialize(copy),
-                      std::string(levels - 1, '[') + "{}" + std::string(levels - 1, ']'));
+        Value nested = Object{};
+        for (std::size_t level = 1; level < levels; ++level) {
+            Value outer = Array{Null()};
+            outer[0].swap(nested);
+            nested.swap(outer);
         }
+        Value copy;
+        copy = nested;
+        EXPECT_EQ(serialize(copy),
+                  std::string(levels - 1, '[') + "{}" + std::string(levels - 1, ']'));
     });
 }
 
 TEST(TextHelpersInManyThreads, ConvertUtf16) {
-    run_in_threads([](int thread) {
-        for (int round = 0; round < rounds; ++round) {
-            char16_t text[] = {static_cast<char16_t>(u'a' + thread), 0xD83D, 0xDE00, 0xDC00};
-            EXPECT_EQ(detail::u16_to_u8(text, 4), std::string(1, static_cast<char>('a' + thread)) +
-                                                      "\xF0\x9F\x98\x80\xEF\xBF\xBD");
-        }
+    run_in_threads(rounds, [](int thread) {
+        char16_t text[] = {static_cast<char16_t>(u'a' + thread), 0xD83D, 0xDE00, 0xDC00};
+        EXPECT_EQ(detail::u16_to_u8(text, 4),
+                  std::string(1, static_cast<char>('a' + thread)) + "\xF0\x9F\x98\x80\xEF\xBF\xBD");
     });
 }
 
 TEST(TextHelpersInManyThreads, ReadNumbers) {
-    run_in_threads([](int thread) {
-        for (int round = 0; round < rounds; ++round) {
-            const std::string text = std::to_string(thread) + ".5e1;";
-            EXPECT_EQ(detail::string_to_double(text.c_str()), 10 * thread + 5);
-            EXPECT_STREQ(get_parse_result_description(static_cast<ParseResult>(-1)),
-                         "Unrecognized error code");
-        }
+    run_in_threads(rounds, [](int thread) {
+        const std::string text = std::to_string(thread) + ".5e1;";
+        EXPECT_EQ(detail::string_to_double(text.c_str()), 10 * thread + 5);
+        EXPECT_STREQ(get_parse_result_description(static_cast<ParseResult>(-1)),
+                     "Unrecognized error code");
     });
 }
 

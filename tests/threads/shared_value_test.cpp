@@ -49,11 +49,7 @@ constexpr char record_text[] =
 template <class Body>
 void read_in_threads(const Body& body) {
     const Value value = record();
-    run_in_threads([&](int) {
-        for (int round = 0; round < rounds; ++round) {
-            body(value);
-        }
-    });
+    run_in_threads(rounds, [&](int) { body(value); });
     EXPECT_EQ(serialize(value), record_text);
 }
 
@@ -149,12 +145,10 @@ TEST(OneValueInManyThreads, IsCopiedByAllBeyondTheOrdinaryLevels) {
     for (std::size_t level = 1; level < levels; ++level) {
         nested = Array{nested};
     }
-    run_in_threads([&](int) {
-        for (int round = 0; round < 20; ++round) {
-            const Value copy(nested);
-            EXPECT_EQ(serialize(copy), std::string(levels, '[') + std::string(levels, ']'));
-            EXPECT_TRUE(copy == nested);
-        }
+    run_in_threads(20, [&](int) {
+        const Value copy(nested);
+        EXPECT_EQ(serialize(copy), std::string(levels, '[') + std::string(levels, ']'));
+        EXPECT_TRUE(copy == nested);
     });
 }
 
@@ -187,13 +181,11 @@ TEST(OneValueInManyThreads, FallsBackForAll) {
 TEST(OneExceptionInManyThreads, IsCopiedByAll) {
     const ParserException error("a message that is too long for a string's own storage",
                                 EMPTY_INPUT, 5, 2, 3, 1, "the quoted text");
-    run_in_threads([&](int) {
-        for (int round = 0; round < rounds; ++round) {
-            const ParserException copy(error);
-            EXPECT_STREQ(copy.what(), "a message that is too long for a string's own storage");
-            EXPECT_EQ(copy.get_quoted_text(), "the quoted text");
-            EXPECT_EQ(copy.get_line_number(), std::size_t{2});
-        }
+    run_in_threads(rounds, [&](int) {
+        const ParserException copy(error);
+        EXPECT_STREQ(copy.what(), "a message that is too long for a string's own storage");
+        EXPECT_EQ(copy.get_quoted_text(), "the quoted text");
+        EXPECT_EQ(copy.get_line_number(), std::size_t{2});
     });
 }
 
