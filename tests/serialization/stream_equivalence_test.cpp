@@ -1,6 +1,7 @@
 /// @file
 /// Writing a value means one formatted insertion per piece of its text. However the library goes
 /// about it, no stream in any state may show a difference.
+#include "support/fixed_stream.hpp"
 #include "support/locales.hpp"
 #include "support/probe_stream.hpp"
 #include "support/random_trees.hpp"
@@ -9,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -161,15 +163,135 @@ std::string outcome(const StreamSetup& setup,
     return result.str();
 }
 
-/// Expects a write to show what one insertion per piece of text shows, on a random stream.
-void expect_equivalence(const test::Tree& tree, Layout layout, RandomSetups& setups) {
+/// Expects a write to show what one insertion per piece of text shows, on a stream set up like
+/// that.
+void expect_equivalence(const test::Tree& tree, Layout layout, const StreamSetup& setup) {
     const Value value = to_value(tree);
-    const StreamSetup setup = setups.setup(text_of(value, layout).size());
     const auto write_plainly = [&](std::ostream& stream) {
         test::PlainWriter(stream, layout == Layout::pretty).write(tree);
     };
     EXPECT_EQ(outcome(setup, [&](std::ostream& stream) { write(stream, value, layout); }),
               outcome(setup, write_plainly));
+}
+
+/// As above, on a random stream.
+void expect_equivalence(const test::Tree& tree, Layout layout, RandomSetups& setups) {
+    expect_equivalence(tree, layout, setups.setup(text_of(to_value(tree), layout).size()));
+}
+
+/// Every kind, in and beside containers, and control bytes at the begin and end of strings.
+test::Tree every_kind() {
+    using test::Elements;
+    using test::Members;
+    return {Elements{{Undefined()},
+                     {Null()},
+                     {true},
+                     {-0.5},
+                     {std::nan("")},
+                     {5e-324},
+                     {std::string("x/\x1F")},
+                     {std::string("\x01")},
+                     {1e6f},
+                     {-12LL},
+                     {34ULL},
+                     {Elements{}},
+                     {Members{}},
+                     {Members{{"a\x02", {Elements{{false}, {Elements{{std::string()}}}}}},
+                              {"b", {Undefined()}},
+                              {"c", {0.25f}}}}}};
+}
+
+constexpr Layout layouts[] = {Layout::compact, Layout::pretty};
+constexpr Refusal refusals[] = {Refusal::forever, Refusal::once, Refusal::by_throwing};
+constexpr ios_base::iostate exceptions_to_throw[] = {
+    ios_base::goodbit, ios_base::badbit, ios_base::failbit, ios_base::badbit | ios_base::failbit};
+
+/// Expects the same of a tree on every stream that fails after so many bytes.
+void expect_equivalence_after(std::size_t bytes, const test::Tree& tree, Layout layout) {
+    for (const Refusal refusal : refusals) {
+        for (const ios_base::iostate exceptions : exceptions_to_throw) {
+            SCOPED_TRACE(std::to_string(bytes) + " bytes");
+            StreamSetup setup;
+            setup.fill = '*';
+            setup.fails = true;
+            setup.bytes = bytes;
+            setup.refusal = refusal;
+            setup.exceptions = exceptions;
+            expect_equivalence(tree, layout, setup);
+        }
+    }
+}
+
+TEST(FailingStream, ShowsWhatOneInsertionPerPieceWouldShowWhereverItFails) {
+    const test::Tree tree = every_kind();
+    for (const Layout layout : layouts) {
+        const std::size_t size = text_of(to_value(tree), layout).size();
+        for (std::size_t bytes = 0; bytes <= size + 1; ++bytes) {
+            expect_equivalence_after(bytes, tree, layout);
+        }
+    }
+}
+
+TEST(FailingStream, ShowsItForScalarsToo) {
+    const test::Tree trees[] = {
+        {Null()},     {true},  {-0.5},  {std::nan("")},         {std::string("x\x1F")},
+        {1e6f},       {-12LL}, {34ULL}, {std::string("\x01y")}, {std::string()},
+        {Undefined()}};
+    for (const test::Tree& tree : trees) {
+        for (std::size_t bytes = 0; bytes < 10; ++bytes) {
+            expect_equivalence_after(bytes, tree, Layout::compact);
+        }
+    }
+}
+
+TEST(FailingStream, ShowsItWhereverAFlushFails) {
+    const test::Tree tree = every_kind();
+    for (std::size_t flushes = 0; flushes < 30; ++flushes) {
+        for (const Refusal refusal : refusals) {
+            for (const ios_base::iostate exceptions : exceptions_to_throw) {
+                StreamSetup setup;
+                setup.flush_fails = true;
+                setup.flushes = flushes;
+                setup.flush_refusal = refusal;
+                setup.exceptions = exceptions;
+                expect_equivalence(tree, Layout::pretty, setup);
+            }
+        }
+    }
+}
+
+// The text is handed over in pieces of up to 8192 bytes; more room is made well before that.
+TEST(FailingStream, ShowsItAboutTheEndsOfLargePieces) {
+    const test::Tree tree{test::Elements{{std::string(7600, 'x')},
+                                         {std::string(550, '/')},
+                                         every_kind(),
+                                         {std::string(7600, 'y') + "\x1F"},
+                                         every_kind()}};
+    for (const Layout layout : layouts) {
+        for (const std::size_t end : {7640u, 8192u, 8704u}) {
+            for (std::size_t bytes = end - 12; bytes < end + 12; bytes += 3) {
+                expect_equivalence_after(bytes, tree, layout);
+            }
+        }
+    }
+}
+
+TEST(FailingStream, TakesExactlyTheBytesThatItHasRoomFor) {
+    test::Elements elements;
+    for (int i = 0; i < 150; ++i) {
+        elements.push_back(every_kind());
+    }
+    const Value value = test::to_value({elements});
+    for (const Layout layout : layouts) {
+        const std::string text = text_of(value, layout);
+        ASSERT_GT(text.size(), 8192u);
+        for (std::size_t room = 0; room <= text.size() + 1; room += room < 300 ? 1 : 61) {
+            test::FixedStream stream(room);
+            write(stream, value, layout);
+            EXPECT_EQ(stream.text(), text.substr(0, room));
+            EXPECT_EQ(stream.bad(), room < text.size());
+        }
+    }
 }
 
 TEST(AnyStream, ShowsWhatOneInsertionPerPieceWouldShow) {
