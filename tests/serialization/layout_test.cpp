@@ -262,6 +262,15 @@ TEST(Layout, EveryLevelIsIndentedByFourMoreSpaces) {
     EXPECT_EQ(pretty_print(nested_arrays(deepest + 1)), expected);
 }
 
+// Nothing but pieces of fixed text, for longer than any buffer.
+TEST(Layout, ManyWordsInARowAreAllWritten) {
+    std::string expected = "[null";
+    for (int i = 1; i < 10000; ++i) {
+        expected += ",null";
+    }
+    EXPECT_EQ(serialize(Array(10000, Null())), expected + "]");
+}
+
 TEST(Layout, ManyElementsAreSeparatedByCommasAndNothingElse) {
     Value value(Array{});
     std::string compact = "[0";
