@@ -28,8 +28,8 @@ namespace {
 
 // What keeps an input from taking long.
 constexpr std::size_t most_operations = 60;
-constexpr std::size_t most_nodes = 200;
-constexpr std::size_t most_levels = 200;
+constexpr std::size_t most_nodes = 300;
+constexpr std::size_t most_levels = 300;
 
 // ---- Values and models -------------------------------------------------------------------------
 
