@@ -734,7 +734,7 @@ void Session::build_array() {
     const Place first = place();
     Element chain(*first.value);
     std::vector<Model> elements{*first.model};
-    for (std::size_t steps = input_.below(6); steps > 0; --steps) {
+    for (std::size_t steps = input_.below(8); steps > 0; --steps) {
         if (2 * nodes(array_model(elements)) > most_nodes) {
             return;
         }
@@ -749,6 +749,15 @@ void Session::build_array() {
             static_cast<void>((chain, nested));
             const std::vector<Model> copy = elements;
             elements.push_back(array_model(copy));
+            break;
+        }
+        case 2: { // two at once
+            const Place next = place();
+            const Element two(*next.value);
+            static_cast<void>((two, Element(*first.value)));
+            static_cast<void>((chain, two));
+            elements.push_back(*next.model);
+            elements.push_back(*first.model);
             break;
         }
         default: {
