@@ -91,7 +91,7 @@ StringOutput::StringOutput() noexcept : begin_(first_) {
     end_ = first_ + sizeof first_;
 }
 
-char* StringOutput::make_room(Cursor at) {
+char* StringOutput::make_room(const char* at) {
     const auto size = static_cast<std::size_t>(at - begin_);
     const std::size_t capacity = std::max(sizeof first_, (total_ + size) / 8);
     Chunk chunk{std::unique_ptr<char[]>(new char[capacity]), 0};
@@ -111,7 +111,7 @@ char* StringOutput::unicode_escape(Cursor at, unsigned char byte) {
     return at;
 }
 
-std::string StringOutput::take(Cursor at) {
+std::string StringOutput::take(const char* at) {
     const auto size = static_cast<std::size_t>(at - begin_);
     if (chunks_.empty()) {
         return std::string(first_, size);

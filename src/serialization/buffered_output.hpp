@@ -76,7 +76,7 @@ public:
     Cursor line_end(Cursor at) { return text(at, "\n"); }
 
     /// The text up to the cursor; to be called once, at the end.
-    std::string take(Cursor at);
+    std::string take(const char* at);
 
 private:
     friend class BufferedOutput<StringOutput>;
@@ -86,7 +86,7 @@ private:
         std::size_t size;
     };
 
-    Cursor make_room(Cursor at);
+    Cursor make_room(const char* at);
     Cursor unicode_escape(Cursor at, unsigned char byte);
 
     char first_[4096];

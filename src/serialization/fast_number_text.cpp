@@ -92,7 +92,7 @@ bool exact_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexce
     int decimal_exponent = ((exponent + K::mantissa_bits) * 315653) >> 20;
     int k = K::many_digits - 1 - decimal_exponent;
     int shift = -(exponent + k);
-    if (k < 1 || k > powers_of_5.largest || shift < 1 || shift > 56) {
+    if (k < 1 || k > decltype(powers_of_5)::largest || shift < 1 || shift > 56) {
         return false;
     }
     Wide scaled = static_cast<Wide>(mantissa) * powers_of_5.power[k];
@@ -256,7 +256,7 @@ char* write_plain(char* out, const Decimal& decimal) noexcept {
         return out + digits.count + 1;
     }
     if (before_point > -4) {
-        std::memcpy(out, "0.000", 5);
+        std::copy_n("0.000", 5, out);
         out += 2 - before_point;
         out[0] = digits.first;
         store(out + 1, digits.rest);
@@ -318,9 +318,7 @@ char* write_finite(char* out, Number magnitude) noexcept {
 }
 
 char* write_text(char* out, const char* text) noexcept {
-    const std::size_t length = std::strlen(text);
-    std::memcpy(out, text, length);
-    return out + length;
+    return std::copy_n(text, std::strlen(text), out);
 }
 
 template <class Number>
