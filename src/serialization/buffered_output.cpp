@@ -57,6 +57,11 @@ char* BufferedOutput<Sink>::string(Cursor at, const std::string& text) {
     const char* const end = from + text.size();
     at = ensure_room(at, room);
     *at++ = '"';
+    if (end - from <= block && copy_clean<VectorBytes>(at, from, text.size())) {
+        at += text.size();
+        *at++ = '"';
+        return at;
+    }
     while (from != end) {
         const char* const block_end = end - from > block ? from + block : end;
         const EscapedCopy copied = copy_escaped<VectorBytes>(at, from, block_end);

@@ -283,24 +283,46 @@ int count_digits(std::uint64_t number) noexcept {
     return estimate + (number >= powers_of_10.power[estimate] ? 1 : 0);
 }
 
+/// For whole numbers of seven to nine digits, such as most identifiers are: write_scientific() in
+/// words of half the size.
+char* write_millions(char* out, std::uint32_t number) noexcept {
+    constexpr auto base = static_cast<std::uint32_t>(powers_of_10.power[8]);
+    char exponent = '8';
+    if (number < base / 10) {
+        number *= 100;
+        exponent = '6';
+    } else if (number < base) {
+        number *= 10;
+        exponent = '7';
+    }
+    const std::uint64_t digits = spread_digits(number % base);
+    const std::uint64_t text = digits | eight_zeros;
+    out[0] = static_cast<char>('0' + number / base);
+    out[1] = '.';
+    std::memcpy(out + 2, &text, sizeof text);
+    out += 10 - __builtin_clzll(digits | 1) / 8;
+    out[0] = 'E';
+    out[1] = '+';
+    out[2] = exponent;
+    return out + 3;
+}
+
 /// For whole numbers, which are their own digits.
 char* write_whole(char* out, std::uint64_t number) noexcept {
     if (number < 1000000) {
         return write_up_to_8_digits(out, static_cast<std::uint32_t>(number));
     }
+    if (number < powers_of_10.power[9]) {
+        return write_millions(out, static_cast<std::uint32_t>(number));
+    }
     const int count = count_digits(number);
     return write_scientific(out, {number * powers_of_10.power[decimal_digits - count], count - 1});
 }
 
+/// For all numbers but zero, unless they are subnormal.
 template <class Number>
-char* write_finite(char* out, Number magnitude) noexcept {
+char* write_digits(char* out, Number magnitude) noexcept {
     using K = Kind<Number>;
-    if (magnitude < static_cast<Number>(powers_of_10.power[K::few_digits])) {
-        const auto whole = static_cast<std::uint64_t>(magnitude);
-        if (static_cast<Number>(whole) == magnitude) {
-            return write_whole(out, whole);
-        }
-    }
     typename K::Bits bits;
     std::memcpy(&bits, &magnitude, sizeof bits);
     const int exponent_bits = static_cast<int>(bits >> K::mantissa_bits);
@@ -323,14 +345,23 @@ char* write_text(char* out, const char* text) noexcept {
 
 template <class Number>
 char* write_number(char* out, Number number) noexcept {
+    const Number magnitude = std::fabs(number);
+    *out = '-';
+    char* const behind_sign = out + (std::signbit(number) ? 1 : 0);
+    if (magnitude < static_cast<Number>(powers_of_10.power[Kind<Number>::few_digits])) {
+        // By way of a signed integer, to which machines convert faster.
+        const auto whole = static_cast<std::int64_t>(magnitude);
+        if (static_cast<Number>(whole) == magnitude) {
+            return write_whole(behind_sign, static_cast<std::uint64_t>(whole));
+        }
+    }
     if (std::isnan(number)) {
         return write_text(out, "\"NaN\"");
     }
     if (std::isinf(number)) {
         return write_text(out, number > 0 ? "\"Inf\"" : "\"-Inf\"");
     }
-    *out = '-';
-    return write_finite(out + (std::signbit(number) ? 1 : 0), std::fabs(number));
+    return write_digits(behind_sign, magnitude);
 }
 
 } // namespace

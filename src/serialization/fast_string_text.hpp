@@ -57,6 +57,11 @@ public:
         store_word(out + 8, second_);
     }
 
+    /// Whether any byte is not written as it is.
+    bool any_escaped() const noexcept {
+        return (escaped_bits(first_) | escaped_bits(second_)) != 0;
+    }
+
     /// The index of the first byte that is not written as it is, or 16.
     unsigned first_escaped() const noexcept {
         const unsigned index = first_escaped(first_);
@@ -73,10 +78,15 @@ private:
         return ~(((word & repeat(0x7F)) + repeat(0x7F)) | word) & repeat(0x80);
     }
 
-    static unsigned first_escaped(std::uint64_t word) noexcept {
+    /// The top bit of every byte of the result tells whether that byte of the word is escaped.
+    static std::uint64_t escaped_bits(std::uint64_t word) noexcept {
         const std::uint64_t controls = ~(((word & repeat(0x7F)) + repeat(0x60)) | word);
-        const std::uint64_t escaped = (controls & repeat(0x80)) | zeros(word ^ repeat('"')) |
-                                      zeros(word ^ repeat('\\')) | zeros(word ^ repeat('/'));
+        return (controls & repeat(0x80)) | zeros(word ^ repeat('"')) | zeros(word ^ repeat('\\')) |
+               zeros(word ^ repeat('/'));
+    }
+
+    static unsigned first_escaped(std::uint64_t word) noexcept {
+        const std::uint64_t escaped = escaped_bits(word);
         if (escaped == 0) {
             return 8;
         }
@@ -105,18 +115,23 @@ public:
         _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes_);
     }
 
+    bool any_escaped() const noexcept { return escaped_mask() != 0; }
+
     unsigned first_escaped() const noexcept {
+        return static_cast<unsigned>(__builtin_ctz(escaped_mask() | 0x10000));
+    }
+
+private:
+    unsigned escaped_mask() const noexcept {
         const __m128i controls = _mm_cmpeq_epi8(_mm_min_epu8(bytes_, _mm_set1_epi8(0x1F)), bytes_);
         const __m128i quotes = _mm_cmpeq_epi8(bytes_, _mm_set1_epi8('"'));
         const __m128i backslashes = _mm_cmpeq_epi8(bytes_, _mm_set1_epi8('\\'));
         const __m128i solidi = _mm_cmpeq_epi8(bytes_, _mm_set1_epi8('/'));
         const __m128i escaped =
             _mm_or_si128(_mm_or_si128(controls, quotes), _mm_or_si128(backslashes, solidi));
-        const auto mask = static_cast<unsigned>(_mm_movemask_epi8(escaped));
-        return static_cast<unsigned>(__builtin_ctz(mask | 0x10000));
+        return static_cast<unsigned>(_mm_movemask_epi8(escaped));
     }
 
-private:
     __m128i bytes_;
 };
 
@@ -132,17 +147,23 @@ public:
 
     void store(char* out) const noexcept { vst1q_u8(reinterpret_cast<std::uint8_t*>(out), bytes_); }
 
+    bool any_escaped() const noexcept { return escaped_mask() != 0; }
+
     unsigned first_escaped() const noexcept {
-        const uint8x16_t escaped = vorrq_u8(
-            vorrq_u8(vcltq_u8(bytes_, vdupq_n_u8(0x20)), vceqq_u8(bytes_, vdupq_n_u8('"'))),
-            vorrq_u8(vceqq_u8(bytes_, vdupq_n_u8('\\')), vceqq_u8(bytes_, vdupq_n_u8('/'))));
-        // Four bits of the mask for every byte.
-        const uint8x8_t narrowed = vshrn_n_u16(vreinterpretq_u16_u8(escaped), 4);
-        const std::uint64_t mask = vget_lane_u64(vreinterpret_u64_u8(narrowed), 0);
+        const std::uint64_t mask = escaped_mask();
         return mask == 0 ? 16 : static_cast<unsigned>(__builtin_ctzll(mask)) / 4;
     }
 
 private:
+    /// Four bits for every byte.
+    std::uint64_t escaped_mask() const noexcept {
+        const uint8x16_t escaped = vorrq_u8(
+            vorrq_u8(vcltq_u8(bytes_, vdupq_n_u8(0x20)), vceqq_u8(bytes_, vdupq_n_u8('"'))),
+            vorrq_u8(vceqq_u8(bytes_, vdupq_n_u8('\\')), vceqq_u8(bytes_, vdupq_n_u8('/'))));
+        const uint8x8_t narrowed = vshrn_n_u16(vreinterpretq_u16_u8(escaped), 4);
+        return vget_lane_u64(vreinterpret_u64_u8(narrowed), 0);
+    }
+
     uint8x16_t bytes_;
 };
 
@@ -151,6 +172,45 @@ private:
 using VectorBytes = PortableBytes;
 
 #endif
+
+/// Copies string content of which every byte is written as it is, as most content is.
+///
+/// Short content is copied in overlapping words, so that its size takes few decisions.
+/// @param out  with room for the content
+/// @return false if a byte is written otherwise; what is at `out` is of no use then
+template <class Bytes>
+bool copy_clean(char* out, const char* from, std::size_t size) noexcept {
+    if (size >= 16) {
+        const std::size_t last = size - 16;
+        for (std::size_t index = 0; index < last; index += 16) {
+            const Bytes bytes(from + index);
+            bytes.store(out + index);
+            if (bytes.any_escaped()) {
+                return false;
+            }
+        }
+        const Bytes bytes(from + last);
+        bytes.store(out + last);
+        return !bytes.any_escaped();
+    }
+    if (size >= 4) {
+        const std::size_t places[] = {0, size / 8 * 4, size - 4 - size / 8 * 4, size - 4};
+        std::uint32_t words[4];
+        for (int i = 0; i != 4; ++i) {
+            words[i] = load_word<std::uint32_t>(from + places[i]);
+            store_word(out + places[i], words[i]);
+        }
+        return !Bytes(words[0] | std::uint64_t{words[1]} << 32,
+                      words[2] | std::uint64_t{words[3]} << 32)
+                    .any_escaped();
+    }
+    char letters = '\0';
+    for (std::size_t index = 0; index != size; ++index) {
+        out[index] = from[index];
+        letters |= escape_letters[static_cast<unsigned char>(from[index])];
+    }
+    return letters == '\0';
+}
 
 /// Where copy_escaped() stopped reading and writing.
 struct EscapedCopy {

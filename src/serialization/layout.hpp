@@ -90,10 +90,10 @@ private:
         if (!items.empty()) {
             ++depth_;
             auto item = items.begin();
-            at = write_item(start_line(at), *item);
-            while (++item != items.end()) {
+            at = write_item(start_line(at), items, item);
+            while (item != items.end()) {
                 at = output_.text(at, ",");
-                at = write_item(start_line(at), *item);
+                at = write_item(start_line(at), items, item);
             }
             --depth_;
             at = end_line(at);
@@ -102,12 +102,19 @@ private:
         return indent(at);
     }
 
-    Cursor write_item(Cursor at, const Value& element) { return write(at, element); }
+    Cursor write_item(Cursor at, const Array&, Array::const_iterator& element) {
+        return write(at, *element++);
+    }
 
-    Cursor write_item(Cursor at, const Object::value_type& member) {
-        at = output_.string(at, member.first);
+    Cursor write_item(Cursor at, const Object& members, Object::const_iterator& member) {
+        const auto& [name, value] = *member;
+        at = output_.string(at, name);
         at = output_.text(at, ":");
-        return write(at, member.second);
+        // Members lie anywhere in memory. While the value is written, the next name is on its way.
+        if (++member != members.end()) {
+            __builtin_prefetch(member->first.data());
+        }
+        return write(at, value);
     }
 
     Cursor start_line(Cursor at) { return indent(end_line(at)); }

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -65,6 +66,16 @@ public:
         begin_ = at == Place::at_the_end ? source_.end() - size_ : source_.begin();
         std::copy(content.begin(), content.end(), begin_);
         return begin_;
+    }
+
+    /// The content as copy_clean() copies it, with no more room than it takes.
+    template <class Bytes>
+    std::optional<std::string> copy_if_clean() {
+        char* const out = target_.end() - size_;
+        if (!copy_clean<Bytes>(out, begin_, size_)) {
+            return std::nullopt;
+        }
+        return std::string(out, size_);
     }
 
     template <class Bytes>
@@ -195,6 +206,46 @@ TYPED_TEST(CopyEscaped, CopiesRandomContentAsByteByByte) {
             content[random.below(content.size())] = "\"\\/\b\t\n\f\r\x01\x1F"[random.below(10)];
         }
         this->expect_bytewise(content + random.string());
+    }
+}
+
+template <class Bytes>
+class CopyClean : public testing::Test {
+protected:
+    EdgeCopier copier;
+};
+
+TYPED_TEST_SUITE(CopyClean, AllBytes, BytesNames);
+
+TYPED_TEST(CopyClean, CopiesContentThatStaysAsItIs) {
+    for (std::size_t size = 0; size <= 300; ++size) {
+        const std::string content = clean_content(size);
+        for (const EdgeCopier::Place place : places) {
+            this->copier.place(content, place);
+            EXPECT_EQ(this->copier.template copy_if_clean<TypeParam>(), content);
+        }
+    }
+}
+
+TYPED_TEST(CopyClean, RefusesEveryByteThatIsEscapedAtEveryPlace) {
+    constexpr std::string_view escaped = "\"\\/";
+    for (std::size_t size = 1; size <= 70; ++size) {
+        const std::string clean = clean_content(size);
+        for (const EdgeCopier::Place place : places) {
+            char* const content = this->copier.place(clean, place);
+            for (std::size_t at = 0; at != size; ++at) {
+                for (int byte = 0; byte <= 0xFF; ++byte) {
+                    content[at] = static_cast<char>(byte);
+                    const bool refused =
+                        byte < 0x20 || escaped.find(content[at]) != std::string_view::npos;
+                    ASSERT_EQ(this->copier.template copy_if_clean<TypeParam>(),
+                              refused ? std::nullopt
+                                      : std::optional<std::string>(std::string(content, size)))
+                        << "byte " << byte << " at " << at << " of " << size;
+                }
+                content[at] = clean[at];
+            }
+        }
     }
 }
 
