@@ -152,14 +152,15 @@ int read_scientific(Decimal& decimal, const char* text, const char* end) noexcep
 }
 
 /// The digits of any positive normal number: the shortest that read back if they are few, else the
-/// many.
+/// many. The shortest, where they are as many, are the nearest of their length and so the same.
 template <class Number>
 Decimal general_digits(Number number) noexcept {
     using K = Kind<Number>;
     Decimal decimal;
     char text[40];
     auto result = std::to_chars(text, text + sizeof text, number, std::chars_format::scientific);
-    if (read_scientific(decimal, text, result.ptr) > K::few_digits) {
+    const int count = read_scientific(decimal, text, result.ptr);
+    if (count > K::few_digits && count < K::many_digits) {
         result = std::to_chars(text, text + sizeof text, static_cast<double>(number),
                                std::chars_format::scientific, K::many_digits - 1);
         read_scientific(decimal, text, result.ptr);
