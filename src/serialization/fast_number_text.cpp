@@ -107,9 +107,9 @@ bool exact_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexce
     const std::uint64_t one = std::uint64_t{1} << shift;
     const std::uint64_t rest = static_cast<std::uint64_t>(scaled) & (one - 1);
 
-    // Which way a number rounds is anybody's guess, so that is worked out without branches. Half way
-    // cases of the many digits round to even. Those of the few digits never read back, since the
-    // next number is nearer.
+    // Which way a number rounds is anybody's guess, so that is worked out without branches. Half
+    // way cases of the many digits round to even. Those of the few digits never read back, since
+    // the next number is nearer.
     constexpr std::uint64_t many_to_few = powers_of_10.power[K::many_digits - K::few_digits];
     const std::uint64_t few = (whole + many_to_few / 2) / many_to_few;
     const std::uint64_t many = whole + ((rest + one / 2 - 1 + whole % 2) >> shift);
