@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <memory>
 #include <new>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -228,17 +229,19 @@ TEST(AllocationHarness, ReportsAnOperationThatFailsAgain) {
         bool broken = false;
     };
     const std::string report = reported_by([] {
-        static_cast<void>(fail_each_allocation(
-            [] { return Fragile(); },
-            [](Fragile& f) {
-                try {
-                    std::string copy(f.broken ? std::string::npos - 1 : 100, 'x');
-                } catch (const std::bad_alloc&) {
-                    f.broken = true;
-                    throw;
-                }
-            },
-            [](const Fragile&) {}));
+        static_cast<void>(fail_each_allocation([] { return Fragile(); },
+                                               [](Fragile& f) {
+                                                   if (f.broken) {
+                                                       throw std::runtime_error("broken");
+                                                   }
+                                                   try {
+                                                       ::operator delete(::operator new(1));
+                                                   } catch (const std::bad_alloc&) {
+                                                       f.broken = true;
+                                                       throw;
+                                                   }
+                                               },
+                                               [](const Fragile&) {}));
     });
     EXPECT_TRUE(contains(report, "when tried again")) << report;
 }

@@ -197,7 +197,9 @@ TEST(Allocations, OfTheTextOfANumberAreNoneButForAResultThatDoesNotFitInPlace) {
     }
     const Value longer[] = {1.0 / 3, -DBL_MAX, 5e-324, -FLT_MAX, LLONG_MIN, ULLONG_MAX};
     for (const Value& number : longer) {
-        EXPECT_EQ(allocations_of([&] { serialize(number); }), 1u) << serialize(number);
+        const std::string text = serialize(number);
+        const bool fits_in_place = text.size() <= std::string().capacity();
+        EXPECT_EQ(allocations_of([&] { serialize(number); }), fits_in_place ? 0u : 1u) << text;
     }
 }
 

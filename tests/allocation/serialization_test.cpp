@@ -26,6 +26,17 @@ namespace {
 
 constexpr Layout layouts[] = {Layout::compact, Layout::pretty};
 
+/// Calls a function that may write onto a string stream. Where memory runs out, the streams of some
+/// standard libraries let that exception pass, those of others throw their own.
+template <class Write>
+void throwing_bad_alloc(Write write_onto) {
+    try {
+        write_onto();
+    } catch (const std::ios_base::failure&) {
+        throw std::bad_alloc();
+    }
+}
+
 // ---- Into a string -------------------------------------------------------------------------
 
 /// Makes the text of a value with every allocation failing in turn. Returns how many could.
@@ -40,7 +51,7 @@ std::size_t failures_of_text(const Value& value, Layout layout) {
         [&] {
             return Operands{&value, "untouched"};
         },
-        [&](Operands& o) { o.text = text_of(*o.value, layout); },
+        [&](Operands& o) { throwing_bad_alloc([&] { o.text = text_of(*o.value, layout); }); },
         [&](const Operands& o) {
             EXPECT_EQ(o.text, "untouched");
             EXPECT_EQ(describe(*o.value), description);
@@ -74,7 +85,7 @@ TEST(TextOutOfMemory, IsNotMadeForAnyKind) {
         for (const Sample& sample : other_samples()) {
             SCOPED_TRACE(sample.kind);
             EXPECT_EQ(failures_of_text(sample.value, layout),
-                      text_of(sample.value, layout).size() > 15 ? 1u : 0u)
+                      text_of(sample.value, layout).size() > std::string().capacity() ? 1u : 0u)
                 << "the result itself";
         }
     }
@@ -149,7 +160,7 @@ TEST(StringStreamOutOfMemory, ThrowsIfAsked) {
             const std::size_t failures = failures_of_string_stream(
                 layout, width, [&](std::ostream& stream, const Value& value) {
                     stream.exceptions(std::ios_base::badbit);
-                    write(stream, value, layout);
+                    throwing_bad_alloc([&] { write(stream, value, layout); });
                 });
             EXPECT_GE(failures, 3u);
         }
@@ -158,7 +169,8 @@ TEST(StringStreamOutOfMemory, ThrowsIfAsked) {
 
 /// Deep enough for indentation that does not fit into a string's own storage.
 Value deep_document() {
-    return Array{1, Array{"a\x01z", Array{Array{Object{{"key", Array{0.1, 1e6f, 1LL}}}}}}};
+    const Value deep = Array{1, Array{2, Array{Object{{"key", Array{0.1, 1e6f, 1LL}}}}}};
+    return Array{1, Array{"a\x01z", Array{Array{deep}}}};
 }
 
 /// Writes with every allocation failing in turn, onto a stream that needs none.

@@ -191,6 +191,14 @@ TEST(FailingStream, ThrowsNothingForUndefined) {
     EXPECT_TRUE(stream.good());
 }
 
+/// Whether an insertion that fails leaves the stream's width as it was; the standard leaves it
+/// open.
+#ifdef _LIBCPP_VERSION
+constexpr bool failure_leaves_width = true;
+#else
+constexpr bool failure_leaves_width = false;
+#endif
+
 TEST(FailingStream, HasItsFlagsBackHoweverFarAnEscapeCame) {
     struct Case {
         std::size_t bytes; // of the eight in "\u001f" with its quotation marks
@@ -209,6 +217,8 @@ TEST(FailingStream, HasItsFlagsBackHoweverFarAnEscapeCame) {
     };
     const Flags flags = ios_base::oct | ios_base::internal;
     for (const Case& c : cases) {
+        const bool digits_fail = c.bytes >= 3 && c.bytes < 7;
+        const bool width_is_left = digits_fail && failure_leaves_width;
         for (const Refusal refusal : {Refusal::forever, Refusal::by_throwing}) {
             ProbeStream throwing(c.bytes, refusal);
             throwing.flags(flags);
@@ -218,7 +228,7 @@ TEST(FailingStream, HasItsFlagsBackHoweverFarAnEscapeCame) {
             EXPECT_EQ(throwing.bytes(), std::string(R"("\u001f")").substr(0, c.bytes));
             EXPECT_EQ(throwing.flags(), flags) << c.bytes;
             EXPECT_EQ(throwing.fill(), c.fill) << c.bytes;
-            EXPECT_EQ(throwing.width(), 0) << c.bytes;
+            EXPECT_EQ(throwing.width(), width_is_left ? 4 : 0) << c.bytes;
 
             ProbeStream silent(c.bytes, refusal);
             silent.flags(flags);
@@ -227,7 +237,7 @@ TEST(FailingStream, HasItsFlagsBackHoweverFarAnEscapeCame) {
             EXPECT_EQ(silent.bytes(), std::string(R"("\u001f")").substr(0, c.bytes));
             EXPECT_EQ(silent.flags(), flags) << c.bytes;
             EXPECT_EQ(silent.fill(), '0') << c.bytes;
-            EXPECT_EQ(silent.width(), c.width_if_silent) << c.bytes;
+            EXPECT_EQ(silent.width(), width_is_left ? 4 : c.width_if_silent) << c.bytes;
         }
     }
 }

@@ -6,13 +6,17 @@
 #include <foundation/json/value.hpp>
 
 #include <charconv>
+#include <cmath>
 #include <cstddef>
+#include <cstdlib>
 #include <map>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <vector>
+
+#include <locale.h>
 
 namespace foundation::json::test {
 
@@ -108,10 +112,12 @@ private:
             digits();
         }
         const std::string_view spelling = start.substr(0, start.size() - rest_.size());
-        double result = 0;
-        const auto [end, error] =
-            std::from_chars(spelling.data(), spelling.data() + spelling.size(), result);
-        require(error == std::errc() && end == spelling.data() + spelling.size());
+        // By the C library, since not every standard library has std::from_chars for doubles.
+        static const locale_t classic = newlocale(LC_ALL_MASK, "C", nullptr);
+        const std::string text(spelling);
+        char* end = nullptr;
+        const double result = strtod_l(text.c_str(), &end, classic);
+        require(std::isfinite(result) && end == text.c_str() + text.size());
         return result;
     }
 
