@@ -666,7 +666,7 @@ private:
                                                         "\\u0041"};
         std::string result;
         for (std::uint64_t count = below(12); count > 0; --count) {
-            result += pieces[below(pieces.size())];
+            result += pieces[static_cast<std::size_t>(below(pieces.size()))];
         }
         return result;
     }

@@ -252,7 +252,7 @@ TEST(ReadDouble, AgreesWithTheRuntimeLibraryOnAnyDigits) {
         for (auto digits = 1 + random() % 25; digits != 0; --digits) {
             text += static_cast<char>('0' + random() % 10);
         }
-        text.insert(1 + random() % text.size(), ".");
+        text.insert(1 + static_cast<std::size_t>(random() % text.size()), ".");
         if (text[0] == '-' && text[1] == '.') {
             text.insert(1, "0");
         }

@@ -12,7 +12,7 @@ namespace foundation::json::test {
 /// FOUNDATION_JSON_TEST_ROUNDS asks for another number.
 inline std::size_t test_rounds() {
     const char* const chosen = std::getenv("FOUNDATION_JSON_TEST_ROUNDS");
-    return chosen != nullptr ? std::strtoull(chosen, nullptr, 10) : 5000;
+    return chosen != nullptr ? static_cast<std::size_t>(std::strtoull(chosen, nullptr, 10)) : 5000;
 }
 
 } // namespace foundation::json::test
