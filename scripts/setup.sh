@@ -70,7 +70,9 @@ build() {
     exec {lock}>&-
 }
 
-# run_tests NAME runs the tests built in build/NAME.
+# run_tests NAME [OPTION...] runs the tests built in build/NAME, with more options for ctest.
 run_tests() {
-    ctest --test-dir "$root/build/$1" --output-on-failure --no-tests=error --parallel "$(nproc)"
+    local -r folder=$root/build/$1
+    shift
+    ctest --test-dir "$folder" --output-on-failure --no-tests=error --parallel "$(nproc)" "$@"
 }
