@@ -1,0 +1,43 @@
+// What a person sees when a text is not JSON: where, what, and the place itself. The reader is that
+// of the example json_format; any reader that throws a ParserException will do.
+#include "reader.hpp"
+
+#include <foundation/json/json.hpp>
+
+#include <iostream>
+#include <string>
+
+using namespace foundation::json;
+
+// The code has an English sentence; what() is what this reader adds to it. The quoted text is the
+// piece of input around the place.
+void explain(const std::string& file, const ParserException& error) {
+    std::cout << file << ':' << error.get_line_number() << ':' << error.get_column() << ": "
+              << get_parse_result_description(error.get_parse_result()) << '\n';
+    if (!error.get_quoted_text().empty()) {
+        std::cout << "    " << error.what() << '\n'
+                  << "    " << error.get_quoted_text() << '\n'
+                  << "    " << std::string(error.get_quoted_byte_position(), ' ') << "^\n";
+    }
+}
+
+void read(const std::string& file, const std::string& text) {
+    try {
+        const Value value = json_format::read(text);
+        std::cout << file << ": " << serialize(value) << '\n';
+    } catch (const ParserException& error) {
+        explain(file, error);
+        // A program may also act on the code itself.
+        if (error.get_parse_result() == EMPTY_INPUT) {
+            std::cout << "    (was the file saved?)\n";
+        }
+    }
+}
+
+int main() {
+    read("good.json", "[1, 2.50, \"three\"]");
+    read("colon.json", "{\"a\": 1,\n \"b\" 2}");
+    read("fraction.json", "[1.]");
+    read("bracket.json", "[1, 2");
+    read("empty.json", "");
+}
