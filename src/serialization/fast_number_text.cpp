@@ -20,21 +20,61 @@ namespace {
 
 __extension__ using Wide = unsigned __int128;
 
-/// The powers of a base up to the largest that a table has room for.
-template <int Largest>
-struct Powers {
-    static constexpr int largest = Largest;
-    std::uint64_t power[Largest + 1];
+/// The powers of ten that are digits of a number's text, up to 10^19.
+struct PowersOf10 {
+    std::uint64_t power[20];
 
-    explicit constexpr Powers(std::uint64_t base) noexcept : power{1} {
-        for (int i = 1; i <= Largest; ++i) {
-            power[i] = power[i - 1] * base;
+    constexpr PowersOf10() noexcept : power{1} {
+        for (int i = 1; i < 20; ++i) {
+            power[i] = power[i - 1] * 10;
         }
     }
 };
 
-constexpr Powers<27> powers_of_5(5);
-constexpr Powers<19> powers_of_10(10);
+constexpr PowersOf10 powers_of_10;
+
+/// The leading 128 bits of the powers of ten that scale a number to its digits.
+///
+/// Each is worked out from the one before and cut off, so that it is less than 2^10 units of its
+/// last place below the power.
+class ScalingPowers {
+public:
+    static constexpr int least = -292;
+    static constexpr int largest = 324;
+
+    constexpr ScalingPowers() noexcept : bits_{} {
+        bits_[-least] = Wide{1} << 127;
+        for (int k = 0; k < largest; ++k) {
+            bits_[k + 1 - least] = times_5(bits_[k - least]);
+        }
+        for (int k = 0; k > least; --k) {
+            bits_[k - 1 - least] = over_5(bits_[k - least]);
+        }
+    }
+
+    /// The highest bit of 128 is set.
+    Wide leading_bits(int k) const noexcept { return bits_[k - least]; }
+
+    /// 10^k is that times 2 to this.
+    static constexpr int exponent(int k) noexcept { return ((k * 1741647) >> 19) - 127; }
+
+private:
+    static constexpr Wide times_5(Wide bits) noexcept {
+        const Wide low = static_cast<std::uint64_t>(bits) * Wide{5};
+        const Wide high = (bits >> 64) * 5 + (low >> 64);
+        const int excess = high >> 66 != 0 ? 3 : 2;
+        return high << (64 - excess) | static_cast<std::uint64_t>(low) >> excess;
+    }
+
+    static constexpr Wide over_5(Wide bits) noexcept {
+        const int missing = bits / 5 >> 125 != 0 ? 2 : 3;
+        return bits / 5 << missing | (bits % 5 << missing) / 5;
+    }
+
+    Wide bits_[largest - least + 1];
+};
+
+constexpr ScalingPowers scaling_powers;
 
 /// What distinguishes the two kinds of number: their bits, and the digits of the two formats.
 template <class Number>
@@ -45,6 +85,8 @@ struct Kind<double> {
     using Bits = std::uint64_t;
     static constexpr int mantissa_bits = 52;
     static constexpr int bias = 1075;
+    static constexpr int spare_bits = 0;
+    static constexpr std::uint64_t doubt = 4;
     static constexpr int few_digits = 15;
     static constexpr int many_digits = 17;
 };
@@ -54,6 +96,9 @@ struct Kind<float> {
     using Bits = std::uint32_t;
     static constexpr int mantissa_bits = 23;
     static constexpr int bias = 150;
+    static constexpr int spare_bits = 1;
+    // Its text is read as a double first, which may round it onto the middle between two floats.
+    static constexpr std::uint64_t doubt = std::uint64_t{1} << 30;
     static constexpr int few_digits = 6;
     static constexpr int many_digits = 9;
 };
@@ -76,94 +121,90 @@ Decimal make_decimal(std::uint64_t number, int exponent) noexcept {
     return {number * powers_of_10.power[decimal_digits - Digits], exponent};
 }
 
-/// The digits of the positive normal number `mantissa * 2^exponent`, by exact arithmetic.
+/// The number `mantissa * 2^exponent * 10^k`, cut off to 52 bits behind the point: it is less than
+/// two units of 2^-52 more.
 ///
-/// Scaled by 10^k so that the many digits stand before the binary point, the number is
-/// P / 2^shift with P = mantissa * 5^k, all of it in 128 bits. The correctly rounded digits of
-/// either format follow from P by division and comparison, and so does whether the few digits read
-/// back: they do if they are off by less than half the distance between neighbours, which is 5^k in
-/// the unit of P. That is odd, so there is never a tie.
-///
-/// @return false if the number is too large or too small for this
-template <class Number>
-bool exact_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexcept {
-    using K = Kind<Number>;
-    // floor(log10(2^n)) for the exponent n of the leading bit; the number's own may be one more.
-    int decimal_exponent = ((exponent + K::mantissa_bits) * 315653) >> 20;
-    int k = K::many_digits - 1 - decimal_exponent;
-    int shift = -(exponent + k);
-    if (k < 1 || k > decltype(powers_of_5)::largest || shift < 1 || shift > 56) {
-        return false;
-    }
-    Wide scaled = static_cast<Wide>(mantissa) * powers_of_5.power[k];
-    auto whole = static_cast<std::uint64_t>(scaled >> shift);
-    if (whole >= powers_of_10.power[K::many_digits]) {
-        ++decimal_exponent;
-        --k;
-        ++shift;
-        scaled = static_cast<Wide>(mantissa) * powers_of_5.power[k];
-        whole = static_cast<std::uint64_t>(scaled >> shift);
-    }
-    const std::uint64_t one = std::uint64_t{1} << shift;
-    const std::uint64_t rest = static_cast<std::uint64_t>(scaled) & (one - 1);
+/// For a mantissa of 53 bits and a k that makes the number one of 17 or 18 digits, or for 25 bits
+/// and 9 or 10 digits. The point then lies so that every part below is a matter of one word or two.
+class Product {
+public:
+    static constexpr std::uint64_t one = std::uint64_t{1} << 52;
 
-    // Which way a number rounds is anybody's guess, so that is worked out without branches. Half
-    // way cases of the many digits round to even. Those of the few digits never read back, since
-    // the next number is nearer.
+    Product(std::uint64_t mantissa, int exponent, int k) noexcept {
+        const Wide power = scaling_powers.leading_bits(k);
+        high_of_power_ = static_cast<std::uint64_t>(power >> 64);
+        const Wide low = static_cast<Wide>(mantissa) * static_cast<std::uint64_t>(power);
+        const Wide bits = static_cast<Wide>(mantissa) * high_of_power_ + (low >> 64);
+        high_ = static_cast<std::uint64_t>(bits >> 64);
+        low_ = static_cast<std::uint64_t>(bits);
+        shift_ = -64 - exponent - ScalingPowers::exponent(k);
+    }
+
+    std::uint64_t whole() const noexcept { return high_ << (64 - shift_) | low_ >> shift_; }
+
+    /// What is behind the point, in units of 2^-52.
+    std::uint64_t rest() const noexcept { return (low_ >> (shift_ - 52)) & (one - 1); }
+
+    /// What half of the mantissa's place 2^bit comes to, in units of 2^-52.
+    std::uint64_t half_step(int bit) const noexcept {
+        return high_of_power_ >> (shift_ - 51 - bit);
+    }
+
+private:
+    std::uint64_t high_of_power_;
+    std::uint64_t high_;
+    std::uint64_t low_;
+    int shift_; ///< how many bits of the words are behind the point, from 54 to 63
+};
+
+/// The digits of the positive normal number `mantissa * 2^exponent`, if 128 bits of its power of
+/// ten tell them.
+///
+/// Scaled by 10^k so that the many digits stand before the point, the number is a whole one and a
+/// rest, known to 52 bits: from `rest` to less than `rest + 2` units of 2^-52. The correctly
+/// rounded digits of either format follow, and so does whether the few digits read back: they do if
+/// they are off by less than half the distance between neighbours.
+///
+/// @return false if the bits do not tell: the number lies half way between two texts, or a text
+///         half way between two numbers, or all but so
+template <class Number>
+bool scaled_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexcept {
+    using K = Kind<Number>;
+    mantissa <<= K::spare_bits;
+    exponent -= K::spare_bits;
+    // floor(log10(2^n)) for the exponent n of the leading bit; the number's own may be one more.
+    int decimal_exponent = ((exponent + K::mantissa_bits + K::spare_bits) * 315653) >> 20;
+    Product scaled(mantissa, exponent, K::many_digits - 1 - decimal_exponent);
+    if (scaled.whole() >= powers_of_10.power[K::many_digits]) {
+        ++decimal_exponent;
+        scaled = Product(mantissa, exponent, K::many_digits - 1 - decimal_exponent);
+    }
+    const std::uint64_t whole = scaled.whole();
+    const std::uint64_t rest = scaled.rest();
+    constexpr std::uint64_t one = Product::one;
+
+    // Which way a number rounds is anybody's guess, so that is worked out without branches.
     constexpr std::uint64_t many_to_few = powers_of_10.power[K::many_digits - K::few_digits];
     const std::uint64_t few = (whole + many_to_few / 2) / many_to_few;
-    const std::uint64_t many = whole + ((rest + one / 2 - 1 + whole % 2) >> shift);
+    const std::uint64_t many = whole + rest / (one / 2);
 
-    // Neighbours are less than 128 units of the many digits apart, so nothing overflows below.
-    const auto units = static_cast<std::int64_t>(few * many_to_few - whole);
-    const auto off = static_cast<std::int64_t>(static_cast<std::uint64_t>(units) * one - rest);
-    std::uint64_t reach = powers_of_5.power[k] / 2;
-    if (mantissa == std::uint64_t{1} << K::mantissa_bits && off < 0) {
+    const auto off = static_cast<std::int64_t>((few * many_to_few - whole) * one - rest);
+    const auto distance = static_cast<std::uint64_t>(std::abs(off));
+    std::uint64_t reach = scaled.half_step(K::spare_bits);
+    if (mantissa == std::uint64_t{1} << (K::mantissa_bits + K::spare_bits) && off < 0) {
         reach /= 2; // below a power of two the neighbour is only half as far
     }
-    if (units > -64 && units < 64 && static_cast<std::uint64_t>(std::abs(off)) <= reach) {
+
+    if (rest - (one / 2 - K::doubt) <= 2 * K::doubt ||
+        distance - (reach - K::doubt) <= 2 * K::doubt) {
+        return false;
+    }
+    if (distance < reach) {
         decimal = make_decimal<K::few_digits>(few, decimal_exponent);
     } else {
         decimal = make_decimal<K::many_digits>(many, decimal_exponent);
     }
     return true;
-}
-
-/// Reads the scientific notation of std::to_chars.
-/// @return how many digits it has
-int read_scientific(Decimal& decimal, const char* text, const char* end) noexcept {
-    const char* const letter = std::find(text, end, 'e');
-    int count = 0;
-    decimal.digits = 0;
-    for (const char* digit = text; digit != letter; ++digit) {
-        if (*digit != '.') {
-            decimal.digits = decimal.digits * 10 + static_cast<std::uint64_t>(*digit - '0');
-            ++count;
-        }
-    }
-    decimal.digits *= powers_of_10.power[decimal_digits - count];
-    std::from_chars(letter + 2, end, decimal.exponent);
-    if (letter[1] == '-') {
-        decimal.exponent = -decimal.exponent;
-    }
-    return count;
-}
-
-/// The digits of any positive normal number: the shortest that read back if they are few, else the
-/// many. The shortest, where they are as many, are the nearest of their length and so the same.
-template <class Number>
-Decimal general_digits(Number number) noexcept {
-    using K = Kind<Number>;
-    Decimal decimal;
-    char text[40];
-    auto result = std::to_chars(text, text + sizeof text, number, std::chars_format::scientific);
-    const int count = read_scientific(decimal, text, result.ptr);
-    if (count > K::few_digits && count < K::many_digits) {
-        result = std::to_chars(text, text + sizeof text, static_cast<double>(number),
-                               std::chars_format::scientific, K::many_digits - 1);
-        read_scientific(decimal, text, result.ptr);
-    }
-    return decimal;
 }
 
 /// Eight decimal digits as the values of eight bytes, by dividing pairs and pairs of pairs at once.
@@ -318,7 +359,8 @@ char* write_whole(char* out, std::uint64_t number) noexcept {
     return write_scientific(out, {number * powers_of_10.power[decimal_digits - count], count - 1});
 }
 
-/// For all numbers but zero, unless they are subnormal.
+/// For positive finite numbers.
+/// @return null for those that are left to the plain rule
 template <class Number>
 char* write_digits(char* out, Number magnitude) noexcept {
     using K = Kind<Number>;
@@ -331,8 +373,8 @@ char* write_digits(char* out, Number magnitude) noexcept {
     const typename K::Bits implicit_bit = typename K::Bits{1} << K::mantissa_bits;
     const std::uint64_t mantissa = (bits & (implicit_bit - 1)) | implicit_bit;
     Decimal decimal;
-    if (!exact_digits<Number>(decimal, mantissa, exponent_bits - K::bias)) {
-        decimal = general_digits(magnitude);
+    if (!scaled_digits<Number>(decimal, mantissa, exponent_bits - K::bias)) {
+        return nullptr;
     }
     constexpr Number million = 1000000;
     return magnitude < million ? write_plain(out, decimal) : write_scientific(out, decimal);

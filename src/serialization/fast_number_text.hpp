@@ -1,5 +1,5 @@
 /// @file
-/// The text of number_text(), found by exact integer arithmetic instead of trial and error.
+/// The text of number_text(), found by integer arithmetic instead of trial and error.
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_FAST_NUMBER_TEXT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_FAST_NUMBER_TEXT_HPP
 
