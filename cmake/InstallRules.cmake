@@ -1,6 +1,7 @@
 # Installs the headers, the library, its CMake package and its pkg-config file. All paths within
 # them are relative to where they lie, so an installed tree may be moved.
 include(CMakePackageConfigHelpers)
+include(GNUInstallDirs)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/foundation_json)
 set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
@@ -52,10 +53,13 @@ foreach(kind IN ITEMS LIBDIR INCLUDEDIR)
         set(PKGCONFIG_${kind} "\${prefix}/${CMAKE_INSTALL_${kind}}")
     endif()
 endforeach()
-# The shared library has ICU linked in; whoever links the static one needs it too.
+# The shared library has ICU linked in; whoever links the static one needs it too, with or without
+# the option --static, since there is no other library beside it.
 set(PKGCONFIG_REQUIRES)
+set(PKGCONFIG_CFLAGS)
 if(NOT BUILD_SHARED_LIBS)
     set(PKGCONFIG_REQUIRES icu-uc)
+    set(PKGCONFIG_CFLAGS " -DFOUNDATION_JSON_STATIC")
 endif()
 configure_file(
     ${PROJECT_SOURCE_DIR}/packaging/foundation_json.pc.in
