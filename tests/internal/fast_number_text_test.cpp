@@ -7,6 +7,7 @@
 #include "support/locales.hpp"
 #include "support/random_trees.hpp"
 #include "support/rounds.hpp"
+#include "support/scoped_rounding.hpp"
 
 #include <gtest/gtest.h>
 
@@ -585,22 +586,6 @@ TYPED_TEST(RandomFastNumberText, IsThePlainText) {
 
 // ---- Where all of that applies -------------------------------------------------------------
 
-/// Sets the rounding direction, until destroyed.
-class ScopedRounding {
-public:
-    explicit ScopedRounding(int direction)
-        : previous_(std::fegetround()), succeeded_(std::fesetround(direction) == 0) {}
-    ScopedRounding(const ScopedRounding&) = delete;
-    ScopedRounding& operator=(const ScopedRounding&) = delete;
-    ~ScopedRounding() { std::fesetround(previous_); }
-
-    bool succeeded() const { return succeeded_; }
-
-private:
-    int previous_;
-    bool succeeded_;
-};
-
 TEST(FastNumberTextApplies, InTheClassicLocaleWhileRoundingToNearest) {
     EXPECT_TRUE(fast_number_text_applies());
 }
@@ -624,7 +609,7 @@ TEST(FastNumberTextApplies, WhereOtherCategoriesOfTheLocaleChange) {
 
 TEST(FastNumberTextApplies, NotWhileRoundingInAnotherDirection) {
     for (const int direction : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
-        const ScopedRounding rounding(direction);
+        const test::ScopedRounding rounding(direction);
         ASSERT_TRUE(rounding.succeeded());
         EXPECT_FALSE(fast_number_text_applies());
     }

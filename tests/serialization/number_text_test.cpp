@@ -2,6 +2,7 @@
 /// The text of the four kinds of numbers.
 #include "support/number_rule.hpp"
 #include "support/random_trees.hpp"
+#include "support/scoped_rounding.hpp"
 
 #include <foundation/json/serializer.hpp>
 
@@ -357,22 +358,6 @@ TEST(IntegerText, OfUnsignedIntegersIsPlainDecimal) {
 }
 
 // ---- Rounding ------------------------------------------------------------------------------
-
-/// Sets the direction in which the C library rounds, until destroyed.
-class ScopedRounding {
-public:
-    explicit ScopedRounding(int direction)
-        : previous_(std::fegetround()), succeeded_(std::fesetround(direction) == 0) {}
-    ScopedRounding(const ScopedRounding&) = delete;
-    ScopedRounding& operator=(const ScopedRounding&) = delete;
-    ~ScopedRounding() { std::fesetround(previous_); }
-
-    bool succeeded() const { return succeeded_; }
-
-private:
-    int previous_;
-    bool succeeded_;
-};
 
 std::string serialize_rounding(int direction, const Value& value) {
     const ScopedRounding rounding(direction);
