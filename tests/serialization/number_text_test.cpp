@@ -360,7 +360,7 @@ TEST(IntegerText, OfUnsignedIntegersIsPlainDecimal) {
 // ---- Rounding ------------------------------------------------------------------------------
 
 std::string serialize_rounding(int direction, const Value& value) {
-    const ScopedRounding rounding(direction);
+    const test::ScopedRounding rounding(direction);
     return rounding.succeeded() ? serialize(value) : "cannot round so";
 }
 
