@@ -3,14 +3,14 @@
 ///
 /// A chain of Element terms becomes an array, a chain of Property terms an object:
 ///
-///     Value list((Element(1), Element("two"), Element(Null())));      // [1,"two",null]
-///     Value record((Property("id") = 7, Property("name") = "x"));     // {"id":7,"name":"x"}
+///     Value list((Element(1), Element("two"), Element(Null())));  // -> [1,"two",null]
+///     Value record((Property("id") = 7, Property("name") = "x")); // -> {"id":7,"name":"x"}
 ///
 /// The parentheses matter: the comma must be the operator, not a separator of arguments. A chain
 /// wrapped once more nests:
 ///
-///     Value nested((Element(1), Element((Element(2), Element(3)))));  // [1,[2,3]]
-///     Value object((Property("a") = (Property("b") = true)));         // {"a":{"b":true}}
+///     Value nested((Element(1), Element((Element(2), Element(3))))); // -> [1,[2,3]]
+///     Value object((Property("a") = (Property("b") = true)));        // -> {"a":{"b":true}}
 ///
 /// Nesting is what copying an Element and assigning a Property mean here, by design: `Element
 /// e2(e)` holds one array of e's elements. Where a chain names a key twice the leftmost wins; where
@@ -42,14 +42,14 @@ public:
     /// A chain of one element, the array of the other's elements: nesting, not a plain copy.
     Element(const Element& other);
 
-    /// It could nest, as copying does, or not: better neither.
-    Element& operator=(const Element&) = delete;
+    Element& operator=(const Element&) = delete; ///< it could nest, as copying does, or not
     ~Element();
 
     /// Appends copies of the other's elements, in order; `e, e` doubles e.
     /// @return this chain; valid as long as the left operand, mostly a temporary
-    /// @throws std::bad_alloc, std::length_error; then this chain is as it was
-    /// Complexity: linear in the other's size, amortized; elements already held are not copied.
+    /// @throws std::bad_alloc    memory runs out; then this chain is as it was
+    /// @throws std::length_error the array would be too long; the same
+    /// @complexity linear in the other's size, amortized; elements already held are not copied.
     const Element& operator,(const Element& other) const;
 
     /// An array holding copies of the elements. The chain keeps them and may be converted again.
@@ -73,18 +73,18 @@ public:
 
     /// Makes a copy of v the member of this term's name, replacing an earlier one.
     /// @return this term
-    /// @throws std::bad_alloc; then this term is as it was
+    /// @throws std::bad_alloc then this term is as it was
     const Property& operator=(const Value& v) const;
 
     /// Makes an object of the other's members the member of this term's name: nesting, not a plain
     /// assignment. The other's name plays no part.
     /// @return this term
-    /// @throws std::bad_alloc; then this term is as it was
+    /// @throws std::bad_alloc then this term is as it was
     const Property& operator=(const Property& other) const;
 
     /// Adds copies of the other's members whose keys this term does not hold yet.
     /// @return this term; valid as long as the left operand, mostly a temporary
-    /// @throws std::bad_alloc; then this term is as it was
+    /// @throws std::bad_alloc then this term is as it was
     const Property& operator,(const Property& other) const;
 
     /// An object holding copies of the members. The term keeps them and may be converted again.

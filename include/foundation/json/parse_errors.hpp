@@ -6,7 +6,7 @@
 ///     try {
 ///         value = read(text);
 ///     } catch (const ParserException& e) {
-///         std::cerr << e.get_line_number() << ':' << e.get_column() << ": "
+///         std::cout << e.get_line_number() << ':' << e.get_column() << ": "
 ///                   << get_parse_result_description(e.get_parse_result()) << '\n';
 ///     }
 #ifndef FOUNDATION_JSON_PARSE_ERRORS_HPP
@@ -50,7 +50,8 @@ enum ParseResult : std::int32_t {
 ///
 /// NO_PARSE_ERROR is not an error and has no description: it, like any number that is no code,
 /// gives "Unrecognized error code".
-/// @return a text in static storage. Never throws; constant time.
+/// Never throws; constant time.
+/// @return a text in static storage
 FOUNDATION_JSON_EXPORT const char* get_parse_result_description(ParseResult r);
 
 /// What a reader throws: a code, the position of the failure, and the piece of input around it.
@@ -58,6 +59,7 @@ FOUNDATION_JSON_EXPORT const char* get_parse_result_description(ParseResult r);
 /// what() is the message that the thrower gave. Copies are independent of each other.
 class FOUNDATION_JSON_EXPORT ParserException : public std::runtime_error {
 public:
+    /// What went wrong, and where.
     /// @param message               what what() returns
     /// @param parse_result          what went wrong
     /// @param byte_position         offset of the failing byte in the input, from 0
@@ -70,6 +72,7 @@ public:
                     std::size_t line_number, std::size_t column, std::size_t quoted_byte_position,
                     const std::string& quoted_text);
 
+    /// A copy, independent of the other.
     /// @throws std::bad_alloc if memory runs out
     ParserException(const ParserException& other);
 
@@ -77,6 +80,7 @@ public:
     /// stay.
     ParserException(ParserException&& other) noexcept;
 
+    /// Takes everything from the other.
     /// @throws std::bad_alloc if memory runs out; then the message and the numbers may already be
     ///         the other's, while the quoted text is still this one's
     ParserException& operator=(const ParserException& other);
@@ -87,14 +91,17 @@ public:
 
     ~ParserException() override;
 
-    /// The accessors return what the constructor was given. All are constant time and never throw,
-    /// but for get_quoted_text(), which copies the text and may throw std::bad_alloc.
-    ParseResult get_parse_result() const;
-    std::size_t get_byte_position() const;
-    std::size_t get_line_number() const;
-    std::size_t get_column() const;
-    std::size_t get_quoted_byte_position() const;
-    std::string get_quoted_text() const;
+    /// @name Accessors
+    /// They return what the constructor was given. All are constant time and never throw, but for
+    /// get_quoted_text(), which copies the text and may throw std::bad_alloc.
+    /// @{
+    ParseResult get_parse_result() const;         ///< what went wrong
+    std::size_t get_byte_position() const;        ///< offset of the failing byte, from 0
+    std::size_t get_line_number() const;          ///< its line, from 1
+    std::size_t get_column() const;               ///< its column in that line, from 1
+    std::size_t get_quoted_byte_position() const; ///< its offset in the quoted text, from 0
+    std::string get_quoted_text() const;          ///< the piece of input to show
+    /// @}
 
 private:
     ParseResult parse_result_;

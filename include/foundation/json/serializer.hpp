@@ -1,17 +1,19 @@
 /// @file
 /// JSON text out of values: Serializer onto a stream, serialize and pretty_print into a string.
 ///
-///     Value v((Property("a") = Value((Element(1), Element(true)))));
-///     serialize(v);                   // {"a":[1,true]}
+///     Value v((Property("a") = (Element(1), Element(true))));
+///     std::cout << serialize(v) << '\n'; // -> {"a":[1,true]}
 ///
 ///     Serializer serializer;
 ///     serializer.pretty_print(true);
-///     serializer.write(std::cout, v); // {
-///                                     //     "a":[
-///                                     //         1,
-///                                     //         true
-///                                     //     ]
-///                                     // }
+///     serializer.write(std::cout, v);
+///     // ->
+///     // {
+///     //     "a":[
+///     //         1,
+///     //         true
+///     //     ]
+///     // }
 ///
 /// Compact text has no whitespace outside strings. Pretty text puts every element and member on a
 /// line of its own, four spaces per level. Members come in the byte-wise order of their names.
@@ -40,8 +42,8 @@ public:
     /// A serializer of compact text.
     Serializer();
     ~Serializer();
-    Serializer(const Serializer&) = default;
-    Serializer& operator=(const Serializer&) = default;
+    Serializer(const Serializer&) = default;            ///< copies the layout
+    Serializer& operator=(const Serializer&) = default; ///< copies the layout
 
     /// Chooses the layout of later writes: pretty if true, compact if false.
     void pretty_print(bool pretty);
@@ -61,9 +63,9 @@ public:
     ///
     /// @param stream  where the text goes
     /// @param value   what to write; only read
-    /// @throws what the stream throws; std::bad_alloc if there is no memory for indentation. A
-    ///         stream that runs out of memory itself goes bad, and throws only if told to.
-    /// Complexity: linear in the length of the text; recursion as deep as the nesting.
+    /// @throws std::bad_alloc if there is no memory for indentation. A stream that runs out of
+    ///         memory itself goes bad, and throws only if told to.
+    /// @complexity linear in the length of the text; recursion as deep as the nesting.
     void write(std::ostream& stream, const Value& value);
 
 private:
@@ -75,7 +77,7 @@ private:
 /// The text is what Serializer writes onto a fresh std::ostringstream: it follows the global C++
 /// locale where that groups the digits of integers.
 /// @throws std::bad_alloc if memory runs out
-/// Complexity: linear in the length of the text; recursion as deep as the nesting.
+/// @complexity linear in the length of the text; recursion as deep as the nesting.
 FOUNDATION_JSON_EXPORT std::string serialize(const Value& value);
 
 /// The pretty text of a value, otherwise as serialize(). Mind that indentation makes the text of

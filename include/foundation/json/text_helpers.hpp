@@ -4,8 +4,8 @@
 /// on any number of threads at once.
 ///
 ///     char16_t pair[] = {0xD83D, 0xDE00};
-///     std::string smile = foundation::json::detail::u16_to_u8(pair, 2); // F0 9F 98 80
-///     double d = foundation::json::detail::string_to_double("1.5e3");    // 1500.0
+///     std::string smile = detail::u16_to_u8(pair, 2);    // -> F0 9F 98 80
+///     double number = detail::string_to_double("1.5e3"); // -> 1500
 #ifndef FOUNDATION_JSON_TEXT_HELPERS_HPP
 #define FOUNDATION_JSON_TEXT_HELPERS_HPP
 
@@ -26,19 +26,20 @@ namespace foundation::json::detail {
 /// @return the UTF-8 text of exactly those units
 /// @throws std::length_error with the text "string too long" if length is negative
 /// @throws std::bad_alloc if memory runs out
-/// Complexity: linear in length. Exception safety: strong, nothing is changed.
+/// @complexity linear in length
 FOUNDATION_JSON_EXPORT std::string u16_to_u8(char16_t* text, int length);
 
 /// Reads the number at the start of a text.
 ///
 /// The longest leading number in the form that std::from_chars reads counts: no leading blanks and
 /// no plus sign; `inf` and `nan` are numbers. What follows it is ignored. The decimal separator is
-/// `.` in every locale, and the result is the double nearest to the number.
+/// `.` in every locale, and the result is the double nearest to the number. Never throws; allocates
+/// nothing.
 ///
 /// @param text  NUL-terminated; must not be null
 /// @return the number; 0 if the text does not begin with one; an infinity or a zero of the right
 ///         sign if it is too large or too small for a double
-/// Complexity: linear in the length of the text. Never throws; allocates nothing.
+/// @complexity linear in the length of the text
 FOUNDATION_JSON_EXPORT double string_to_double(const char* text);
 
 } // namespace foundation::json::detail

@@ -1,12 +1,12 @@
 /// @file
 /// Value: a JSON value in memory, and the tags Null and Undefined.
 ///
-///     Value v(std::map<std::string, Value>{});  // an object
-///     v["name"] = "x";                          // inserts the member, then assigns
-///     v["list"] = std::vector<Value>{1, true};  // an array of a double and a bool
-///     v["list"].push(Null());                   // [1,true,null]
-///     int n = int(v["list"][0]);                // 1
-///     Value port = v["port"] || Value(8080);    // a default for what is missing or empty
+///     Value v(std::map<std::string, Value>{}); // an object
+///     v["name"] = "x";                         // inserts the member, then assigns
+///     v["list"] = std::vector<Value>{1, true}; // an array of a double and a bool
+///     v["list"].push(Null());                  // -> [1,true,null]
+///     int n = int(v["list"][0]);               // -> 1
+///     Value port = v["port"] || Value(8080);   // a default for what is missing or empty
 ///
 /// A Value holds exactly one of ten kinds: Undefined, Null, bool, double, string, array, object,
 /// float, int64 and uint64. An int becomes a double, the number kind of JSON. Nothing changes kind
@@ -147,9 +147,12 @@ public:
     class HasProperty;
     class push_visitor;
 
-    // ---- Construction ----------------------------------------------------------------------
+    /// @name Construction
+    /// Scalars and tags are stored within the value; constant time, no allocation. Strings, arrays
+    /// and objects are copied, in time linear in the size of all that is copied; that may throw
+    /// std::bad_alloc.
+    /// @{
 
-    /// Scalars and tags are stored within the value; constant time, no allocation.
     Value();                          ///< Undefined
     Value(const Undefined&);          ///< Undefined
     Value(const Null&);               ///< Null
@@ -159,20 +162,11 @@ public:
     Value(float number);              ///< float, not widened
     Value(long long number);          ///< int64
     Value(unsigned long long number); ///< uint64
-
-    /// A string, a copy of the text. Linear in its length.
-    /// @throws std::bad_alloc
-    Value(const char* text);        ///< NUL-terminated; must not be null
-    Value(const std::string& text); ///< zero bytes are content
-
-    /// An array or object of deep copies. Linear in the size of all that is copied.
-    /// @throws std::bad_alloc
-    Value(const std::vector<Value>& elements);
-    Value(const std::map<std::string, Value>& members);
-
-    /// A deep copy. Linear in the size of the other.
-    /// @throws std::bad_alloc
-    Value(const Value& other);
+    Value(const char* text);          ///< string; the text is NUL-terminated, must not be null
+    Value(const std::string& text);   ///< string; zero bytes are content
+    Value(const std::vector<Value>& elements);          ///< array of deep copies
+    Value(const std::map<std::string, Value>& members); ///< object of deep copies
+    Value(const Value& other);                          ///< a deep copy
 
     /// Takes over the other's content; constant time. The other keeps its kind: a string, array or
     /// object is left empty, anything else as it was.
@@ -180,9 +174,11 @@ public:
     ///         other is as it was
     Value(Value&& other);
 
-    ~Value();
+    ~Value(); ///< linear in the size of all that is held
+    /// @}
 
-    // ---- Assignment and swap ---------------------------------------------------------------
+    /// @name Assignment and swap
+    /// @{
 
     /// Makes this value a deep copy of the other.
     ///
@@ -190,12 +186,13 @@ public:
     /// content would go before the new is copied. For `v = v["child"]` write
     /// `v = Value(v["child"])`, and for `v["child"] = v` write `v["child"] = Value(v)`.
     ///
-    /// @throws std::bad_alloc. What is then left depends on the kinds:
-    ///         - the other is a string: this value as it was;
-    ///         - both are arrays, or both objects: this kind, with unspecified content;
-    ///         - the kind would have become array or object: a bool, false.
+    /// If memory runs out, what is then left depends on the kinds:
+    /// - the other is a string: this value as it was;
+    /// - both are arrays, or both objects: this kind, with unspecified content;
+    /// - the kind would have become array or object: a bool, false.
     ///
-    /// Complexity: linear in the size of both.
+    /// @throws std::bad_alloc, as said
+    /// @complexity linear in the size of both.
     Value& operator=(const Value& other);
 
     /// Takes over the other's content.
@@ -205,10 +202,8 @@ public:
     /// itself does nothing; neither may lie within the other, as above.
     ///
     /// @throws std::bad_alloc if the kind becomes array or object; then this value is a bool,
-    /// false,
-    ///         and the other is as it was
-    ///
-    /// Complexity: constant but for the destruction of this value's old content.
+    ///         false, and the other is as it was
+    /// @complexity constant but for the destruction of this value's old content.
     Value& operator=(Value&& other);
 
     /// Exchanges two values, in constant time.
@@ -221,8 +216,10 @@ public:
     ///         as they were, or one of the two, either, holds what this value held, the other has
     ///         become a bool, false, and what it held is lost.
     Value& swap(Value& other);
+    /// @}
 
-    // ---- Conversion ------------------------------------------------------------------------
+    /// @name Conversion
+    /// @{
 
     /// The flag of a bool. Strict: there is no truthiness; see operator|| for that.
     /// @throws std::runtime_error "invalid conversion: <kind> to JSON boolean" for other kinds
@@ -236,12 +233,14 @@ public:
     /// @throws std::runtime_error "invalid conversion: <kind> to int" for the other kinds, float,
     ///         int64 and uint64 among them
     explicit operator int() const;
+    /// @}
 
-    // ---- Comparison ------------------------------------------------------------------------
+    /// @name Comparison
+    /// @{
 
     /// Whether both have the same kind and equal content: no comparison of numbers across kinds.
     /// Undefined and NaN are equal to nothing, so what holds them is not equal to itself.
-    /// Complexity: linear in the size of the smaller; ends at the first difference.
+    /// @complexity linear in the size of the smaller; ends at the first difference.
     bool operator==(const Value& other) const noexcept;
 
     /// Exactly `!(*this == other)`.
@@ -249,28 +248,29 @@ public:
 
     /// Orders values of different kinds by traits<T>::order alone, values of one kind by content:
     /// numbers by amount, strings byte-wise, arrays and objects lexicographically.
-    /// Complexity: linear in the size of the smaller; ends at the first difference.
+    /// @complexity linear in the size of the smaller; ends at the first difference.
     bool operator<(const Value& other) const noexcept;
+    /// @}
 
-    // ---- Indexing --------------------------------------------------------------------------
-
+    /// @name Indexing
     /// The references that indexing returns point into this value and stay valid as those of
     /// std::vector and std::map do: until the array grows, or the value is assigned or destroyed.
+    /// @{
 
     /// The member of an object. A missing one is inserted, Undefined, and stays: use the const
     /// overloads or hasOwnProperty() to look without leaving a trace.
-    /// @throws std::runtime_error "invalid conversion: <kind> to JSON object" for other kinds;
-    ///         std::bad_alloc. Either way nothing was inserted.
-    /// Complexity: logarithmic in the number of members.
+    /// @throws std::runtime_error "invalid conversion: <kind> to JSON object" for other kinds
+    /// @throws std::bad_alloc     memory runs out; nothing was inserted
+    /// @complexity logarithmic in the number of members
     Value& operator[](const std::string& key);
-    Value& operator[](const char* key); ///< NUL-terminated; must not be null
+    Value& operator[](const char* key); ///< the same; NUL-terminated, must not be null
 
     /// The element of an array. The index is not checked: outside 0 to length() - 1 it is a
     /// precondition violation.
     /// @throws std::runtime_error "invalid conversion: <kind> to JSON array" for other kinds
-    /// Complexity: constant.
+    /// @complexity constant
     Value& operator[](int index);
-    Value& operator[](std::size_t index);
+    Value& operator[](std::size_t index); ///< the same
 
     /// By the key's kind: a double, truncated toward zero, is an index; a string is a name.
     /// @throws std::runtime_error "Undefined value" if the key is of any other kind, int64 and
@@ -280,10 +280,14 @@ public:
     /// As the non-const overloads, but a missing member is not inserted: the result then is a
     /// constant Undefined value, the same one every time, that outlives everything.
     const Value& operator[](const std::string& key) const;
-    const Value& operator[](const char* key) const;
-    const Value& operator[](int index) const;
-    const Value& operator[](std::size_t index) const;
-    const Value& operator[](const Value& key) const;
+    const Value& operator[](const char* key) const;   ///< the same; must not be null
+    const Value& operator[](int index) const;         ///< as the non-const overload
+    const Value& operator[](std::size_t index) const; ///< as the non-const overload
+    const Value& operator[](const Value& key) const;  ///< by the key's kind, inserting nothing
+    /// @}
+
+    /// @name Arrays and objects
+    /// @{
 
     /// The number of elements of an array. Constant time.
     /// @throws std::runtime_error "json::Value::length not supported for values of type:<kind>" for
@@ -292,18 +296,22 @@ public:
 
     /// Appends a copy of v to an array. v may be this array itself or one of its elements.
     /// @throws std::runtime_error "json::Value::push not supported for values of type: <kind>" for
-    ///         other kinds; std::bad_alloc, std::length_error. Then the array is as it was.
-    /// Complexity: the copy of v, plus amortized constant time; growth moves elements and never
+    ///         other kinds
+    /// @throws std::bad_alloc     memory runs out; then the array is as it was
+    /// @throws std::length_error  the array would be too long; the same
+    /// @complexity the copy of v, plus amortized constant time; growth moves elements and never
     /// copies what they hold.
     void push(const Value& v);
 
     /// Whether this is an object with a member of that name, be it Undefined. False for every other
     /// kind.
-    /// @throws std::bad_alloc
-    /// Complexity: logarithmic in the number of members.
+    /// @throws std::bad_alloc memory runs out
+    /// @complexity logarithmic in the number of members
     bool hasOwnProperty(const std::string& key) const;
+    /// @}
 
-    // ---- Fallback --------------------------------------------------------------------------
+    /// @name Fallback
+    /// @{
 
     /// `a || b` is a, unless a is Undefined, Null, false, a double zero or an empty string: then it
     /// is b. Everything else counts as present: empty arrays and objects, and zeros of the kinds
@@ -315,6 +323,7 @@ public:
     /// The default must be a Value: with a plain number or text the language cannot tell this
     /// operator from its own.
     Or operator||(const Value& right) const noexcept;
+    /// @}
 
 private:
     using Variant = boost::variant<Undefined, Null, bool, double, std::string,
@@ -334,7 +343,7 @@ private:
 /// What `a || b` returns: references to both operands, and the choice between them.
 class FOUNDATION_JSON_EXPORT Value::Or {
 public:
-    Or(const Value& left, const Value& right) noexcept;
+    Or(const Value& left, const Value& right) noexcept; ///< refers to both
 
     /// The chosen operand itself, not a copy; lives as long as that operand does.
     operator const Value&() const noexcept;
@@ -347,9 +356,9 @@ private:
 /// The choice behind Value::Or, as a visitor of the left operand's content.
 class FOUNDATION_JSON_EXPORT Value::OrVisitor : public boost::static_visitor<const Value&> {
 public:
-    OrVisitor(const Value& left, const Value& right) noexcept;
+    OrVisitor(const Value& left, const Value& right) noexcept; ///< refers to both
 
-    const Value& left() const noexcept;
+    const Value& left() const noexcept; ///< the left operand
 
     const Value& operator()(const Null&) const noexcept;          ///< right
     const Value& operator()(const Undefined&) const noexcept;     ///< right
@@ -357,7 +366,7 @@ public:
     const Value& operator()(double d) const noexcept;             ///< left unless zero
     const Value& operator()(const std::string& s) const noexcept; ///< left unless empty
 
-    /// left
+    /// left, whatever it holds
     template <class Other>
     const Value& operator()(const Other&) const noexcept {
         return left();
@@ -373,15 +382,15 @@ class FOUNDATION_JSON_EXPORT Value::HasProperty : public boost::static_visitor<b
 public:
     /// Copying the name may throw std::bad_alloc, here and in the copy operations.
     explicit HasProperty(const std::string& name);
-    HasProperty(const HasProperty& other);
-    HasProperty(HasProperty&& other) noexcept; ///< leaves the other with an empty name
-    HasProperty& operator=(const HasProperty& other);
+    HasProperty(const HasProperty& other);                ///< asks for the same name
+    HasProperty(HasProperty&& other) noexcept;            ///< leaves the other with an empty name
+    HasProperty& operator=(const HasProperty& other);     ///< asks for the same name
     HasProperty& operator=(HasProperty&& other) noexcept; ///< leaves the other with an empty name
     ~HasProperty();
 
-    /// Logarithmic in the number of members.
+    /// Whether there is a member of that name; logarithmic in the number of members.
     bool operator()(const std::map<std::string, Value>& members) const;
-    bool operator()(const Value& value) const;
+    bool operator()(const Value& value) const; ///< the same of an object; false for other kinds
 
     /// false: only an object has members
     template <class Other>
@@ -402,16 +411,19 @@ public:
     /// Appends; as Value::push().
     void operator()(std::vector<Value>& elements) const;
 
-    /// Throws, as Value::push() on anything but an array. One overload per kind.
-    void operator()(const Undefined&) const;
-    void operator()(const Null&) const;
-    void operator()(bool) const;
-    void operator()(double) const;
-    void operator()(const std::string&) const;
-    void operator()(const std::map<std::string, Value>&) const;
-    void operator()(float) const;
-    void operator()(long long) const;
-    void operator()(unsigned long long) const;
+    /// @name Every kind but arrays
+    /// Throws, as Value::push() does on it.
+    /// @{
+    void operator()(const Undefined&) const;                    ///< throws
+    void operator()(const Null&) const;                         ///< throws
+    void operator()(bool) const;                                ///< throws
+    void operator()(double) const;                              ///< throws
+    void operator()(const std::string&) const;                  ///< throws
+    void operator()(const std::map<std::string, Value>&) const; ///< throws
+    void operator()(float) const;                               ///< throws
+    void operator()(long long) const;                           ///< throws
+    void operator()(unsigned long long) const;                  ///< throws
+    /// @}
 
 private:
     const Value* value_;

@@ -1,0 +1,121 @@
+// The snippets in the comments of the public headers.
+#include "snippet.hpp"
+
+#include <foundation/json/json.hpp>
+
+#include <cstdio>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+using namespace foundation::json;
+
+namespace {
+
+Value read(const std::string& text) {
+    throw ParserException("unfinished", UNEXPECTED_END_OF_INPUT, text.size(), 1, text.size() + 1,
+                          text.size(), text);
+}
+
+} // namespace
+
+int main() {
+    snippet("value");
+    {
+        //! [value]
+        Value v(std::map<std::string, Value>{}); // an object
+        v["name"] = "x";                         // inserts the member, then assigns
+        v["list"] = std::vector<Value>{1, true}; // an array of a double and a bool
+        v["list"].push(Null());                  // -> [1,true,null]
+        int n = int(v["list"][0]);               // -> 1
+        Value port = v["port"] || Value(8080);   // a default for what is missing or empty
+        //! [value]
+        std::cout << serialize(v["list"]) << '\n' << n << '\n';
+    }
+
+    snippet("swap in");
+    {
+        Value parent(std::vector<Value>{});
+        Value child = 1;
+        //! [swap in]
+        parent.push(Value());
+        parent[parent.length() - 1].swap(child);
+        //! [swap in]
+        std::cout << serialize(parent) << '\n';
+    }
+
+    snippet("fallback");
+    {
+        const Value record(Property("other"));
+        //! [fallback]
+        Value name = record["name"] || Value("unnamed"); // copies at once: safe
+        //! [fallback]
+        std::cout << serialize(name) << '\n';
+    }
+
+    snippet("chains");
+    {
+        //! [chains]
+        Value list((Element(1), Element("two"), Element(Null())));  // -> [1,"two",null]
+        Value record((Property("id") = 7, Property("name") = "x")); // -> {"id":7,"name":"x"}
+        //! [chains]
+        std::cout << serialize(list) << '\n' << serialize(record) << '\n';
+    }
+
+    snippet("nested chains");
+    {
+        //! [nested chains]
+        Value nested((Element(1), Element((Element(2), Element(3))))); // -> [1,[2,3]]
+        Value object((Property("a") = (Property("b") = true)));        // -> {"a":{"b":true}}
+        //! [nested chains]
+        std::cout << serialize(nested) << '\n' << serialize(object) << '\n';
+    }
+
+    snippet("serializer");
+    {
+        //! [serializer]
+        Value v((Property("a") = (Element(1), Element(true))));
+        std::cout << serialize(v) << '\n'; // -> {"a":[1,true]}
+
+        Serializer serializer;
+        serializer.pretty_print(true);
+        serializer.write(std::cout, v);
+        // ->
+        // {
+        //     "a":[
+        //         1,
+        //         true
+        //     ]
+        // }
+        //! [serializer]
+        std::cout << '\n';
+    }
+
+    snippet("parser exception");
+    {
+        const std::string text = "[1,";
+        Value value;
+        //! [parser exception]
+        try {
+            value = read(text);
+        } catch (const ParserException& e) {
+            std::cout << e.get_line_number() << ':' << e.get_column() << ": "
+                      << get_parse_result_description(e.get_parse_result()) << '\n';
+        }
+        //! [parser exception]
+    }
+
+    snippet("text helpers");
+    {
+        //! [text helpers]
+        char16_t pair[] = {0xD83D, 0xDE00};
+        std::string smile = detail::u16_to_u8(pair, 2);    // -> F0 9F 98 80
+        double number = detail::string_to_double("1.5e3"); // -> 1500
+        //! [text helpers]
+        std::printf("%02X %02X %02X %02X\n", smile[0] & 0xFF, smile[1] & 0xFF, smile[2] & 0xFF,
+                    smile[3] & 0xFF);
+        std::fflush(stdout);
+        std::cout << number << '\n';
+    }
+}

@@ -1,0 +1,74 @@
+// The snippets of docs/tour.md.
+#include "snippet.hpp"
+
+#include <foundation/json/json.hpp>
+
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+using namespace foundation::json;
+
+int main() {
+    snippet("values");
+    //! [values]
+    Value number = 7;
+    Value text = "tea";
+    Value list = std::vector<Value>{1, true, Null()};
+    Value record = std::map<std::string, Value>{{"id", number}, {"name", text}, {"list", list}};
+    std::cout << serialize(record) << '\n'; // -> {"id":7,"list":[1,true,null],"name":"tea"}
+    //! [values]
+
+    snippet("builders");
+    //! [builders]
+    Value order((Property("id") = 7, Property("lines") = (Element("tea"), Element(2.5))));
+    std::cout << serialize(order) << '\n'; // -> {"id":7,"lines":["tea",2.5]}
+    //! [builders]
+
+    snippet("access");
+    //! [access]
+    order["paid"] = false;
+    order["lines"].push(Null());
+    std::cout << int(order["id"]) + 1 << '\n';      // -> 8
+    std::cout << bool(order["paid"]) << '\n';       // -> 0
+    std::cout << order["lines"].length() << '\n';   // -> 3
+    std::cout << serialize(order["lines"]) << '\n'; // -> ["tea",2.5,null]
+    //! [access]
+
+    snippet("missing");
+    //! [missing]
+    const Value& seen = order;
+    std::cout << serialize(seen["note"] || Value("none")) << '\n'; // -> "none"
+    std::cout << order.hasOwnProperty("note") << '\n';             // -> 0
+    order["note"];
+    std::cout << order.hasOwnProperty("note") << '\n'; // -> 1
+    //! [missing]
+
+    snippet("compare");
+    //! [compare]
+    std::cout << (Value(1) == Value(1.0)) << '\n';    // -> 1
+    std::cout << (Value(1) == Value(1LL)) << '\n';    // -> 0
+    std::cout << (Value("a") < Value("b")) << '\n';   // -> 1
+    std::cout << (Value(1'000) < Value("1")) << '\n'; // -> 1
+    //! [compare]
+
+    snippet("write");
+    //! [write]
+    Serializer serializer;
+    serializer.write(std::cout, record["list"]);
+    std::cout << '\n';
+    serializer.pretty_print(true);
+    serializer.write(std::cout, record["list"]);
+    std::cout << '\n';
+    //! [write]
+
+    snippet("error");
+    //! [error]
+    try {
+        record["name"].push("biscuit");
+    } catch (const std::runtime_error& error) {
+        std::cout << error.what() << '\n';
+    }
+    //! [error]
+}

@@ -1,0 +1,387 @@
+/// @file
+/// What the documentation shows as C++ is a snippet of a program in docs/samples, to the letter.
+/// Other tests compile these programs and compare what each writes with the text file beside it;
+/// here that file stands for what a snippet writes.
+///
+/// A snippet lies between two lines `//! [name]`; what it writes follows on the line `[name]`. In a
+/// snippet, `// -> text` says that it writes this text; a line `// ->` says so of the lines of
+/// comment that follow. In a document, a block of text is what the block of C++ before it writes.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using Lines = std::vector<std::string>;
+
+const fs::path root = FOUNDATION_JSON_SOURCE_FOLDER;
+
+bool begins_with(std::string_view text, std::string_view beginning) {
+    return text.substr(0, beginning.size()) == beginning;
+}
+
+Lines all_lines(std::istream& stream) {
+    Lines lines;
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+Lines lines_of_file(const fs::path& path) {
+    std::ifstream file(path);
+    EXPECT_TRUE(file) << path;
+    return all_lines(file);
+}
+
+Lines lines_of(const std::string& text) {
+    std::istringstream stream(text);
+    return all_lines(stream);
+}
+
+std::string joined(const Lines& lines) {
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line + '\n';
+    }
+    return text;
+}
+
+/// The lines without the blanks that all of them begin with.
+Lines dedented(Lines lines) {
+    std::size_t indentation = std::string::npos;
+    for (const std::string& line : lines) {
+        indentation = std::min(indentation, line.find_first_not_of(' '));
+    }
+    for (std::string& line : lines) {
+        line.erase(0, std::min(indentation, line.size()));
+    }
+    return lines;
+}
+
+// ---- Snippets ------------------------------------------------------------------------------
+
+struct Snippet {
+    std::string name;
+    Lines code;
+    Lines output;
+};
+
+std::string name_in(const std::string& line, std::string_view before) {
+    const std::size_t begin = line.find_first_not_of(' ');
+    if (begin == std::string::npos || line.compare(begin, before.size(), before) != 0 ||
+        line.back() != ']') {
+        return "";
+    }
+    return line.substr(begin + before.size(), line.size() - begin - before.size() - 1);
+}
+
+std::vector<Snippet> snippets_in(const Lines& source) {
+    std::vector<Snippet> snippets;
+    bool inside = false;
+    for (const std::string& line : source) {
+        const std::string name = name_in(line, "//! [");
+        if (!name.empty()) {
+            if (!inside) {
+                snippets.push_back({name, {}, {}});
+            } else {
+                EXPECT_EQ(name, snippets.back().name) << "ends another snippet";
+            }
+            inside = !inside;
+        } else if (inside) {
+            snippets.back().code.push_back(line);
+        }
+    }
+    EXPECT_FALSE(inside) << "a snippet does not end";
+    for (Snippet& snippet : snippets) {
+        snippet.code = dedented(snippet.code);
+    }
+    return snippets;
+}
+
+/// Gives each snippet its part of what the program writes. A program that is a single snippet has
+/// no parts.
+void take_outputs(std::vector<Snippet>& snippets, const Lines& output) {
+    if (snippets.size() == 1) {
+        snippets.front().output = output;
+        return;
+    }
+    Snippet* current = nullptr;
+    for (const std::string& line : output) {
+        const auto named =
+            std::find_if(snippets.begin(), snippets.end(),
+                         [&](const Snippet& snippet) { return line == '[' + snippet.name + ']'; });
+        if (named != snippets.end()) {
+            current = &*named;
+        } else if (current != nullptr) {
+            current->output.push_back(line);
+        }
+    }
+}
+
+std::vector<Snippet> all_snippets() {
+    std::vector<Snippet> all;
+    for (const fs::directory_entry& entry : fs::directory_iterator(root / "docs/samples")) {
+        if (entry.path().extension() == ".cpp") {
+            std::vector<Snippet> snippets = snippets_in(lines_of_file(entry.path()));
+            take_outputs(snippets, lines_of_file(fs::path(entry.path()).replace_extension(".txt")));
+            for (Snippet& snippet : snippets) {
+                snippet.name = entry.path().filename().string() + " [" + snippet.name + "]";
+                all.push_back(snippet);
+            }
+        }
+    }
+    return all;
+}
+
+/// What the comments of a snippet say that it writes.
+Lines results_in(const Lines& code) {
+    Lines results;
+    bool goes_on = false;
+    for (const std::string& line : code) {
+        const std::size_t begin = std::min(line.find_first_not_of(' '), line.size());
+        const std::string text = line.substr(begin);
+        const std::size_t arrow = line.find("// -> ");
+        if (arrow != std::string::npos) {
+            results.push_back(line.substr(arrow + 6));
+        } else if (goes_on && begins_with(text, "// ")) {
+            results.push_back(text.substr(3));
+        } else {
+            goes_on = text == "// ->";
+        }
+    }
+    return results;
+}
+
+// ---- Documents -----------------------------------------------------------------------------
+
+struct Block {
+    std::size_t line;
+    std::string language;
+    Lines text;
+};
+
+/// The fenced blocks of a Markdown text.
+std::vector<Block> blocks_of_markdown(const Lines& lines) {
+    std::vector<Block> blocks;
+    bool inside = false;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const std::size_t fence = lines[i].find("```");
+        if (fence != std::string::npos && fence == lines[i].find_first_not_of(' ')) {
+            if (!inside) {
+                blocks.push_back({i + 1, lines[i].substr(fence + 3), {}});
+            }
+            inside = !inside;
+        } else if (inside) {
+            blocks.back().text.push_back(lines[i]);
+        }
+    }
+    EXPECT_FALSE(inside) << "a block does not end";
+    for (Block& block : blocks) {
+        block.text = dedented(block.text);
+    }
+    return blocks;
+}
+
+/// The indented blocks in the comments of a header: as in Markdown, they follow an empty line and
+/// are indented by four blanks or more.
+std::vector<Block> blocks_of_header(const Lines& lines) {
+    std::vector<Block> blocks;
+    bool inside = false;
+    bool after_empty = false;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const std::size_t begin = lines[i].find_first_not_of(' ');
+        const bool is_comment =
+            begin != std::string::npos && lines[i].compare(begin, 3, "///") == 0;
+        const std::string text = is_comment ? lines[i].substr(begin + 3) : "";
+        if (is_comment && begins_with(text, "     ") && (inside || after_empty)) {
+            if (!inside) {
+                blocks.push_back({i + 1, "cpp", {}});
+            }
+            inside = true;
+            blocks.back().text.push_back(text);
+        } else if (inside && is_comment && text.empty()) {
+            blocks.back().text.push_back("");
+        } else {
+            inside = false;
+        }
+        after_empty = is_comment && text.empty();
+    }
+    for (Block& block : blocks) {
+        while (block.text.back().empty()) {
+            block.text.pop_back();
+        }
+        block.text = dedented(block.text);
+    }
+    return blocks;
+}
+
+std::vector<Block> blocks_of(const fs::path& path) {
+    return path.extension() == ".md" ? blocks_of_markdown(lines_of_file(path))
+                                     : blocks_of_header(lines_of_file(path));
+}
+
+Lines documents() {
+    Lines paths = {"README.md"};
+    for (const char* folder : {"docs", "include/foundation/json"}) {
+        for (const fs::directory_entry& entry : fs::directory_iterator(root / folder)) {
+            if (entry.is_regular_file() &&
+                (entry.path().extension() == ".md" || entry.path().extension() == ".hpp")) {
+                paths.push_back(fs::relative(entry.path(), root).string());
+            }
+        }
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+const Snippet* find(const std::vector<Snippet>& snippets, const Lines& code) {
+    const auto found = std::find_if(snippets.begin(), snippets.end(),
+                                    [&](const Snippet& snippet) { return snippet.code == code; });
+    return found == snippets.end() ? nullptr : &*found;
+}
+
+// ---- Tests ---------------------------------------------------------------------------------
+
+TEST(Documents, ShowSnippetsOfThePrograms) {
+    const std::vector<Snippet> snippets = all_snippets();
+    for (const std::string& path : documents()) {
+        for (const Block& block : blocks_of(root / path)) {
+            if (block.language == "cpp") {
+                EXPECT_NE(find(snippets, block.text), nullptr)
+                    << path << ':' << block.line << ": no program has this snippet:\n"
+                    << joined(block.text);
+            }
+        }
+    }
+}
+
+TEST(Documents, ShowWhatTheSnippetsWrite) {
+    const std::vector<Snippet> snippets = all_snippets();
+    for (const std::string& path : documents()) {
+        const Snippet* last = nullptr;
+        for (const Block& block : blocks_of(root / path)) {
+            if (block.language == "cpp") {
+                last = find(snippets, block.text);
+            } else if (block.language == "text") {
+                ASSERT_NE(last, nullptr) << path << ':' << block.line << ": nothing writes this";
+                EXPECT_EQ(joined(block.text), joined(last->output)) << path << ':' << block.line;
+            }
+        }
+    }
+}
+
+// Under another name a block would escape the tests above.
+TEST(Documents, HaveOneNameForTheLanguage) {
+    for (const std::string& path : documents()) {
+        for (const Block& block : blocks_of(root / path)) {
+            for (const char* name : {"c++", "C++", "CPP", "cxx", "cc", "c", "{.cpp}", "hpp"}) {
+                EXPECT_NE(block.language, name) << path << ':' << block.line << ": not cpp";
+            }
+        }
+    }
+}
+
+TEST(Snippets, SayInCommentsWhatTheyWrite) {
+    for (const Snippet& snippet : all_snippets()) {
+        const Lines results = results_in(snippet.code);
+        if (!results.empty()) {
+            EXPECT_EQ(joined(results), joined(snippet.output)) << snippet.name;
+        }
+    }
+}
+
+TEST(Snippets, HaveANameOfTheirOwnInTheirProgram) {
+    std::map<std::string, int> names;
+    for (const Snippet& snippet : all_snippets()) {
+        EXPECT_EQ(++names[snippet.name], 1) << snippet.name;
+    }
+    EXPECT_GT(names.size(), 30u);
+}
+
+TEST(Snippets, AreShownSomewhere) {
+    std::vector<Lines> shown;
+    for (const std::string& path : documents()) {
+        for (const Block& block : blocks_of(root / path)) {
+            shown.push_back(block.text);
+        }
+    }
+    for (const Snippet& snippet : all_snippets()) {
+        EXPECT_NE(std::find(shown.begin(), shown.end(), snippet.code), shown.end()) << snippet.name;
+    }
+}
+
+TEST(Snippets, AreCutOutOfPrograms) {
+    const Lines program = lines_of("int main() {\n"
+                                   "    //! [one]\n"
+                                   "    if (true) {\n"
+                                   "        f(); // -> 1\n"
+                                   "    }\n"
+                                   "    //! [one]\n"
+                                   "    //! [two]\n"
+                                   "    g();\n"
+                                   "    // ->\n"
+                                   "    // [2]\n"
+                                   "    //   3\n"
+                                   "    h(); // a remark\n"
+                                   "    //! [two]\n"
+                                   "}\n");
+    std::vector<Snippet> snippets = snippets_in(program);
+    ASSERT_EQ(snippets.size(), 2u);
+    take_outputs(snippets, lines_of("[one]\n1\n[two]\n[2]\n  3\n"));
+
+    EXPECT_EQ(snippets[0].name, "one");
+    EXPECT_EQ(joined(snippets[0].code), "if (true) {\n    f(); // -> 1\n}\n");
+    EXPECT_EQ(results_in(snippets[0].code), Lines{"1"});
+    EXPECT_EQ(snippets[0].output, Lines{"1"});
+    EXPECT_EQ(results_in(snippets[1].code), (Lines{"[2]", "  3"}));
+    EXPECT_EQ(snippets[1].output, (Lines{"[2]", "  3"}));
+}
+
+TEST(Blocks, AreCutOutOfMarkdown) {
+    const std::vector<Block> blocks = blocks_of_markdown(lines_of("Text\n"
+                                                                  "```cpp\n"
+                                                                  "f();\n"
+                                                                  "```\n"
+                                                                  "- item\n"
+                                                                  "  ```text\n"
+                                                                  "  1\n"
+                                                                  "  ```\n"));
+    ASSERT_EQ(blocks.size(), 2u);
+    EXPECT_EQ(blocks[0].line, 2u);
+    EXPECT_EQ(blocks[0].language, "cpp");
+    EXPECT_EQ(blocks[0].text, Lines{"f();"});
+    EXPECT_EQ(blocks[1].language, "text");
+    EXPECT_EQ(blocks[1].text, Lines{"1"});
+}
+
+TEST(Blocks, AreCutOutOfHeaders) {
+    const std::vector<Block> blocks =
+        blocks_of_header(lines_of("/// A tour:\n"
+                                  "///\n"
+                                  "///     f();\n"
+                                  "///\n"
+                                  "///     g();\n"
+                                  "///\n"
+                                  "/// More.\n"
+                                  "    /// @throws std::bad_alloc then this is\n"
+                                  "    ///         as it was\n"
+                                  "    ///\n"
+                                  "    ///     h();\n"
+                                  "    int member;\n"));
+    ASSERT_EQ(blocks.size(), 2u);
+    EXPECT_EQ(blocks[0].line, 3u);
+    EXPECT_EQ(blocks[0].text, (Lines{"f();", "", "g();"}));
+    EXPECT_EQ(blocks[1].text, Lines{"h();"});
+}
+
+} // namespace
