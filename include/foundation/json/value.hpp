@@ -135,7 +135,7 @@ struct FOUNDATION_JSON_EXPORT traits<unsigned long long> {
     static const int order = 9;
 };
 
-/// A JSON value. See the top of this file for a tour.
+/// A JSON value. See value.hpp for a tour.
 ///
 /// Where nothing else is said, members do not throw. Messages call the kinds as traits<T>::name
 /// does: "undefined", "JSON null", "JSON boolean", "JSON number", "JSON string", "JSON array",
@@ -191,7 +191,7 @@ public:
     /// - both are arrays, or both objects: this kind, with unspecified content;
     /// - the kind would have become array or object: a bool, false.
     ///
-    /// @throws std::bad_alloc, as said
+    /// @throws std::bad_alloc memory runs out; what is then left is said above
     /// @complexity linear in the size of both.
     Value& operator=(const Value& other);
 
@@ -228,8 +228,8 @@ public:
     /// A number as an int: 0 for Undefined and Null, 0 or 1 for a bool, a double truncated toward
     /// zero (NaN gives -2147483648), the number that a string begins with as std::istringstream
     /// extracts it in the global locale (0 if there is none, the nearest limit if out of range).
-    /// @throws boost::numeric::negative_overflow, boost::numeric::positive_overflow for a double
-    ///         out of range; both derive from std::bad_cast
+    /// @throws boost::numeric::negative_overflow a double is out of range; a std::bad_cast
+    /// @throws boost::numeric::positive_overflow the same
     /// @throws std::runtime_error "invalid conversion: <kind> to int" for the other kinds, float,
     ///         int64 and uint64 among them
     explicit operator int() const;
