@@ -48,8 +48,8 @@ install_packages() {
     ((${#missing[@]} == 0)) || fail "cannot install packages, see $log; missing packages: ${missing[*]}"
 }
 
-# build NAME TARGET [SETTING...] configures build/NAME and builds a target in it. All output goes to
-# standard error.
+# build NAME TARGET [SETTING...] configures build/NAME, with settings and presets as cmake takes them,
+# and builds a target in it. All output goes to standard error.
 build() {
     local -r folder=$root/build/$1 target=$2
     shift 2
@@ -63,9 +63,9 @@ build() {
         ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$folder/CMakeCache.txt"; then
         rm -rf "$folder"
     fi
-    cmake -S "$root" -B "$folder" -G Ninja --log-level=NOTICE \
+    cmake -S "$root" -B "$folder" -G Ninja \
         -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache || true)" \
-        -DFOUNDATION_JSON_CORPUS="${FOUNDATION_JSON_CORPUS:-}" "$@" >&2
+        -DFOUNDATION_JSON_CORPUS="${FOUNDATION_JSON_CORPUS:-}" "$@" >/dev/null
     cmake --build "$folder" --target "$target" >&2
     exec {lock}>&-
 }
