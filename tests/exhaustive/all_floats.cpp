@@ -3,12 +3,13 @@
 ///
 /// Usage: all_floats [THREADS [FIRST [LAST]]]
 ///
-/// FIRST and LAST are bit patterns, hexadecimal, from 0 to ffffffff. Takes the better part of an
-/// hour for all; reports every difference, and ends with 1 if there is one.
+/// FIRST and LAST are bit patterns, hexadecimal, from 0 to ffffffff. Reports every difference, and
+/// ends with 1 if there is one.
 #include "serialization/fast_number_text.hpp"
 #include "serialization/number_text.hpp"
 
 #include <atomic>
+#include <cctype>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -60,25 +61,33 @@ void compare_blocks(std::uint64_t first, std::uint64_t last) {
     }
 }
 
-std::uint64_t argument(int argc, char** argv, int index, int base, std::uint64_t otherwise) {
-    if (index >= argc) {
-        return otherwise;
-    }
+[[noreturn]] void fail(const char* text, const char* reason) {
+    std::fprintf(stderr, "all_floats: '%s' %s (usage: all_floats [THREADS [FIRST [LAST]]])\n", text,
+                 reason);
+    std::exit(2);
+}
+
+/// The number that an argument says in some base.
+std::uint64_t number(const char* text, int base, std::uint64_t least, std::uint64_t most) {
     char* end = nullptr;
-    const std::uint64_t number = std::strtoull(argv[index], &end, base);
-    if (end == argv[index] || *end != '\0' || number > 0xFFFFFFFF) {
-        std::fprintf(stderr, "all_floats: not a number in range: '%s'\n", argv[index]);
-        std::exit(2);
+    const std::uint64_t value = std::strtoull(text, &end, base);
+    if (std::isxdigit(static_cast<unsigned char>(*text)) == 0 || *end != '\0' || value < least ||
+        value > most) {
+        fail(text, "is not a number in range");
     }
-    return number;
+    return value;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::uint64_t threads = argument(argc, argv, 1, 10, 2);
-    const std::uint64_t first = argument(argc, argv, 2, 16, 0);
-    const std::uint64_t last = argument(argc, argv, 3, 16, 0xFFFFFFFF);
+    constexpr std::uint64_t most = 0xFFFFFFFF;
+    const std::uint64_t threads = argc > 1 ? number(argv[1], 10, 1, 1024) : 2;
+    const std::uint64_t first = argc > 2 ? number(argv[2], 16, 0, most) : 0;
+    const std::uint64_t last = argc > 3 ? number(argv[3], 16, first, most) : most;
+    if (argc > 4) {
+        fail(argv[4], "is one argument too many");
+    }
     const auto start = std::chrono::steady_clock::now();
     std::vector<std::thread> workers;
     for (std::uint64_t i = 0; i < threads; ++i) {
