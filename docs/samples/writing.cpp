@@ -47,8 +47,9 @@ int main() {
     snippet("doubles");
     {
         //! [doubles]
-        for (const double number : {3.0, 0.1, 0.1 + 0.2, 999999.5, 1e6, 1234567.0, 1e-4, 1e-5, -0.0,
-                                    1e100, std::nan("")}) {
+        const std::vector<double> numbers = {3,    0.1,  0.1 + 0.2, 999999.5, 1e6,         1234567,
+                                             1e-4, 1e-5, -0.0,      1e100,    std::nan("")};
+        for (const double number : numbers) {
             std::cout << serialize(number) << ' ';
         }
         //! [doubles]

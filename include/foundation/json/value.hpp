@@ -64,8 +64,9 @@ struct FOUNDATION_JSON_EXPORT Undefined {
 };
 
 /// What is known of a native type: `name`, how messages call it, and `order`, its place when values
-/// of different kinds are ordered. Only the specialisations below exist. That of int is the name of
-/// a conversion's target; its order is double's because a Value built from an int holds a double.
+/// of different kinds are ordered. Defined for what a Value may hold, and for int: its name is that
+/// of a conversion's target, its order is double's because a Value built from an int holds a
+/// double.
 template <class T>
 struct traits;
 
