@@ -67,3 +67,21 @@ configure_file(
 install(FILES ${PROJECT_BINARY_DIR}/packaging/foundation_json.pc
     DESTINATION ${pkgconfig_dir}
     COMPONENT foundation_json_Development)
+
+# What shows values in debuggers. For the shared library, gdb finds the script by itself: below its
+# folder for that, under the full name of the library.
+set(debugger_dir ${PROJECT_SOURCE_DIR}/debugger)
+install(FILES ${debugger_dir}/foundation_json_gdb.py ${debugger_dir}/foundation_json.natvis
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/foundation_json
+    COMPONENT foundation_json_Development)
+if(BUILD_SHARED_LIBS)
+    # The prefix is that of the installation, which need not be that of the build.
+    set(full_libdir ${CMAKE_INSTALL_LIBDIR})
+    if(NOT IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR})
+        set(full_libdir "\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}")
+    endif()
+    install(FILES ${debugger_dir}/foundation_json_gdb.py
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load/${full_libdir}
+        RENAME $<TARGET_FILE_NAME:foundation_json>-gdb.py
+        COMPONENT foundation_json_Development)
+endif()

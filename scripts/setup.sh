@@ -6,7 +6,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 
 # What it takes to build the library and the demonstration, and what the tests add to that.
 build_packages=(g++ cmake ninja-build libboost-dev libicu-dev libfast-float-dev)
-test_packages=(libgtest-dev pkg-config locales binutils)
+test_packages=(libgtest-dev pkg-config locales binutils gdb python3)
 
 # fail MESSAGE [STATUS]
 fail() {
