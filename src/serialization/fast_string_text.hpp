@@ -43,6 +43,15 @@ void store_word(char* out, Word word) noexcept {
     std::memcpy(out, &word, sizeof word);
 }
 
+/// Two words as the one that they are when one lies behind the other in memory.
+inline std::uint64_t join_words(std::uint32_t first, std::uint32_t second) noexcept {
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+    return first | static_cast<std::uint64_t>(second) << 32;
+#else
+    return static_cast<std::uint64_t>(first) << 32 | second;
+#endif
+}
+
 /// Sixteen bytes as two words; for machines without vectors.
 class PortableBytes {
 public:
@@ -200,9 +209,7 @@ bool copy_clean(char* out, const char* from, std::size_t size) noexcept {
             words[i] = load_word<std::uint32_t>(from + places[i]);
             store_word(out + places[i], words[i]);
         }
-        return !Bytes(words[0] | std::uint64_t{words[1]} << 32,
-                      words[2] | std::uint64_t{words[3]} << 32)
-                    .any_escaped();
+        return !Bytes(join_words(words[0], words[1]), join_words(words[2], words[3])).any_escaped();
     }
     char letters = '\0';
     for (std::size_t index = 0; index != size; ++index) {
@@ -249,7 +256,7 @@ EscapedCopy copy_escaped(char* out, const char* from, const char* to) noexcept {
             const auto last = load_word<std::uint32_t>(to - 4);
             store_word(out, first);
             store_word(out + left - 4, last);
-            const std::uint64_t both = first | static_cast<std::uint64_t>(last) << 32;
+            const std::uint64_t both = join_words(first, last);
             clean = Bytes(both, both).first_escaped();
             clean = clean < 4 ? clean : left - 8 + (clean < 8 ? clean : 8);
         } else {
