@@ -36,13 +36,8 @@ class FoundationJsonMemory:
         return self.unpack(str(count) + {4: "I", 8: "Q"}[self.word], data)
 
     def read(self, address, length):
-        process, piece, end = gdb.selected_inferior(), 4096, address + length
-        self.check(0 <= address and end <= 1 << 8 * self.word)
-        # In pieces: a length out of thin air ends at the first page that is not there.
-        return b"".join(
-            process.read_memory(start, min(piece, end - start)).tobytes()
-            for start in range(address, end, piece)
-        )
+        self.check(0 <= address and address + length <= 1 << 8 * self.word)
+        return gdb.selected_inferior().read_memory(address, length).tobytes()
 
     def words_at(self, address, count):
         return self.words(count, self.read(address, count * self.word))
@@ -66,14 +61,13 @@ class FoundationJsonWriter:
     CONTAINERS = {"JSON array", "JSON object"}
 
     UNREADABLE = "<unreadable>"
-    # How deep it goes where gdb sets no limit; Python's own stack ends soon after.
+    # How deep it goes whatever gdb allows; Python's own stack ends soon after.
     MAX_DEPTH = 100
 
     def __init__(self, value_type):
         options = gdb.print_options()
-        depth = options["max_depth"]
-        self.limit = options["max_elements"] or float("inf")
-        self.max_depth = self.MAX_DEPTH if depth < 0 else min(depth, self.MAX_DEPTH)
+        self.limit = options["max_elements"]
+        self.max_depth = min(options["max_depth"], self.MAX_DEPTH)
         self.charset = "utf-8" if gdb.host_charset().upper() == "UTF-8" else "ascii"
         self.type = value_type.strip_typedefs().unqualified()
         self.memory = FoundationJsonMemory(self.type.pointer())

@@ -5,6 +5,7 @@
 Value undefined, null, boolean, number, string, array, object, decimal, integer, counter;
 Value whole, tenth, bytes, nested, deep, twenty;
 ParserException exception = make_exception();
+Value& reference = array;
 
 // Where the debugger stops.
 extern "C" __attribute__((noinline)) void stop() {
