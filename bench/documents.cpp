@@ -3,6 +3,7 @@
 #include "reader.hpp"
 
 #include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
 
 #include <algorithm>
 #include <array>

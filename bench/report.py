@@ -131,6 +131,19 @@ def growth_table(results):
                   for task, row in tasks.items()])
 
 
+def compile_time_table(results):
+    ours = [(result["header"], result["seconds"]) for result in results
+            if result["contender"] == OURS]
+    others = [(f"{result['contender']}: {result['header']}", result["seconds"])
+              for result in results if result["contender"] != OURS]
+    if not others:
+        return table(["An inclusion of", "Time"], [[h, f"{digits(s)} s"] for h, s in ours])
+    best = min(seconds for _, seconds in others)
+    return table(["An inclusion of", "Time", "Time / that of the best other"],
+                 [[header, f"{digits(seconds)} s", digits(seconds / best)]
+                  for header, seconds in sorted(ours + others, key=lambda row: row[1])])
+
+
 # ---- Chart ---------------------------------------------------------------------------------
 
 COLOURS = {"nlohmann": "#4c86c6", "RapidJSON": "#d9822b", "Boost.JSON": "#3f9a56",
@@ -235,6 +248,9 @@ def main(arguments):
               "Allocated at a time besides the value, the resulting text included.", ""]
     lines += memory_table(memory)
     lines += ["### Growth", ""] + growth_table(growth)
+    lines += ["### Compilation", "",
+              "Processor time of g++ -O0 for a program that includes the header and is empty.", ""]
+    lines += compile_time_table(json.loads((folder / "compile_time.json").read_text()))
     lines.append(END)
 
     text = page.read_text()

@@ -11,6 +11,7 @@
 #include "support/tree.hpp"
 
 #include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
 
 #include <algorithm>
 #include <cstdint>

@@ -5,6 +5,7 @@
 
 #include <foundation/json/parse_errors.hpp>
 #include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
 
 #include <cerrno>
 #include <cstdio>

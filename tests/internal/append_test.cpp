@@ -2,6 +2,7 @@
 #include "access/append.hpp"
 
 #include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
 
 #include "support/describe.hpp"
 #include "support/samples.hpp"

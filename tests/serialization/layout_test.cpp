@@ -1,6 +1,7 @@
 /// @file
 /// Where brackets, commas, colons, line ends and spaces go.
 #include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
 
 #include <gtest/gtest.h>
 

@@ -5,6 +5,7 @@
 #include "support/scoped_rounding.hpp"
 
 #include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
 
 #include <gtest/gtest.h>
 

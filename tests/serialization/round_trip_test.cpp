@@ -5,6 +5,7 @@
 #include "support/tree.hpp"
 
 #include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,7 @@
 /// @file
 /// The Serializer's flag, its reuse, and what it leaves around the text.
 #include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
 
 #include <gtest/gtest.h>
 

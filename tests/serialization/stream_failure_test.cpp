@@ -4,6 +4,7 @@
 #include "support/write_onto.hpp"
 
 #include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,7 @@
 /// @file
 /// The text of strings and member names, byte by byte.
 #include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
 
 #include <gtest/gtest.h>
 

@@ -6,6 +6,7 @@
 #include "support/kind.hpp"
 
 #include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
 
 namespace foundation::json::test {
 

@@ -4,6 +4,7 @@
 #define FOUNDATION_JSON_TESTS_SUPPORT_WRITE_ONTO_HPP
 
 #include <foundation/json/serializer.hpp>
+#include <foundation/json/value.hpp>
 
 #include <ostream>
 #include <string>

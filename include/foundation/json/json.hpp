@@ -8,6 +8,7 @@
 /// - serializer.hpp: Serializer, serialize and pretty_print, values as JSON text
 /// - parse_errors.hpp: ParseResult and ParserException, how reading JSON text can fail
 /// - text_helpers.hpp: two text conversions for whoever writes a reader
+/// - fwd.hpp: declarations of the classes, for headers that need no more
 ///
 /// Each header stands alone; include the one you need where compile time matters.
 
@@ -20,6 +21,7 @@
 #define FOUNDATION_JSON_JSON_HPP
 
 #include <foundation/json/builders.hpp>
+#include <foundation/json/fwd.hpp>
 #include <foundation/json/parse_errors.hpp>
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/text_helpers.hpp>

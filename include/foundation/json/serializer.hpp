@@ -22,12 +22,13 @@
 /// the strings "NaN", "Inf" and "-Inf"; a solidus is written `\/`; an empty container in pretty
 /// layout holds its own indentation between its brackets.
 ///
-/// Strings are written byte for byte, without a look at their encoding.
+/// Strings are written byte for byte, without a look at their encoding. To make values, include
+/// value.hpp; this header only takes them by reference.
 #ifndef FOUNDATION_JSON_SERIALIZER_HPP
 #define FOUNDATION_JSON_SERIALIZER_HPP
 
 #include <foundation/json/export.hpp>
-#include <foundation/json/value.hpp>
+#include <foundation/json/fwd.hpp>
 
 #include <iosfwd>
 #include <string>

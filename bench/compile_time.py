@@ -1,0 +1,70 @@
+"""Usage: compile_time.py REPETITIONS INCLUDES FLAG...
+
+Compiles empty programs that include one header each, this library's and those of others, and writes
+the medians of the compiler's processor time to standard output, as JSON. INCLUDES is the folder of
+this library's headers; each FLAG goes to g++, for instance to find the others' headers. Headers
+that are not there are left out.
+"""
+
+import json
+import os
+import random
+import statistics
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+PEERS = {"nlohmann": ["nlohmann/json.hpp"],
+         "RapidJSON": ["rapidjson/document.h", "rapidjson/prettywriter.h"],
+         "Boost.JSON": ["boost/json.hpp"],
+         "JsonCpp": ["json/json.h"]}
+
+
+def fail(message):
+    sys.exit(f"compile_time.py: {message}")
+
+
+def seconds_to_compile(source, flags):
+    """The processor time that it takes, or None if it fails."""
+    before = os.times()
+    done = subprocess.run(["g++", "-std=c++17", "-O0", "-c", "-o", "/dev/null", *flags, source],
+                          capture_output=True, check=False)
+    after = os.times()
+    if done.returncode != 0:
+        return None
+    return (after.children_user - before.children_user
+            + after.children_system - before.children_system)
+
+
+def main(arguments):
+    if len(arguments) < 2 or not arguments[0].isdigit() or int(arguments[0]) < 1:
+        fail("expected: a number of repetitions and a folder (see the file's first line)")
+    repetitions, includes, flags = int(arguments[0]), Path(arguments[1]), arguments[2:]
+    headers = sorted(includes.glob("foundation/json/*.hpp"))
+    if not headers:
+        fail(f"no headers in {includes}")
+    flags = [*flags, f"-I{includes}", "-I/usr/include/jsoncpp"]
+    programs = {("foundation::json", header.name): [str(header.relative_to(includes))]
+                for header in headers}
+    programs |= {(peer, needed[0]): needed for peer, needed in PEERS.items()}
+
+    with tempfile.TemporaryDirectory() as folder:
+        sources = {}
+        for number, (program, needed) in enumerate(programs.items()):
+            source = Path(folder) / f"{number}.cpp"
+            source.write_text("".join(f"#include <{header}>\n" for header in needed))
+            if seconds_to_compile(source, flags) is not None:
+                sources[program] = source
+            elif program[0] == "foundation::json":
+                fail(f"{program[1]} does not compile")
+        times = {program: [] for program in sources}
+        for _ in range(repetitions):
+            for program in random.sample(list(sources), len(sources)):
+                times[program].append(seconds_to_compile(sources[program], flags))
+    json.dump([{"contender": contender, "header": header, "seconds": statistics.median(seconds)}
+               for (contender, header), seconds in times.items()], sys.stdout, indent=1)
+    print()
+
+
+main(sys.argv[1:])
