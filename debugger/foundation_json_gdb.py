@@ -288,4 +288,8 @@ class FoundationJsonPrinters(gdb.printing.PrettyPrinter):
         return FoundationJsonValue(value)
 
 
-gdb.printing.register_pretty_printer(gdb.current_objfile(), FoundationJsonPrinters(), replace=True)
+# Older versions of gdb, which do not tell their limits, show values as they are.
+if hasattr(gdb, "print_options"):
+    gdb.printing.register_pretty_printer(
+        gdb.current_objfile(), FoundationJsonPrinters(), replace=True
+    )
