@@ -76,3 +76,12 @@ run_tests() {
     shift
     ctest --test-dir "$folder" --output-on-failure --no-tests=error --parallel "$(nproc)" "$@"
 }
+
+# record NAME TEXT keeps the result of a run, with its date and the commit, for scripts/status.
+record() {
+    local commit
+    commit=$(git -C "$root" rev-parse --short HEAD 2>/dev/null || echo "no commit")
+    [[ -z $(git -C "$root" status --porcelain --untracked-files=no 2>/dev/null) ]] || commit+=", changed"
+    mkdir -p "$root/build/last-runs"
+    printf '%s | %s, %s\n' "$2" "$(date +%F)" "$commit" >"$root/build/last-runs/$1"
+}
