@@ -251,11 +251,11 @@ class FoundationJsonParserException:
             # The table of virtual functions, the message, the code and the position.
             _, message, _, byte, line, column = memory.words_at(address, 6)
             (code,) = memory.unpack("i", memory.read(address + 2 * memory.word, 4))
-            known = 0 <= code < len(self.PARSE_RESULTS)
-            name = self.PARSE_RESULTS[code] if known else writer.UNREADABLE
+            memory.check(0 <= code < len(self.PARSE_RESULTS))
             # The message is shared by copies of the exception; its length precedes its text.
             (length,) = memory.words_at(message - 3 * memory.word, 1)
             text = writer.string(message, length)
+            name = self.PARSE_RESULTS[code]
             return f"ParserException {name} at byte {byte}, line {line}, column {column}: {text}"
         except gdb.error:
             return f"ParserException {writer.UNREADABLE}"
