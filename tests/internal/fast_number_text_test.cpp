@@ -122,30 +122,30 @@ struct Limits<float> {
     static constexpr int many_digits = 9;
 };
 
-/// Whether a number lies exactly half way between two texts of so many digits.
-bool is_between_texts(double number, int digits) {
+/// How far from the middle a number is still as good as half way, in units of the whole way. A
+/// float's text is read as a double first, so what is near counts too.
+template <class Number>
+constexpr double nearness = std::is_same_v<Number, float> ? 0x1p-20 : 0;
+
+/// Whether a number lies half way between two texts of so many digits.
+template <class Number>
+bool is_between_texts(Number number, int digits) {
     std::array<char, 128> text{};
-    std::snprintf(text.data(), text.size(), "%.60e", std::fabs(number));
-    const std::string_view behind_point(text.data() + 2, 60);
-    return behind_point.substr(static_cast<std::size_t>(digits) - 1).find_first_not_of('0') == 0 &&
-           behind_point[static_cast<std::size_t>(digits) - 1] == '5' &&
-           behind_point.find_first_not_of('0', static_cast<std::size_t>(digits)) ==
-               std::string_view::npos;
+    std::snprintf(text.data(), text.size(), "%.60e", static_cast<double>(std::fabs(number)));
+    const std::string behind_digits(text.data() + 1 + digits, text.data() + 62);
+    return std::fabs(std::stod("0." + behind_digits) - 0.5) <= nearness<Number>;
 }
 
-/// Whether the text of so many digits, read as a double if need be, lies half way between a number
-/// and a neighbour.
+/// Whether the text of so many digits lies half way between a number and a neighbour.
 template <class Number>
 bool has_text_between_numbers(Number number, int digits) {
     std::array<char, 128> text{};
     std::snprintf(text.data(), text.size(), "%.*e", digits - 1, static_cast<double>(number));
-    const long double read = std::is_same_v<Number, float>
-                                 ? static_cast<long double>(std::strtod(text.data(), nullptr))
-                                 : std::strtold(text.data(), nullptr);
+    const long double read = std::strtold(text.data(), nullptr);
     constexpr Number infinity = std::numeric_limits<Number>::infinity();
     for (const Number limit : {infinity, -infinity}) {
         const long double step = static_cast<long double>(std::nextafter(number, limit)) - number;
-        if (read == number + step / 2) {
+        if (std::fabs(read - (number + step / 2)) <= std::fabs(step) * nearness<Number>) {
             return true;
         }
     }
@@ -159,7 +159,7 @@ bool may_be_left(Number number) {
     return std::fpclassify(number) == FP_SUBNORMAL ||
            (std::is_same_v<Number, float> &&
             std::fabs(number) == std::numeric_limits<Number>::max()) ||
-           is_between_texts(static_cast<double>(number), L::many_digits) ||
+           is_between_texts(number, L::many_digits) ||
            has_text_between_numbers(number, L::few_digits);
 }
 
