@@ -257,9 +257,15 @@ def main(arguments):
     if text.count(BEGIN) != 1 or text.count(END) != 1:
         fail(f"{page} has no markers {BEGIN} and {END}")
     before, after = text.split(BEGIN)[0], text.split(END)[1]
+    drawn = chart(compared)
     page.write_text(before + "\n".join(lines) + after)
-    picture.write_text(chart(compared))
+    picture.write_text(drawn)
     return 0
 
 
-sys.exit(main(sys.argv[1:]))
+try:
+    sys.exit(main(sys.argv[1:]))
+except OSError as error:
+    fail(f"{error.filename}: {error.strerror}")
+except ValueError as error:
+    fail(f"not the results of benchmarks: {error}")
