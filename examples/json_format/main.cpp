@@ -1,5 +1,6 @@
 /// @file
 /// json_format: reads JSON text and writes it again, compact or pretty.
+#include "large_pieces.hpp"
 #include "reader.hpp"
 #include "report.hpp"
 
@@ -89,32 +90,39 @@ std::string read_file(const std::string& name) {
     return read_all(file.get(), name);
 }
 
-/// Closing tells of errors that writing did not.
-void finish_output() {
-    if (!std::cout.flush() || std::fclose(stdout) != 0) {
-        fail("cannot write standard output");
+/// Calls a function with a stream onto standard output.
+template <class Write>
+void write_output(Write write) {
+    const std::string failure = "cannot write standard output";
+    json_format::LargePieces pieces(stdout);
+    std::ostream stream(&pieces);
+    write(stream);
+    pieces.finish(failure);
+    // Closing tells of errors that writing did not.
+    if (std::fclose(stdout) != 0) {
+        fail(failure);
     }
 }
 
-void write(const Value& value, bool pretty) {
-    Serializer serializer;
-    serializer.pretty_print(pretty);
-    serializer.write(std::cout, value);
-    std::cout << '\n';
-    finish_output();
+void write_value(const Value& value, bool pretty) {
+    write_output([&](std::ostream& stream) {
+        Serializer serializer;
+        serializer.pretty_print(pretty);
+        serializer.write(stream, value);
+        stream << '\n';
+    });
 }
 
 ExitCode run(const Options& options) {
     if (options.help) {
-        std::cout << usage;
-        finish_output();
+        write_output([](std::ostream& stream) { stream << usage; });
         return success;
     }
     const bool from_stdin = options.file == "-";
     const std::string name = from_stdin ? "<stdin>" : options.file;
     const std::string text = from_stdin ? read_all(stdin, name) : read_file(name);
     try {
-        write(json_format::read(text), options.pretty);
+        write_value(json_format::read(text), options.pretty);
     } catch (const ParserException& error) {
         std::cerr << json_format::report(name, error);
         return bad_input;
@@ -125,7 +133,6 @@ ExitCode run(const Options& options) {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::ios::sync_with_stdio(false);
     try {
         return run(parse(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc)));
     } catch (const std::bad_alloc&) {
