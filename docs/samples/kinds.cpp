@@ -4,6 +4,8 @@
 #include <foundation/json/json.hpp>
 
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <iostream>
 #include <limits>
 #include <string>
@@ -14,10 +16,11 @@ int main() {
     snippet("integers");
     //! [integers]
     const std::size_t count = 3'000'000;
-    const long id = 7;
+    const std::int64_t id = 7;
     const Value exact = static_cast<unsigned long long>(count);
     const Value number = static_cast<double>(id);
     std::cout << serialize(exact) << ' ' << serialize(number) << '\n'; // -> 3000000 7
+    std::cout << serialize('c') << ' ' << serialize("c") << '\n';      // -> 99 "c"
     //! [integers]
 
     snippet("to int");

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <fstream>
 #include <ios>
 #include <map>
 #include <ostream>
@@ -265,6 +266,20 @@ TEST(FailingStream, ThrowsTheFailureOfAFlushIfAsked) {
     throwing.exceptions(ios_base::badbit);
     EXPECT_THROW(write(throwing, Array{1, 2}, Layout::pretty), test::ProbeFailure);
     EXPECT_EQ(throwing.log(), "[\n~    1,\n");
+}
+
+// When the bytes go out is the matter of the buffer and of the sizes of the pieces; that they did
+// is certain after the flush.
+TEST(FailingStream, OntoAFullDeviceHasFailedOnceFlushed) {
+    for (const int elements : {1, 100, 300, 2000, 20000}) {
+        for (const Layout layout : {Layout::compact, Layout::pretty}) {
+            std::ofstream file("/dev/full");
+            ASSERT_TRUE(file.good());
+            write(file, Array(static_cast<std::size_t>(elements), Value("x")), layout);
+            file.flush();
+            EXPECT_TRUE(file.bad()) << elements;
+        }
+    }
 }
 
 TEST(FailingStream, TakesExactlyTheBytesOfALongTextBeforeItsFailure) {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -151,7 +152,16 @@ TEST(Value, TakesSmallIntegersAndUnscopedEnumerationsAsInts) {
     EXPECT_EQ(describe(Value(SECOND)), "JSON number 1");
 }
 
+TEST(Value, IsTextAsToTheCompilerWhereANullPointerIsWritten) {
+    static_assert(std::is_convertible_v<std::nullptr_t, Value>);
+    static_assert(std::is_assignable_v<Value&, std::nullptr_t>);
+    using Comparison = decltype(std::declval<Value&>()["x"] == nullptr);
+    static_assert(std::is_same_v<Comparison, bool>);
+}
+
 TEST(Value, CannotBeBuiltFromNumbersThatFitNoConstructorBest) {
+    static_assert(std::is_constructible_v<Value, std::int64_t> !=
+                  std::is_same_v<std::int64_t, long>);
     static_assert(!std::is_constructible_v<Value, unsigned int>);
     static_assert(!std::is_constructible_v<Value, long>);
     static_assert(!std::is_constructible_v<Value, unsigned long>);
@@ -236,6 +246,17 @@ TEST(Value, MovingKeepsElementsAndMembersWhereTheyAre) {
 
 TEST(Value, MoveConstructorMayThrow) {
     EXPECT_FALSE(std::is_nothrow_move_constructible_v<Value>);
+}
+
+TEST(Value, IsCopiedWhereAVectorOfValuesGrowsAndNotWhereItHasRoom) {
+    Array values;
+    values.reserve(2);
+    values.push_back(Array{1, 2, 3});
+    const auto element = reinterpret_cast<std::uintptr_t>(&values[0][0]);
+    values.push_back(Null());
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(&values[0][0]), element);
+    values.reserve(values.capacity() + 1);
+    EXPECT_NE(reinterpret_cast<std::uintptr_t>(&values[0][0]), element);
 }
 
 // ---- Layout --------------------------------------------------------------------------------

@@ -18,6 +18,9 @@
 ///
 /// Builders copy all that they are given, at every step. They are for literals of modest size
 /// written in code; bulk data is built with Value::push() and Value::operator[].
+///
+/// The comma and the assignment change a builder that is const, too: unlike a Value, a builder
+/// belongs to one thread, even where all threads have it by const reference.
 #ifndef FOUNDATION_JSON_BUILDERS_HPP
 #define FOUNDATION_JSON_BUILDERS_HPP
 

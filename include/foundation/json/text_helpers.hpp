@@ -26,6 +26,8 @@ namespace foundation::json::detail {
 /// @return the UTF-8 text of exactly those units
 /// @throws std::length_error with the text "string too long" if length is negative
 /// @throws std::bad_alloc if memory runs out
+/// @throws std::invalid_argument if ICU, which converts, cannot open a converter to UTF-8, as it
+///         may where its data is missing; ICU 72 needs no data for this one
 /// @complexity linear in length
 FOUNDATION_JSON_EXPORT std::string u16_to_u8(char16_t* text, int length);
 

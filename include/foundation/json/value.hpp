@@ -214,8 +214,8 @@ public:
     /// @param other  neither within this value nor the other way round
     /// @return this value
     /// @throws std::bad_alloc if the kinds differ and one of them is array or object. Then both are
-    ///         as they were, or one of the two, either, holds what this value held, the other has
-    ///         become a bool, false, and what it held is lost.
+    ///         as they were; or what the other held is lost, one of the two, either, holds what
+    ///         this value held, and the remaining one has become a bool, false.
     Value& swap(Value& other);
     /// @}
 

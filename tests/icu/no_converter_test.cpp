@@ -1,0 +1,44 @@
+/// @file
+/// What callers see of an ICU that cannot open a converter. This program stands in for it.
+#include <foundation/json/text_helpers.hpp>
+
+#include <unicode/ucnv.h>
+
+#include <gtest/gtest.h>
+
+#include <new>
+#include <stdexcept>
+
+namespace {
+UErrorCode why_nothing_opens = U_FILE_ACCESS_ERROR;
+} // namespace
+
+extern "C" UConverter* ucnv_open(const char* /*name*/, UErrorCode* status) {
+    *status = why_nothing_opens;
+    return nullptr;
+}
+
+namespace {
+
+using namespace foundation::json;
+
+TEST(U16ToU8, ThrowsInvalidArgumentWhereIcuLacksTheConverter) {
+    for (const UErrorCode why : {U_FILE_ACCESS_ERROR, U_INVALID_FORMAT_ERROR}) {
+        why_nothing_opens = why;
+        char16_t text[] = u"text";
+        try {
+            detail::u16_to_u8(text, 4);
+            ADD_FAILURE() << "nothing was thrown";
+        } catch (const std::invalid_argument& error) {
+            EXPECT_STREQ(error.what(), "unknown encoding: UTF-8");
+        }
+    }
+}
+
+TEST(U16ToU8, ThrowsBadAllocWhereIcuRunsOutOfMemory) {
+    why_nothing_opens = U_MEMORY_ALLOCATION_ERROR;
+    char16_t text[] = u"text";
+    EXPECT_THROW(detail::u16_to_u8(text, 4), std::bad_alloc);
+}
+
+} // namespace
