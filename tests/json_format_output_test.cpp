@@ -167,6 +167,7 @@ TEST(LargePieces, TellOfAnErrorThatWritingWouldHaveGotOver) {
 /// What the program writes of a file, a string for each system call.
 std::vector<std::string> writes_of_program(std::vector<std::string> arguments) {
     std::vector<char*> argv;
+    argv.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) {
         argv.push_back(argument.data());
     }
