@@ -3,6 +3,8 @@
 
 #include <boost/variant/get.hpp>
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace foundation::json {
@@ -142,7 +144,7 @@ private:
     }
 }
 
-/// Makes a copy of the visited container in a value that is still Undefined.
+/// Copies the members of the visited container to a value that holds an empty one.
 class CopyDeferred : public boost::static_visitor<> {
 public:
     explicit CopyDeferred(Value& target) noexcept : target_(target) {}
@@ -156,34 +158,37 @@ public:
 private:
     template <class Container>
     void copy_container(const Container& content) const {
-        target_ = Container();
         copy_members(content_of<Container>(target_), content);
     }
 
     Value& target_;
 };
 
-/// Whether content is an array or object.
-struct IsContainer : boost::static_visitor<bool> {
-    bool operator()(const Array&) const { return true; }
-    bool operator()(const Object&) const { return true; }
+using Variant = detail::ValueAccess::Variant;
 
-    template <class Other>
-    bool operator()(const Other&) const {
-        return false;
+/// A copy of scalars, tags and strings; an empty container in place of an array or object.
+struct CopyShallow : boost::static_visitor<Variant> {
+    Variant operator()(const Array&) const { return Variant(Array()); }
+    Variant operator()(const Object&) const { return Variant(Object()); }
+
+    template <class Content>
+    Variant operator()(const Content& content) const {
+        return Variant(content);
     }
 };
 
-/// What to make a copy's variant from: the original or, in place of a container beyond the ordinary
-/// levels, Undefined, to be replaced by CopyDeferred.
-const Value& copy_source(const Value& original, const detail::NestingLevel& level) {
-    const bool deferred = level.beyond_ordinary() && detail::visit(IsContainer(), original);
-    return deferred ? detail::ValueAccess::undefined() : original;
+/// A copy but, beyond the ordinary levels, for what is left to CopyDeferred.
+Variant copy(const Value& original) {
+    const detail::NestingLevel level;
+    if (level.beyond_ordinary()) {
+        return detail::visit(CopyShallow(), original);
+    }
+    return detail::ValueAccess::variant(original);
 }
 
 } // namespace
 
-Value::Value(const Value& other) : variant_(copy_source(other, detail::NestingLevel()).variant_) {
+Value::Value(const Value& other) : variant_(copy(other)) {
     if (detail::NestingLevel::at_last_ordinary()) {
         detail::visit(CopyDeferred(*this), other);
     }
@@ -268,13 +273,69 @@ void assign(Variant& target, Source&& source) {
     }
 }
 
+// What a vector's assignment does, on little stack. All that it assigns by recursion is an array to
+// an array. What else lies deeper is copied, on little stack too, or not changed.
+
+void assign_elements(Array& target, const Array& source);
+
+/// Assigns the visited content, which is that of a value, to another value.
+class AssignDeep : public boost::static_visitor<> {
+public:
+    AssignDeep(Value& target, const Value& source) noexcept : target_(target), source_(source) {}
+
+    void operator()(const Array& elements) const {
+        if (auto* const target = boost::strict_get<Array>(&detail::ValueAccess::variant(target_))) {
+            assign_elements(*target, elements);
+        } else {
+            assign_content();
+        }
+    }
+
+    template <class Other>
+    void operator()(const Other&) const {
+        assign_content();
+    }
+
+private:
+    [[gnu::noinline]] void assign_content() const {
+        assign(detail::ValueAccess::variant(target_), detail::ValueAccess::variant(source_));
+    }
+
+    Value& target_;
+    const Value& source_;
+};
+
+/// Assigns elements without recursion: all that need more room than there is, or else those that
+/// come after the target's elements. Elements that the target has and the source has not are
+/// destroyed.
+[[gnu::noinline]] void assign_rest(Array& target, const Array& source) {
+    if (source.size() > target.capacity()) {
+        target = source;
+    } else if (source.size() > target.size()) {
+        target.insert(target.end(), source.begin() + static_cast<std::ptrdiff_t>(target.size()),
+                      source.end());
+    } else {
+        target.erase(target.begin() + static_cast<std::ptrdiff_t>(source.size()), target.end());
+    }
+}
+
+[[gnu::noinline]] void assign_elements(Array& target, const Array& source) {
+    if (source.size() <= target.capacity()) {
+        const std::size_t in_place = std::min(target.size(), source.size());
+        for (std::size_t i = 0; i != in_place; ++i) {
+            detail::visit(AssignDeep(target[i], source[i]), source[i]);
+        }
+    }
+    assign_rest(target, source);
+}
+
 } // namespace
 
 Value& Value::operator=(const Value& other) {
     if (this != &other) {
         const detail::NestingLevel level;
         if (level.beyond_ordinary()) {
-            *this = Value(other);
+            detail::visit(AssignDeep(*this, other), other);
         } else {
             assign(variant_, other.variant_);
         }

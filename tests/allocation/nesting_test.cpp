@@ -2,6 +2,7 @@
 // copied in another way than the rest.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
+#include "support/nested.hpp"
 #include "support/samples.hpp"
 
 #include <foundation/json/value.hpp>
@@ -89,6 +90,123 @@ TEST(DeepAssignmentOutOfMemory, LeavesFalseWhereTheKindWouldHaveChanged) {
     EXPECT_GT(failures_of_assigning("a text too long for a string's own storage",
                                     nested(levels, samples()), "JSON boolean"),
               2u * levels);
+}
+
+// ---- The state that each failure leaves, compared with that of the same near the surface --------
+
+const char* const long_text = "a text too long for a string's own storage";
+const char* const other_text = "another text that is too long for a string's own storage";
+
+struct Change {
+    const char* name;
+    Value (*target)();
+    Value source;
+};
+
+/// An array with room for eight elements that holds two.
+Value with_room() {
+    Value array(Array(8, 0));
+    const Value two(Array{long_text, Array{1, long_text}});
+    array = two;
+    return array;
+}
+
+std::vector<Change> changes() {
+    const Value mixed(Array{other_text, Array{Array{1}, other_text}, Object{{"c", other_text}},
+                            Object{{other_text, Array{2, other_text}}}, other_text});
+    return {
+        {"as many elements",
+         [] {
+             return Value(Array{1, Array{Array{long_text, Null()}, 2}, Object{{"a", long_text}}, 3,
+                                Array{4, long_text}});
+         },
+         mixed},
+        {"more elements than there is room for",
+         [] {
+             return Value(Array{1, Array{long_text}});
+         },
+         mixed},
+        {"more elements, with room for them", with_room, mixed},
+        {"fewer elements",
+         [] {
+             return Value(Array{1, Array{2, long_text}, 3, 4, 5, 6, Array{long_text}, Object{}});
+         },
+         mixed},
+        {"other members",
+         [] {
+             return Value(Object{{"a", 1}, {"b", Array{long_text}}});
+         },
+         Value(Object{{"a", mixed}, {"c", other_text}, {"d", Object{{"e", mixed}}}})},
+        {"an array in place of a text", [] { return Value(long_text); }, mixed},
+        {"an object in place of an array", [] { return Value(Array{long_text}); },
+         Value(Object{{"a", mixed}})},
+        {"a text in place of an object",
+         [] {
+             return Value(Object{{long_text, 1}});
+         },
+         Value(other_text)},
+    };
+}
+
+/// Assigns to a value within so many arrays while the n-th allocation fails. What that leaves is
+/// the value's text, and whether the element that was its first is still where it was; nothing if
+/// no allocation has failed.
+std::optional<std::string> left_by_failure(const Change& change, std::size_t level, std::size_t n) {
+    Value target = within_arrays(change.target(), level);
+    const Value source = within_arrays(change.source, level);
+    Value& core = core_of(target, level);
+    const Value* const first = kind_of(core) == "JSON array" ? &core[0] : nullptr;
+    bool failed = false;
+    {
+        const FailingAllocation failing(n, Failing::once);
+        try {
+            target = source;
+        } catch (const std::bad_alloc&) {
+        }
+        failed = failing.happened();
+    }
+    EXPECT_EQ(&core_of(target, level), &core);
+    if (!failed) {
+        EXPECT_EQ(serialize(core), serialize(change.source));
+        return std::nullopt;
+    }
+    const bool in_place = kind_of(core) == "JSON array" && core.length() != 0 && &core[0] == first;
+    return serialize(core) + (in_place ? ", in place" : "");
+}
+
+std::vector<std::string> left_by_failures(const Change& change, std::size_t level) {
+    std::vector<std::string> left;
+    while (const auto text = left_by_failure(change, level, left.size() + 1)) {
+        left.push_back(*text);
+    }
+    return left;
+}
+
+TEST(DeepAssignmentOutOfMemory, LeavesWhatIsLeftNearTheSurface) {
+    for (const Change& change : changes()) {
+        const std::vector<std::string> near_the_surface = left_by_failures(change, 0);
+        EXPECT_FALSE(near_the_surface.empty()) << change.name;
+        for (const std::size_t level : {1, 97, 98, 99, 100, 101, 102, 103, 1000}) {
+            EXPECT_EQ(left_by_failures(change, level), near_the_surface)
+                << change.name << " at level " << level;
+        }
+    }
+}
+
+TEST(DeepAssignmentOutOfMemory, KeepsTheElementsAlreadyAssigned) {
+    const Change change{"",
+                        [] {
+                            return Value(Array{1, 2, 3});
+                        },
+                        Value(Array{4, other_text, Array{5}})};
+    const std::vector<std::string> left = {
+        "[4,2,3], in place",
+        "[4,\"another text that is too long for a string's own storage\",false], in place",
+        "[4,\"another text that is too long for a string's own storage\",false], in place",
+    };
+    for (const std::size_t level : {0, 99, 100, 101, 1000}) {
+        EXPECT_EQ(left_by_failures(change, level), left) << "at level " << level;
+    }
 }
 
 TEST(DeepPushOutOfMemory, LeavesTheArrayAsItWas) {

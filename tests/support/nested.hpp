@@ -71,6 +71,26 @@ inline Value& innermost(Value& value, std::size_t depth) {
     return *at;
 }
 
+/// A value within so many arrays that hold nothing else. It is moved there, so that its arrays keep
+/// the room they have.
+inline Value within_arrays(Value core, std::size_t depth) {
+    for (; depth != 0; --depth) {
+        Value outer(std::vector<Value>{Value()});
+        outer[0].swap(core);
+        core.swap(outer);
+    }
+    return core;
+}
+
+/// The value that lies within so many such arrays.
+inline Value& core_of(Value& value, std::size_t depth) {
+    Value* at = &value;
+    while (depth-- != 0) {
+        at = &(*at)[0];
+    }
+    return *at;
+}
+
 } // namespace foundation::json::test
 
 #endif

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <string>
@@ -15,10 +16,12 @@
 namespace foundation::json {
 namespace {
 
+using test::core_of;
 using test::innermost;
 using test::nest;
 using test::Nested;
 using test::Nesting;
+using test::within_arrays;
 
 constexpr std::size_t depths[] = {1, 99, 100, 101, 102, 103, 104, 150};
 constexpr Nesting nestings[] = {Nesting::arrays, Nesting::objects, Nesting::alternating};
@@ -72,6 +75,104 @@ TEST(Nesting, AssigningReplacesWhatIsThereAtAnyDepth) {
             EXPECT_EQ(serialize(source.value), source.text);
         }
     });
+}
+
+// ---- What is assigned in place -----------------------------------------------------------------
+
+constexpr std::size_t levels_of_cores[] = {0, 1, 97, 98, 99, 100, 101, 102, 103, 2000};
+
+using Elements = std::vector<Value>;
+using Members = std::map<std::string, Value>;
+
+TEST(Nesting, ElementsKeepTheirAddressesWhenAnArrayIsAssigned) {
+    const Value target(Elements{1, "two", Elements{3, Elements{4}}, Members{{"a", 5}}});
+    const Value source(Elements{"one", Elements{2}, Elements{"three", Elements{}}, Null()});
+    for (const std::size_t level : levels_of_cores) {
+        SCOPED_TRACE("at level " + std::to_string(level));
+        Value outer = within_arrays(target, level);
+        Value& core = core_of(outer, level);
+        const Value* const element = &core[0];
+        const Value* const nested = &core[2][0];
+        const Value copy = within_arrays(source, level);
+        outer = copy;
+        ASSERT_EQ(&core_of(outer, level), &core);
+        EXPECT_EQ(serialize(core), R"(["one",[2],["three",[]],null])");
+        EXPECT_EQ(&core[0], element);
+        EXPECT_EQ(&core[3], element + 3);
+        EXPECT_EQ(&core[2][0], nested);
+    }
+}
+
+TEST(Nesting, AShorterArrayIsAssignedInPlaceAndLeavesRoomForALongerOne) {
+    const Value target(Elements{1, 2, Elements{3}, 4, 5});
+    const Value shorter(Elements{6, "seven"});
+    const Value longer(Elements{8, Elements{9}, 10, Members{{"a", 11}}, 12});
+    for (const std::size_t level : levels_of_cores) {
+        SCOPED_TRACE("at level " + std::to_string(level));
+        Value outer = within_arrays(target, level);
+        Value& core = core_of(outer, level);
+        const Value* const element = &core[0];
+        const Value first_copy = within_arrays(shorter, level);
+        outer = first_copy;
+        ASSERT_EQ(&core_of(outer, level), &core);
+        EXPECT_EQ(serialize(core), R"([6,"seven"])");
+        EXPECT_EQ(&core[0], element);
+        const Value second_copy = within_arrays(longer, level);
+        outer = second_copy;
+        ASSERT_EQ(&core_of(outer, level), &core);
+        EXPECT_EQ(serialize(core), R"([8,[9],10,{"a":11},12])");
+        EXPECT_EQ(&core[0], element);
+    }
+}
+
+TEST(Nesting, AStringIsAssignedInPlace) {
+    const std::string long_text(100, 'x');
+    const std::string shorter_text(50, 'y');
+    for (const std::size_t level : levels_of_cores) {
+        SCOPED_TRACE("at level " + std::to_string(level));
+        Value outer = within_arrays(long_text, level);
+        const Value* const string = &core_of(outer, level);
+        const Value copy = within_arrays(shorter_text, level);
+        outer = copy;
+        EXPECT_EQ(&core_of(outer, level), string);
+        EXPECT_EQ(serialize(*string), '"' + shorter_text + '"');
+    }
+}
+
+/// Where each member of an object, in the order of their names, lay before another object was
+/// assigned to it: the place in that order.
+std::vector<std::size_t> former_places(std::size_t level) {
+    const std::string names[] = {"a", "b", "c", "d", "e"};
+    Members before;
+    Members after;
+    for (const std::string& name : names) {
+        before[name] = Elements{1, name};
+        after["new " + name] = Members{{name, 2}};
+    }
+    Value outer = within_arrays(before, level);
+    Value& core = core_of(outer, level);
+    std::vector<const Value*> addresses;
+    for (const std::string& name : names) {
+        addresses.push_back(&core[name]);
+    }
+    const Value copy = within_arrays(after, level);
+    outer = copy;
+    EXPECT_EQ(serialize(core_of(outer, level)), serialize(Value(after)));
+    std::vector<std::size_t> places;
+    for (const std::string& name : names) {
+        const auto found =
+            std::find(addresses.begin(), addresses.end(), &core_of(outer, level)["new " + name]);
+        places.push_back(static_cast<std::size_t>(found - addresses.begin()));
+    }
+    return places;
+}
+
+// How a map makes use of the memory of its former members is left to the standard library.
+TEST(Nesting, MembersTakeTheSamePlacesAtAnyDepthWhenAnObjectIsAssigned) {
+    const std::vector<std::size_t> places = former_places(0);
+    for (const std::size_t level : levels_of_cores) {
+        EXPECT_EQ(former_places(level), places) << "at level " << level;
+    }
 }
 
 // The levels are counted while an operation is under way, and must be back at none behind it.
