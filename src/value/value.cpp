@@ -177,13 +177,15 @@ struct CopyShallow : boost::static_visitor<Variant> {
     }
 };
 
+[[gnu::noinline]] Variant copy_shallow(const Value& original) {
+    return detail::visit(CopyShallow(), original);
+}
+
 /// A copy but, beyond the ordinary levels, for what is left to CopyDeferred.
 Variant copy(const Value& original) {
     const detail::NestingLevel level;
-    if (level.beyond_ordinary()) {
-        return detail::visit(CopyShallow(), original);
-    }
-    return detail::ValueAccess::variant(original);
+    return level.beyond_ordinary() ? copy_shallow(original)
+                                   : Variant(detail::ValueAccess::variant(original));
 }
 
 } // namespace
