@@ -3,9 +3,24 @@
 #include "serialization/number_text.hpp"
 #include "serialization/string_text.hpp"
 
-#include <boost/io/ios_state.hpp>
-
 namespace foundation::json::detail {
+
+namespace {
+
+/// Gives a stream the flags again that it had, also when it throws.
+class FlagsRestorer {
+public:
+    explicit FlagsRestorer(std::ios_base& stream) : stream_(stream), flags_(stream.flags()) {}
+    ~FlagsRestorer() { stream_.flags(flags_); }
+    FlagsRestorer(const FlagsRestorer&) = delete;
+    FlagsRestorer& operator=(const FlagsRestorer&) = delete;
+
+private:
+    std::ios_base& stream_;
+    std::ios_base::fmtflags flags_;
+};
+
+} // namespace
 
 StreamOutput::Cursor StreamOutput::number(Cursor at, double value) {
     NumberBuffer buffer;
@@ -60,8 +75,8 @@ void StreamOutput::escaped(unsigned char byte) {
 }
 
 void StreamOutput::unicode_escape(unsigned char byte) {
-    // Restores the flags, also when the stream throws; the fill character is meant to stay zero.
-    const boost::io::ios_flags_saver flags(stream_);
+    // The fill character is meant to stay zero.
+    const FlagsRestorer flags(stream_);
     stream_ << "\\u";
     stream_.width(4);
     stream_.fill('0');
