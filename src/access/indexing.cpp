@@ -2,6 +2,7 @@
 
 #include "access/append.hpp"
 #include "value/conversions.hpp"
+#include "value/hardening.hpp"
 
 #include <stdexcept>
 
@@ -36,7 +37,9 @@ const Value& member(const Value& value, const std::string& name) {
 
 template <class AnyValue>
 AnyValue& element(AnyValue& value, std::size_t index) {
-    return strict_array(value)[index];
+    auto& elements = strict_array(value);
+    require_index(index, elements.size());
+    return elements[index];
 }
 
 /// Looks up by the kind of the key: a number is an index, a string is a name.
@@ -86,11 +89,11 @@ Value& Value::operator[](const std::string& key) {
 }
 
 Value& Value::operator[](const char* key) {
-    return (*this)[std::string(key)];
+    return (*this)[std::string(detail::require_text(key))];
 }
 
 Value& Value::operator[](int index) {
-    return (*this)[static_cast<std::size_t>(index)];
+    return (*this)[static_cast<std::size_t>(detail::to_index(index))];
 }
 
 Value& Value::operator[](std::size_t index) {
@@ -106,11 +109,11 @@ const Value& Value::operator[](const std::string& key) const {
 }
 
 const Value& Value::operator[](const char* key) const {
-    return (*this)[std::string(key)];
+    return (*this)[std::string(detail::require_text(key))];
 }
 
 const Value& Value::operator[](int index) const {
-    return (*this)[static_cast<std::size_t>(index)];
+    return (*this)[static_cast<std::size_t>(detail::to_index(index))];
 }
 
 const Value& Value::operator[](std::size_t index) const {

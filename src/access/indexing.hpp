@@ -1,5 +1,5 @@
 /// @file
-/// The conversion behind indexing an array by a double.
+/// The conversions behind indexing an array by a double and by an int.
 #ifndef FOUNDATION_JSON_SRC_ACCESS_INDEXING_HPP
 #define FOUNDATION_JSON_SRC_ACCESS_INDEXING_HPP
 
@@ -11,6 +11,11 @@ namespace foundation::json::detail {
 /// truncation toward zero; -1 and less wrap around as a negative integer does; what no 64-bit
 /// integer can hold, NaN included, gives the index with only the top bit set.
 std::uint64_t to_index(double number) noexcept;
+
+/// The same of an int: -1 and less wrap around.
+constexpr std::uint64_t to_index(int number) noexcept {
+    return static_cast<std::uint64_t>(number);
+}
 
 } // namespace foundation::json::detail
 

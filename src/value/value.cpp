@@ -1,3 +1,4 @@
+#include "value/hardening.hpp"
 #include "value/nesting.hpp"
 #include "value/value_access.hpp"
 
@@ -47,7 +48,7 @@ Value::Value(double number) : variant_(number) {}
 Value::Value(float number) : variant_(number) {}
 Value::Value(long long number) : variant_(number) {}
 Value::Value(unsigned long long number) : variant_(number) {}
-Value::Value(const char* text) : variant_(std::string(text)) {}
+Value::Value(const char* text) : variant_(std::string(detail::require_text(text))) {}
 Value::Value(const std::string& text) : variant_(text) {}
 Value::Value(const Array& elements) : variant_(elements) {}
 Value::Value(const Object& members) : variant_(members) {}

@@ -1,4 +1,4 @@
-// The conversion of a double to an array index, defined for every double.
+// The conversions of numbers to an array index, defined for every double and every int.
 #include "access/indexing.hpp"
 
 #include <gtest/gtest.h>
@@ -96,8 +96,26 @@ TEST(IndexConversion, WhatNo64BitIntegerHoldsIsTheTopBitAlone) {
     }
 }
 
+TEST(IndexConversion, AnIntIsExtendedWithItsSign) {
+    const struct {
+        int number;
+        std::uint64_t index;
+    } cases[] = {
+        {0, 0},
+        {1, 1},
+        {2147483647, 0x7FFFFFFF},
+        {-1, 0xFFFFFFFFFFFFFFFF},
+        {-2, 0xFFFFFFFFFFFFFFFE},
+        {-2147483647 - 1, 0xFFFFFFFF80000000},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(to_index(c.number), c.index) << c.number;
+    }
+}
+
 TEST(IndexConversion, NeverThrows) {
     static_assert(noexcept(to_index(0.0)));
+    static_assert(noexcept(to_index(0)));
 }
 
 } // namespace
