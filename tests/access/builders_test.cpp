@@ -177,11 +177,84 @@ TEST(Element, ConvertsFromAValueOnlyWhereAskedTo) {
     static_assert(!std::is_convertible_v<int, Element>);
     static_assert(std::is_convertible_v<const Element&, Value>);
     static_assert(!std::is_default_constructible_v<Element>);
-    static_assert(!std::is_assignable_v<Element&, const Element&>);
     static_assert(
         std::is_same_v<decltype((std::declval<const Element&>(), std::declval<const Element&>())),
                        const Element&>);
 }
+
+TEST(Element, AssignmentTakesTheElementsAndDoesNotNest) {
+    Element e(1);
+    const Element other((Element(2), Element(3)));
+    Element& result = (e = other);
+    EXPECT_EQ(&result, &e);
+    EXPECT_EQ(serialize(Value(e)), "[[2,3]]");
+    e = (Element("a"), Element("b"));
+    EXPECT_EQ(serialize(Value(e)), R"(["a","b"])");
+    EXPECT_EQ(serialize(Value(other)), "[[2,3]]");
+    const Element& same = e;
+    e = same;
+    EXPECT_EQ(serialize(Value(e)), R"(["a","b"])");
+    static_assert(!std::is_assignable_v<Element&, const Value&>);
+}
+
+// ---- A comma before what is no builder ---------------------------------------------------------
+
+// That such a comma draws a warning is tested elsewhere.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+
+TEST(CommaBeforeWhatIsNoBuilder, GivesTheRightOperandItself) {
+    const Element element(1);
+    const Property property("a");
+    int number = 2;
+    const std::string text("text");
+    Value array(Array{3});
+    static_assert(std::is_same_v<decltype((element, "two")), const char(&)[4]>);
+    static_assert(std::is_same_v<decltype((element, number)), int&>);
+    static_assert(std::is_same_v<decltype((property, text)), const std::string&>);
+    static_assert(std::is_same_v<decltype((property, array)), Value&>);
+    EXPECT_EQ(&(element, number), &number);
+    EXPECT_EQ(&(property, text), &text);
+    EXPECT_EQ(&(element, array), &array);
+    (element, number) = 5;
+    EXPECT_EQ(number, 5);
+    EXPECT_EQ(serialize(Value((element, "two"))), R"("two")");
+}
+
+TEST(CommaBeforeWhatIsNoBuilder, GivesTheTemporaryOnItsRight) {
+    static_assert(std::is_same_v<decltype((Element(1), 2)), int>);
+    static_assert(std::is_same_v<decltype((Element(1), nullptr)), std::nullptr_t>);
+    static_assert(std::is_same_v<decltype((Element(1), std::string())), std::string>);
+    static_assert(std::is_same_v<decltype((Property("a"), Value())), Value>);
+    EXPECT_EQ(serialize(Value((Element(1), 2))), "2");
+    EXPECT_EQ(serialize((Property("a") = 1, Value(Array{2, "x"}))), R"([2,"x"])");
+    const std::string& kept = (Element(1), std::string("as long as the reference"));
+    EXPECT_EQ(kept, "as long as the reference");
+    std::string text("not moved from");
+    EXPECT_EQ(serialize(Value((Element(1), std::move(text)))), R"("not moved from")");
+    EXPECT_EQ(text, "not moved from");
+}
+
+TEST(CommaBeforeWhatIsNoBuilder, GivesTheOtherBuilder) {
+    EXPECT_EQ(serialize(Value((Element(1), Property("a") = 2))), R"({"a":2})");
+    EXPECT_EQ(serialize(Value((Property("a") = 1, Element(2)))), "[2]");
+    const Element chain((Property("a") = 1, Element(2)));
+    EXPECT_EQ(serialize(Value(chain)), "[2]") << "does not nest";
+    EXPECT_EQ(serialize(Value((Property("a") = 1, (Element(2), Element(3))))), "[2,3]");
+}
+
+TEST(CommaBeforeWhatIsNoBuilder, LeavesWhatIsNoValueAlone) {
+    struct Fixed {
+        Fixed() = default;
+        Fixed(const Fixed&) = delete;
+    };
+    const auto nothing = [] {};
+    static_assert(std::is_same_v<decltype((Element(1), nothing())), void>);
+    static_assert(std::is_same_v<decltype((Element(1), Fixed())), Fixed>);
+    static_assert(std::is_same_v<decltype((Property("a"), std::declval<Fixed&>())), Fixed&>);
+}
+
+#pragma GCC diagnostic pop
 
 // ---- Property ----------------------------------------------------------------------------------
 

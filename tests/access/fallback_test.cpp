@@ -211,6 +211,18 @@ TEST(OrVisitor, ChoosesByTheContentItVisits) {
     EXPECT_EQ(&visitor(1ULL), &left);
 }
 
+TEST(OrVisitor, TakesOnlyWhatAValueHolds) {
+    using Visitor = Value::OrVisitor;
+    static_assert(std::is_invocable_v<Visitor, const Array&>);
+    static_assert(std::is_invocable_v<Visitor, const Object&>);
+    static_assert(std::is_invocable_v<Visitor, float>);
+    static_assert(std::is_invocable_v<Visitor, long long>);
+    static_assert(std::is_invocable_v<Visitor, unsigned long long>);
+    static_assert(!std::is_invocable_v<Visitor, const Value&>, "its content decides");
+    static_assert(!std::is_invocable_v<Visitor, Value::Or>);
+    static_assert(!std::is_invocable_v<Visitor, std::vector<int>>);
+}
+
 TEST(OrVisitor, IsAVisitorWhoseResultIsAReference) {
     static_assert(std::is_base_of_v<boost::static_visitor<const Value&>, Value::OrVisitor>);
     static_assert(std::is_convertible_v<Value::OrVisitor*, boost::static_visitor<const Value&>*>);

@@ -1,10 +1,12 @@
 // The predicate behind hasOwnProperty, on its own.
+#include <foundation/json/builders.hpp>
 #include <foundation/json/value.hpp>
 
 #include "support/samples.hpp"
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
 #include <string>
 #include <type_traits>
@@ -68,6 +70,26 @@ TEST(HasProperty, IsFalseOfTheContentOfEveryOtherKind) {
     EXPECT_FALSE(predicate(1.0f));
     EXPECT_FALSE(predicate(1LL));
     EXPECT_FALSE(predicate(1ULL));
+}
+
+TEST(HasProperty, AnswersForTheValueThatItsOperandConvertsTo) {
+    const Value none;
+    const Value record(Object{{"a", 1}});
+    EXPECT_TRUE(HasProperty("a")(none || record));
+    EXPECT_FALSE(HasProperty("b")(none || record));
+    EXPECT_FALSE(HasProperty("a")(record["a"] || record)) << "a number is chosen";
+    EXPECT_TRUE(HasProperty("a")((Property("a") = 1)));
+    EXPECT_TRUE(HasProperty("b")((Property("a") = 1, Property("b") = 2)));
+    EXPECT_FALSE(HasProperty("a")(Property("a"))) << "nothing has been assigned";
+    EXPECT_FALSE(HasProperty("a")((Element("a"), Element(2))));
+    EXPECT_FALSE(HasProperty("a")("a"));
+    EXPECT_FALSE(HasProperty("a")(1));
+}
+
+TEST(HasProperty, TakesNothingElse) {
+    static_assert(std::is_invocable_r_v<bool, HasProperty, Value>);
+    static_assert(!std::is_invocable_v<HasProperty, std::map<int, Value>>);
+    static_assert(!std::is_invocable_v<HasProperty, HasProperty>);
 }
 
 TEST(HasProperty, AnEmptyNameIsFoundOnlyWhereThereIsAnEmptyName) {

@@ -150,8 +150,8 @@ TEST(LookupOutOfMemory, CannotHappenToMembersThatAreThere) {
     const Value key(long_key);
     EXPECT_EQ(allocations_of([&] { object[long_key]; }), 0u);
     EXPECT_EQ(allocations_of([&] { object[key]; }), 0u);
-    EXPECT_EQ(allocations_of([&] { std::as_const(object)[long_key]; }), 0u);
-    EXPECT_EQ(allocations_of([&] { std::as_const(object)[key]; }), 0u);
+    EXPECT_EQ(allocations_of([&] { static_cast<void>(std::as_const(object)[long_key]); }), 0u);
+    EXPECT_EQ(allocations_of([&] { static_cast<void>(std::as_const(object)[key]); }), 0u);
 }
 
 // ---- hasOwnProperty and HasProperty --------------------------------------------------------

@@ -186,7 +186,7 @@ TEST(DeepAssignmentOutOfMemory, LeavesWhatIsLeftNearTheSurface) {
     for (const Change& change : changes()) {
         const std::vector<std::string> near_the_surface = left_by_failures(change, 0);
         EXPECT_FALSE(near_the_surface.empty()) << change.name;
-        for (const std::size_t level : {1, 97, 98, 99, 100, 101, 102, 103, 1000}) {
+        for (const std::size_t level : {1u, 97u, 98u, 99u, 100u, 101u, 102u, 103u, 1000u}) {
             EXPECT_EQ(left_by_failures(change, level), near_the_surface)
                 << change.name << " at level " << level;
         }
@@ -204,7 +204,7 @@ TEST(DeepAssignmentOutOfMemory, KeepsTheElementsAlreadyAssigned) {
         "[4,\"another text that is too long for a string's own storage\",false], in place",
         "[4,\"another text that is too long for a string's own storage\",false], in place",
     };
-    for (const std::size_t level : {0, 99, 100, 101, 1000}) {
+    for (const std::size_t level : {0u, 99u, 100u, 101u, 1000u}) {
         EXPECT_EQ(left_by_failures(change, level), left) << "at level " << level;
     }
 }

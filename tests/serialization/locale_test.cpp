@@ -340,7 +340,7 @@ TEST(CLocale, IsLeftAsItWas) {
     const ScopedCLocale german(LC_NUMERIC, "de_DE.UTF-8");
     ASSERT_TRUE(german.succeeded());
     const std::string before = std::setlocale(LC_ALL, nullptr);
-    serialize(Array{0.1, 1e6f, 1LL, "x\x01"});
+    static_cast<void>(serialize(Array{0.1, 1e6f, 1LL, "x\x01"}));
     EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
     EXPECT_EQ(std::locale(), std::locale::classic());
 }

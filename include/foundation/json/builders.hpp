@@ -29,6 +29,7 @@
 
 #include <map>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace foundation::json {
@@ -45,7 +46,10 @@ public:
     /// A chain of one element, the array of the other's elements: nesting, not a plain copy.
     Element(const Element& other);
 
-    Element& operator=(const Element&) = delete; ///< it could nest, as copying does, or not
+    /// Copies of the other's elements in place of this chain's: no nesting.
+    /// @throws std::bad_alloc then this chain holds unspecified elements
+    Element& operator=(const Element& other) FOUNDATION_JSON_LIFETIME_BOUND = default;
+
     ~Element();
 
     /// Appends copies of the other's elements, in order; `e, e` doubles e.
@@ -53,10 +57,10 @@ public:
     /// @throws std::bad_alloc    memory runs out; then this chain is as it was
     /// @throws std::length_error the array would be too long; the same
     /// @complexity linear in the other's size, amortized; elements already held are not copied.
-    const Element& operator,(const Element& other) const;
+    const Element& operator,(const Element& other) const FOUNDATION_JSON_LIFETIME_BOUND;
 
     /// An array holding copies of the elements. The chain keeps them and may be converted again.
-    operator Value() const;
+    [[nodiscard]] operator Value() const;
 
 private:
     // Chaining must work on the temporaries that make up a chain, so it is a const operation.
@@ -77,27 +81,60 @@ public:
     /// Makes a copy of v the member of this term's name, replacing an earlier one.
     /// @return this term
     /// @throws std::bad_alloc then this term is as it was
-    const Property& operator=(const Value& v) const;
+    const Property& operator=(const Value& v) const FOUNDATION_JSON_LIFETIME_BOUND;
 
     /// Makes an object of the other's members the member of this term's name: nesting, not a plain
     /// assignment. The other's name plays no part.
     /// @return this term
     /// @throws std::bad_alloc then this term is as it was
-    const Property& operator=(const Property& other) const;
+    const Property& operator=(const Property& other) const FOUNDATION_JSON_LIFETIME_BOUND;
 
     /// Adds copies of the other's members whose keys this term does not hold yet.
     /// @return this term; valid as long as the left operand, mostly a temporary
     /// @throws std::bad_alloc then this term is as it was
-    const Property& operator,(const Property& other) const;
+    const Property& operator,(const Property& other) const FOUNDATION_JSON_LIFETIME_BOUND;
 
     /// An object holding copies of the members. The term keeps them and may be converted again.
-    operator Value() const;
+    [[nodiscard]] operator Value() const;
 
 private:
     // As in Element: the temporaries that make up a chain must be assignable.
     mutable std::map<std::string, Value> members_;
     std::string name_;
 };
+
+namespace detail {
+
+/// Whether a comma between a builder and what stands behind it, as it does in an expression, is the
+/// language's own although the builder's may have been meant. A builder of the other sort is left
+/// out if it is a temporary, since returning it would copy it, which can mean nesting.
+template <class Builder, class Right>
+inline constexpr bool drops_builder =
+    std::is_convertible_v<Right, Value> && !std::is_convertible_v<Right, const Builder&> &&
+    (std::is_lvalue_reference_v<Right> ||
+     (std::is_copy_constructible_v<Right> && !std::is_base_of_v<Element, std::decay_t<Right>> &&
+      !std::is_base_of_v<Property, std::decay_t<Right>>));
+
+} // namespace detail
+
+// clang-format takes the operator for a separator.
+// clang-format off
+
+/// The language's own comma, with a warning: in `(Element(1), "two")` it drops the element.
+/// @return the right operand; a copy if it is a temporary
+template <class Right, class = std::enable_if_t<detail::drops_builder<Element, Right>>>
+[[deprecated("this comma drops the Element before it; write Element(...) behind it, too")]]
+Right operator,(const Element&, Right&& right) {
+    return static_cast<std::remove_reference_t<Right>&>(right);
+}
+
+/// The same of `(Property("a") = 1, "two")`.
+template <class Right, class = std::enable_if_t<detail::drops_builder<Property, Right>>>
+[[deprecated("this comma drops the Property before it; write Property(...) = behind it, too")]]
+Right operator,(const Property&, Right&& right) {
+    return static_cast<std::remove_reference_t<Right>&>(right);
+}
+// clang-format on
 
 } // namespace foundation::json
 

@@ -52,7 +52,7 @@ enum ParseResult : std::int32_t {
 /// gives "Unrecognized error code".
 /// Never throws; constant time.
 /// @return a text in static storage
-FOUNDATION_JSON_EXPORT const char* get_parse_result_description(ParseResult r);
+[[nodiscard]] FOUNDATION_JSON_EXPORT const char* get_parse_result_description(ParseResult r);
 
 /// What a reader throws: a code, the position of the failure, and the piece of input around it.
 ///
@@ -95,12 +95,13 @@ public:
     /// They return what the constructor was given. All are constant time and never throw, but for
     /// get_quoted_text(), which copies the text and may throw std::bad_alloc.
     /// @{
-    ParseResult get_parse_result() const;         ///< what went wrong
-    std::size_t get_byte_position() const;        ///< offset of the failing byte, from 0
-    std::size_t get_line_number() const;          ///< its line, from 1
-    std::size_t get_column() const;               ///< its column in that line, from 1
-    std::size_t get_quoted_byte_position() const; ///< its offset in the quoted text, from 0
-    std::string get_quoted_text() const;          ///< the piece of input to show
+    [[nodiscard]] ParseResult get_parse_result() const;  ///< what went wrong
+    [[nodiscard]] std::size_t get_byte_position() const; ///< offset of the failing byte, from 0
+    [[nodiscard]] std::size_t get_line_number() const;   ///< its line, from 1
+    [[nodiscard]] std::size_t get_column() const;        ///< its column in that line, from 1
+    [[nodiscard]] std::size_t
+    get_quoted_byte_position() const;                  ///< its offset in the quoted text, from 0
+    [[nodiscard]] std::string get_quoted_text() const; ///< the piece of input to show
     /// @}
 
 private:

@@ -50,7 +50,7 @@ public:
     void pretty_print(bool pretty);
 
     /// Whether later writes are in pretty layout.
-    bool pretty_print() const;
+    [[nodiscard]] bool pretty_print() const;
 
     /// Writes the text of a value, with nothing before or after it.
     ///
@@ -79,11 +79,11 @@ private:
 /// locale where that groups the digits of integers.
 /// @throws std::bad_alloc if memory runs out
 /// @complexity linear in the length of the text; recursion as deep as the nesting.
-FOUNDATION_JSON_EXPORT std::string serialize(const Value& value);
+[[nodiscard]] FOUNDATION_JSON_EXPORT std::string serialize(const Value& value);
 
 /// The pretty text of a value, otherwise as serialize(). Mind that indentation makes the text of
 /// deeply nested values long: its length grows with the square of the depth.
-FOUNDATION_JSON_EXPORT std::string pretty_print(const Value& value);
+[[nodiscard]] FOUNDATION_JSON_EXPORT std::string pretty_print(const Value& value);
 
 } // namespace foundation::json
 

@@ -29,7 +29,7 @@ namespace foundation::json::detail {
 /// @throws std::invalid_argument if ICU, which converts, cannot open a converter to UTF-8, as it
 ///         may where its data is missing; ICU 72 needs no data for this one
 /// @complexity linear in length
-FOUNDATION_JSON_EXPORT std::string u16_to_u8(char16_t* text, int length);
+[[nodiscard]] FOUNDATION_JSON_EXPORT std::string u16_to_u8(char16_t* text, int length);
 
 /// Reads the number at the start of a text.
 ///
@@ -42,7 +42,7 @@ FOUNDATION_JSON_EXPORT std::string u16_to_u8(char16_t* text, int length);
 /// @return the number; 0 if the text does not begin with one; an infinity or a zero of the right
 ///         sign if it is too large or too small for a double
 /// @complexity linear in the length of the text
-FOUNDATION_JSON_EXPORT double string_to_double(const char* text);
+[[nodiscard]] FOUNDATION_JSON_EXPORT double string_to_double(const char* text);
 
 } // namespace foundation::json::detail
 

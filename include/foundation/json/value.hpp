@@ -34,6 +34,7 @@
 #include <cstddef>
 #include <map>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace foundation::json {
@@ -50,17 +51,17 @@ struct ValueAccess;
 /// the alternative a Value falls back to when an assignment runs out of memory half way.
 struct FOUNDATION_JSON_EXPORT Null {
     Null();
-    bool operator==(const Null&) const noexcept; ///< true
-    bool operator!=(const Null&) const noexcept; ///< false
-    bool operator<(const Null&) const noexcept;  ///< false
+    [[nodiscard]] bool operator==(const Null&) const noexcept; ///< true
+    [[nodiscard]] bool operator!=(const Null&) const noexcept; ///< false
+    [[nodiscard]] bool operator<(const Null&) const noexcept;  ///< false
 };
 
 /// The tag of an absent value. Neither equal nor unequal to itself.
 struct FOUNDATION_JSON_EXPORT Undefined {
     Undefined();
-    bool operator==(const Undefined&) const noexcept; ///< false
-    bool operator!=(const Undefined&) const noexcept; ///< false
-    bool operator<(const Undefined&) const noexcept;  ///< false
+    [[nodiscard]] bool operator==(const Undefined&) const noexcept; ///< false
+    [[nodiscard]] bool operator!=(const Undefined&) const noexcept; ///< false
+    [[nodiscard]] bool operator<(const Undefined&) const noexcept;  ///< false
 };
 
 /// What is known of a native type: `name`, how messages call it, and `order`, its place when values
@@ -136,6 +137,19 @@ struct FOUNDATION_JSON_EXPORT traits<unsigned long long> {
     static const int order = 9;
 };
 
+namespace detail {
+
+/// Whether T is what a Value of some kind holds.
+template <class T>
+inline constexpr bool is_content =
+    std::disjunction_v<std::is_same<T, Undefined>, std::is_same<T, Null>, std::is_same<T, bool>,
+                       std::is_same<T, double>, std::is_same<T, std::string>,
+                       std::is_same<T, std::vector<Value>>,
+                       std::is_same<T, std::map<std::string, Value>>, std::is_same<T, float>,
+                       std::is_same<T, long long>, std::is_same<T, unsigned long long>>;
+
+} // namespace detail
+
 /// A JSON value. See value.hpp for a tour.
 ///
 /// Where nothing else is said, members do not throw. Messages call the kinds as traits<T>::name
@@ -183,6 +197,9 @@ public:
 
     /// Makes this value a deep copy of the other.
     ///
+    /// Arrays are assigned element by element, as std::vector does it: while there is room,
+    /// elements stay where they are, at any depth.
+    ///
     /// Assigning a value to itself does nothing. Neither value may lie within the other: the old
     /// content would go before the new is copied. For `v = v["child"]` write
     /// `v = Value(v["child"])`, and for `v["child"] = v` write `v["child"] = Value(v)`.
@@ -194,7 +211,7 @@ public:
     ///
     /// @throws std::bad_alloc memory runs out; what is then left is said above
     /// @complexity linear in the size of both.
-    Value& operator=(const Value& other);
+    Value& operator=(const Value& other) FOUNDATION_JSON_LIFETIME_BOUND;
 
     /// Takes over the other's content.
     ///
@@ -205,7 +222,7 @@ public:
     /// @throws std::bad_alloc if the kind becomes array or object; then this value is a bool,
     ///         false, and the other is as it was
     /// @complexity constant but for the destruction of this value's old content.
-    Value& operator=(Value&& other);
+    Value& operator=(Value&& other) FOUNDATION_JSON_LIFETIME_BOUND;
 
     /// Exchanges two values, in constant time.
     ///
@@ -216,7 +233,7 @@ public:
     /// @throws std::bad_alloc if the kinds differ and one of them is array or object. Then both are
     ///         as they were; or what the other held is lost, one of the two, either, holds what
     ///         this value held, and the remaining one has become a bool, false.
-    Value& swap(Value& other);
+    Value& swap(Value& other) FOUNDATION_JSON_LIFETIME_BOUND;
     /// @}
 
     /// @name Conversion
@@ -224,7 +241,7 @@ public:
 
     /// The flag of a bool. Strict: there is no truthiness; see operator|| for that.
     /// @throws std::runtime_error "invalid conversion: <kind> to JSON boolean" for other kinds
-    explicit operator bool() const;
+    [[nodiscard]] explicit operator bool() const;
 
     /// A number as an int: 0 for Undefined and Null, 0 or 1 for a bool, a double truncated toward
     /// zero (NaN gives -2147483648), the number that a string begins with as std::istringstream
@@ -233,7 +250,7 @@ public:
     /// @throws boost::numeric::positive_overflow the same
     /// @throws std::runtime_error "invalid conversion: <kind> to int" for the other kinds, float,
     ///         int64 and uint64 among them
-    explicit operator int() const;
+    [[nodiscard]] explicit operator int() const;
     /// @}
 
     /// @name Comparison
@@ -242,15 +259,15 @@ public:
     /// Whether both have the same kind and equal content: no comparison of numbers across kinds.
     /// Undefined and NaN are equal to nothing, so what holds them is not equal to itself.
     /// @complexity linear in the size of the smaller; ends at the first difference.
-    bool operator==(const Value& other) const noexcept;
+    [[nodiscard]] bool operator==(const Value& other) const noexcept;
 
     /// Exactly `!(*this == other)`.
-    bool operator!=(const Value& other) const noexcept;
+    [[nodiscard]] bool operator!=(const Value& other) const noexcept;
 
     /// Orders values of different kinds by traits<T>::order alone, values of one kind by content:
     /// numbers by amount, strings byte-wise, arrays and objects lexicographically.
     /// @complexity linear in the size of the smaller; ends at the first difference.
-    bool operator<(const Value& other) const noexcept;
+    [[nodiscard]] bool operator<(const Value& other) const noexcept;
     /// @}
 
     /// @name Indexing
@@ -263,28 +280,34 @@ public:
     /// @throws std::runtime_error "invalid conversion: <kind> to JSON object" for other kinds
     /// @throws std::bad_alloc     memory runs out; nothing was inserted
     /// @complexity logarithmic in the number of members
-    Value& operator[](const std::string& key);
-    Value& operator[](const char* key); ///< the same; NUL-terminated, must not be null
+    Value& operator[](const std::string& key) FOUNDATION_JSON_LIFETIME_BOUND;
+    /// The same; the key is NUL-terminated, must not be null.
+    Value& operator[](const char* key) FOUNDATION_JSON_LIFETIME_BOUND;
 
     /// The element of an array. The index is not checked: outside 0 to length() - 1 it is a
-    /// precondition violation.
+    /// precondition violation, which only a hardened build of the library notices.
     /// @throws std::runtime_error "invalid conversion: <kind> to JSON array" for other kinds
     /// @complexity constant
-    Value& operator[](int index);
-    Value& operator[](std::size_t index); ///< the same
+    Value& operator[](int index) FOUNDATION_JSON_LIFETIME_BOUND;
+    Value& operator[](std::size_t index) FOUNDATION_JSON_LIFETIME_BOUND; ///< the same
 
     /// By the key's kind: a double, truncated toward zero, is an index; a string is a name.
     /// @throws std::runtime_error "Undefined value" if the key is of any other kind, int64 and
     ///         uint64 included; else as the overloads above
-    Value& operator[](const Value& key);
+    Value& operator[](const Value& key) FOUNDATION_JSON_LIFETIME_BOUND;
 
     /// As the non-const overloads, but a missing member is not inserted: the result then is a
     /// constant Undefined value, the same one every time, that outlives everything.
-    const Value& operator[](const std::string& key) const;
-    const Value& operator[](const char* key) const;   ///< the same; must not be null
-    const Value& operator[](int index) const;         ///< as the non-const overload
-    const Value& operator[](std::size_t index) const; ///< as the non-const overload
-    const Value& operator[](const Value& key) const;  ///< by the key's kind, inserting nothing
+    [[nodiscard]] const Value&
+    operator[](const std::string& key) const FOUNDATION_JSON_LIFETIME_BOUND;
+    /// The same; the key must not be null.
+    [[nodiscard]] const Value& operator[](const char* key) const FOUNDATION_JSON_LIFETIME_BOUND;
+    /// As the non-const overload.
+    [[nodiscard]] const Value& operator[](int index) const FOUNDATION_JSON_LIFETIME_BOUND;
+    /// As the non-const overload.
+    [[nodiscard]] const Value& operator[](std::size_t index) const FOUNDATION_JSON_LIFETIME_BOUND;
+    /// By the key's kind, inserting nothing.
+    [[nodiscard]] const Value& operator[](const Value& key) const FOUNDATION_JSON_LIFETIME_BOUND;
     /// @}
 
     /// @name Arrays and objects
@@ -293,7 +316,7 @@ public:
     /// The number of elements of an array. Constant time.
     /// @throws std::runtime_error "json::Value::length not supported for values of type:<kind>" for
     ///         other kinds, strings and objects included
-    std::size_t length() const;
+    [[nodiscard]] std::size_t length() const;
 
     /// Appends a copy of v to an array. v may be this array itself or one of its elements.
     /// @throws std::runtime_error "json::Value::push not supported for values of type: <kind>" for
@@ -308,7 +331,7 @@ public:
     /// kind.
     /// @throws std::bad_alloc memory runs out
     /// @complexity logarithmic in the number of members
-    bool hasOwnProperty(const std::string& key) const;
+    [[nodiscard]] bool hasOwnProperty(const std::string& key) const;
     /// @}
 
     /// @name Fallback
@@ -323,7 +346,8 @@ public:
     ///
     /// The default must be a Value: with a plain number or text the language cannot tell this
     /// operator from its own.
-    Or operator||(const Value& right) const noexcept;
+    [[nodiscard]] Or operator||(const Value& right FOUNDATION_JSON_LIFETIME_BOUND) const noexcept
+        FOUNDATION_JSON_LIFETIME_BOUND;
     /// @}
 
 private:
@@ -344,10 +368,12 @@ private:
 /// What `a || b` returns: references to both operands, and the choice between them.
 class FOUNDATION_JSON_EXPORT Value::Or {
 public:
-    Or(const Value& left, const Value& right) noexcept; ///< refers to both
+    /// Refers to both.
+    Or(const Value& left FOUNDATION_JSON_LIFETIME_BOUND,
+       const Value& right FOUNDATION_JSON_LIFETIME_BOUND) noexcept;
 
     /// The chosen operand itself, not a copy; lives as long as that operand does.
-    operator const Value&() const noexcept;
+    [[nodiscard]] operator const Value&() const noexcept;
 
 private:
     const Value* left_;
@@ -357,19 +383,22 @@ private:
 /// The choice behind Value::Or, as a visitor of the left operand's content.
 class FOUNDATION_JSON_EXPORT Value::OrVisitor : public boost::static_visitor<const Value&> {
 public:
-    OrVisitor(const Value& left, const Value& right) noexcept; ///< refers to both
+    /// Refers to both.
+    OrVisitor(const Value& left FOUNDATION_JSON_LIFETIME_BOUND,
+              const Value& right FOUNDATION_JSON_LIFETIME_BOUND) noexcept;
 
-    const Value& left() const noexcept; ///< the left operand
+    [[nodiscard]] const Value& left() const noexcept; ///< the left operand
 
-    const Value& operator()(const Null&) const noexcept;          ///< right
-    const Value& operator()(const Undefined&) const noexcept;     ///< right
-    const Value& operator()(bool b) const noexcept;               ///< left if true
-    const Value& operator()(double d) const noexcept;             ///< left unless zero
-    const Value& operator()(const std::string& s) const noexcept; ///< left unless empty
+    [[nodiscard]] const Value& operator()(const Null&) const noexcept;      ///< right
+    [[nodiscard]] const Value& operator()(const Undefined&) const noexcept; ///< right
+    [[nodiscard]] const Value& operator()(bool b) const noexcept;           ///< left if true
+    [[nodiscard]] const Value& operator()(double d) const noexcept;         ///< left unless zero
+    /// left unless empty
+    [[nodiscard]] const Value& operator()(const std::string& s) const noexcept;
 
-    /// left, whatever it holds
-    template <class Other>
-    const Value& operator()(const Other&) const noexcept {
+    /// left, whatever content of the other kinds it is
+    template <class Other, class = std::enable_if_t<detail::is_content<Other>>>
+    [[nodiscard]] const Value& operator()(const Other&) const noexcept {
         return left();
     }
 
@@ -390,12 +419,15 @@ public:
     ~HasProperty();
 
     /// Whether there is a member of that name; logarithmic in the number of members.
-    bool operator()(const std::map<std::string, Value>& members) const;
-    bool operator()(const Value& value) const; ///< the same of an object; false for other kinds
+    [[nodiscard]] bool operator()(const std::map<std::string, Value>& members) const;
 
-    /// false: only an object has members
-    template <class Other>
-    bool operator()(const Other&) const noexcept {
+    /// The same of an object; false for other kinds. What converts to a Value, as builders and what
+    /// `a || b` returns, is taken for that Value.
+    [[nodiscard]] bool operator()(const Value& value) const;
+
+    /// false for content of the other kinds: only an object has members
+    template <class Other, class = std::enable_if_t<detail::is_content<Other>>>
+    [[nodiscard]] bool operator()(const Other&) const noexcept {
         return false;
     }
 
@@ -407,7 +439,7 @@ private:
 class FOUNDATION_JSON_EXPORT Value::push_visitor : public boost::static_visitor<> {
 public:
     /// Refers to v, which must outlive the visitor.
-    explicit push_visitor(const Value& v) noexcept;
+    explicit push_visitor(const Value& v FOUNDATION_JSON_LIFETIME_BOUND) noexcept;
 
     /// Appends; as Value::push().
     void operator()(std::vector<Value>& elements) const;

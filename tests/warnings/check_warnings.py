@@ -1,0 +1,49 @@
+"""Fails unless a compiler warns of exactly those lines of a source that say so.
+
+Usage: check_warnings.py SOURCE COMPILER [OPTION...]
+
+A line says so by a comment at its end, "warns: EXPRESSION" or "clang++ warns: EXPRESSION", with a
+regular expression that one of the warnings has to contain.
+"""
+
+import re
+import subprocess
+import sys
+
+EXPECTED = re.compile(r"// (?P<clang>clang\+\+ )?warns: (?P<expression>.*)$")
+WARNING = re.compile(r"^(?P<file>[^:\n]+):(?P<line>\d+):\d+: (?P<kind>warning|error|fatal error): (?P<text>.*)$", re.M)
+
+
+def main():
+    if len(sys.argv) < 3:
+        sys.exit("check_warnings: expected: a source, a compiler, and its options")
+    source, command = sys.argv[1], sys.argv[2:]
+    version = subprocess.run([command[0], "--version"], stdout=subprocess.PIPE, text=True, check=True)
+    is_clang = "clang" in version.stdout
+    with open(source) as file:
+        lines = file.read().splitlines()
+    expected = {}
+    for number, line in enumerate(lines, 1):
+        match = EXPECTED.search(line)
+        if match and (is_clang or not match["clang"]):
+            expected[number] = match["expression"]
+
+    result = subprocess.run([*command, "-fsyntax-only", source], stderr=subprocess.PIPE, text=True)
+    given = {}
+    for match in WARNING.finditer(result.stderr):
+        if match["file"] == source:
+            given.setdefault(int(match["line"]), []).append(match["text"])
+
+    wrong = [] if result.returncode == 0 else ["does not compile"]
+    for number in sorted({*expected, *given}):
+        texts = given.get(number, [])
+        if number not in expected:
+            wrong.append(f"line {number} must not warn: {texts[0]}")
+        elif not any(re.search(expected[number], text) for text in texts):
+            wrong.append(f"line {number} must warn of {expected[number]}: {texts or 'it does not'}")
+    if wrong:
+        sys.exit("\n".join([f"check_warnings: {source}:", *wrong]))
+    print(f"{len(expected)} lines warn as they should, and no other.")
+
+
+main()
