@@ -64,14 +64,6 @@ TEST(Element, AChainConvertsToAValueImplicitly) {
     EXPECT_EQ(serialize(array), "[[3,4]]");
 }
 
-// The comma is the language's own there. Written with a named text, lest a compiler warn one day.
-TEST(Element, AChainIsLostWhereATermIsNoElement) {
-    const char* const text = "two";
-    EXPECT_EQ(serialize((Element(1), text)), "\"two\"");
-    EXPECT_EQ(serialize((Element(1), Value(text), Element(3))), "[3]");
-    EXPECT_EQ(serialize((Element(1), Property("a") = 1)), "{\"a\":1}");
-}
-
 TEST(Element, WrappingAChainOnceMoreNestsIt) {
     EXPECT_EQ(serialize(Value((Element(1), Element((Element(2), Element(3)))))), "[1,[2,3]]");
     EXPECT_EQ(serialize(Value((Element((Element(1), Element(2))), Element(3)))), "[[1,2],3]");
@@ -219,6 +211,7 @@ TEST(CommaBeforeWhatIsNoBuilder, GivesTheRightOperandItself) {
     (element, number) = 5;
     EXPECT_EQ(number, 5);
     EXPECT_EQ(serialize(Value((element, "two"))), R"("two")");
+    EXPECT_EQ(serialize((Element(1), Value("two"), Element(3))), "[3]");
 }
 
 TEST(CommaBeforeWhatIsNoBuilder, GivesTheTemporaryOnItsRight) {
