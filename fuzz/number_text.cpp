@@ -1,21 +1,25 @@
 /// @file
 /// Numbers to text and text to numbers. The first twelve bytes are a double and a float, which are
-/// written by each way there is and read back; all bytes together are a text to be read.
+/// written by each way there is and read back; the two behind them choose the floating-point
+/// environment for that. All bytes together are a text to be read.
 #include "expect.hpp"
 #include "input.hpp"
 
 #include "serialization/fast_number_text.hpp"
 #include "serialization/number_text.hpp"
+#include "support/float_environments.hpp"
 #include "support/number_rule.hpp"
 
 #include <foundation/json/text_helpers.hpp>
 
 #include <cctype>
+#include <cfenv>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace foundation::json::fuzz {
 namespace {
@@ -28,26 +32,46 @@ bool same_number(Number left, Number right) {
 
 // ---- Number to text ----------------------------------------------------------------------------
 
-template <class Number>
-std::string fast_text(Number number) {
-    char room[detail::fast_number_room];
-    char* const text = room;
-    const char* const end = detail::fast_number_text(text, number);
-    return end != nullptr ? std::string(text, static_cast<std::size_t>(end - text)) : "";
+test::Environment read_environment(Input& input) {
+    const unsigned choice = input.bits<std::uint16_t>();
+    const std::vector<test::MachineSetting>& settings = test::machine_settings();
+    // No bytes stand for the usual environment.
+    return {test::directions()[choice & 3], (choice & 4) != 0,
+            choice >> 3 == 0 ? test::usual_setting : settings[(choice >> 3) % settings.size()]};
 }
 
 template <class Number>
-void check_number(Number number) {
-    detail::NumberBuffer buffer;
-    const std::string text = detail::number_text(buffer, number);
-    expect_equal(text, test::expected_number_text(number), "the plain text of a number");
-    if (const std::string fast = fast_text(number); !fast.empty()) {
-        expect_equal(fast, text, "the fast text of a number");
+void check_number(const test::Environment& environment, const Number& number) {
+    const detail::NumberBits<Number> bits(number);
+    std::string expected;
+    {
+        const test::EnvironmentKeeper keeper;
+        std::fesetround(environment.direction);
+        expected = test::expected_number_text(number);
     }
-    if (std::isfinite(number)) {
-        const double read = detail::string_to_double(text.c_str());
+    std::string plain;
+    std::string fast = expected;
+    std::string either = expected;
+    const int flags = test::flags_raised_in(environment, [&] {
+        detail::NumberBuffer buffer;
+        plain = detail::number_text(buffer, bits);
+        if (detail::fast_number_text_applies()) {
+            char room[detail::fast_number_room];
+            char* const text = room;
+            either.assign(text, detail::fast_or_plain_number_text(text, bits));
+            if (char* const end = detail::fast_number_text(text, bits)) {
+                fast.assign(text, end);
+            }
+        }
+    });
+    expect_equal(plain, expected, "the plain text of a number");
+    expect_equal(fast, expected, "the fast text of a number");
+    expect_equal(either, expected, "the text of a number");
+    expect(flags == 0, "no flag is raised: " + test::name_of(environment));
+    if (bits.is_finite() && environment.direction == FE_TONEAREST) {
+        const double read = detail::string_to_double(expected.c_str());
         expect(same_number(static_cast<Number>(read), number),
-               "a number's text reads back: " + text);
+               "a number's text reads back: " + expected);
     }
 }
 
@@ -118,10 +142,14 @@ void check_text(const std::string& text) {
 } // namespace foundation::json::fuzz
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace foundation::json;
     using namespace foundation::json::fuzz;
     Input input(data, size);
-    check_number(input.bits<double>());
-    check_number(input.bits<float>());
+    const auto number = input.bits<double>();
+    const auto real = input.bits<float>();
+    const test::Environment environment = read_environment(input);
+    check_number(environment, number);
+    check_number(environment, real);
     input = Input(data, size);
     check_integer(input.bits<long long>());
     input = Input(data, size);

@@ -6,6 +6,7 @@
 
 #include "serialization/layout.hpp"
 #include "serialization/stream_output.hpp"
+#include "support/float_environments.hpp"
 #include "support/locales.hpp"
 #include "support/probe_stream.hpp"
 #include "support/tree.hpp"
@@ -14,6 +15,7 @@
 #include <foundation/json/value.hpp>
 
 #include <algorithm>
+#include <cfenv>
 #include <cstdint>
 #include <ios>
 #include <limits>
@@ -23,6 +25,7 @@
 #include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace foundation::json::fuzz {
 namespace {
@@ -165,6 +168,7 @@ struct StreamState {
     bool flush_fails = false;
     std::size_t flushes = 0; ///< performed before they fail
     Refusal flush_refusal = Refusal::forever;
+    test::Environment arithmetic{FE_TONEAREST, false, test::usual_setting};
 
     /// Then how often the stream is flushed tells how many insertions there were.
     bool unbuffered() const { return (flags & ios_base::unitbuf) != 0; }
@@ -223,6 +227,12 @@ StreamState read_state(Input& input) {
         result.flushes = input.below(12);
         result.flush_refusal = input.one_of(refusals);
     }
+    if (bit(11)) {
+        const std::vector<test::MachineSetting>& settings = test::machine_settings();
+        result.arithmetic.direction = test::directions()[input.below(4)];
+        result.arithmetic.traps = input.flag();
+        result.arithmetic.setting = settings[input.bits<std::uint16_t>() % settings.size()];
+    }
     return result;
 }
 
@@ -258,7 +268,8 @@ std::string outcome(const StreamState& state, const Write& write) {
     stream.clear(state.state);
     stream.exceptions(state.exceptions);
 
-    const std::string thrown = thrown_by([&] { write(stream); });
+    std::string thrown;
+    test::flags_raised_in(state.arithmetic, [&] { thrown = thrown_by([&] { write(stream); }); });
 
     std::ostringstream result;
     result << (state.unbuffered() ? stream.bytes() : stream.log()) << "\nflags " << stream.flags()
@@ -295,11 +306,14 @@ void check_streams(const StreamState& state, const Tree& tree, const Value& valu
         expected, "what writing piece by piece leaves");
 }
 
-void check_strings(const Tree& tree, const Value& value, bool pretty) {
+void check_strings(const StreamState& state, const Tree& tree, const Value& value, bool pretty) {
     std::ostringstream stream;
-    test::PlainWriter(stream, pretty).write(tree);
-    expect_equal(pretty ? pretty_print(value) : serialize(value), stream.str(),
-                 "the text as a string");
+    std::string text;
+    test::flags_raised_in(state.arithmetic, [&] {
+        test::PlainWriter(stream, pretty).write(tree);
+        text = pretty ? pretty_print(value) : serialize(value);
+    });
+    expect_equal(text, stream.str(), "the text as a string");
 }
 
 void check(Input input) {
@@ -312,10 +326,10 @@ void check(Input input) {
     check_streams(state, tree, value, pretty);
     if (grouping_everywhere) {
         const test::ScopedGlobalLocale global(test::grouping_locale("\3"));
-        check_strings(tree, value, pretty);
+        check_strings(state, tree, value, pretty);
         check_streams(state, tree, value, pretty);
     } else {
-        check_strings(tree, value, pretty);
+        check_strings(state, tree, value, pretty);
     }
 }
 

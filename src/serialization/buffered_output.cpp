@@ -1,7 +1,6 @@
 #include "serialization/buffered_output.hpp"
 
 #include "serialization/fast_string_text.hpp"
-#include "serialization/number_text.hpp"
 
 #include <algorithm>
 #include <locale>
@@ -11,14 +10,19 @@ namespace foundation::json::detail {
 
 template <class Sink>
 template <class Number>
-char* BufferedOutput<Sink>::real_number(Cursor at, Number value) {
-    at = ensure_room(at, fast_number_room);
-    if (char* const end = fast_number_text(at, value)) {
-        return end;
+char* BufferedOutput<Sink>::real_number(Cursor at, NumberBits<Number> bits) {
+    if (!has_room(at, fast_number_room)) {
+        return real_number_in_new_room(at, bits);
     }
-    NumberBuffer buffer;
-    const std::string_view text = number_text(buffer, value);
-    return std::copy(text.begin(), text.end(), at);
+    return fast_or_plain_number_text(at, bits);
+}
+
+/// Apart from the common case, which need not save registers.
+template <class Sink>
+template <class Number>
+[[gnu::noinline]] char* BufferedOutput<Sink>::real_number_in_new_room(Cursor at,
+                                                                      NumberBits<Number> bits) {
+    return fast_or_plain_number_text(sink().make_room(at), bits);
 }
 
 template <class Sink>
@@ -28,13 +32,13 @@ char* BufferedOutput<Sink>::integer(Cursor at, Number value) {
 }
 
 template <class Sink>
-char* BufferedOutput<Sink>::number(Cursor at, double value) {
-    return real_number(at, value);
+char* BufferedOutput<Sink>::number(Cursor at, NumberBits<double> bits) {
+    return real_number(at, bits);
 }
 
 template <class Sink>
-char* BufferedOutput<Sink>::number(Cursor at, float value) {
-    return real_number(at, value);
+char* BufferedOutput<Sink>::number(Cursor at, NumberBits<float> bits) {
+    return real_number(at, bits);
 }
 
 template <class Sink>

@@ -37,8 +37,8 @@ public:
         return at + N - 1;
     }
 
-    Cursor number(Cursor at, double value);
-    Cursor number(Cursor at, float value);
+    Cursor number(Cursor at, NumberBits<double> bits);
+    Cursor number(Cursor at, NumberBits<float> bits);
     Cursor number(Cursor at, long long value);
     Cursor number(Cursor at, unsigned long long value);
     Cursor string(Cursor at, const std::string& text);
@@ -50,8 +50,12 @@ protected:
     BufferedOutput() = default;
     ~BufferedOutput() = default;
 
+    bool has_room(Cursor at, std::size_t count) const {
+        return static_cast<std::size_t>(end_ - at) >= count;
+    }
+
     Cursor ensure_room(Cursor at, std::size_t count) {
-        return static_cast<std::size_t>(end_ - at) < count ? sink().make_room(at) : at;
+        return has_room(at, count) ? at : sink().make_room(at);
     }
 
     /// The end of the buffer.
@@ -61,7 +65,9 @@ private:
     Sink& sink() { return static_cast<Sink&>(*this); }
 
     template <class Number>
-    Cursor real_number(Cursor at, Number value);
+    Cursor real_number(Cursor at, NumberBits<Number> bits);
+    template <class Number>
+    Cursor real_number_in_new_room(Cursor at, NumberBits<Number> bits);
     template <class Number>
     Cursor integer(Cursor at, Number value);
 };

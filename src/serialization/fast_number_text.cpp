@@ -1,19 +1,34 @@
 #include "serialization/fast_number_text.hpp"
 
+#include "serialization/number_text.hpp"
+
 #include <algorithm>
 #include <cfenv>
 #include <charconv>
-#include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
-#include <limits>
+#include <type_traits>
 
 #include <langinfo.h>
 
 namespace foundation::json::detail {
 
+namespace {
+
+/// Apart from the fast way, which needs no such buffer.
+template <class Number>
+[[gnu::noinline]] char* plain_number_text(char* out, NumberBits<Number> bits) noexcept {
+    NumberBuffer buffer;
+    const char* const text = number_text(buffer, bits);
+    return std::copy_n(text, std::strlen(text), out);
+}
+
+} // namespace
+
 // Digits are worked out in 128-bit integers and laid out in registers, the first one lowest.
-// Machines that lack either have the plain rule.
+// Machines that lack either have the plain rule. Nothing here computes with floating-point numbers:
+// no setting of the caller's reaches the text, and no flag is raised.
 #if defined(__SIZEOF_INT128__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
 
 namespace {
@@ -81,9 +96,7 @@ template <class Number>
 struct Kind;
 
 template <>
-struct Kind<double> {
-    using Bits = std::uint64_t;
-    static constexpr int mantissa_bits = 52;
+struct Kind<double> : NumberBits<double> {
     static constexpr int bias = 1075;
     static constexpr int spare_bits = 0;
     static constexpr std::uint64_t doubt = 4;
@@ -92,9 +105,7 @@ struct Kind<double> {
 };
 
 template <>
-struct Kind<float> {
-    using Bits = std::uint32_t;
-    static constexpr int mantissa_bits = 23;
+struct Kind<float> : NumberBits<float> {
     static constexpr int bias = 150;
     static constexpr int spare_bits = 1;
     // Its text is read as a double first, which may round it onto the middle between two floats.
@@ -359,50 +370,70 @@ char* write_whole(char* out, std::uint64_t number) noexcept {
     return write_scientific(out, {number * powers_of_10.power[decimal_digits - count], count - 1});
 }
 
-/// For positive finite numbers.
-/// @return null for those that are left to the plain rule
+/// The bits of a whole number that has no more of them than a mantissa.
 template <class Number>
-char* write_digits(char* out, Number magnitude) noexcept {
+constexpr typename Kind<Number>::Word bits_of_whole(std::uint64_t number) noexcept {
     using K = Kind<Number>;
-    typename K::Bits bits;
-    std::memcpy(&bits, &magnitude, sizeof bits);
-    const int exponent_bits = static_cast<int>(bits >> K::mantissa_bits);
-    if (exponent_bits == 0) {
-        return nullptr; // subnormal: fewer bits, other rules
+    int exponent = K::bias;
+    for (; number < K::implicit_bit; number *= 2) {
+        --exponent;
     }
-    const typename K::Bits implicit_bit = typename K::Bits{1} << K::mantissa_bits;
-    const std::uint64_t mantissa = (bits & (implicit_bit - 1)) | implicit_bit;
-    Decimal decimal;
-    if (!scaled_digits<Number>(decimal, mantissa, exponent_bits - K::bias)) {
-        return nullptr;
-    }
-    constexpr Number million = 1000000;
-    return magnitude < million ? write_plain(out, decimal) : write_scientific(out, decimal);
+    return static_cast<typename K::Word>(exponent - 1) * K::implicit_bit +
+           static_cast<typename K::Word>(number);
 }
 
-char* write_text(char* out, const char* text) noexcept {
+[[gnu::noinline]] char* write_text(char* out, const char* text) noexcept {
     return std::copy_n(text, std::strlen(text), out);
 }
 
+/// What writes the positive numbers that are left.
 template <class Number>
-char* write_number(char* out, Number number) noexcept {
-    const Number magnitude = std::fabs(number);
+using Rest = char* (*)(char*, NumberBits<Number>) noexcept;
+
+/// For normal numbers that are not whole, and for large ones. A function of its own, so that small
+/// whole numbers need not save registers for it.
+template <class Number>
+[[gnu::noinline]] char* write_digits(char* out, NumberBits<Number> bits,
+                                     Rest<Number> write_rest) noexcept {
+    Decimal decimal;
+    const int exponent = static_cast<int>(bits.exponent()) - Kind<Number>::bias;
+    if (!scaled_digits<Number>(decimal, bits.mantissa(), exponent)) {
+        return write_rest(out, bits.without_sign());
+    }
+    return bits.magnitude() < bits_of_whole<Number>(1000000) ? write_plain(out, decimal)
+                                                             : write_scientific(out, decimal);
+}
+
+template <class Number>
+[[gnu::always_inline]] inline char* write_number(char* out, NumberBits<Number> bits,
+                                                 Rest<Number> write_rest) noexcept {
+    using K = Kind<Number>;
     *out = '-';
-    char* const behind_sign = out + (std::signbit(number) ? 1 : 0);
-    if (magnitude < static_cast<Number>(powers_of_10.power[Kind<Number>::few_digits])) {
-        // By way of a signed integer, to which machines convert faster.
-        const auto whole = static_cast<std::int64_t>(magnitude);
-        if (static_cast<Number>(whole) == magnitude) {
-            return write_whole(behind_sign, static_cast<std::uint64_t>(whole));
+    char* const behind_sign = out + (bits.is_negative() ? 1 : 0);
+    // How many bits of the mantissa are before the point, beside the implicit one. Wraps below 1.
+    const auto before_point = bits.exponent() - (K::bias - K::mantissa_bits);
+    if (before_point < K::mantissa_bits) {
+        if (bits.word << (K::sign_bit + 1 - K::mantissa_bits + before_point) == 0) {
+            // Either format gives all digits of a whole number of that size: fewer read back as
+            // another.
+            return write_whole(behind_sign, bits.mantissa() >> (K::mantissa_bits - before_point));
         }
+    } else if (bits.magnitude() == 0) {
+        *behind_sign = '0';
+        return behind_sign + 1;
+    } else if (!bits.is_finite()) {
+        return write_text(out, non_finite_text(bits));
+    } else if (bits.exponent() == 0 ||
+               (std::is_same_v<Number, float> && bits.magnitude() == K::largest)) {
+        // Subnormal numbers have fewer bits and other rules, the largest float has ten digits.
+        return write_rest(behind_sign, bits.without_sign());
     }
-    if (std::isnan(number)) {
-        return write_text(out, "\"NaN\"");
-    }
-    if (std::isinf(number)) {
-        return write_text(out, number > 0 ? "\"Inf\"" : "\"-Inf\"");
-    }
-    return write_digits(behind_sign, magnitude);
+    return write_digits(behind_sign, bits, write_rest);
+}
+
+template <class Number>
+char* leave(char*, NumberBits<Number>) noexcept {
+    return nullptr;
 }
 
 } // namespace
@@ -411,15 +442,20 @@ bool fast_number_text_applies() noexcept {
     return std::strcmp(nl_langinfo(RADIXCHAR), ".") == 0 && std::fegetround() == FE_TONEAREST;
 }
 
-char* fast_number_text(char* out, double number) noexcept {
-    return write_number(out, number);
+char* fast_number_text(char* out, NumberBits<double> bits) noexcept {
+    return write_number(out, bits, leave);
 }
 
-char* fast_number_text(char* out, float number) noexcept {
-    if (std::fabs(number) == std::numeric_limits<float>::max()) {
-        return nullptr; // the only one with ten digits
-    }
-    return write_number(out, number);
+char* fast_number_text(char* out, NumberBits<float> bits) noexcept {
+    return write_number(out, bits, leave);
+}
+
+char* fast_or_plain_number_text(char* out, NumberBits<double> bits) noexcept {
+    return write_number(out, bits, plain_number_text);
+}
+
+char* fast_or_plain_number_text(char* out, NumberBits<float> bits) noexcept {
+    return write_number(out, bits, plain_number_text);
 }
 
 char* fast_integer_text(char* out, unsigned long long number) noexcept {
@@ -439,12 +475,20 @@ bool fast_number_text_applies() noexcept {
     return true; // the plain rule, which is all there is, depends on nothing else
 }
 
-char* fast_number_text(char*, double) noexcept {
+char* fast_number_text(char*, NumberBits<double>) noexcept {
     return nullptr;
 }
 
-char* fast_number_text(char*, float) noexcept {
+char* fast_number_text(char*, NumberBits<float>) noexcept {
     return nullptr;
+}
+
+char* fast_or_plain_number_text(char* out, NumberBits<double> bits) noexcept {
+    return plain_number_text(out, bits);
+}
+
+char* fast_or_plain_number_text(char* out, NumberBits<float> bits) noexcept {
+    return plain_number_text(out, bits);
 }
 
 char* fast_integer_text(char* out, unsigned long long number) noexcept {

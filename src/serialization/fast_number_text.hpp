@@ -3,6 +3,8 @@
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_FAST_NUMBER_TEXT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_FAST_NUMBER_TEXT_HPP
 
+#include "serialization/number_bits.hpp"
+
 #include <cstddef>
 
 namespace foundation::json::detail {
@@ -14,11 +16,16 @@ constexpr std::size_t fast_number_room = 40;
 /// rounding mode is to nearest.
 bool fast_number_text_applies() noexcept;
 
-/// Writes the text of number_text(), without a terminator, where fast_number_text_applies().
+/// Writes the text of number_text(), without a terminator, where fast_number_text_applies(). No
+/// other part of the floating-point environment counts, and none is changed.
 ///
 /// @return the end of the text, or null for the few numbers that only the plain rule serves
-char* fast_number_text(char* out, double number) noexcept;
-char* fast_number_text(char* out, float number) noexcept;
+char* fast_number_text(char* out, NumberBits<double> bits) noexcept;
+char* fast_number_text(char* out, NumberBits<float> bits) noexcept;
+
+/// The same for every number: by the plain rule where only that serves.
+char* fast_or_plain_number_text(char* out, NumberBits<double> bits) noexcept;
+char* fast_or_plain_number_text(char* out, NumberBits<float> bits) noexcept;
 
 /// Writes an integer in decimal, in the same room.
 /// @return the end of the text, of at most 20 characters

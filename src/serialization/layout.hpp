@@ -5,7 +5,8 @@
 /// text so far, and writes a piece at one, giving the next:
 ///
 ///     text(Cursor, const char (&)[N])     one piece of fixed text
-///     number(Cursor, T)                   a double, float, long long or unsigned long long
+///     number(Cursor, NumberBits<T>)       a double or float
+///     number(Cursor, T)                   a long long or unsigned long long
 ///     string(Cursor, const std::string&)  a quoted and escaped string
 ///     line_end(Cursor)                    a line feed, and a flush where there is one to do
 ///     spaces(Cursor, std::size_t)         one piece of that many spaces
@@ -15,6 +16,7 @@
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 
+#include "serialization/number_bits.hpp"
 #include "value/value_access.hpp"
 
 #include <cstddef>
@@ -43,8 +45,12 @@ public:
         return flag ? output_.text(at_, "true") : output_.text(at_, "false");
     }
 
-    Cursor operator()(double number) const { return output_.number(at_, number); }
-    Cursor operator()(float number) const { return output_.number(at_, number); }
+    Cursor operator()(const double& number) const {
+        return output_.number(at_, NumberBits<double>(number));
+    }
+    Cursor operator()(const float& number) const {
+        return output_.number(at_, NumberBits<float>(number));
+    }
     Cursor operator()(long long number) const { return output_.number(at_, number); }
     Cursor operator()(unsigned long long number) const { return output_.number(at_, number); }
     Cursor operator()(const std::string& text) const { return output_.string(at_, text); }

@@ -1,6 +1,7 @@
 #include "serialization/number_text.hpp"
 
 #include "parse_errors/read_double.hpp"
+#include "serialization/default_environment.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -82,17 +83,11 @@ void format_exponent(NumberBuffer& buffer, const Formats& formats, Number number
     trim_mantissa(buffer);
 }
 
-template <class Number>
-const char* non_finite_text(Number number) {
-    if (std::isnan(number)) {
-        return "\"NaN\"";
-    }
-    return number > 0 ? "\"Inf\"" : "\"-Inf\"";
-}
-
 } // namespace
 
-void format_double(NumberBuffer& buffer, double number) {
+// Not to be inlined into number_text(); see DefaultEnvironment.
+
+[[gnu::noinline]] void format_double(NumberBuffer& buffer, const double& number) {
     if (std::fabs(number) < 1e6) {
         format_plain(buffer, double_plain, number);
     } else {
@@ -100,7 +95,7 @@ void format_double(NumberBuffer& buffer, double number) {
     }
 }
 
-void format_float(NumberBuffer& buffer, float number) {
+[[gnu::noinline]] void format_float(NumberBuffer& buffer, const float& number) {
     const float magnitude = std::fabs(number);
     if (magnitude < 1e6f) {
         format_plain(buffer, float_plain, number);
@@ -111,19 +106,21 @@ void format_float(NumberBuffer& buffer, float number) {
     }
 }
 
-const char* number_text(NumberBuffer& buffer, double number) {
-    if (!std::isfinite(number)) {
-        return non_finite_text(number);
+const char* number_text(NumberBuffer& buffer, NumberBits<double> bits) {
+    if (!bits.is_finite()) {
+        return non_finite_text(bits);
     }
-    format_double(buffer, number);
+    const DefaultEnvironment environment;
+    format_double(buffer, bits.number());
     return buffer;
 }
 
-const char* number_text(NumberBuffer& buffer, float number) {
-    if (!std::isfinite(number)) {
-        return non_finite_text(number);
+const char* number_text(NumberBuffer& buffer, NumberBits<float> bits) {
+    if (!bits.is_finite()) {
+        return non_finite_text(bits);
     }
-    format_float(buffer, number);
+    const DefaultEnvironment environment;
+    format_float(buffer, bits.number());
     return buffer;
 }
 

@@ -4,7 +4,10 @@
 #include "serialization/layout.hpp"
 #include "serialization/stream_output.hpp"
 
-#include <sstream>
+#include <locale>
+#include <ostream>
+#include <streambuf>
+#include <utility>
 
 namespace foundation::json {
 
@@ -39,6 +42,36 @@ void write_value(std::ostream& stream, const Value& value, bool pretty) {
     }
 }
 
+/// The buffer of a string stream that says so when it runs out of memory: those of some standard
+/// libraries only fail then.
+class TextBuffer : public std::streambuf {
+public:
+    std::string take() { return std::move(text_); }
+
+protected:
+    int_type overflow(int_type byte) override {
+        text_ += traits_type::to_char_type(byte); // streams ask for nothing else
+        return byte;
+    }
+
+    std::streamsize xsputn(const char* bytes, std::streamsize count) override {
+        text_.append(bytes, static_cast<std::size_t>(count));
+        return count;
+    }
+
+private:
+    std::string text_;
+};
+
+/// The text as a new string stream would have it, but that want of memory shows.
+std::string to_string_by_stream(const Value& value, bool pretty) {
+    TextBuffer buffer;
+    std::ostream stream(&buffer);
+    detail::StreamOutput output(stream, detail::StreamOutput::Failure::silent);
+    write_layout(output, {}, value, pretty);
+    return buffer.take();
+}
+
 bool global_locale_is_classic() {
     return std::locale() == std::locale::classic();
 }
@@ -48,11 +81,7 @@ std::string to_string(const Value& value, bool pretty) {
         detail::StringOutput output;
         return output.take(write_layout(output, output.start(), value, pretty));
     }
-    std::ostringstream stream;
-    stream.exceptions(std::ios_base::badbit); // for want of memory, the only failure there is
-    detail::StreamOutput output(stream);
-    write_layout(output, {}, value, pretty);
-    return stream.str();
+    return to_string_by_stream(value, pretty);
 }
 
 } // namespace

@@ -3,6 +3,9 @@
 #include "serialization/number_text.hpp"
 #include "serialization/string_text.hpp"
 
+#include <exception>
+#include <new>
+
 namespace foundation::json::detail {
 
 namespace {
@@ -22,53 +25,93 @@ private:
 
 } // namespace
 
-StreamOutput::Cursor StreamOutput::number(Cursor at, double value) {
-    NumberBuffer buffer;
-    stream_ << number_text(buffer, value);
+StreamOutput::StreamOutput(std::ostream& stream, Failure failure)
+    : stream_(stream), failure_(failure) {
+    if (failure == Failure::silent) {
+        // Else the stream would keep want of memory to itself too.
+        stream.exceptions(std::ios_base::badbit);
+    }
+}
+
+template <class Piece>
+void StreamOutput::insert(const Piece& piece) {
+    if (failure_ == Failure::as_the_stream_says) {
+        stream_ << piece;
+        return;
+    }
+    try {
+        stream_ << piece;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (...) {
+        silence();
+    }
+}
+
+/// Ends an exception as a stream with an empty mask does: the stream stays bad, so that no later
+/// insertion writes anything. Such a stream does not end all of them: what is thrown where it does
+/// not look leaves it good, or came after the first. Nor is a thread's cancellation one to be
+/// ended; it is no exception of the language, of which there is none then.
+void StreamOutput::silence() {
+    const bool thrown_by_stream = stream_.exceptions() != std::ios_base::goodbit && stream_.bad();
+    if (!thrown_by_stream || std::current_exception() == nullptr) {
+        throw;
+    }
+    stream_.exceptions(std::ios_base::goodbit);
+}
+
+StreamOutput::Cursor StreamOutput::text(Cursor at, const char* piece) {
+    insert(piece);
     return at;
 }
 
-StreamOutput::Cursor StreamOutput::number(Cursor at, float value) {
+StreamOutput::Cursor StreamOutput::number(Cursor at, NumberBits<double> bits) {
     NumberBuffer buffer;
-    stream_ << number_text(buffer, value);
+    insert(number_text(buffer, bits));
+    return at;
+}
+
+StreamOutput::Cursor StreamOutput::number(Cursor at, NumberBits<float> bits) {
+    NumberBuffer buffer;
+    insert(number_text(buffer, bits));
     return at;
 }
 
 StreamOutput::Cursor StreamOutput::number(Cursor at, long long value) {
-    stream_ << value;
+    insert(value);
     return at;
 }
 
 StreamOutput::Cursor StreamOutput::number(Cursor at, unsigned long long value) {
-    stream_ << value;
+    insert(value);
     return at;
 }
 
 StreamOutput::Cursor StreamOutput::string(Cursor at, const std::string& text) {
-    stream_ << '"';
+    insert('"');
     for (const char byte : text) {
         escaped(static_cast<unsigned char>(byte));
     }
-    stream_ << '"';
+    insert('"');
     return at;
 }
 
 StreamOutput::Cursor StreamOutput::line_end(Cursor at) {
-    stream_ << std::endl;
+    insert(static_cast<std::ostream& (&)(std::ostream&)>(std::endl));
     return at;
 }
 
 StreamOutput::Cursor StreamOutput::spaces(Cursor at, std::size_t count) {
-    stream_ << std::string(count, ' ');
+    insert(std::string(count, ' '));
     return at;
 }
 
 void StreamOutput::escaped(unsigned char byte) {
     if (const char letter = short_escape(byte); letter != '\0') {
         const char escape[] = {'\\', letter, '\0'};
-        stream_ << escape;
+        insert(escape);
     } else if (byte >= 0x20) {
-        stream_ << static_cast<char>(byte);
+        insert(static_cast<char>(byte));
     } else {
         unicode_escape(byte);
     }
@@ -77,11 +120,11 @@ void StreamOutput::escaped(unsigned char byte) {
 void StreamOutput::unicode_escape(unsigned char byte) {
     // The fill character is meant to stay zero.
     const FlagsRestorer flags(stream_);
-    stream_ << "\\u";
+    insert("\\u");
     stream_.width(4);
     stream_.fill('0');
     stream_.setf(std::ios_base::hex, std::ios_base::basefield);
-    stream_ << static_cast<int>(byte);
+    insert(static_cast<int>(byte));
 }
 
 } // namespace foundation::json::detail

@@ -4,6 +4,8 @@
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_STREAM_OUTPUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_STREAM_OUTPUT_HPP
 
+#include "serialization/number_bits.hpp"
+
 #include <cstddef>
 #include <ostream>
 #include <string>
@@ -17,16 +19,19 @@ public:
     /// The stream knows itself where it is.
     struct Cursor {};
 
-    explicit StreamOutput(std::ostream& stream) noexcept : stream_(stream) {}
+    /// What becomes of an exception that an insertion meets.
+    enum class Failure {
+        as_the_stream_says, ///< the stream's exception mask decides
+        silent,             ///< as with an empty mask, but that std::bad_alloc passes
+    };
 
-    template <std::size_t N>
-    Cursor text(Cursor at, const char (&piece)[N]) {
-        stream_ << piece;
-        return at;
-    }
+    /// @param stream   where the text goes; if failures are to be silent one of the output's own,
+    ///                 whose exception mask it sets
+    explicit StreamOutput(std::ostream& stream, Failure failure = Failure::as_the_stream_says);
 
-    Cursor number(Cursor at, double value);
-    Cursor number(Cursor at, float value);
+    Cursor text(Cursor at, const char* piece);
+    Cursor number(Cursor at, NumberBits<double> bits);
+    Cursor number(Cursor at, NumberBits<float> bits);
     Cursor number(Cursor at, long long value);
     Cursor number(Cursor at, unsigned long long value);
     Cursor string(Cursor at, const std::string& text);
@@ -38,9 +43,13 @@ public:
     void unicode_escape(unsigned char byte);
 
 private:
+    template <class Piece>
+    void insert(const Piece& piece);
+    void silence();
     void escaped(unsigned char byte);
 
     std::ostream& stream_;
+    Failure failure_;
 };
 
 } // namespace foundation::json::detail

@@ -34,7 +34,7 @@ void compare(std::uint32_t bits) {
     float number;
     std::memcpy(&number, &bits, sizeof number);
     char fast[fast_number_room];
-    const char* const end = fast_number_text(fast, number);
+    const char* const end = fast_number_text(fast, NumberBits(number));
     ++compared;
     if (end == nullptr) {
         ++left_to_the_plain_rule;
@@ -42,7 +42,7 @@ void compare(std::uint32_t bits) {
     }
     const std::string_view text(fast, static_cast<std::size_t>(end - fast));
     NumberBuffer buffer;
-    if (const char* const plain = number_text(buffer, number); text != plain) {
+    if (const char* const plain = number_text(buffer, NumberBits(number)); text != plain) {
         ++differences;
         std::printf("%08x: plain %s, fast %.*s\n", static_cast<unsigned>(bits), plain,
                     static_cast<int>(text.size()), text.data());

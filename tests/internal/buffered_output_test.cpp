@@ -23,6 +23,7 @@
 #include <locale>
 #include <sstream>
 #include <string>
+#include <type_traits>
 #include <variant>
 #include <vector>
 
@@ -61,7 +62,11 @@ public:
 
     template <class Number>
     Cursor operator()(Number number) const {
-        return output_.number(at_, number);
+        if constexpr (std::is_floating_point_v<Number>) {
+            return output_.number(at_, NumberBits(number));
+        } else {
+            return output_.number(at_, number);
+        }
     }
 
 private:

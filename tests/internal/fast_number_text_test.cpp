@@ -76,7 +76,7 @@ const char left_to_the_plain_rule[] = "(left to the plain rule)";
 template <class Number>
 std::string fast_text(Number number) {
     char text[fast_number_room];
-    char* const end = fast_number_text(text, number);
+    char* const end = fast_number_text(text, NumberBits(number));
     return end != nullptr ? std::string(text, end) : left_to_the_plain_rule;
 }
 
@@ -87,12 +87,12 @@ std::string fast_text(Number number) {
 template <class Number>
 void compare_one(Number number, bool may_be_left) {
     char fast[fast_number_room];
-    const char* const end = fast_number_text(fast, number);
+    const char* const end = fast_number_text(fast, NumberBits(number));
     if (end == nullptr && may_be_left) {
         return;
     }
     NumberBuffer buffer;
-    const char* const plain = number_text(buffer, number);
+    const char* const plain = number_text(buffer, NumberBits(number));
     if (end == nullptr) {
         ADD_FAILURE() << plain << " was left to the plain rule";
         return;
@@ -381,7 +381,7 @@ void expect_left_to_the_plain_rule(const std::vector<std::pair<Number, std::stri
         EXPECT_EQ(fast_text(number), left_to_the_plain_rule) << text;
         EXPECT_EQ(fast_text(-number), left_to_the_plain_rule) << text;
         NumberBuffer buffer;
-        EXPECT_STREQ(number_text(buffer, number), text.c_str());
+        EXPECT_STREQ(number_text(buffer, NumberBits(number)), text.c_str());
     }
 }
 

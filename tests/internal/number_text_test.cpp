@@ -76,20 +76,20 @@ TEST(NumberBuffer, IsTerminatedAfterTheTextOfAFloat) {
 
 TEST(NumberBuffer, HoldsTheTextOfEveryFiniteNumber) {
     NumberBuffer buffer;
-    EXPECT_STREQ(number_text(buffer, 999999.5), "999999.5");
-    EXPECT_STREQ(number_text(buffer, 1e6), "1.0E+6");
-    EXPECT_STREQ(number_text(buffer, DBL_MAX), "1.7976931348623157E+308");
-    EXPECT_STREQ(number_text(buffer, FLT_MAX), "3.402823466E+38");
+    EXPECT_STREQ(number_text(buffer, NumberBits(999999.5)), "999999.5");
+    EXPECT_STREQ(number_text(buffer, NumberBits(1e6)), "1.0E+6");
+    EXPECT_STREQ(number_text(buffer, NumberBits(DBL_MAX)), "1.7976931348623157E+308");
+    EXPECT_STREQ(number_text(buffer, NumberBits(FLT_MAX)), "3.402823466E+38");
 }
 
 TEST(NumberBuffer, IsNotNeededForNumbersThatAreNotFinite) {
     NumberBuffer buffer = "untouched";
-    EXPECT_STREQ(number_text(buffer, std::nan("")), "\"NaN\"");
-    EXPECT_STREQ(number_text(buffer, HUGE_VAL), "\"Inf\"");
-    EXPECT_STREQ(number_text(buffer, -HUGE_VAL), "\"-Inf\"");
-    EXPECT_STREQ(number_text(buffer, std::nanf("")), "\"NaN\"");
-    EXPECT_STREQ(number_text(buffer, HUGE_VALF), "\"Inf\"");
-    EXPECT_STREQ(number_text(buffer, -HUGE_VALF), "\"-Inf\"");
+    EXPECT_STREQ(number_text(buffer, NumberBits(std::nan(""))), "\"NaN\"");
+    EXPECT_STREQ(number_text(buffer, NumberBits(HUGE_VAL)), "\"Inf\"");
+    EXPECT_STREQ(number_text(buffer, NumberBits(-HUGE_VAL)), "\"-Inf\"");
+    EXPECT_STREQ(number_text(buffer, NumberBits(std::nanf(""))), "\"NaN\"");
+    EXPECT_STREQ(number_text(buffer, NumberBits(HUGE_VALF)), "\"Inf\"");
+    EXPECT_STREQ(number_text(buffer, NumberBits(-HUGE_VALF)), "\"-Inf\"");
     EXPECT_STREQ(buffer, "untouched");
 }
 

@@ -73,8 +73,12 @@ private:
     void write_content(const Undefined&, std::size_t) {}
     void write_content(const Null&, std::size_t) { stream_ << "null"; }
     void write_content(bool flag, std::size_t) { stream_ << (flag ? "true" : "false"); }
-    void write_content(double number, std::size_t) { stream_ << expected_number_text(number); }
-    void write_content(float number, std::size_t) { stream_ << expected_number_text(number); }
+    void write_content(const double& number, std::size_t) {
+        stream_ << expected_number_text(number);
+    }
+    void write_content(const float& number, std::size_t) {
+        stream_ << expected_number_text(number);
+    }
     void write_content(long long number, std::size_t) { stream_ << number; }
     void write_content(unsigned long long number, std::size_t) { stream_ << number; }
 

@@ -60,7 +60,9 @@ public:
     /// adjustment say, and is used up. The other flags and the locale shape the int64 and uint64
     /// kinds and the digits of `\u` escapes; after such an escape the stream's fill character stays
     /// the digit zero. Numbers of the double and float kind follow the radix character of the
-    /// process's C locale.
+    /// process's C locale and the rounding direction of std::fegetround(), and nothing else of the
+    /// floating-point environment: neither a treatment of subnormal numbers as zero nor traps. They
+    /// raise no flag.
     ///
     /// @param stream  where the text goes
     /// @param value   what to write; only read
@@ -75,9 +77,12 @@ private:
 
 /// The compact text of a value.
 ///
-/// The text is what Serializer writes onto a fresh std::ostringstream: it follows the global C++
-/// locale where that groups the digits of integers.
-/// @throws std::bad_alloc if memory runs out
+/// The text is what Serializer writes onto a fresh std::ostringstream. The global C++ locale shapes
+/// the int64 and uint64 kinds, their digits and their grouping; the digits of `\u` escapes; and, in
+/// pretty_print(), the line ends, which its std::ctype facet may widen to another character. Where
+/// such a facet throws while an integer is formatted, the text ends there without an exception, as
+/// that stream keeps it to itself; what is thrown where a line end is widened passes.
+/// @throws std::bad_alloc if memory runs out, also within a facet
 /// @complexity linear in the length of the text; recursion as deep as the nesting.
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::string serialize(const Value& value);
 

@@ -1,0 +1,113 @@
+/// @file
+/// The text of random numbers in random floating-point environments, by the fast way, by the plain
+/// rule, and by the rule written out once more.
+#include "serialization/fast_number_text.hpp"
+#include "serialization/number_text.hpp"
+#include "support/float_environments.hpp"
+#include "support/notable_numbers.hpp"
+#include "support/number_rule.hpp"
+#include "support/rounds.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cfenv>
+#include <cstddef>
+#include <random>
+#include <string>
+#include <type_traits>
+
+namespace foundation::json::detail {
+namespace {
+
+using test::Environment;
+using test::flags_raised_in;
+
+template <class Number>
+std::string plain_text(NumberBits<Number> bits) {
+    NumberBuffer buffer;
+    return number_text(buffer, bits);
+}
+
+template <class Number>
+std::string fast_text(NumberBits<Number> bits) {
+    char text[fast_number_room];
+    return {text, fast_or_plain_number_text(text, bits)};
+}
+
+template <class Number>
+void expect_the_rule(const Environment& environment, const Number& number) {
+    const NumberBits<Number> bits(number);
+    std::string expected;
+    {
+        const test::EnvironmentKeeper keeper;
+        std::fesetround(environment.direction);
+        expected = test::expected_number_text(number);
+    }
+    std::string plain;
+    EXPECT_EQ(flags_raised_in(environment, [&] { plain = plain_text(bits); }), 0);
+    EXPECT_EQ(plain, expected) << test::name_of(environment);
+    std::string fast = expected;
+    const int flags = flags_raised_in(environment, [&] {
+        if (fast_number_text_applies()) {
+            fast = fast_text(bits);
+        }
+    });
+    EXPECT_EQ(flags, 0) << expected;
+    EXPECT_EQ(fast, expected) << test::name_of(environment);
+}
+
+template <class Item>
+const Item& any_of(const std::vector<Item>& items, std::mt19937_64& random) {
+    return items[random() % items.size()];
+}
+
+Environment any_environment(std::mt19937_64& random) {
+    // Half of them in the direction in which there is a fast way.
+    const int direction = random() % 2 != 0 ? FE_TONEAREST : any_of(test::directions(), random);
+    return {direction, random() % 2 != 0, any_of(test::machine_settings(), random)};
+}
+
+template <class Number>
+class NumberTextInAnyEnvironment : public testing::Test {};
+
+struct NumberNames {
+    template <class Number>
+    static std::string GetName(int) {
+        return std::is_same_v<Number, double> ? "OfDoubles" : "OfFloats";
+    }
+};
+
+using Numbers = testing::Types<double, float>;
+TYPED_TEST_SUITE(NumberTextInAnyEnvironment, Numbers, NumberNames);
+
+TYPED_TEST(NumberTextInAnyEnvironment, FollowsTheRuleForRandomBits) {
+    std::mt19937_64 random(20261121);
+    for (std::size_t i = 0; i < test::test_rounds(); ++i) {
+        const auto word = static_cast<test::WordOf<TypeParam>>(random());
+        expect_the_rule(any_environment(random), test::number_of<TypeParam>(word));
+    }
+}
+
+TYPED_TEST(NumberTextInAnyEnvironment, FollowsTheRuleForRandomSubnormalBits) {
+    std::mt19937_64 random(20261122);
+    using Word = test::WordOf<TypeParam>;
+    constexpr Word mantissa = NumberBits<TypeParam>::implicit_bit - 1;
+    for (std::size_t i = 0; i < test::test_rounds() / 2; ++i) {
+        const Word word = static_cast<Word>(random()) & ~NumberBits<TypeParam>::infinity;
+        const Word shifted = static_cast<Word>((word & mantissa) >> (random() % 52));
+        const Word sign = word & ~mantissa;
+        expect_the_rule(any_environment(random), test::number_of<TypeParam>(sign | shifted));
+    }
+}
+
+TYPED_TEST(NumberTextInAnyEnvironment, FollowsTheRuleForNotableNumbers) {
+    std::mt19937_64 random(20261123);
+    for (const auto word : test::notable_words<TypeParam>()) {
+        for (int i = 0; i < 20; ++i) {
+            expect_the_rule(any_environment(random), test::number_of<TypeParam>(word));
+        }
+    }
+}
+
+} // namespace
+} // namespace foundation::json::detail
