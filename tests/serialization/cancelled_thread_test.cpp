@@ -34,7 +34,7 @@ protected:
 bool has_returned = false;
 
 void* write_and_be_cancelled(void*) {
-    serialize(std::vector<Value>{true, 1ULL, false});
+    static_cast<void>(serialize(std::vector<Value>{true, 1ULL, false}));
     has_returned = true;
     return nullptr;
 }
