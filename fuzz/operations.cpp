@@ -66,7 +66,7 @@ public:
         return model_.is(Kind::array) &&
                std::equal(elements.begin(), elements.end(), model_.elements.begin(),
                           model_.elements.end(), [](const Value& value, const Model& model) {
-                              return detail::visit(Agrees(model), value);
+                              return visit(Agrees(model), value);
                           });
     }
     bool operator()(const Object& members) const {
@@ -74,7 +74,7 @@ public:
                std::equal(members.begin(), members.end(), model_.members.begin(),
                           model_.members.end(), [](const auto& value, const auto& model) {
                               return value.first == model.first &&
-                                     detail::visit(Agrees(model.second), value.second);
+                                     visit(Agrees(model.second), value.second);
                           });
     }
 
@@ -89,7 +89,7 @@ private:
 };
 
 void expect_agreement(const Value& value, const Model& model, std::string_view what) {
-    if (!detail::visit(Agrees(model), value)) {
+    if (!visit(Agrees(model), value)) {
         expect_equal(serialize(value), compact_text(model), what);
         expect(false, what);
     }

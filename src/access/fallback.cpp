@@ -11,7 +11,7 @@ Value::Or Value::operator||(const Value& right) const noexcept {
 Value::Or::Or(const Value& left, const Value& right) noexcept : left_(&left), right_(&right) {}
 
 Value::Or::operator const Value&() const noexcept {
-    return detail::visit(OrVisitor(*left_, *right_), *left_);
+    return visit(OrVisitor(*left_, *right_), *left_);
 }
 
 Value::OrVisitor::OrVisitor(const Value& left, const Value& right) noexcept
@@ -65,7 +65,7 @@ bool Value::HasProperty::operator()(const Object& members) const {
 }
 
 bool Value::HasProperty::operator()(const Value& value) const {
-    return detail::visit(*this, value);
+    return visit(*this, value);
 }
 
 } // namespace foundation::json

@@ -1,8 +1,8 @@
 #include "access/indexing.hpp"
 
 #include "access/append.hpp"
-#include "value/conversions.hpp"
 #include "value/hardening.hpp"
+#include "value/value_access.hpp"
 
 #include <stdexcept>
 
@@ -26,18 +26,18 @@ std::uint64_t to_index(double number) noexcept {
 namespace {
 
 Value& member(Value& value, const std::string& name) {
-    return strict_object(value)[name];
+    return get<Object>(value)[name];
 }
 
 const Value& member(const Value& value, const std::string& name) {
-    const Object& members = strict_object(value);
+    const Object& members = get<Object>(value);
     const auto found = members.find(name);
     return found != members.end() ? found->second : ValueAccess::undefined();
 }
 
 template <class AnyValue>
 AnyValue& element(AnyValue& value, std::size_t index) {
-    auto& elements = strict_array(value);
+    auto& elements = get<Array>(value);
     require_index(index, elements.size());
     return elements[index];
 }
@@ -101,7 +101,7 @@ Value& Value::operator[](std::size_t index) {
 }
 
 Value& Value::operator[](const Value& key) {
-    return detail::visit(detail::LookUp<Value>(*this), key);
+    return visit(detail::LookUp<Value>(*this), key);
 }
 
 const Value& Value::operator[](const std::string& key) const {
@@ -121,15 +121,15 @@ const Value& Value::operator[](std::size_t index) const {
 }
 
 const Value& Value::operator[](const Value& key) const {
-    return detail::visit(detail::LookUp<const Value>(*this), key);
+    return visit(detail::LookUp<const Value>(*this), key);
 }
 
 std::size_t Value::length() const {
-    return detail::visit(detail::Length(), *this);
+    return visit(detail::Length(), *this);
 }
 
 void Value::push(const Value& v) {
-    detail::visit(push_visitor(v), *this);
+    visit(push_visitor(v), *this);
 }
 
 bool Value::hasOwnProperty(const std::string& key) const {

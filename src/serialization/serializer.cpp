@@ -32,7 +32,7 @@ struct EndsInOneByte : boost::static_visitor<bool> {
 };
 
 void write_value(std::ostream& stream, const Value& value, bool pretty) {
-    if (detail::visit(EndsInOneByte(), value) && detail::fast_number_text_applies() &&
+    if (visit(EndsInOneByte(), value) && detail::fast_number_text_applies() &&
         detail::BufferedStreamOutput::applies_to(stream)) {
         detail::BufferedStreamOutput output(stream);
         output.finish(write_layout(output, output.start(), value, pretty));

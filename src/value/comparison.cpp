@@ -1,7 +1,5 @@
 #include "value/value_access.hpp"
 
-#include <boost/variant/get.hpp>
-
 #include <algorithm>
 
 namespace foundation::json {
@@ -54,16 +52,14 @@ public:
 private:
     template <class Content>
     const Content& right() const {
-        return boost::strict_get<Content>(detail::ValueAccess::variant(right_));
+        return detail::ValueAccess::content<Content>(right_);
     }
 
     const Value& right_;
 };
 
 inline bool equal(const Value& left, const Value& right) {
-    return detail::ValueAccess::variant(left).which() ==
-               detail::ValueAccess::variant(right).which() &&
-           detail::visit(Equal(right), left);
+    return kind_of(left) == kind_of(right) && visit(Equal(right), left);
 }
 
 inline bool equal(const Object::value_type& left, const Object::value_type& right) {
@@ -107,11 +103,10 @@ public:
 
     template <class Content>
     int operator()(const Content& left) const {
-        const auto& right = detail::ValueAccess::variant(right_);
-        if (const auto* const same_kind = boost::strict_get<Content>(&right)) {
+        if (const auto* const same_kind = get_if<Content>(&right_)) {
             return compare(left, *same_kind);
         }
-        return traits<Content>::order < right.which() ? -1 : 1;
+        return traits<Content>::order < static_cast<int>(kind_of(right_)) ? -1 : 1;
     }
 
 private:
@@ -119,7 +114,7 @@ private:
 };
 
 inline int compare(const Value& left, const Value& right) {
-    return detail::visit(Compare(right), left);
+    return visit(Compare(right), left);
 }
 
 inline int compare(const Object::value_type& left, const Object::value_type& right) {

@@ -1,4 +1,4 @@
-#include "value/conversions.hpp"
+#include "value/value_access.hpp"
 
 // Callers catch the exceptions of this cast, so their type information must not be hidden: not
 // every runtime library compares it by name.
@@ -9,32 +9,8 @@
 #include <cmath>
 #include <limits>
 #include <sstream>
-#include <stdexcept>
 
 namespace foundation::json {
-
-namespace detail {
-
-void throw_invalid_conversion(const char* source, const char* target) {
-    throw std::runtime_error(std::string("invalid conversion: ") + source + " to " + target);
-}
-
-namespace {
-
-struct NameOfKind : boost::static_visitor<const char*> {
-    template <class Content>
-    const char* operator()(const Content&) const {
-        return traits<Content>::name;
-    }
-};
-
-} // namespace
-
-void throw_invalid_conversion(const Value& source, const char* target) {
-    throw_invalid_conversion(visit(NameOfKind(), source), target);
-}
-
-} // namespace detail
 
 namespace {
 
@@ -67,11 +43,11 @@ struct ToInt : boost::static_visitor<int> {
 } // namespace
 
 Value::operator bool() const {
-    return detail::strict_content<bool>(*this);
+    return get<bool>(*this);
 }
 
 Value::operator int() const {
-    return detail::visit(ToInt(), *this);
+    return visit(ToInt(), *this);
 }
 
 } // namespace foundation::json

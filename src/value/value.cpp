@@ -61,11 +61,6 @@ namespace {
 void copy_members(Array& target, const Array& source);
 void copy_members(Object& target, const Object& source);
 
-template <class Container>
-Container& content_of(Value& value) {
-    return boost::strict_get<Container>(detail::ValueAccess::variant(value));
-}
-
 template <class Content>
 [[gnu::noinline]] Value& append(Array& target, const Content& content) {
     return target.emplace_back(content);
@@ -79,12 +74,12 @@ template <class Content>
 
 template <class Container>
 [[gnu::noinline]] Container& append_empty(Array& target) {
-    return content_of<Container>(target.emplace_back(Container()));
+    return detail::ValueAccess::content<Container>(target.emplace_back(Container()));
 }
 
 template <class Container>
 [[gnu::noinline]] Container& append_empty(Object& target, const std::string& name) {
-    return content_of<Container>(append(target, name, Container()));
+    return detail::ValueAccess::content<Container>(append(target, name, Container()));
 }
 
 /// Appends a copy of the visited content to an array.
@@ -135,13 +130,13 @@ private:
 [[gnu::noinline]] void copy_members(Array& target, const Array& source) {
     target.reserve(source.size());
     for (const Value& element : source) {
-        detail::visit(CopyElement(target), element);
+        visit(CopyElement(target), element);
     }
 }
 
 [[gnu::noinline]] void copy_members(Object& target, const Object& source) {
     for (const auto& [name, value] : source) {
-        detail::visit(CopyMember(target, name), value);
+        visit(CopyMember(target, name), value);
     }
 }
 
@@ -159,7 +154,7 @@ public:
 private:
     template <class Container>
     void copy_container(const Container& content) const {
-        copy_members(content_of<Container>(target_), content);
+        copy_members(detail::ValueAccess::content<Container>(target_), content);
     }
 
     Value& target_;
@@ -179,7 +174,7 @@ struct CopyShallow : boost::static_visitor<Variant> {
 };
 
 [[gnu::noinline]] Variant copy_shallow(const Value& original) {
-    return detail::visit(CopyShallow(), original);
+    return visit(CopyShallow(), original);
 }
 
 /// A copy but, beyond the ordinary levels, for what is left to CopyDeferred.
@@ -193,7 +188,7 @@ Variant copy(const Value& original) {
 
 Value::Value(const Value& other) : variant_(copy(other)) {
     if (detail::NestingLevel::at_last_ordinary()) {
-        detail::visit(CopyDeferred(*this), other);
+        visit(CopyDeferred(*this), other);
     }
 }
 
@@ -224,14 +219,14 @@ struct ClearContainer : boost::static_visitor<> {
 
 [[gnu::noinline]] void clear_members(Array& elements) {
     for (Value& element : elements) {
-        detail::visit(ClearContainer(), element);
+        visit(ClearContainer(), element);
     }
     clear(elements);
 }
 
 [[gnu::noinline]] void clear_members(Object& members) {
     for (auto& member : members) {
-        detail::visit(ClearContainer(), member.second);
+        visit(ClearContainer(), member.second);
     }
     clear(members);
 }
@@ -255,7 +250,7 @@ struct DestroyMembers : boost::static_visitor<> {
 } // namespace
 
 Value::~Value() {
-    detail::visit(DestroyMembers(), *this);
+    visit(DestroyMembers(), *this);
 }
 
 namespace {
@@ -287,7 +282,7 @@ public:
     AssignDeep(Value& target, const Value& source) noexcept : target_(target), source_(source) {}
 
     void operator()(const Array& elements) const {
-        if (auto* const target = boost::strict_get<Array>(&detail::ValueAccess::variant(target_))) {
+        if (auto* const target = get_if<Array>(&target_)) {
             assign_elements(*target, elements);
         } else {
             assign_content();
@@ -326,7 +321,7 @@ private:
     if (source.size() <= target.capacity()) {
         const std::size_t in_place = std::min(target.size(), source.size());
         for (std::size_t i = 0; i != in_place; ++i) {
-            detail::visit(AssignDeep(target[i], source[i]), source[i]);
+            visit(AssignDeep(target[i], source[i]), source[i]);
         }
     }
     assign_rest(target, source);
@@ -338,7 +333,7 @@ Value& Value::operator=(const Value& other) {
     if (this != &other) {
         const detail::NestingLevel level;
         if (level.beyond_ordinary()) {
-            detail::visit(AssignDeep(*this, other), other);
+            visit(AssignDeep(*this, other), other);
         } else {
             assign(variant_, other.variant_);
         }

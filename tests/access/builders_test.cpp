@@ -44,7 +44,7 @@ TEST(Element, TakesWhateverAValueTakes) {
     };
     for (const Case& c : cases) {
         EXPECT_EQ(c.value.length(), 1u) << c.kind;
-        EXPECT_EQ(kind_of(c.value[0]), c.kind);
+        EXPECT_EQ(kind_name(c.value[0]), c.kind);
         EXPECT_EQ(serialize(c.value), c.text);
     }
 }
@@ -253,7 +253,7 @@ TEST(CommaBeforeWhatIsNoBuilder, LeavesWhatIsNoValueAlone) {
 
 TEST(Property, WithoutAnAssignmentIsAnEmptyObject) {
     EXPECT_EQ(serialize(Value(Property("a"))), "{}");
-    EXPECT_EQ(kind_of(Value(Property("a"))), "JSON object");
+    EXPECT_EQ(kind_name(Value(Property("a"))), "JSON object");
 }
 
 TEST(Property, TakesWhateverAValueTakes) {
@@ -279,7 +279,7 @@ TEST(Property, TakesWhateverAValueTakes) {
     };
     for (const Case& c : cases) {
         ASSERT_TRUE(c.value.hasOwnProperty("k")) << c.kind;
-        EXPECT_EQ(kind_of(c.value["k"]), c.kind);
+        EXPECT_EQ(kind_name(c.value["k"]), c.kind);
         EXPECT_EQ(serialize(c.value), c.text);
     }
 }

@@ -190,7 +190,7 @@ TYPED_TEST(IndexingConstAndNot, OnlyANumberOrAStringIsAKey) {
         TypeParam& value = sample.value;
         for (const Value& key : keys) {
             EXPECT_EQ(thrown_message([&] { static_cast<void>(value[key]); }), "Undefined value")
-                << sample.kind << " by " << kind_of(key);
+                << sample.kind << " by " << kind_name(key);
         }
         EXPECT_EQ(describe(value), sample.description);
     }
@@ -233,7 +233,7 @@ TYPED_TEST(IndexingConstAndNot, AFailingLookupLeavesTheValueAsItWas) {
             try {
                 static_cast<void>(value[key]);
             } catch (const std::runtime_error&) {
-                EXPECT_EQ(describe(value), sample.description) << "by " << kind_of(key);
+                EXPECT_EQ(describe(value), sample.description) << "by " << kind_name(key);
             }
         }
     }
@@ -245,7 +245,7 @@ TEST(ConstIndexing, AMissingMemberIsOneConstantUndefinedValueAndIsNotInserted) {
     const Value empty{Object{}};
     const Value full(Object{{"a", 1}, {"c", 3}});
     const Value* const undefined = &empty["anything"];
-    EXPECT_EQ(kind_of(*undefined), "undefined");
+    EXPECT_EQ(kind_name(*undefined), "undefined");
     for (const char* name : {"", "b", "missing", "A"}) {
         for (const auto& [form, look_up] : lookups_of_member<const Value>(name)) {
             EXPECT_EQ(&look_up(empty), undefined) << form;
@@ -264,12 +264,12 @@ TEST(ConstIndexing, TheUndefinedOfAMissingMemberOutlivesTheObject) {
         const Value object{Object{}};
         undefined = &object["a"];
     }
-    EXPECT_EQ(kind_of(*undefined), "undefined");
+    EXPECT_EQ(kind_name(*undefined), "undefined");
 }
 
 TEST(ConstIndexing, AnUndefinedMemberIsNotTheUndefinedOfAMissingOne) {
     const Value object(Object{{"a", Value()}});
-    EXPECT_EQ(kind_of(object["a"]), "undefined");
+    EXPECT_EQ(kind_name(object["a"]), "undefined");
     EXPECT_NE(&object["a"], &object["missing"]);
 }
 
@@ -277,7 +277,7 @@ TEST(NonConstIndexing, AMissingMemberIsInsertedUndefinedAndStays) {
     for (const auto& [form, look_up] : lookups_of_member<Value>("x")) {
         Value object{Object{}};
         Value& member = look_up(object);
-        EXPECT_EQ(kind_of(member), "undefined") << form;
+        EXPECT_EQ(kind_name(member), "undefined") << form;
         EXPECT_TRUE(object.hasOwnProperty("x")) << form;
         EXPECT_EQ(&look_up(object), &member) << form;
         EXPECT_EQ(&static_cast<const Value&>(object)["x"], &member) << form;

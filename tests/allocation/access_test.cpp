@@ -120,7 +120,7 @@ std::size_t failures_of_inserting(const Key& key) {
         },
         [&](const Value& object) {
             EXPECT_TRUE(object.hasOwnProperty(long_key));
-            EXPECT_EQ(kind_of(object[long_key]), "undefined");
+            EXPECT_EQ(kind_name(object[long_key]), "undefined");
         });
 }
 

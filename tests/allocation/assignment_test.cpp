@@ -36,7 +36,7 @@ void expect_after_failed_copy(const Value& target, const Sample& before, const S
     } else if (before.kind != source.kind) {
         EXPECT_EQ(describe(target), "JSON boolean false");
     } else {
-        EXPECT_EQ(kind_of(target), before.kind);
+        EXPECT_EQ(kind_name(target), before.kind);
     }
 }
 

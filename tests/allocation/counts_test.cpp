@@ -113,7 +113,7 @@ TEST(Allocations, OfGrowthAreTwoStoragesAndAnEmptyContainerPerContainer) {
     for (const Case& c : cases) {
         Value array = array_of(count, c.element);
         EXPECT_EQ(allocations_of([&] { array.push(1); }), 2 + count * c.per_element)
-            << kind_of(c.element);
+            << kind_name(c.element);
         EXPECT_EQ(array[count - 1], c.element);
     }
 }

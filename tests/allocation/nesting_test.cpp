@@ -69,7 +69,7 @@ std::size_t failures_of_assigning(const Value& target, const Value& source,
         },
         [](Operands& o) { o.target = std::as_const(o.source); },
         [&](const Operands& o) {
-            EXPECT_EQ(kind_of(o.target), kind_left);
+            EXPECT_EQ(kind_name(o.target), kind_left);
             EXPECT_EQ(describe(o.source), description);
         },
         [&](const Operands& o) {
@@ -155,7 +155,7 @@ std::optional<std::string> left_by_failure(const Change& change, std::size_t lev
     Value target = within_arrays(change.target(), level);
     const Value source = within_arrays(change.source, level);
     Value& core = core_of(target, level);
-    const Value* const first = kind_of(core) == "JSON array" ? &core[0] : nullptr;
+    const Value* const first = kind_name(core) == "JSON array" ? &core[0] : nullptr;
     bool failed = false;
     {
         const FailingAllocation failing(n, Failing::once);
@@ -170,7 +170,7 @@ std::optional<std::string> left_by_failure(const Change& change, std::size_t lev
         EXPECT_EQ(serialize(core), serialize(change.source));
         return std::nullopt;
     }
-    const bool in_place = kind_of(core) == "JSON array" && core.length() != 0 && &core[0] == first;
+    const bool in_place = kind_name(core) == "JSON array" && core.length() != 0 && &core[0] == first;
     return serialize(core) + (in_place ? ", in place" : "");
 }
 

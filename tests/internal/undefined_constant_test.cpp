@@ -14,7 +14,7 @@ namespace {
 
 std::string kind_of_missing_member() {
     const Value object(std::map<std::string, Value>{{"a", 1}});
-    return test::kind_of(object["missing"]);
+    return test::kind_name(object["missing"]);
 }
 
 bool report_at_exit = false;

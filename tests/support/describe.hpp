@@ -13,7 +13,7 @@ namespace foundation::json::test {
 /// The kind and the compact text: `JSON array [1,"two"]`, `int64 7`, `undefined`.
 inline std::string describe(const Value& value) {
     const std::string text = serialize(value);
-    return text.empty() ? kind_of(value) : kind_of(value) + " " + text;
+    return text.empty() ? kind_name(value) : kind_name(value) + " " + text;
 }
 
 } // namespace foundation::json::test

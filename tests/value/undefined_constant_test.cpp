@@ -12,12 +12,12 @@ namespace foundation::json {
 namespace {
 
 using test::Array;
-using test::kind_of;
+using test::kind_name;
 using test::Object;
 
 TEST(UndefinedConstant, IsWhatConstLookupsOfMissingMembersReturn) {
     const Value object(Object{{"a", 1}});
-    EXPECT_EQ(kind_of(object["missing"]), "undefined");
+    EXPECT_EQ(kind_name(object["missing"]), "undefined");
 }
 
 TEST(UndefinedConstant, IsTheSameObjectEveryTime) {
@@ -44,14 +44,14 @@ TEST(UndefinedConstant, OutlivesTheValueLookedUpIn) {
         const Value object(Object{{"a", 1}});
         undefined = &object["missing"];
     }
-    EXPECT_EQ(kind_of(*undefined), "undefined");
+    EXPECT_EQ(kind_name(*undefined), "undefined");
 }
 
 TEST(UndefinedConstant, StaysUndefinedWhateverItsCopiesBecome) {
     const Value object(Object{{"a", 1}});
     Value copy = object["missing"];
     copy = "changed";
-    EXPECT_EQ(kind_of(object["missing"]), "undefined");
+    EXPECT_EQ(kind_name(object["missing"]), "undefined");
 }
 
 template <class T, class = void>

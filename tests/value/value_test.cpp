@@ -20,7 +20,7 @@ namespace {
 
 using test::Array;
 using test::describe;
-using test::kind_of;
+using test::kind_name;
 using test::Object;
 using test::Sample;
 using test::samples;
@@ -78,7 +78,7 @@ TEST(Value, KeepsNanAndInfinities) {
 }
 
 TEST(Value, DoesNotWidenAFloat) {
-    EXPECT_EQ(kind_of(Value(0.1f)), "float");
+    EXPECT_EQ(kind_name(Value(0.1f)), "float");
     EXPECT_EQ(Value(0.1f), Value(0.1f));
     EXPECT_NE(Value(0.1f), Value(0.2f));
     EXPECT_NE(Value(0.1f), Value(static_cast<double>(0.1f)));

@@ -1,0 +1,198 @@
+#include <foundation/json/content.hpp>
+
+#include "support/thrown_message.hpp"
+
+#include <foundation/json/serializer.hpp>
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace foundation::json {
+namespace {
+
+/// A value of each kind, and what is to be known of it.
+struct Row {
+    Value value;
+    Kind kind;
+    int order;
+    const char* name;
+};
+
+std::vector<Row> one_of_each_kind() {
+    return {
+        {Undefined(), Kind::undefined, 0, "undefined"},
+        {Null(), Kind::null, 1, "JSON null"},
+        {true, Kind::boolean, 2, "JSON boolean"},
+        {2.5, Kind::number, 3, "JSON number"},
+        {"text", Kind::string, 4, "JSON string"},
+        {Array{1, 2}, Kind::array, 5, "JSON array"},
+        {Object{{"a", 1}}, Kind::object, 6, "JSON object"},
+        {2.5f, Kind::float32, 7, "float"},
+        {-7LL, Kind::int64, 8, "int64"},
+        {7ULL, Kind::uint64, 9, "uint64"},
+    };
+}
+
+TEST(Content, HasTheKindOfItsValue) {
+    for (const Row& row : one_of_each_kind()) {
+        EXPECT_EQ(kind_of(row.value), row.kind) << row.name;
+        EXPECT_EQ(static_cast<int>(row.kind), row.order) << row.name;
+        EXPECT_STREQ(name_of(row.kind), row.name);
+    }
+    EXPECT_EQ(kind_of(Value(1)), Kind::number) << "an int becomes a double";
+    EXPECT_STREQ(name_of(static_cast<Kind>(10)), "no kind");
+    static_assert(noexcept(kind_of(std::declval<const Value&>())));
+    static_assert(noexcept(name_of(Kind::null)));
+}
+
+/// What get, get_if and holds make of a value for content of type T: "content" if all agree that
+/// it is there, the message if all agree that it is not.
+template <class T>
+std::string outcome(Value& value) {
+    const Value& constant = value;
+    const bool there = holds<T>(value);
+    if (there != (get_if<T>(&value) != nullptr) || there != (get_if<T>(&constant) != nullptr)) {
+        return "holds and get_if differ";
+    }
+    try {
+        T& content = get<T>(value);
+        const T& constant_content = get<T>(constant);
+        const bool same = &content == &constant_content && &content == get_if<T>(&value) &&
+                          &content == get_if<T>(&constant);
+        return !there ? "get differs" : same ? "content" : "different places";
+    } catch (const std::runtime_error& error) {
+        const std::string constant_message = test::thrown_message([&] { get<T>(constant); });
+        return there                              ? "get differs"
+               : constant_message == error.what() ? error.what()
+                                                  : "different messages";
+    }
+}
+
+template <class T>
+void expect_content_of_one_kind(Kind expected, const std::string& name) {
+    for (Row& row : one_of_each_kind()) {
+        const std::string before = serialize(row.value);
+        EXPECT_EQ(outcome<T>(row.value),
+                  row.kind == expected
+                      ? "content"
+                      : std::string("invalid conversion: ") + row.name + " to " + name);
+        EXPECT_EQ(serialize(row.value), before);
+        EXPECT_EQ(kind_of(row.value), row.kind);
+    }
+}
+
+TEST(Content, IsThereForOneKindAndAnErrorForEveryOther) {
+    expect_content_of_one_kind<Undefined>(Kind::undefined, "undefined");
+    expect_content_of_one_kind<Null>(Kind::null, "JSON null");
+    expect_content_of_one_kind<bool>(Kind::boolean, "JSON boolean");
+    expect_content_of_one_kind<double>(Kind::number, "JSON number");
+    expect_content_of_one_kind<std::string>(Kind::string, "JSON string");
+    expect_content_of_one_kind<Array>(Kind::array, "JSON array");
+    expect_content_of_one_kind<Object>(Kind::object, "JSON object");
+    expect_content_of_one_kind<float>(Kind::float32, "float");
+    expect_content_of_one_kind<long long>(Kind::int64, "int64");
+    expect_content_of_one_kind<unsigned long long>(Kind::uint64, "uint64");
+}
+
+TEST(Content, IsMissingWhereThereIsNoValue) {
+    EXPECT_EQ(get_if<bool>(static_cast<Value*>(nullptr)), nullptr);
+    EXPECT_EQ(get_if<Array>(static_cast<const Value*>(nullptr)), nullptr);
+}
+
+TEST(Content, IsAsConstAsItsValue) {
+    using Changing = Value&;
+    using Reading = const Value&;
+    static_assert(std::is_same_v<decltype(get<Array>(std::declval<Changing>())), Array&>);
+    static_assert(std::is_same_v<decltype(get<Array>(std::declval<Reading>())), const Array&>);
+    static_assert(std::is_same_v<decltype(get_if<bool>(std::declval<Value*>())), bool*>);
+    static_assert(
+        std::is_same_v<decltype(get_if<bool>(std::declval<const Value*>())), const bool*>);
+    static_assert(noexcept(get_if<bool>(std::declval<Value*>())));
+    static_assert(noexcept(get_if<bool>(std::declval<const Value*>())));
+    static_assert(noexcept(holds<bool>(std::declval<const Value&>())));
+}
+
+template <class AnyValue, class = void>
+constexpr bool has_content_to_refer_to = false;
+
+template <class AnyValue>
+constexpr bool has_content_to_refer_to<
+    AnyValue, std::void_t<decltype(get<double>(std::declval<AnyValue>()))>> = true;
+
+TEST(Content, CannotBeReferredToInATemporary) {
+    static_assert(has_content_to_refer_to<Value&>);
+    static_assert(has_content_to_refer_to<const Value&>);
+    static_assert(has_content_to_refer_to<Value::Or>, "it refers to what it was made of");
+    static_assert(!has_content_to_refer_to<Value>);
+    static_assert(!has_content_to_refer_to<const Value>);
+    static_assert(!has_content_to_refer_to<double>, "a Value made of it would be a temporary");
+}
+
+TEST(Content, OfAFallbackIsThatOfTheChosenValue) {
+    const Value present = "here";
+    const Value missing;
+    const Value other = "other";
+    EXPECT_EQ(&get<std::string>(present || other), &get<std::string>(present));
+    EXPECT_EQ(&get<std::string>(missing || other), &get<std::string>(other));
+}
+
+TEST(Content, IsTheValueItself) {
+    Value value(Object{{"list", Array{1, "two"}}});
+    EXPECT_EQ(&get<Object>(value).at("list"), &value["list"]);
+    EXPECT_EQ(&get<Array>(value["list"])[1], &value["list"][1]);
+
+    get<double>(value["list"][0]) += 0.5;
+    get<std::string>(value["list"][1]) += "!";
+    get<Array>(value["list"]).push_back(true);
+    EXPECT_EQ(serialize(value), "{\"list\":[1.5,\"two!\",true]}");
+    get<bool>(value["list"][2]) = false;
+    get<Object>(value).emplace("n", 1LL);
+    get<long long>(value["n"]) -= 2;
+    EXPECT_EQ(serialize(value), "{\"list\":[1.5,\"two!\",false],\"n\":-1}");
+    get<Object>(value).erase("list");
+    EXPECT_EQ(serialize(value), "{\"n\":-1}");
+}
+
+TEST(Content, CanBeGoneThroughAndChanged) {
+    Value value(Object{{"a", 1}, {"b", 2}});
+    std::string names;
+    for (auto& [name, member] : get<Object>(value)) {
+        names += name;
+        get<double>(member) *= 10;
+    }
+    EXPECT_EQ(names, "ab");
+    EXPECT_EQ(serialize(value), "{\"a\":10,\"b\":20}");
+}
+
+TEST(Content, TakesOverAContainerWithoutCopyingItsElements) {
+    Array elements{"one", "two"};
+    const Value* const first = &elements[0];
+    Value value(Object{{"list", Array()}});
+    get<Array>(value["list"]) = std::move(elements);
+    EXPECT_EQ(&value["list"][0], first);
+    EXPECT_EQ(serialize(value), "{\"list\":[\"one\",\"two\"]}");
+
+    Object members{{"a", 1}};
+    const Value* const member = &members.at("a");
+    Value object{Object()};
+    get<Object>(object) = std::move(members);
+    EXPECT_EQ(&object["a"], member);
+    EXPECT_EQ(serialize(object), "{\"a\":1}");
+}
+
+TEST(Content, HasNoSpareCapacityInAnArrayMadeFromOneThatHas) {
+    Array elements{1, 2, 3};
+    elements.reserve(100);
+    const Value array(elements);
+    const Value copy(array);
+    EXPECT_EQ(get<Array>(array).capacity(), 3u);
+    EXPECT_EQ(get<Array>(copy).capacity(), 3u);
+}
+
+} // namespace
+} // namespace foundation::json
