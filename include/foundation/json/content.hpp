@@ -28,6 +28,12 @@
 
 #include <foundation/json/value.hpp>
 
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -337,6 +343,332 @@ decltype(auto) visit(Callable&& callable, const Value&& value) {
     static_assert(!std::is_reference_v<Result>,
                   "visit: the result may refer into a temporary: give the value a name first");
     return detail::visit_content(std::forward<Callable>(callable), value);
+}
+/// @}
+
+namespace detail {
+
+/// A number taken apart: significand * 2^exponent or its negative, if it is finite.
+///
+/// Conversions go by these parts, not by the processor's arithmetic, whose results depend on the
+/// rounding mode, flush-to-zero and denormals-are-zero, and which may trap.
+struct NumberParts {
+    enum class Class { finite, infinite, nan };
+
+    Class type;
+    bool negative;
+    std::uint64_t significand;
+    int exponent;
+};
+
+/// The bits of the binary floating-point formats of 32 and 64 bits.
+template <class Floating>
+struct FloatingFormat {
+    using Limits = std::numeric_limits<Floating>;
+    using Bits = std::conditional_t<sizeof(Floating) == 4, std::uint32_t, std::uint64_t>;
+    static_assert(Limits::is_iec559 && sizeof(Floating) == sizeof(Bits));
+
+    static constexpr int fraction_bits = Limits::digits - 1;
+    static constexpr Bits hidden_bit = Bits{1} << fraction_bits;
+    static constexpr Bits sign_bit = Bits{1} << (8 * sizeof(Bits) - 1);
+    static constexpr Bits infinity = sign_bit - hidden_bit;
+    /// The exponent of the significand's last bit, in the smallest numbers.
+    static constexpr int least_exponent = Limits::min_exponent - Limits::digits;
+
+    static Bits bits_of(Floating number) noexcept {
+        Bits bits;
+        std::memcpy(&bits, &number, sizeof bits);
+        return bits;
+    }
+
+    static NumberParts parts_of(Floating number) noexcept {
+        const Bits bits = bits_of(number);
+        const bool negative = (bits & sign_bit) != 0;
+        const Bits magnitude = bits & ~sign_bit;
+        if (magnitude >= infinity) {
+            return {magnitude == infinity ? NumberParts::Class::infinite : NumberParts::Class::nan,
+                    negative, 0, 0};
+        }
+        const bool subnormal = magnitude < hidden_bit;
+        const Bits significand = subnormal ? magnitude : (magnitude % hidden_bit) | hidden_bit;
+        const int biased = subnormal ? 1 : static_cast<int>(magnitude >> fraction_bits);
+        return {NumberParts::Class::finite, negative, significand,
+                significand == 0 ? 0 : biased - 1 + least_exponent};
+    }
+
+    /// The number nearest to one taken apart and, of two as near, the even one; an infinity beyond
+    /// the largest.
+    static Floating nearest(const NumberParts& parts) noexcept {
+        const Bits bits = nearest_magnitude(parts) | (parts.negative ? sign_bit : 0);
+        Floating number;
+        std::memcpy(&number, &bits, sizeof number);
+        return number;
+    }
+
+private:
+    static Bits nearest_magnitude(const NumberParts& parts) noexcept {
+        if (parts.type == NumberParts::Class::nan) {
+            return infinity | hidden_bit >> 1;
+        }
+        if (parts.significand == 0) {
+            return parts.type == NumberParts::Class::infinite ? infinity : 0;
+        }
+        // The significand's first bit as the top bit.
+        const int shift = __builtin_clzll(parts.significand);
+        const std::uint64_t significand = parts.significand << shift;
+        const int exponent = parts.exponent - shift;
+
+        // How many of its bits to drop: more than usual below the normal numbers.
+        const int normal_exponent = exponent + 64 - Limits::digits;
+        const int missing = normal_exponent < least_exponent ? least_exponent - normal_exponent : 0;
+        const int dropped = 64 - Limits::digits + missing;
+        if (dropped > 64) {
+            return 0;
+        }
+        if (normal_exponent > Limits::max_exponent - Limits::digits) {
+            return infinity;
+        }
+        const std::uint64_t kept = dropped == 64 ? 0 : significand >> dropped;
+        const std::uint64_t rest = dropped == 64 ? significand : significand << (64 - dropped);
+        constexpr std::uint64_t half = std::uint64_t{1} << 63;
+        const bool up = rest > half || (rest == half && kept % 2 != 0);
+        // Added rather than combined: the hidden bit counts as one more in the exponent, and so
+        // does what rounding carries, up to infinity.
+        const auto biased = static_cast<Bits>(normal_exponent + missing - least_exponent);
+        return (biased << fraction_bits) + static_cast<Bits>(kept) + (up ? 1 : 0);
+    }
+};
+
+inline NumberParts parts_of(double number) noexcept {
+    return FloatingFormat<double>::parts_of(number);
+}
+
+inline NumberParts parts_of(float number) noexcept {
+    return FloatingFormat<float>::parts_of(number);
+}
+
+inline NumberParts parts_of(long long number) noexcept {
+    const auto bits = static_cast<std::uint64_t>(number);
+    return {NumberParts::Class::finite, number < 0, number < 0 ? 0 - bits : bits, 0};
+}
+
+inline NumberParts parts_of(unsigned long long number) noexcept {
+    return {NumberParts::Class::finite, false, number, 0};
+}
+
+/// A number in a message, the same in every locale: with the digits that its type always keeps or,
+/// where those do not read back to it, with as many as that takes.
+template <class Floating>
+[[gnu::cold, gnu::noinline]] std::string text_of(Floating number) {
+    using Format = FloatingFormat<Floating>;
+    const NumberParts parts = parts_of(number);
+    if (parts.type == NumberParts::Class::nan) {
+        return "NaN";
+    }
+    if (parts.type == NumberParts::Class::infinite) {
+        return parts.negative ? "-Inf" : "Inf";
+    }
+    const double widened = FloatingFormat<double>::nearest(parts);
+    char buffer[40];
+    std::snprintf(buffer, sizeof buffer, "%.*G", Format::Limits::digits10, widened);
+    const auto read_back = static_cast<Floating>(std::strtod(buffer, nullptr));
+    if (Format::bits_of(read_back) != Format::bits_of(number)) {
+        std::snprintf(buffer, sizeof buffer, "%.*G", Format::Limits::max_digits10, widened);
+    }
+    std::string text = buffer;
+    // Whatever is none of these is the locale's radix character.
+    const std::size_t point = text.find_first_not_of("-0123456789E+");
+    if (point != std::string::npos) {
+        text.replace(point, text.find_first_of("0123456789", point) - point, ".");
+    }
+    return text;
+}
+
+[[noreturn, gnu::cold, gnu::noinline]] inline void throw_not_whole(const std::string& number) {
+    throw std::out_of_range(number + " is not a whole number");
+}
+
+template <class Integer>
+[[noreturn, gnu::cold, gnu::noinline]] void throw_not_within(const std::string& number) {
+    using Limits = std::numeric_limits<Integer>;
+    throw std::out_of_range(number + " is not within " + std::to_string(Limits::min()) + " to " +
+                            std::to_string(Limits::max()));
+}
+
+/// Whether a number has no fraction; the infinities have none.
+inline bool is_whole(const NumberParts& parts) noexcept {
+    return parts.type != NumberParts::Class::nan &&
+           (parts.exponent >= 0 ||
+            (parts.exponent > -64 && parts.significand << (64 + parts.exponent) == 0));
+}
+
+/// Whether the magnitude of a whole number has no more than 64 bits.
+inline bool has_64_bits(const NumberParts& whole) noexcept {
+    return whole.type == NumberParts::Class::finite &&
+           (whole.exponent <= 0 ||
+            (whole.exponent < 64 && whole.significand >> (64 - whole.exponent) == 0));
+}
+
+template <class Integer, class Number>
+Integer to_integer(Number number) {
+    const NumberParts parts = parts_of(number);
+    if constexpr (std::is_floating_point_v<Number>) {
+        if (!is_whole(parts)) {
+            throw_not_whole(text_of(number));
+        }
+        if (!has_64_bits(parts)) {
+            throw_not_within<Integer>(text_of(number));
+        }
+    }
+    const std::uint64_t magnitude = parts.exponent < 0 ? parts.significand >> -parts.exponent
+                                                       : parts.significand << parts.exponent;
+    constexpr auto lowest = static_cast<std::uint64_t>(std::numeric_limits<Integer>::min());
+    constexpr auto highest = static_cast<std::uint64_t>(std::numeric_limits<Integer>::max());
+    if (magnitude > (parts.negative ? 0 - lowest : highest)) {
+        throw_not_within<Integer>((parts.negative ? "-" : "") + std::to_string(magnitude));
+    }
+    // One less and one more, since the lowest number of all has no positive counterpart.
+    return parts.negative && magnitude != 0
+               ? static_cast<Integer>(-1 - static_cast<std::int64_t>(magnitude - 1))
+               : static_cast<Integer>(magnitude);
+}
+
+inline long double to_long_double(const NumberParts& parts) noexcept {
+    using Double = FloatingFormat<double>;
+    if (std::numeric_limits<long double>::digits < 64 || parts.type != NumberParts::Class::finite) {
+        return static_cast<long double>(Double::nearest(parts));
+    }
+    // In two steps, each by a normal number of the type double; neither rounds.
+    const int half = parts.exponent / 2;
+    const auto power = [](int exponent) {
+        return static_cast<long double>(
+            Double::nearest({NumberParts::Class::finite, false, 1, exponent}));
+    };
+    const long double magnitude =
+        static_cast<long double>(parts.significand) * power(half) * power(parts.exponent - half);
+    return parts.negative ? -magnitude : magnitude;
+}
+
+template <class Floating, class Number>
+Floating to_floating(Number number) noexcept {
+    if constexpr (std::is_same_v<Floating, Number>) {
+        return number;
+    } else if constexpr (std::is_same_v<Floating, long double>) {
+        return to_long_double(parts_of(number));
+    } else {
+        return FloatingFormat<Floating>::nearest(parts_of(number));
+    }
+}
+
+/// Converts content that is a number.
+template <class Number>
+struct ToNumber {
+    Number operator()(double number) const { return convert(number); }
+    Number operator()(float number) const { return convert(number); }
+    Number operator()(long long number) const { return convert(number); }
+    Number operator()(unsigned long long number) const { return convert(number); }
+
+    template <class Other>
+    [[noreturn]] Number operator()(const Other&) const {
+        throw_invalid_conversion(traits<Other>::name, traits<double>::name);
+    }
+
+private:
+    template <class Content>
+    static Number convert(Content content) {
+        if constexpr (std::is_integral_v<Number>) {
+            return to_integer<Number>(content);
+        } else {
+            return to_floating<Number>(content);
+        }
+    }
+};
+
+template <class... Types>
+struct TypeList {
+    template <class T>
+    static constexpr bool contain = (std::is_same_v<T, Types> || ...);
+};
+
+/// The integer types; bool and the types of characters are none.
+using SignedIntegers = TypeList<signed char, short, int, long, long long>;
+using UnsignedIntegers =
+    TypeList<unsigned char, unsigned short, unsigned, unsigned long, unsigned long long>;
+using FloatingTypes = TypeList<float, double, long double>;
+
+/// Whether number() gives T; if it does not, says what to write instead.
+template <class T>
+constexpr bool require_number() {
+    using Plain = std::remove_cv_t<std::remove_reference_t<T>>;
+    constexpr bool integer = SignedIntegers::contain<Plain> || UnsignedIntegers::contain<Plain>;
+    constexpr bool found = integer || FloatingTypes::contain<Plain>;
+    static_assert(!found || std::is_same_v<T, Plain>,
+                  "number: write the type without const, volatile and &");
+    static_assert(!std::is_same_v<Plain, bool>,
+                  "number: a truth value is no number: write get<bool>(value)");
+    static_assert(found || std::is_same_v<Plain, bool> || !std::is_integral_v<Plain>,
+                  "number: write an integer type of at most 64 bits, such as int or std::int8_t, "
+                  "rather than a character type");
+    static_assert(found || std::is_integral_v<Plain> || !std::is_enum_v<Plain>,
+                  "number: write an integer type, and convert the number to the enumeration");
+    static_assert(found || std::is_integral_v<Plain> || std::is_enum_v<Plain>,
+                  "number: write an integer type or a floating-point type");
+    return found && std::is_same_v<T, Plain>;
+}
+
+/// Whether integer() takes T; if it does not, says what to write instead.
+template <class T>
+constexpr bool require_integer() {
+    constexpr bool found = SignedIntegers::contain<T> || UnsignedIntegers::contain<T>;
+    static_assert(!std::is_same_v<T, bool>, "integer: for a truth value write Value(flag)");
+    static_assert(!std::is_floating_point_v<T>,
+                  "integer: for a floating-point number write Value(number)");
+    static_assert(!std::is_enum_v<T>,
+                  "integer: convert the enumeration to its underlying type first");
+    static_assert(found || std::is_same_v<T, bool> || !std::is_integral_v<T>,
+                  "integer: convert to an integer type of at most 64 bits first; a character type "
+                  "is none");
+    static_assert(found || std::is_arithmetic_v<T> || std::is_enum_v<T>,
+                  "integer: takes an integer");
+    return found;
+}
+
+} // namespace detail
+
+/// @name Numbers of any type
+/// @{
+
+/// The number of any of the four kinds of numbers, as another type.
+///
+/// An integer type gets exactly that number, or an error. A floating-point type gets the nearest
+/// number there is and, of two as near, the even one: in every rounding mode, and with subnormal
+/// numbers whether or not the processor is told to flush them to zero. What is too large for it is
+/// an infinity; NaN stays NaN.
+///
+/// @tparam Number  any arithmetic type but bool and the types of characters
+/// @throws std::runtime_error if the value is no number: "invalid conversion: <kind> to JSON
+/// number"
+/// @throws std::out_of_range for an integer type: "2.5 is not a whole number", or "70000 is not
+///         within 0 to 65535"
+/// @complexity constant
+template <class Number>
+Number number(const Value& value) {
+    if constexpr (detail::require_number<Number>()) {
+        return visit(detail::ToNumber<Number>(), value);
+    }
+}
+
+/// A value of the kind int64 or uint64 from an integer of any type: whole, where Value(number)
+/// would give a double for int, and which the language cannot choose for long and std::size_t.
+/// @param number  of any integer type but bool and the types of characters: those that are signed
+///                give an int64, the others a uint64
+template <class Integer>
+Value integer(Integer number) {
+    if constexpr (detail::require_integer<Integer>()) {
+        using Content =
+            std::conditional_t<std::is_signed_v<Integer>, long long, unsigned long long>;
+        return Value(static_cast<Content>(number));
+    }
 }
 /// @}
 
