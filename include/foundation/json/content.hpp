@@ -1,25 +1,26 @@
 /// @file
-/// What a Value holds, by the vocabulary of std::variant. Not part of json.hpp: include it where
-/// values are read.
+/// What a Value holds, in the vocabulary of std::variant. json.hpp leaves this header out: include
+/// it where values are read.
 ///
-///     if (kind_of(v) == Kind::object) ...                // one of ten kinds
-///     const std::string& name = get<std::string>(v["name"]); // the content itself, no copy
-///     int port = number<int>(v["port"]);                 // exact: throws unless whole and in
-///     range if (const bool* flag = get_if<bool>(&v["on"])) ... // null for every other kind for
-///     (const Value& element : get<Array>(v["list"])) ... for (auto& [key, value] : get<Object>(v))
-///     ... v["id"] = integer(identifier);                     // an int64 or uint64, no digit lost
-///     visit([](const auto& content) { ... }, v);         // calls it with whatever is there
+///     if (kind_of(v) == Kind::object) ...             // one of ten kinds
+///     std::string name = get<std::string>(v["name"]); // the content itself, by reference
+///     int port = number<int>(v["port"]);              // an error unless whole and in range
+///     v["id"] = integer(id);                          // int64 or uint64, no digit lost
 ///
-/// The rest is what the standard containers offer, and moving whole containers in copies nothing:
+///     if (const bool* debug = get_if<bool>(&v["debug"])) ...   // null for other kinds
+///     for (const Value& element : get<Array>(v["list"])) ...
+///     for (auto& [key, member] : get<Object>(v)) ...
+///     visit([](const auto& content) { ... }, v);      // calls it with whatever is there
+///
+/// All that the standard containers offer is there, also for changes:
 ///
 ///     get<Object>(v).erase("name");
 ///     v["list"] = Array();
-///     get<Array>(v["list"]) = std::move(elements);
+///     get<Array>(v["list"]) = std::move(elements);    // copies no element
 ///
-/// References and pointers refer into the value. They live as those of std::string, std::vector and
-/// std::map do: until the container moves or drops the element, and until the value is assigned,
-/// swapped with another kind, or destroyed. Where the result would refer into a temporary, the call
-/// does not compile: give the value a name first.
+/// References and pointers to content are good until the value is assigned, swapped or destroyed,
+/// and references to what a container holds as std::string, std::vector and std::map have it. Where
+/// one would refer into a temporary, the call does not compile: give the value a name first.
 ///
 /// A type that no Value holds, as in get<int>(v), does not compile either; the compiler's message
 /// says what to write instead.
@@ -66,11 +67,11 @@ namespace detail {
 template <class AnyValue, class T>
 using ContentOf = std::conditional_t<std::is_const_v<AnyValue>, const T, T>;
 
-/// The types of content, one for each kind.
+/// A list of types.
 template <class... Types>
-struct ContentTypes {
+struct TypeList {
     template <class T>
-    static constexpr bool contain = (std::is_same_v<T, Types> || ...);
+    static constexpr bool contains = (std::is_same_v<T, Types> || ...);
 
     template <class Callable, class AnyValue>
     static constexpr bool
@@ -82,8 +83,9 @@ struct ContentTypes {
          ...);
 };
 
-using Contents = ContentTypes<Undefined, Null, bool, double, std::string, Array, Object, float,
-                              long long, unsigned long long>;
+/// The types of content, one for each kind.
+using Contents = TypeList<Undefined, Null, bool, double, std::string, Array, Object, float,
+                          long long, unsigned long long>;
 
 /// Gives the address of content of one type, null for any other.
 template <class Content>
@@ -120,11 +122,9 @@ struct ValueAccess {
     }
 };
 
-/// @throws std::runtime_error "invalid conversion: <source> to <target>"
-[[noreturn, gnu::cold, gnu::noinline]] inline void throw_invalid_conversion(const char* source,
-                                                                            const char* target) {
-    throw std::runtime_error(std::string("invalid conversion: ") + source + " to " + target);
-}
+/// Stands where a static_assert has refused a type, so that the compiler says nothing else. Nothing
+/// calls it, and there is no definition.
+[[noreturn]] void refused();
 
 /// Whether values hold content of type T; if they do not, says what to write instead.
 template <class T>
@@ -132,7 +132,7 @@ constexpr bool require_content() {
     constexpr bool plain = std::is_same_v<T, std::remove_cv_t<std::remove_reference_t<T>>>;
     constexpr bool number = std::is_arithmetic_v<T>;
     constexpr bool text = std::is_constructible_v<std::string, T>;
-    constexpr bool found = Contents::contain<T>;
+    constexpr bool found = Contents::contains<T>;
     static_assert(plain, "write the type without const, volatile and &: the result is const if "
                          "the value is");
     static_assert(found || !plain || !number,
@@ -180,6 +180,17 @@ inline const char* name_of(Kind kind) noexcept {
     return "no kind"; // a number that is no enumerator
 }
 
+namespace detail {
+
+/// @throws std::runtime_error "invalid conversion: <source> to <target>"
+[[noreturn, gnu::cold, gnu::noinline]] inline void throw_invalid_conversion(Kind source,
+                                                                            const char* target) {
+    throw std::runtime_error(std::string("invalid conversion: ") + name_of(source) + " to " +
+                             target);
+}
+
+} // namespace detail
+
 /// @name Content of one type
 /// T is what a Value can hold: Undefined, Null, bool, double, std::string, Array, Object, float,
 /// long long or unsigned long long. Constant time; nothing is copied.
@@ -211,9 +222,11 @@ template <class T, class AnyValue>
 ContentOf<AnyValue, T>& content_or_throw(AnyValue& value) {
     if constexpr (require_content<T>()) {
         if (!holds<T>(value)) {
-            throw_invalid_conversion(name_of(kind_of(value)), traits<T>::name);
+            throw_invalid_conversion(kind_of(value), traits<T>::name);
         }
         return ValueAccess::content<T>(value);
+    } else {
+        refused();
     }
 }
 
@@ -247,9 +260,9 @@ const T& get(const Value& value) {
     return detail::content_or_throw<T>(value);
 }
 
-/// Deleted: the result would refer into a temporary. Give the value a name first.
+/// Deleted, since the result would refer into the temporary.
 template <class T>
-const T& get(const Value&&) = delete;
+const T& get(const Value&& temporary) = delete; // it must have a name: const Value value = ...
 /// @}
 
 namespace detail {
@@ -570,7 +583,7 @@ struct ToNumber {
 
     template <class Other>
     [[noreturn]] Number operator()(const Other&) const {
-        throw_invalid_conversion(traits<Other>::name, traits<double>::name);
+        throw_invalid_conversion(Kind{traits<Other>::order}, traits<double>::name);
     }
 
 private:
@@ -584,12 +597,6 @@ private:
     }
 };
 
-template <class... Types>
-struct TypeList {
-    template <class T>
-    static constexpr bool contain = (std::is_same_v<T, Types> || ...);
-};
-
 /// The integer types; bool and the types of characters are none.
 using SignedIntegers = TypeList<signed char, short, int, long, long long>;
 using UnsignedIntegers =
@@ -600,8 +607,8 @@ using FloatingTypes = TypeList<float, double, long double>;
 template <class T>
 constexpr bool require_number() {
     using Plain = std::remove_cv_t<std::remove_reference_t<T>>;
-    constexpr bool integer = SignedIntegers::contain<Plain> || UnsignedIntegers::contain<Plain>;
-    constexpr bool found = integer || FloatingTypes::contain<Plain>;
+    constexpr bool integer = SignedIntegers::contains<Plain> || UnsignedIntegers::contains<Plain>;
+    constexpr bool found = integer || FloatingTypes::contains<Plain>;
     static_assert(!found || std::is_same_v<T, Plain>,
                   "number: write the type without const, volatile and &");
     static_assert(!std::is_same_v<Plain, bool>,
@@ -619,7 +626,7 @@ constexpr bool require_number() {
 /// Whether integer() takes T; if it does not, says what to write instead.
 template <class T>
 constexpr bool require_integer() {
-    constexpr bool found = SignedIntegers::contain<T> || UnsignedIntegers::contain<T>;
+    constexpr bool found = SignedIntegers::contains<T> || UnsignedIntegers::contains<T>;
     static_assert(!std::is_same_v<T, bool>, "integer: for a truth value write Value(flag)");
     static_assert(!std::is_floating_point_v<T>,
                   "integer: for a floating-point number write Value(number)");
@@ -646,8 +653,7 @@ constexpr bool require_integer() {
 /// an infinity; NaN stays NaN.
 ///
 /// @tparam Number  any arithmetic type but bool and the types of characters
-/// @throws std::runtime_error if the value is no number: "invalid conversion: <kind> to JSON
-/// number"
+/// @throws std::runtime_error if the value is none: "invalid conversion: <kind> to JSON number"
 /// @throws std::out_of_range for an integer type: "2.5 is not a whole number", or "70000 is not
 ///         within 0 to 65535"
 /// @complexity constant
@@ -655,6 +661,8 @@ template <class Number>
 Number number(const Value& value) {
     if constexpr (detail::require_number<Number>()) {
         return visit(detail::ToNumber<Number>(), value);
+    } else {
+        detail::refused();
     }
 }
 
@@ -668,6 +676,8 @@ Value integer(Integer number) {
         using Content =
             std::conditional_t<std::is_signed_v<Integer>, long long, unsigned long long>;
         return Value(static_cast<Content>(number));
+    } else {
+        detail::refused();
     }
 }
 /// @}
