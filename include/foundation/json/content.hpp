@@ -364,7 +364,8 @@ namespace detail {
 /// A number taken apart: significand * 2^exponent or its negative, if it is finite.
 ///
 /// Conversions go by these parts, not by the processor's arithmetic, whose results depend on the
-/// rounding mode, flush-to-zero and denormals-are-zero, and which may trap.
+/// rounding mode, flush-to-zero and denormals-are-zero, and which may trap. Where merely copying a
+/// signaling NaN would, numbers are passed on by reference.
 struct NumberParts {
     enum class Class { finite, infinite, nan };
 
@@ -388,13 +389,13 @@ struct FloatingFormat {
     /// The exponent of the significand's last bit, in the smallest numbers.
     static constexpr int least_exponent = Limits::min_exponent - Limits::digits;
 
-    static Bits bits_of(Floating number) noexcept {
+    static Bits bits_of(const Floating& number) noexcept {
         Bits bits;
         std::memcpy(&bits, &number, sizeof bits);
         return bits;
     }
 
-    static NumberParts parts_of(Floating number) noexcept {
+    static NumberParts parts_of(const Floating& number) noexcept {
         const Bits bits = bits_of(number);
         const bool negative = (bits & sign_bit) != 0;
         const Bits magnitude = bits & ~sign_bit;
@@ -452,11 +453,11 @@ private:
     }
 };
 
-inline NumberParts parts_of(double number) noexcept {
+inline NumberParts parts_of(const double& number) noexcept {
     return FloatingFormat<double>::parts_of(number);
 }
 
-inline NumberParts parts_of(float number) noexcept {
+inline NumberParts parts_of(const float& number) noexcept {
     return FloatingFormat<float>::parts_of(number);
 }
 
@@ -472,7 +473,7 @@ inline NumberParts parts_of(unsigned long long number) noexcept {
 /// A number in a message, the same in every locale: with the digits that its type always keeps or,
 /// where those do not read back to it, with as many as that takes.
 template <class Floating>
-[[gnu::cold, gnu::noinline]] std::string text_of(Floating number) {
+[[gnu::cold, gnu::noinline]] std::string text_of(const Floating& number) {
     using Format = FloatingFormat<Floating>;
     const NumberParts parts = parts_of(number);
     if (parts.type == NumberParts::Class::nan) {
@@ -484,7 +485,7 @@ template <class Floating>
     const double widened = FloatingFormat<double>::nearest(parts);
     char buffer[40];
     std::snprintf(buffer, sizeof buffer, "%.*G", Format::Limits::digits10, widened);
-    const auto read_back = static_cast<Floating>(std::strtod(buffer, nullptr));
+    const Floating read_back = Format::nearest(parts_of(std::strtod(buffer, nullptr)));
     if (Format::bits_of(read_back) != Format::bits_of(number)) {
         std::snprintf(buffer, sizeof buffer, "%.*G", Format::Limits::max_digits10, widened);
     }
@@ -523,7 +524,7 @@ inline bool has_64_bits(const NumberParts& whole) noexcept {
 }
 
 template <class Integer, class Number>
-Integer to_integer(Number number) {
+Integer to_integer(const Number& number) {
     const NumberParts parts = parts_of(number);
     if constexpr (std::is_floating_point_v<Number>) {
         if (!is_whole(parts)) {
@@ -563,7 +564,7 @@ inline long double to_long_double(const NumberParts& parts) noexcept {
 }
 
 template <class Floating, class Number>
-Floating to_floating(Number number) noexcept {
+Floating to_floating(const Number& number) noexcept {
     if constexpr (std::is_same_v<Floating, Number>) {
         return number;
     } else if constexpr (std::is_same_v<Floating, long double>) {
@@ -576,8 +577,8 @@ Floating to_floating(Number number) noexcept {
 /// Converts content that is a number.
 template <class Number>
 struct ToNumber {
-    Number operator()(double number) const { return convert(number); }
-    Number operator()(float number) const { return convert(number); }
+    Number operator()(const double& number) const { return convert(number); }
+    Number operator()(const float& number) const { return convert(number); }
     Number operator()(long long number) const { return convert(number); }
     Number operator()(unsigned long long number) const { return convert(number); }
 
@@ -588,7 +589,7 @@ struct ToNumber {
 
 private:
     template <class Content>
-    static Number convert(Content content) {
+    static Number convert(const Content& content) {
         if constexpr (std::is_integral_v<Number>) {
             return to_integer<Number>(content);
         } else {

@@ -1,0 +1,38 @@
+/// @file
+/// Subnormal numbers as zeros, for a while.
+#ifndef FOUNDATION_JSON_TESTS_SUPPORT_SCOPED_FLUSH_TO_ZERO_HPP
+#define FOUNDATION_JSON_TESTS_SUPPORT_SCOPED_FLUSH_TO_ZERO_HPP
+
+#ifdef __SSE2__
+#include <xmmintrin.h>
+#endif
+
+namespace foundation::json::test {
+
+/// Makes the processor take subnormal numbers for zeros and give zeros in place of them, until
+/// destroyed; only where that is known how to do.
+class ScopedFlushToZero {
+public:
+    ScopedFlushToZero(const ScopedFlushToZero&) = delete;
+    ScopedFlushToZero& operator=(const ScopedFlushToZero&) = delete;
+
+#ifdef __SSE2__
+    ScopedFlushToZero() : previous_(_mm_getcsr()) {
+        constexpr unsigned flush_to_zero = 0x8000;
+        constexpr unsigned denormals_are_zero = 0x40;
+        _mm_setcsr(previous_ | flush_to_zero | denormals_are_zero);
+    }
+    ~ScopedFlushToZero() {
+        _mm_setcsr(previous_);
+    }
+
+private:
+    unsigned previous_;
+#else
+    ScopedFlushToZero() = default;
+#endif
+};
+
+} // namespace foundation::json::test
+
+#endif
