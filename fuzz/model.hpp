@@ -250,6 +250,27 @@ inline std::string to_int(const Model& model) {
     }
 }
 
+inline std::string to_short(const Model& model) {
+    const auto within = [](auto number) {
+        const bool fits = number >= -32768 && number <= 32767;
+        return fits && static_cast<decltype(number)>(static_cast<short>(number)) == number
+                   ? std::to_string(static_cast<short>(number))
+                   : "is out of range";
+    };
+    switch (model.kind) {
+    case Kind::number:
+        return within(model.number);
+    case Kind::real:
+        return within(model.real);
+    case Kind::int64:
+        return within(model.int64);
+    case Kind::uint64:
+        return model.uint64 <= 32767 ? std::to_string(model.uint64) : "is out of range";
+    default:
+        return invalid_conversion(model, "JSON number");
+    }
+}
+
 /// Whether `model || other` is the other.
 inline bool falls_back(const Model& model) {
     switch (model.kind) {

@@ -5,8 +5,7 @@
 #include "input.hpp"
 #include "model.hpp"
 
-#include "value/value_access.hpp"
-
+#include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
 
 #include <boost/numeric/conversion/converter_policies.hpp>
@@ -31,6 +30,8 @@ constexpr std::size_t most_operations = 60;
 constexpr std::size_t most_nodes = 300;
 constexpr std::size_t most_levels = 300;
 
+const Value no_members{Object()};
+
 // ---- Values and models -------------------------------------------------------------------------
 
 /// A value together with its model.
@@ -40,7 +41,7 @@ struct Twin {
 };
 
 /// Compares the visited content with a model, exactly: also the sign of a zero counts.
-class Agrees : public boost::static_visitor<bool> {
+class Agrees {
 public:
     explicit Agrees(const Model& model) : model_(model) {}
 
@@ -104,6 +105,8 @@ std::string outcome(const Action& action) {
         return "overflows below";
     } catch (const boost::numeric::positive_overflow&) {
         return "overflows above";
+    } catch (const std::out_of_range&) {
+        return "is out of range";
     } catch (const std::runtime_error& error) {
         expect(typeid(error) == typeid(std::runtime_error), "the error is a plain runtime_error");
         return std::string("throws ") + error.what();
@@ -156,6 +159,7 @@ private:
     void index_by_value();
     void measure();
     void convert();
+    void change_content(const Place& target);
     void compare();
     void fall_back();
     void has_property();
@@ -564,7 +568,7 @@ void Session::index_by_name() {
     expect_equal(outcome([&] {
                      const Value& result = as_pointer ? constant[name.c_str()] : constant[name];
                      expect_agreement(result, missing ? Model() : found->second, "a member");
-                     expect(!missing || &result == &detail::ValueAccess::undefined(),
+                     expect(!missing || &result == &no_members["missing"],
                             "what is missing is always the same value");
                      return "";
                  }),
@@ -701,6 +705,35 @@ void Session::convert() {
                  to_bool(*source.model), "the conversion to bool");
     expect_equal(outcome([&] { return std::to_string(static_cast<int>(value)); }),
                  to_int(*source.model), "the conversion to int");
+    expect_equal(outcome([&] { return std::to_string(number<short>(value)); }),
+                 to_short(*source.model), "the number as a short");
+    if (input_.flag()) {
+        change_content(source);
+    }
+}
+
+/// Changes what is there in place, by what the containers offer.
+void Session::change_content(const Place& target) {
+    expect(static_cast<int>(kind_of(*target.value)) == static_cast<int>(target.model->kind),
+           "the kind is that of the model");
+    if (auto* const text = get_if<std::string>(target.value)) {
+        *text += "!";
+        target.model->text += "!";
+    } else if (auto* const elements = get_if<Array>(target.value)) {
+        elements->reserve(2 * elements->size() + 1);
+        if (!elements->empty()) {
+            elements->erase(elements->begin());
+            target.model->elements.erase(target.model->elements.begin());
+        }
+    } else if (auto* const members = get_if<Object>(target.value)) {
+        if (!members->empty()) {
+            members->erase(members->begin());
+            target.model->members.erase(target.model->members.begin());
+        }
+    } else if (holds<double>(*target.value)) {
+        get<double>(*target.value) = 7;
+        target.model->number = 7;
+    }
 }
 
 void Session::compare() {
