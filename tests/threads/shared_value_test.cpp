@@ -2,6 +2,7 @@
 // none of them touches what another reads is for a build with the thread sanitizer to say.
 #include "support/threads.hpp"
 
+#include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
 
 #include <gtest/gtest.h>
@@ -17,8 +18,6 @@ namespace {
 
 using namespace foundation::json;
 using test::run_in_threads;
-using Array = std::vector<Value>;
-using Object = std::map<std::string, Value>;
 
 constexpr int rounds = 200;
 
@@ -161,6 +160,20 @@ TEST(OneValueInManyThreads, IsConvertedByAll) {
         EXPECT_THROW(static_cast<void>(static_cast<int>(value["array"])), std::runtime_error);
         EXPECT_THROW(static_cast<void>(static_cast<bool>(value["text"])), std::runtime_error);
         EXPECT_THROW(static_cast<void>(value["text"].length()), std::runtime_error);
+    });
+}
+
+TEST(OneValueInManyThreads, ShowsItsContent) {
+    read_in_threads([](const Value& value) {
+        EXPECT_EQ(kind_of(value), Kind::object);
+        EXPECT_EQ(get<Object>(value).size(), std::size_t{11});
+        EXPECT_EQ(get<std::string>(value["text"]), "42 \n\x01");
+        EXPECT_EQ(get_if<bool>(&value["text"]), nullptr);
+        EXPECT_EQ(number<int>(value["uint64"]), 7);
+        EXPECT_EQ(visit([](const auto& content) { return sizeof content; }, value["float"]),
+                  sizeof(float));
+        EXPECT_THROW(static_cast<void>(get<bool>(value["text"])), std::runtime_error);
+        EXPECT_THROW(static_cast<void>(number<int>(value["double"])), std::out_of_range);
     });
 }
 
