@@ -2,6 +2,7 @@
 
 #include "reader.hpp"
 
+#include <foundation/json/content.hpp>
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>
 
@@ -250,6 +251,34 @@ std::string document_of_size(std::size_t bytes) {
     });
     text += ']';
     return text;
+}
+
+namespace {
+
+namespace json = foundation::json;
+
+void add_content(const json::Value& value, ContentSums& sums) {
+    if (const auto* const elements = json::get_if<json::Array>(&value)) {
+        for (const json::Value& element : *elements) {
+            add_content(element, sums);
+        }
+    } else if (const auto* const members = json::get_if<json::Object>(&value)) {
+        for (const auto& member : *members) {
+            add_content(member.second, sums);
+        }
+    } else if (const auto* const text = json::get_if<std::string>(&value)) {
+        sums.string_bytes += text->size();
+    } else if (const auto* const number = json::get_if<double>(&value)) {
+        sums.sum += *number;
+    }
+}
+
+} // namespace
+
+ContentSums content_sums(const std::string& text) {
+    ContentSums sums;
+    add_content(json_format::read(text), sums);
+    return sums;
 }
 
 bool same_value(std::string_view a, std::string_view b) {

@@ -33,6 +33,14 @@ std::string document_of_size(std::size_t bytes);
 /// @throws foundation::json::ParserException if one of them is not JSON text
 bool same_value(std::string_view a, std::string_view b);
 
+/// How many bytes the strings of a document have, names of members aside, and the sum of its
+/// numbers.
+struct ContentSums {
+    std::size_t string_bytes = 0;
+    double sum = 0;
+};
+ContentSums content_sums(const std::string& text);
+
 /// Numbers that look random and are the same in every run.
 class Sequence {
 public:

@@ -15,7 +15,7 @@ OURS = "foundation::json"
 PEERS = ["nlohmann", "RapidJSON", "Boost.JSON", "JsonCpp"]
 BEGIN, END = "<!-- results: begin -->", "<!-- results: end -->"
 TASKS = ["serialize", "pretty_print", "write to a stream", "write to std::ostringstream",
-         "write to std::ofstream", "copy and destroy", "==", "<", "push", "insert all keys",
+         "write to std::ofstream", "copy and destroy", "==", "<", "read strings", "read numbers", "push", "insert all keys",
          "1,000 lookups", "numbers", "strings"]
 CHARTED_FAMILIES = ["text", "streams", "values", "arrays", "objects"]
 
@@ -74,21 +74,21 @@ def unit_of(nanoseconds):
     return "ns" if nanoseconds < 1e3 else "µs" if nanoseconds < 1e6 else "ms"
 
 
-def time_table(results):
+def time_table(results, peers=PEERS):
     rows = []
     for (task, subject), times in results.items():
         if OURS not in times:
             continue
         ours = times[OURS]
         unit = unit_of(ours)
-        others = [times[peer] for peer in PEERS if peer in times]
+        others = [times[peer] for peer in peers if peer in times]
         cells = [f"{task}, {subject}", f"{time_text(ours, unit)} {unit}"]
-        for peer in PEERS:
+        for peer in peers:
             cells.append(f"{time_text(times[peer], unit)} ({digits(ours / times[peer])})"
                          if peer in times else "–")
         cells.append(digits(ours / min(others)) if others else "–")
         rows.append(cells)
-    return table(["Task", OURS, *PEERS, "ours / best"], rows)
+    return table(["Task", OURS, *peers, "ours / best"], rows)
 
 
 def order_table(results):
@@ -229,6 +229,7 @@ def main(arguments):
     charted = {}
     for family in CHARTED_FAMILIES:
         charted |= medians(folder / f"{family}.json")
+    reading = medians(folder / "reading.json")
     details = medians(folder / "details.json")
     growth = medians(folder / "growth.json", "bytes_per_second")
     memory = json.loads((folder / "memory.json").read_text())
@@ -241,6 +242,12 @@ def main(arguments):
               "divided by it: below 1, ours is the shorter.", ""]
     compared = {row: times for row, times in charted.items() if not row[0].startswith("<")}
     lines += time_table(compared) + order_table(charted)
+    lines += ["### Reading", "",
+              "The content of every string and every number of a document, its place known, through "
+              "what each library has for that: `get` here, `std::get`, `get_ref`, `GetString` and "
+              "`GetDouble`, which do not look at the kind, `as_string` and `as_double`, `getString` "
+              "and `asDouble`.", ""]
+    lines += time_table(reading, ["std::variant", *PEERS])
     lines += ["### Numbers and strings, one by one", "",
               "Arrays of 10,000 items (of 100 for strings of 10,000 bytes), serialized.", ""]
     lines += time_table(details)

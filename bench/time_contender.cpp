@@ -2,6 +2,7 @@
 #include CONTENDER_HEADER
 
 #include "tasks/family.hpp"
+#include "tasks/reading.hpp"
 #include "tasks/text.hpp"
 #include "tasks/values.hpp"
 
@@ -12,6 +13,7 @@ const bool added = [] {
     all.push_back({"text", bench::add_text<Contender>});
     all.push_back({"streams", bench::add_streams<Contender>});
     all.push_back({"values", bench::add_values<Contender>});
+    all.push_back({"reading", bench::add_reading<Contender>});
     all.push_back({"arrays", bench::add_arrays<Contender>});
     all.push_back({"objects", bench::add_objects<Contender>});
     all.push_back({"details", bench::add_details<Contender>});

@@ -40,6 +40,28 @@ struct Contender {
     static void insert(Value& object, const std::string& key, int number) {
         object.get_object()[key] = number;
     }
+
+    using Node = Value;
+    static std::size_t size_of_string(const Node& node) { return node.as_string().size(); }
+    static double number(const Node& node) { return node.as_double(); }
+    template <class Leaves>
+    static void find_leaves(Node& node, Leaves& leaves) {
+        if (auto* const elements = node.if_array()) {
+            for (Node& element : *elements) {
+                find_leaves(element, leaves);
+            }
+        } else if (auto* const members = node.if_object()) {
+            for (auto& member : *members) {
+                find_leaves(member.value(), leaves);
+            }
+        } else if (node.is_string()) {
+            leaves.strings.push_back(&node);
+        } else if (node.is_number()) {
+            node = node.to_number<double>();
+            leaves.numbers.push_back(&node);
+        }
+    }
+
     static int number(const Value& object, const std::string& key) {
         return static_cast<int>(object.get_object().find(key)->value().get_int64());
     }

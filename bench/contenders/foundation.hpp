@@ -8,6 +8,7 @@
 
 #include "reader.hpp"
 
+#include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
 
 #include <map>
@@ -45,6 +46,37 @@ struct Contender {
 
     static Value object() { return std::map<std::string, Value>{}; }
     static void insert(Value& object, const std::string& key, int number) { object[key] = number; }
+
+    using Node = Value;
+    static std::size_t size_of_string(const Node& node) {
+        return foundation::json::get<std::string>(node).size();
+    }
+    static double number(const Node& node) { return foundation::json::get<double>(node); }
+    template <class Leaves>
+    static void find_leaves(const Node& node, Leaves& leaves) {
+        using namespace foundation::json;
+        switch (kind_of(node)) {
+        case Kind::array:
+            for (const Node& element : get<Array>(node)) {
+                find_leaves(element, leaves);
+            }
+            break;
+        case Kind::object:
+            for (const auto& member : get<Object>(node)) {
+                find_leaves(member.second, leaves);
+            }
+            break;
+        case Kind::string:
+            leaves.strings.push_back(&node);
+            break;
+        case Kind::number:
+            leaves.numbers.push_back(&node);
+            break;
+        default:
+            break;
+        }
+    }
+
     static int number(const Value& object, const std::string& key) { return int(object[key]); }
 };
 

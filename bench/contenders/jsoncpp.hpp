@@ -47,6 +47,29 @@ struct Contender {
 
     static Value object() { return Value(Json::objectValue); }
     static void insert(Value& object, const std::string& key, int number) { object[key] = number; }
+
+    using Node = Value;
+    static std::size_t size_of_string(const Node& node) {
+        const char* begin = nullptr;
+        const char* end = nullptr;
+        node.getString(&begin, &end);
+        return static_cast<std::size_t>(end - begin);
+    }
+    static double number(const Node& node) { return node.asDouble(); }
+    template <class Leaves>
+    static void find_leaves(Node& node, Leaves& leaves) {
+        if (node.isArray() || node.isObject()) {
+            for (Node& child : node) {
+                find_leaves(child, leaves);
+            }
+        } else if (node.isString()) {
+            leaves.strings.push_back(&node);
+        } else if (node.isNumeric()) {
+            node = node.asDouble();
+            leaves.numbers.push_back(&node);
+        }
+    }
+
     static int number(const Value& object, const std::string& key) {
         return object.find(key.data(), key.data() + key.size())->asInt();
     }

@@ -33,6 +33,26 @@ struct Contender {
 
     static Value object() { return Value::object(); }
     static void insert(Value& object, const std::string& key, int number) { object[key] = number; }
+
+    using Node = Value;
+    static std::size_t size_of_string(const Node& node) {
+        return node.get_ref<const std::string&>().size();
+    }
+    static double number(const Node& node) { return node.get_ref<const double&>(); }
+    template <class Leaves>
+    static void find_leaves(Node& node, Leaves& leaves) {
+        if (node.is_structured()) {
+            for (Node& child : node) {
+                find_leaves(child, leaves);
+            }
+        } else if (node.is_string()) {
+            leaves.strings.push_back(&node);
+        } else if (node.is_number()) {
+            node = node.get<double>();
+            leaves.numbers.push_back(&node);
+        }
+    }
+
     static int number(const Value& object, const std::string& key) {
         return object.find(key)->get<int>();
     }

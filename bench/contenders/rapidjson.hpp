@@ -85,6 +85,31 @@ struct Contender {
         object.AddMember(rapidjson::Value(key, object.GetAllocator()), rapidjson::Value(number),
                          object.GetAllocator());
     }
+
+    using Node = rapidjson::Value;
+    static std::size_t size_of_string(const Node& node) {
+        // As long a way as to the text itself.
+        return node.GetString() != nullptr ? node.GetStringLength() : 0;
+    }
+    static double number(const Node& node) { return node.GetDouble(); }
+    template <class Leaves>
+    static void find_leaves(Node& node, Leaves& leaves) {
+        if (node.IsArray()) {
+            for (Node& element : node.GetArray()) {
+                find_leaves(element, leaves);
+            }
+        } else if (node.IsObject()) {
+            for (auto& member : node.GetObject()) {
+                find_leaves(member.value, leaves);
+            }
+        } else if (node.IsString()) {
+            leaves.strings.push_back(&node);
+        } else if (node.IsNumber()) {
+            node.SetDouble(node.GetDouble());
+            leaves.numbers.push_back(&node);
+        }
+    }
+
     static int number(const Value& object, const std::string& key) {
         return object.FindMember(key)->value.GetInt();
     }
