@@ -1,42 +1,54 @@
-// A report out of native data: Property and Element for its fixed frame, push and swap for its
-// rows.
+// A report made from records: totals by region, and the records that cannot be used.
+#include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
 
+#include <exception>
 #include <iostream>
+#include <map>
 #include <string>
-#include <vector>
+#include <utility>
 
 using namespace foundation::json;
 
-struct Sale {
-    std::string region;
-    long long units;
-    double revenue;
-};
-
-Value row_of(const Sale& sale) {
-    return (Property("region") = sale.region, Property("units") = sale.units,
-            Property("revenue") = sale.revenue);
-}
-
-Value report_of(const std::string& title, const std::vector<Sale>& sales) {
-    Value rows(std::vector<Value>{});
+struct Total {
     long long units = 0;
     double revenue = 0;
-    for (const Sale& sale : sales) {
-        rows.push(row_of(sale));
-        units += sale.units;
-        revenue += sale.revenue;
+};
+
+// The rows are many, and moved to where they belong.
+Value report_of(const Array& records) {
+    std::map<std::string, Total> totals;
+    Array skipped;
+    for (const Value& record : records) {
+        try {
+            const auto units = number<long long>(record["units"]);
+            const auto revenue = number<double>(record["revenue"]);
+            Total& total = totals[get<std::string>(record["region"])];
+            total.units += units;
+            total.revenue += revenue;
+        } catch (const std::exception& error) {
+            skipped.push_back((Property("record") = record, Property("reason") = error.what()));
+        }
     }
-    Value report((Property("title") = title,
-                  Property("columns") = (Element("region"), Element("units"), Element("revenue")),
-                  Property("total") = (Property("units") = units, Property("revenue") = revenue)));
-    // The rows may be many: they change hands, and nothing is copied.
-    report["rows"].swap(rows);
+
+    Array rows;
+    for (const auto& [region, total] : totals) {
+        rows.push_back((Property("region") = region, Property("units") = integer(total.units),
+                        Property("revenue") = total.revenue));
+    }
+    Value report((Property("rows") = Array(), Property("skipped") = Array()));
+    get<Array>(report["rows"]) = std::move(rows);
+    get<Array>(report["skipped"]) = std::move(skipped);
     return report;
 }
 
 int main() {
-    const std::vector<Sale> sales = {{"North", 1200, 30600.5}, {"South/East", 980, 24990}};
-    std::cout << pretty_print(report_of("First quarter", sales)) << '\n';
+    const Array records = {
+        (Property("region") = "North", Property("units") = 1200, Property("revenue") = 30600.5),
+        (Property("region") = "South/East", Property("units") = 980LL, Property("revenue") = 24990),
+        (Property("region") = "North", Property("units") = 300, Property("revenue") = 7500),
+        (Property("region") = "West", Property("units") = 2.5, Property("revenue") = 60),
+        (Property("region") = Null(), Property("units") = 1, Property("revenue") = 20),
+    };
+    std::cout << pretty_print(report_of(records)) << '\n';
 }

@@ -2,28 +2,30 @@
 /// What a Value holds, in the vocabulary of std::variant. json.hpp leaves this header out: include
 /// it where values are read.
 ///
-///     if (kind_of(v) == Kind::object) ...             // one of ten kinds
-///     std::string name = get<std::string>(v["name"]); // the content itself, by reference
-///     int port = number<int>(v["port"]);              // an error unless whole and in range
-///     v["id"] = integer(id);                          // int64 or uint64, no digit lost
+///     Value v((Property("name") = "tea", Property("grams") = 250, Property("hot") = true));
+///     std::cout << get<std::string>(v["name"]) << '\n'; // -> tea
+///     std::cout << number<int>(v["grams"]) / 2 << '\n'; // -> 125
+///     if (const bool* hot = get_if<bool>(&v["hot"])) {  // null for every other kind
+///         std::cout << *hot << '\n';                    // -> 1
+///     }
+///     for (auto& [name, member] : get<Object>(v)) {
+///         std::cout << name << ": " << name_of(kind_of(member)) << '\n';
+///         // ->
+///         // grams: JSON number
+///         // hot: JSON boolean
+///         // name: JSON string
+///     }
 ///
-///     if (const bool* debug = get_if<bool>(&v["debug"])) ...   // null for other kinds
-///     for (const Value& element : get<Array>(v["list"])) ...
-///     for (auto& [key, member] : get<Object>(v)) ...
-///     visit([](const auto& content) { ... }, v);      // calls it with whatever is there
-///
-/// All that the standard containers offer is there, also for changes:
+/// Content is changed in place, by all that the standard containers offer:
 ///
 ///     get<Object>(v).erase("name");
+///     v["id"] = integer(std::size_t{7}); // a uint64
 ///     v["list"] = Array();
-///     get<Array>(v["list"]) = std::move(elements);    // copies no element
+///     get<Array>(v["list"]) = std::move(elements); // copies no element
 ///
-/// References and pointers to content are good until the value is assigned, swapped or destroyed,
-/// and references to what a container holds as std::string, std::vector and std::map have it. Where
-/// one would refer into a temporary, the call does not compile: give the value a name first.
-///
-/// A type that no Value holds, as in get<int>(v), does not compile either; the compiler's message
-/// says what to write instead.
+/// References to content stay valid until the value is assigned, swapped or destroyed, and those to
+/// what a container holds as std::string, std::vector and std::map have it. Content of a temporary
+/// and types that no Value holds do not compile; the compiler's message says what to write instead.
 #ifndef FOUNDATION_JSON_CONTENT_HPP
 #define FOUNDATION_JSON_CONTENT_HPP
 
