@@ -1,264 +1,250 @@
 """Shows the values and exceptions of foundation::json in gdb, version 13 or later.
 
     (gdb) print order
-    $1 = JSON object {"id": 7, "lines": ["tea", 2.5], "paid": false}
+    $1 = JSON object of length 2 = {["id"] = 7, ["lines"] = JSON array of length 1 = {"tea"}}
+    (gdb) json order
+    {"id": 7, "lines": ["tea"]}
+    (gdb) print order["lines"][0]
+    $2 = "tea"
 
-gdb loads this file by itself along with the installed shared library; otherwise `source` it.
-
-The debug information of a program seldom describes all that is needed: a program that makes no
-objects itself knows nothing of std::map; g++ describes a class with virtual functions, and clang++
-any class with constructors, only where those are compiled. So what lies in memory is read word by
-word, as libstdc++ lays it out. It may be garbage, in a variable not yet set as in memory
-overwritten: all lengths and links are checked, and each container is entered once.
+gdb loads this file by itself along with the installed shared library; otherwise `source` it. It
+needs foundation_json_values.py, which is installed in share/foundation_json.
 
 gdb runs all files like this one in a single namespace; hence the long names.
 """
 
-import json
-import struct
+import importlib.util
+import pathlib
+import sys
 
 import gdb
 import gdb.printing
+import gdb.xmethod
 
 
-class FoundationJsonMemory:
-    """The memory of the debugged program. What cannot be right raises gdb.MemoryError."""
+def foundation_json_load_values():
+    folder = pathlib.Path(__file__).resolve().parent
+    for parent in folder.parents:
+        # The copy that gdb loads by itself is in share/gdb/auto-load, below a folder for the library.
+        if parent.parts[-2:] == ("gdb", "auto-load"):
+            folder = parent.parent.parent / "foundation_json"
+    file = folder / "foundation_json_values.py"
+    spec = importlib.util.spec_from_file_location("foundation_json_values", file)
+    module = importlib.util.module_from_spec(spec)
+    spec.loader.exec_module(module)
+    return module
 
-    def __init__(self, pointer_type):
-        self.word = pointer_type.sizeof
-        little = int(gdb.Value((1).to_bytes(self.word, "little"), pointer_type)) == 1
-        self.order = "<" if little else ">"
 
-    def unpack(self, codes, data):
-        return struct.unpack_from(self.order + codes, data)
+foundation_json_values = foundation_json_load_values()
 
-    def words(self, count, data):
-        return self.unpack(str(count) + {4: "I", 8: "Q"}[self.word], data)
 
-    def read(self, address, length):
-        self.check(0 <= address and address + length <= 1 << 8 * self.word)
-        return gdb.selected_inferior().read_memory(address, length).tobytes()
+class FoundationJsonProgram:
+    """The memory of the program, and how a Value lies in it."""
 
-    def words_at(self, address, count):
-        return self.words(count, self.read(address, count * self.word))
+    def __init__(self, any_type, value_type=None):
+        pointer = any_type.pointer()
+        self.type = value_type
+        word = pointer.sizeof
+        little = int(gdb.Value((1).to_bytes(word, "little"), pointer)) == 1
+        self.memory = foundation_json_values.Memory(
+            self.read, word, "little" if little else "big", value_type and self.layout(value_type)
+        )
+
+    @classmethod
+    def of(cls, value):
+        value_type = value.type.strip_typedefs().unqualified()
+        return cls(value_type, value_type)
 
     @staticmethod
-    def check(right):
-        if not right:
-            raise gdb.MemoryError("no JSON value here")
+    def read(address, length):
+        try:
+            return gdb.selected_inferior().read_memory(address, length).tobytes()
+        except (gdb.error, OverflowError):
+            raise foundation_json_values.Unreadable from None
 
+    @staticmethod
+    def layout(value_type):
+        """None if the debug information only declares the type."""
+        try:
+            variant = value_type["variant_"]
+            which, storage = variant.type["which_"], variant.type["storage_"]
+        except (KeyError, TypeError):
+            return None
+        return foundation_json_values.Layout(
+            value_type.sizeof,
+            (variant.bitpos + which.bitpos) // 8,
+            which.type.sizeof,
+            (variant.bitpos + storage.bitpos) // 8,
+        )
 
-class FoundationJsonWriter:
-    """Writes values as text much like JSON, within the limits of the `print` under way."""
+    def held(self, value):
+        """What a value holds. By name where possible, since a value need not lie in memory, as when
+        gdb has made a copy."""
+        try:
+            if value.type.strip_typedefs().fields():
+                value.fetch_lazy()
+                variant = value["variant_"]
+                return self.memory.held(int(variant["which_"]), self.data(variant["storage_"]))
+            foundation_json_values.check(value.address is not None)
+            return self.memory.held_at(int(value.address))
+        except gdb.error:
+            raise foundation_json_values.Unreadable from None
 
-    # In the order in which the variant counts them.
-    KINDS = (
-        "undefined", "JSON null", "JSON boolean", "JSON number", "JSON string",
-        "JSON array", "JSON object", "float", "int64", "uint64",
-    )  # fmt: skip
-    # What they hold, in the codes of struct.
-    SCALARS = {"JSON boolean": "B", "JSON number": "d", "float": "f", "int64": "q", "uint64": "Q"}
-    CONTAINERS = {"JSON array", "JSON object"}
-
-    UNREADABLE = "<unreadable>"
-    # How deep it goes whatever gdb allows; Python's own stack ends soon after.
-    MAX_DEPTH = 100
-
-    def __init__(self, value_type):
-        options = gdb.print_options()
-        self.limit = options["max_elements"]
-        self.max_depth = min(options["max_depth"], self.MAX_DEPTH)
-        self.charset = "utf-8" if gdb.host_charset().upper() == "UTF-8" else "ascii"
-        self.type = value_type.strip_typedefs().unqualified()
-        self.memory = FoundationJsonMemory(self.type.pointer())
-        self.string_size = 2 * self.memory.word + 16
-        self.size = self.type.sizeof if self.type.fields() else self.memory.word + self.string_size
-        self.written = 0
-        self.entered = set()
-
-    # ---- What a value holds ----------------------------------------------------------------
-
-    def kind_and_content(self, value):
-        """The content is the bytes of the variant's storage, which has the size of a string."""
-        memory = self.memory
-        if self.type.fields():
-            # By name, since a value need not lie in memory, as when gdb has made a copy.
-            which = int(value["variant_"]["which_"])
-            buffer = value["variant_"]["storage_"]["data_"]["buf"]
-            content = bytes(int(buffer[i]) & 0xFF for i in range(buffer.type.sizeof))
-        else:
-            memory.check(value.address is not None)
-            data = memory.read(int(value.address), self.size)
-            (which,) = memory.unpack("i", data)
-            content = data[-self.string_size :]
-        if not 0 <= which < len(self.KINDS) or len(content) != self.string_size:
-            return self.UNREADABLE, b""
-        return self.KINDS[which], content
-
-    def children(self, kind, content):
-        """Pairs of an index, or a name in quotes, and a value."""
-        (container,) = self.memory.words(1, content)
-        self.memory.check(container not in self.entered)
-        self.entered.add(container)
-        return self.elements(container) if kind == "JSON array" else self.members(container)
-
-    def elements(self, vector):
-        begin, end, capacity = self.memory.words_at(vector, 3)
-        self.memory.check(begin <= end <= capacity and (end - begin) % self.size == 0)
-        for index, address in enumerate(range(begin, end, self.size)):
-            yield str(index), self.value_at(address)
-
-    def members(self, tree):
-        """Goes through the tree in order, and into no node twice."""
-        memory = self.memory
-        _, _, root, _, _, count = memory.words_at(tree, 6)
-        node, parents, visited = root, [], set()
-        while node or parents:
-            while node:
-                memory.check(node not in visited and len(visited) < count)
-                visited.add(node)
-                parents.append(node)
-                _, _, node, _ = memory.words_at(node, 4)
-            node = parents.pop()
-            name = node + 4 * memory.word
-            text = self.string(*memory.words_at(name, 2))
-            yield text, self.value_at(name + self.string_size)
-            _, _, _, node = memory.words_at(node, 4)
-        memory.check(len(visited) == count)
+    @staticmethod
+    def data(storage):
+        """The bytes of a variant's storage, an array somewhere in a union."""
+        while storage.type.strip_typedefs().code != gdb.TYPE_CODE_ARRAY:
+            storage = storage[storage.type.strip_typedefs().fields()[0]]
+        return bytes(int(storage[i]) & 0xFF for i in range(storage.type.sizeof))
 
     def value_at(self, address):
         return gdb.Value(address).cast(self.type.pointer()).dereference()
 
-    # ---- Its text --------------------------------------------------------------------------
-
-    def value(self, value):
-        """A value by itself, with its kind."""
-        kind, content = self.kind_and_content(value)
-        return f"{kind} {self.text(kind, content, 0)}".rstrip()
-
-    def child(self, value, depth):
-        """A value within another. The kinds that JSON has show in their text."""
-        kind, content = self.kind_and_content(value)
-        text = self.text(kind, content, depth)
-        return text or "null" if kind.startswith("JSON") else f"{kind} {text}".rstrip()
-
-    def text(self, kind, content, depth):
-        try:
-            if kind in self.SCALARS:
-                return self.scalar(kind, *self.memory.unpack(self.SCALARS[kind], content))
-            if kind == "JSON string":
-                return self.string(*self.memory.words(2, content))
-        except gdb.error:
-            return self.UNREADABLE
-        if kind == "JSON array":
-            return f"[{self.list(kind, content, depth)}]"
-        if kind == "JSON object":
-            return f"{{{self.list(kind, content, depth)}}}"
-        return ""
-
-    def list(self, kind, content, depth):
-        if depth >= self.max_depth:
-            return "..."
-        texts = []
-        try:
-            for name, value in self.children(kind, content):
-                if self.written >= self.limit:
-                    return ", ".join(texts) + "..."
-                self.written += 1
-                text = self.child(value, depth + 1)
-                texts.append(f"{name}: {text}" if kind == "JSON object" else text)
-        except gdb.error:
-            # What follows is likely not there either.
-            texts.append(self.UNREADABLE)
-        return ", ".join(texts)
-
-    def string(self, address, length):
-        """In quotes. Text of the terminal's charset appears as it is, other bytes as \\xff."""
-        data = self.memory.read(address, min(length, self.limit))
-        # A character stands for a byte here: those that JSON escapes are the same everywhere.
-        text = json.dumps(data.decode("latin-1"), ensure_ascii=False)
-        text = text.encode("latin-1").decode(self.charset, errors="backslashreplace")
-        return text + ("..." if len(data) < length else "")
-
-    def scalar(self, kind, content):
-        if kind == "JSON boolean":
-            return {0: "false", 1: "true"}.get(content, self.UNREADABLE)
-        if kind == "float":
-            # With the fewest digits that still mean this float.
-            numbers = (float(f"{content:.{digits}g}") for digits in range(6, 10))
-            content = next((n for n in numbers if self.as_float(n) == content), content)
-        return repr(content).removesuffix(".0")
-
     @staticmethod
-    def as_float(number):
-        return struct.unpack("f", struct.pack("f", number))[0]
+    def string(text):
+        """For gdb to show as it does any string."""
+        pointer = gdb.Value(text.address).cast(gdb.lookup_type("char").pointer())
+        return pointer.lazy_string(length=text.length)
+
+    def writer(self):
+        options = gdb.print_options()
+        charset = "utf-8" if gdb.host_charset().upper() == "UTF-8" else "ascii"
+        limits = (
+            sys.maxsize if limit < 0 else limit
+            for limit in (options["max_elements"] or -1, options["max_depth"])
+        )
+        return foundation_json_values.Writer(self.memory, *limits, charset)
 
 
-class FoundationJsonValue:
-    def __init__(self, value):
-        self.value = value
-        self.told = False
+class FoundationJsonText:
+    """Shows a value that has no children."""
+
+    def __init__(self, text):
+        self.text = text
 
     def to_string(self):
-        self.told = True
-        try:
-            return FoundationJsonWriter(self.value.type).value(self.value)
-        except gdb.error:
-            return FoundationJsonWriter.UNREADABLE
+        return self.text
 
 
-class FoundationJsonContainer(FoundationJsonValue):
-    """An IDE asks for the children, to show a tree. `print` asks for the text and then the
-    children, but the text has them all."""
+class FoundationJsonString(FoundationJsonText):
+    def display_hint(self):
+        return "string"
+
+
+class FoundationJsonContainer:
+    """Shows an array or object that is not empty. gdb prints the children, within its limits."""
+
+    # How many levels gdb may go down where it has no limit; its own stack ends some time after.
+    MAX_DEPTH = 100
+
+    # By the address of a value or name that was shown within values: the addresses of the containers
+    # that it lies in. One that contains itself, as only broken memory has it, is entered once.
+    around = {}
+
+    def __init__(self, program, held, outer):
+        self.program, self.held, self.outer = program, held, outer
+
+    @classmethod
+    def containers_around(cls, value):
+        address = value.address and int(value.address)
+        if address not in cls.around:
+            # Not within the values shown last. They are of no use any more.
+            cls.around.clear()
+        return cls.around.get(address, ())
+
+    @classmethod
+    def is_too_deep(cls, outer):
+        limit = gdb.print_options()["max_depth"]
+        return len(outer) >= cls.MAX_DEPTH and not 0 <= limit <= cls.MAX_DEPTH
+
+    def to_string(self):
+        return foundation_json_values.summary(self.held)
+
+    def display_hint(self):
+        return "array" if self.held.kind == "JSON array" else "map"
 
     def children(self):
-        if self.told and self.printing():
-            return
-        writer = FoundationJsonWriter(self.value.type)
-        for name, value in writer.children(*writer.kind_and_content(self.value)):
-            yield f"[{name}]", value
-
-    @staticmethod
-    def printing():
-        """Whether this is part of a `print` or the like: that goes by a copy of gdb's settings,
-        which a change now does not reach."""
-        before = gdb.print_options()
-        with gdb.with_parameter("print nibbles", not before["nibbles"]):
-            return gdb.print_options() == before
-
-
-class FoundationJsonParserException:
-    # In the order of their numbers.
-    PARSE_RESULTS = (
-        "NO_PARSE_ERROR", "NULL_MISMATCH", "BOOLEAN_MISMATCH", "EMPTY_INPUT",
-        "INCOMPLETE_ESCAPE_SEQUENCE", "INVALID_ESCAPE_SEQUENCE", "INVALID_UNICODE_ESCAPE",
-        "UNESCAPED_QUOTE", "MISSING_LEADING_QUOTE", "MISSING_TRAILING_QUOTE",
-        "MISSING_QUANTITY_AFTER_SIGN", "MISSING_LEADING_DIGIT", "INVALID_FRACTION",
-        "INVALID_EXPONENT", "MISSING_ARRAY_OPEN", "MISSING_ARRAY_CLOSE", "MISSING_OBJECT_OPEN",
-        "MISSING_OBJECT_CLOSE", "MISSING_NAME_SEPARATOR", "UNEXPECTED_END_OF_INPUT",
-        "INVALID_INTEGER_ARRAY_VALUE",
-    )  # fmt: skip
-
-    def __init__(self, exception):
-        self.exception = exception
-
-    def to_string(self):
-        writer = FoundationJsonWriter(self.exception.type)
-        memory = writer.memory
+        unreadable = foundation_json_values.UNREADABLE
+        count = 0
         try:
-            memory.check(self.exception.address is not None)
-            address = int(self.exception.address)
-            # The table of virtual functions, the message, the code and the position.
-            _, message, _, byte, line, column = memory.words_at(address, 6)
-            (code,) = memory.unpack("i", memory.read(address + 2 * memory.word, 4))
-            memory.check(0 <= code < len(self.PARSE_RESULTS))
-            # The message is shared by copies of the exception; its length precedes its text.
-            (length,) = memory.words_at(message - 3 * memory.word, 1)
-            text = writer.string(message, length)
-            name = self.PARSE_RESULTS[code]
-            return f"ParserException {name} at byte {byte}, line {line}, column {column}: {text}"
-        except gdb.error:
-            return f"ParserException {writer.UNREADABLE}"
+            for child in self.values() if self.held.kind == "JSON array" else self.names_and_values():
+                yield f"[{count}]", child
+                count += 1
+        except foundation_json_values.Unreadable:
+            # What follows is likely not there either. A map has children in pairs.
+            yield f"[{count}]", unreadable
+            if self.display_hint() == "map":
+                yield f"[{count + 1}]", unreadable
+
+    def values(self):
+        for address in self.held.content.elements:
+            self.program.memory.read(address, self.program.memory.layout.size)
+            yield self.child(address)
+
+    def names_and_values(self):
+        for name, address in self.held.content.members:
+            self.enclose(name.address)
+            yield self.program.string(name)
+            yield self.child(address)
+
+    def child(self, address):
+        self.enclose(address)
+        return self.program.value_at(address)
+
+    def enclose(self, address):
+        self.around[address] = *self.outer, self.held.content.address
+
+
+def foundation_json_value_printer(value):
+    unreadable = foundation_json_values.UNREADABLE
+    program = FoundationJsonProgram.of(value)
+    try:
+        held = program.held(value)
+    except foundation_json_values.Unreadable:
+        return FoundationJsonText(unreadable)
+    if held.content is foundation_json_values.Unreadable:
+        return FoundationJsonText(f"{held.kind} {unreadable}")
+    if held.kind == "JSON string":
+        return FoundationJsonString(program.string(held.content))
+    if held.kind not in ("JSON array", "JSON object"):
+        return FoundationJsonText(foundation_json_values.scalar(held))
+
+    # An IDE shows no text beside children; there is one for what has none.
+    text = foundation_json_values.summary(held)
+    outer = FoundationJsonContainer.containers_around(value)
+    if held.content.address in outer:
+        return FoundationJsonText(f"{held.kind} {unreadable}")
+    if not held.content.length:
+        return FoundationJsonText(text)
+    if FoundationJsonContainer.is_too_deep(outer):
+        return FoundationJsonText(text + " = {...}")
+    return FoundationJsonContainer(program, held, outer)
+
+
+def foundation_json_name_printer(value):
+    """Of the name of a member, given out as a child. An IDE shows arrays of characters by their
+    length; it shows a name as text like this."""
+    if value.address is None or int(value.address) not in FoundationJsonContainer.around:
+        return None
+    return FoundationJsonString(value.lazy_string(length=value.type.sizeof))
+
+
+def foundation_json_exception_printer(exception):
+    text = f"ParserException {foundation_json_values.UNREADABLE}"
+    program = FoundationJsonProgram(exception.type)
+    try:
+        foundation_json_values.check(exception.address is not None)
+        text = program.writer().exception_at(int(exception.address))
+    except (gdb.error, foundation_json_values.Unreadable):
+        pass
+    return FoundationJsonText(text)
+
+
+def foundation_json_referred(value):
+    """What a reference refers to, and the name of its class."""
+    if value.type.code in (gdb.TYPE_CODE_REF, gdb.TYPE_CODE_RVALUE_REF):
+        value = value.referenced_value()
+    return value, value.type.strip_typedefs().unqualified().name
 
 
 class FoundationJsonPrinters(gdb.printing.PrettyPrinter):
@@ -267,25 +253,110 @@ class FoundationJsonPrinters(gdb.printing.PrettyPrinter):
 
     def __call__(self, value):
         """The printer of a value or of what a reference refers to; None if it is another class."""
-        if value.type.code in (gdb.TYPE_CODE_REF, gdb.TYPE_CODE_RVALUE_REF):
-            value = value.referenced_value()
-        name = value.type.strip_typedefs().unqualified().name
-        if name == "foundation::json::ParserException":
-            return FoundationJsonParserException(value)
+        try:
+            value, name = foundation_json_referred(value)
+        except gdb.error:
+            return None
         if name == "foundation::json::Value":
-            return self.value_printer(value)
+            return foundation_json_value_printer(value)
+        if name == "foundation::json::ParserException":
+            return foundation_json_exception_printer(value)
+        if value.type.code == gdb.TYPE_CODE_ARRAY and value.type.target().name == "char":
+            return foundation_json_name_printer(value)
         return None
 
-    @staticmethod
-    def value_printer(value):
-        """One with children only where there may be some: an IDE shows no text beside those."""
+
+class FoundationJsonCommand(gdb.Command):
+    """Show a value of foundation::json as one text much like JSON.
+Usage: json EXPRESSION
+
+"set print elements" limits the number of values, at all depths together, and the length of each
+string; "set print max-depth" limits the depth, which is a hundred levels at most."""
+
+    def __init__(self):
+        super().__init__("json", gdb.COMMAND_DATA, gdb.COMPLETE_EXPRESSION)
+
+    def invoke(self, argument, _from_tty):
+        if not argument:
+            raise gdb.GdbError("Argument required (the expression of a value).")
         try:
-            kind, _ = FoundationJsonWriter(value.type).kind_and_content(value)
-        except gdb.error:
-            kind = FoundationJsonWriter.UNREADABLE
-        if kind in FoundationJsonWriter.CONTAINERS:
-            return FoundationJsonContainer(value)
-        return FoundationJsonValue(value)
+            value, name = foundation_json_referred(gdb.parse_and_eval(argument))
+        except gdb.error as error:
+            raise gdb.GdbError(str(error)) from None
+        if name != "foundation::json::Value":
+            raise gdb.GdbError("This is no foundation::json::Value.")
+        program = FoundationJsonProgram.of(value)
+        try:
+            text = program.writer().value(program.held(value))
+        except foundation_json_values.Unreadable:
+            text = foundation_json_values.UNREADABLE
+        gdb.write(text + "\n")
+
+
+class FoundationJsonLookup(gdb.xmethod.XMethodWorker):
+    """operator[] of a value, without running the program."""
+
+    def __init__(self, key_type):
+        self.key_type = key_type
+
+    def get_arg_types(self):
+        return self.key_type
+
+    def get_result_type(self, value, _key):
+        return value.type.target() if value.type.code == gdb.TYPE_CODE_PTR else value.type
+
+    def __call__(self, value, key):
+        if value.type.code == gdb.TYPE_CODE_PTR:
+            value = value.dereference()
+        program = FoundationJsonProgram.of(value)
+        try:
+            return program.value_at(program.memory.child(program.held(value), self.key(program, key)))
+        except foundation_json_values.Unreadable:
+            # This says more than an exception, and the null pointer ends what is done with it.
+            gdb.write(f"There is no such element or member: {key}\n", gdb.STDERR)
+            return program.value_at(0)
+
+    @staticmethod
+    def key(program, key):
+        """An index, or the bytes of a name."""
+        key, name = foundation_json_referred(key)
+        code = key.type.strip_typedefs().code
+        if code in (gdb.TYPE_CODE_INT, gdb.TYPE_CODE_BOOL, gdb.TYPE_CODE_ENUM, gdb.TYPE_CODE_CHAR):
+            return int(key)
+        if code in (gdb.TYPE_CODE_PTR, gdb.TYPE_CODE_ARRAY):
+            return key.string("latin-1").encode("latin-1")
+        memory = program.memory
+        if name == "foundation::json::Value":
+            return memory.key(program.held(key))
+        return memory.bytes(memory.text_at(int(key.address)))
+
+
+class FoundationJsonMethods(gdb.xmethod.XMethodMatcher):
+    # More than the program has, so that whatever number is an index fits one of them.
+    INTEGERS = "int", "unsigned", "long", "unsigned long", "long long", "unsigned long long"
+    CLASSES = "std::string", "foundation::json::Value"
+
+    def __init__(self):
+        super().__init__("foundation_json")
+        self.methods = [gdb.xmethod.XMethod("operator[]")]
+
+    def match(self, class_type, method_name):
+        if class_type.strip_typedefs().unqualified().name != "foundation::json::Value":
+            return None
+        if method_name != "operator[]" or not self.methods[0].enabled:
+            return None
+        return [FoundationJsonLookup(key_type) for key_type in self.key_types()]
+
+    def key_types(self):
+        yield gdb.lookup_type("char").const().pointer()
+        for name in self.INTEGERS:
+            yield gdb.lookup_type(name)
+        for name in self.CLASSES:
+            try:
+                yield gdb.lookup_type(name).const().reference()
+            except gdb.error:
+                # Unknown to the program: then it has no such key either.
+                pass
 
 
 # Older versions of gdb, which do not tell their limits, show values as they are.
@@ -293,3 +364,8 @@ if hasattr(gdb, "print_options"):
     gdb.printing.register_pretty_printer(
         gdb.current_objfile(), FoundationJsonPrinters(), replace=True
     )
+    gdb.xmethod.register_xmethod_matcher(
+        gdb.current_objfile(), FoundationJsonMethods(), replace=True
+    )
+    gdb.events.cont.connect(lambda _: FoundationJsonContainer.around.clear())
+    FoundationJsonCommand()
