@@ -99,8 +99,11 @@ class Memory:
 
     def held_at(self, address):
         """What the value at an address holds."""
+        return self.held_in(self.read(address, self.layout.size))
+
+    def held_in(self, data):
+        """What the value holds that consists of these bytes."""
         layout = self.layout
-        data = self.read(address, layout.size)
         code = {1: "b", 2: "h", 4: "i", 8: "q"}[layout.which_size]
         (which,) = self.unpack(code, data[layout.which :])
         return self.held(which, data[layout.storage :])
