@@ -71,7 +71,11 @@ install(FILES ${PROJECT_BINARY_DIR}/packaging/foundation_json.pc
 # What shows values in debuggers. For the shared library, gdb finds the script by itself: below its
 # folder for that, under the full name of the library.
 set(debugger_dir ${PROJECT_SOURCE_DIR}/debugger)
-install(FILES ${debugger_dir}/foundation_json_gdb.py ${debugger_dir}/foundation_json.natvis
+install(FILES
+    ${debugger_dir}/foundation_json_gdb.py
+    ${debugger_dir}/foundation_json_lldb.py
+    ${debugger_dir}/foundation_json_values.py
+    ${debugger_dir}/foundation_json.natvis
     DESTINATION ${CMAKE_INSTALL_DATADIR}/foundation_json
     COMPONENT foundation_json_Development)
 if(BUILD_SHARED_LIBS)

@@ -229,15 +229,19 @@ def foundation_json_name_printer(value):
     return FoundationJsonString(value.lazy_string(length=value.type.sizeof))
 
 
-def foundation_json_exception_printer(exception):
-    text = f"ParserException {foundation_json_values.UNREADABLE}"
-    program = FoundationJsonProgram(exception.type)
-    try:
-        foundation_json_values.check(exception.address is not None)
-        text = program.writer().exception_at(int(exception.address))
-    except (gdb.error, foundation_json_values.Unreadable):
-        pass
-    return FoundationJsonText(text)
+class FoundationJsonException:
+    """Shows an exception. The limit of its message is not known before the text is asked for."""
+
+    def __init__(self, exception):
+        self.exception = exception
+
+    def to_string(self):
+        writer = FoundationJsonProgram(self.exception.type).writer()
+        try:
+            foundation_json_values.check(self.exception.address is not None)
+            return writer.exception_at(int(self.exception.address))
+        except (gdb.error, foundation_json_values.Unreadable):
+            return f"ParserException {foundation_json_values.UNREADABLE}"
 
 
 def foundation_json_referred(value):
@@ -260,7 +264,7 @@ class FoundationJsonPrinters(gdb.printing.PrettyPrinter):
         if name == "foundation::json::Value":
             return foundation_json_value_printer(value)
         if name == "foundation::json::ParserException":
-            return foundation_json_exception_printer(value)
+            return FoundationJsonException(value)
         if value.type.code == gdb.TYPE_CODE_ARRAY and value.type.target().name == "char":
             return foundation_json_name_printer(value)
         return None

@@ -155,7 +155,8 @@ class Memory:
         word = self.word
         header = address + word
         _, root, leftmost, rightmost, count = self.words_at(header, 5)
-        check((root == 0) == (count == 0))
+        node = 4 * word + self.string_size + self.layout.size
+        check((root == 0) == (count == 0) and count <= (1 << 8 * word) // node)
         if root:
             _, parent, _, _ = self.words_at(root, 4)
             check(parent == header)

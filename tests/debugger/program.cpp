@@ -2,17 +2,60 @@
 // alone, which does not say how the content of a value is made up.
 #include "values.hpp"
 
+#include <cstddef>
+#include <string>
+
 Value undefined, null, boolean, number, string, array, object, decimal, integer, counter;
-Value whole, tenth, bytes, nested, deep, twenty;
+Value whole, tenth, bytes, nested, deep, deepest, twenty;
 ParserException exception = make_exception();
 Value& reference = array;
+Order* order;
+
+// Keys of elements and members.
+int first = 0;
+std::size_t last = 2;
+unsigned char middle = 1;
+const char* text_key = "text";
+std::string string_key = "object";
+Value value_key;
 
 // Where the debugger stops.
-extern "C" __attribute__((noinline)) void stop() {
+extern "C" {
+__attribute__((noinline)) void stop() {
     asm volatile("" : : : "memory");
 }
+__attribute__((noinline)) void stop_midway() {
+    asm volatile("" : : : "memory");
+}
+__attribute__((noinline)) void stop_in_function() {
+    asm volatile("" : : : "memory");
+}
+}
+
+namespace {
+
+// Leaves no memory below on the stack that looks like a value.
+__attribute__((noinline)) void spoil_stack() {
+    volatile unsigned char spoiled[4096];
+    for (volatile unsigned char& byte : spoiled) {
+        byte = 0xAB;
+    }
+}
+
+__attribute__((noinline)) void function(const Value& parameter) {
+    Value copy = parameter;
+    const Value& same = copy;
+    stop_in_function();
+    Value later = same;
+}
+
+} // namespace
 
 int main() {
     set_values();
+    value_key = "array";
     stop();
+    make_order();
+    spoil_stack();
+    function(array);
 }

@@ -1,9 +1,13 @@
 #include "values.hpp"
 
+#include <cstring>
+#include <new>
 #include <string>
 #include <vector>
 
 using namespace foundation::json;
+
+extern "C" void stop_midway();
 
 namespace {
 
@@ -38,9 +42,20 @@ void set_values() {
               Property("object") = (Property("x") = Undefined(), Property("y") = 1LL),
               Property("text") = "y");
     deep = nested_arrays(22);
+    deepest = nested_arrays(102);
     twenty = std::vector<Value>(20, Value(7));
 }
 
 ParserException make_exception() {
     return ParserException("message", EMPTY_INPUT, 3, 1, 4, 2, "quoted");
+}
+
+Order::Order() : id(7), lines((stop_midway(), "tea")), paid(false) {}
+
+void make_order() {
+    alignas(Order) static unsigned char storage[sizeof(Order)];
+    std::memset(storage, 0xAB, sizeof storage);
+    order = reinterpret_cast<Order*>(storage);
+    new (storage) Order();
+    order->~Order();
 }

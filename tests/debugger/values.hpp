@@ -9,10 +9,22 @@ using foundation::json::ParserException;
 using foundation::json::Value;
 
 extern Value undefined, null, boolean, number, string, array, object, decimal, integer, counter;
-extern Value whole, tenth, bytes, nested, deep, twenty;
+extern Value whole, tenth, bytes, nested, deep, deepest, twenty;
 extern ParserException exception;
+
+// A class that is made up of values.
+struct Order {
+    Value id, lines, paid;
+    Order();
+};
+
+// In memory without any meaning until a value is made there.
+extern Order* order;
 
 ParserException make_exception();
 void set_values();
+
+// Calls `stop_midway` while some values are made and others are not.
+void make_order();
 
 #endif
