@@ -109,11 +109,9 @@ class FoundationJsonProgram:
     def writer(self):
         options = gdb.print_options()
         charset = "utf-8" if gdb.host_charset().upper() == "UTF-8" else "ascii"
-        limits = (
-            sys.maxsize if limit < 0 else limit
-            for limit in (options["max_elements"] or -1, options["max_depth"])
-        )
-        return foundation_json_values.Writer(self.memory, *limits, charset)
+        limit = options["max_elements"] or sys.maxsize
+        max_depth = options["max_depth"] if options["max_depth"] >= 0 else sys.maxsize
+        return foundation_json_values.Writer(self.memory, limit, limit, max_depth, charset)
 
 
 class FoundationJsonText:

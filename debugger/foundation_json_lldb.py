@@ -93,8 +93,28 @@ class Program:
                 break
         return result.GetType().GetPointeeType()
 
-    def writer(self, limit=sys.maxsize, max_depth=sys.maxsize):
-        return values.Writer(self.memory, limit, max_depth, "utf-8")
+    def no_value(self):
+        """The data of a value that is shown as unreadable."""
+        target, data = self.target, lldb.SBData()
+        no_kind = b"\xff" * self.memory.layout.size
+        data.SetData(
+            lldb.SBError(), no_kind, target.GetByteOrder(), target.GetAddressByteSize()
+        )
+        return data
+
+    def writer(self, limit=sys.maxsize, text_limit=sys.maxsize):
+        return values.Writer(self.memory, limit, text_limit, MAX_DEPTH, "utf-8")
+
+    def limited_writer(self):
+        return self.writer(
+            self.setting("target.max-children-count"),
+            self.setting("target.max-string-summary-length"),
+        )
+
+    def setting(self, name):
+        debugger = self.target.GetDebugger()
+        values_set = debugger.GetInternalVariableValue(name, debugger.GetInstanceName())
+        return int(values_set.GetStringAtIndex(0))
 
 
 def layout_of(value_type):
@@ -142,12 +162,6 @@ def address_of(value):
     address = value.GetLoadAddress()
     values.check(address != lldb.LLDB_INVALID_ADDRESS)
     return address
-
-
-def setting(value, name):
-    """A number; those that mean "no limit" are large enough."""
-    debugger = value.GetTarget().GetDebugger()
-    return int(debugger.GetInternalVariableValue(name, debugger.GetInstanceName()).GetStringAtIndex(0))
 
 
 class Children:
@@ -206,8 +220,8 @@ class Children:
             except StopIteration:
                 self.ended = True
             except values.Unreadable:
-                # What follows is likely not there either. This shows as a value at no address.
-                self.children.append((f"[{len(self.children)}]", 0))
+                # What follows is likely not there either.
+                self.children.append((f"[{len(self.children)}]", None))
                 self.ended = True
 
     def num_children(self, limit=sys.maxsize):
@@ -245,9 +259,13 @@ class Children:
         return self.child(*self.children[index]) if index < len(self.children) else None
 
     def child(self, name, address):
-        self.around[address] = *self.outer, self.held.content.address
         value = plain(self.value)
-        child = value.CreateValueFromAddress(name, address, self.program.type_for(value))
+        of_type = self.program.type_for(value)
+        if address is None:
+            child = value.CreateValueFromData(name, self.program.no_value(), of_type)
+        else:
+            self.around[address] = *self.outer, self.held.content.address
+            child = value.CreateValueFromAddress(name, address, of_type)
         return child.GetNonSyntheticValue()
 
 
@@ -263,7 +281,7 @@ def value_summary(value, _internal_dict):
         program = Program.of(value)
         held = program.held(value)
         if held.content is values.Unreadable or held.kind not in ("JSON array", "JSON object"):
-            return program.writer(setting(value, "target.max-string-summary-length")).value(held)
+            return program.limited_writer().value(held)
         containers = Children.containers_around(value)
         if held.content.address in containers:
             return f"{held.kind} {values.UNREADABLE}"
@@ -276,10 +294,7 @@ def value_summary(value, _internal_dict):
 def exception_summary(exception, _internal_dict):
     exception = plain(exception)
     try:
-        writer = Program(exception).writer(
-            setting(exception, "target.max-string-summary-length")
-        )
-        return writer.exception_at(address_of(exception))
+        return Program(exception).limited_writer().exception_at(address_of(exception))
     except values.Unreadable:
         return f"ParserException {values.UNREADABLE}"
 
@@ -292,6 +307,9 @@ def json_command(debugger, path, context, result, _internal_dict):
     The variable is named as for "frame variable", or by an expression. The setting
     target.max-children-count limits the number of values, at all depths together, and
     target.max-string-summary-length the length of each string."""
+    if not path:
+        result.SetError("expected: a variable or an expression")
+        return
     frame = context.GetFrame()
     value = frame.GetValueForVariablePath(path)
     if not value.IsValid() or value.GetError().Fail():
@@ -304,9 +322,8 @@ def json_command(debugger, path, context, result, _internal_dict):
         result.SetError(f"this is no {VALUE}")
         return
     program = Program.of(value)
-    writer = program.writer(setting(value, "target.max-children-count"))
     try:
-        result.AppendMessage(writer.value(program.held(value)))
+        result.AppendMessage(program.limited_writer().value(program.held(value)))
     except values.Unreadable:
         result.AppendMessage(values.UNREADABLE)
 

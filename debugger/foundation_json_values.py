@@ -241,15 +241,16 @@ class Members:
 class Writer:
     """Writes values as text much like JSON, and parts of them.
 
-    At most `limit` values, elements and members at all depths together, and as many bytes of each
-    string; and not deeper than `max_depth`. Text of the charset appears as it is.
+    At most `limit` elements and members at all depths together, `text_limit` bytes of each string,
+    and not deeper than `max_depth`. Text of the charset appears as it is.
     """
 
     # How deep it goes whatever is allowed; Python's own stack ends soon after.
     MAX_DEPTH = 100
 
-    def __init__(self, memory, limit, max_depth, charset):
-        self.memory, self.limit, self.charset = memory, limit, charset
+    def __init__(self, memory, limit, text_limit, max_depth, charset):
+        self.memory, self.charset = memory, charset
+        self.limit, self.text_limit = limit, text_limit
         self.max_depth = min(max_depth, self.MAX_DEPTH)
         self.written = 0
         self.entered = set()
@@ -302,7 +303,7 @@ class Writer:
 
     def string(self, text):
         """In quotes, as JSON has it, but for bytes that are no text, which appear as \\xff."""
-        data = self.memory.read(text.address, min(text.length, self.limit))
+        data = self.memory.read(text.address, min(text.length, self.text_limit))
         return quoted(data, self.charset) + ("..." if len(data) < text.length else "")
 
 

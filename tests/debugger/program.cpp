@@ -9,7 +9,10 @@ Value undefined, null, boolean, number, string, array, object, decimal, integer,
 Value whole, tenth, bytes, nested, deep, deepest, twenty;
 ParserException exception = make_exception();
 Value& reference = array;
+Value* pointer = &array;
+void (*volatile call)(const Value&);
 Order* order;
+Value *made, *unmade;
 
 // Keys of elements and members.
 int first = 0;
@@ -32,21 +35,26 @@ __attribute__((noinline)) void stop_in_function() {
 }
 }
 
+__attribute__((noinline)) void spoil(volatile unsigned char* memory, std::size_t size) {
+    for (std::size_t i = 0; i < size; ++i) {
+        memory[i] = 0xAB;
+    }
+}
+
 namespace {
 
 // Leaves no memory below on the stack that looks like a value.
 __attribute__((noinline)) void spoil_stack() {
-    volatile unsigned char spoiled[4096];
-    for (volatile unsigned char& byte : spoiled) {
-        byte = 0xAB;
-    }
+    unsigned char spoiled[4096];
+    spoil(spoiled, sizeof spoiled);
 }
 
-__attribute__((noinline)) void function(const Value& parameter) {
+void function(const Value& parameter) {
     Value copy = parameter;
     const Value& same = copy;
     stop_in_function();
-    Value later = same;
+    Value later = parameter;
+    later.push(same);
 }
 
 } // namespace
@@ -57,5 +65,7 @@ int main() {
     stop();
     make_order();
     spoil_stack();
-    function(array);
+    // Not directly, or the compiler would know the parameter.
+    call = function;
+    call(array);
 }

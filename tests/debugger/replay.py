@@ -6,9 +6,9 @@ next goes on where one ends.
 
 In a transcript, what precedes the first command and what follows an empty line are remarks; a line
 that ends in a backslash goes on in the next, after the spaces there. What differs from one version of a debugger to
-the next is left out: the numbers that gdb gives to what it prints, as in "$1 = "; the "::" before
-the names of global variables in lldb, the addresses that references refer to, and complaints about
-the debug information of other libraries.
+the next is left out: the numbers that gdb gives to what it prints, as in "$1 = "; in lldb, the "::"
+before the names of global variables, the addresses that references refer to, the name that stands
+for a class only declared, complaints about debug information, and advice on its settings.
 """
 
 import difflib
@@ -45,6 +45,8 @@ def lldb_options(commands):
 def same_in_all_versions(output):
     output = re.sub(r"^\$\d+ = ", "", output, flags=re.MULTILINE)
     output = re.sub(r"^error: .* DW_TAG_member .*\n", "", output, flags=re.MULTILINE)
+    output = re.sub(r"^\*\*\* Some of the displayed variables have .*\n", "", output, flags=re.MULTILINE)
+    output = output.replace("$foundation_json_value", "foundation::json::Value")
     output = re.sub(r"(?<=\) )::(?=\w+ = )", "", output)
     return re.sub(r"(?<= &\) )(\w+ = )0x[0-9a-f]+ ", r"\1", output)
 

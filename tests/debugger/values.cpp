@@ -1,6 +1,5 @@
 #include "values.hpp"
 
-#include <cstring>
 #include <new>
 #include <string>
 #include <vector>
@@ -54,8 +53,10 @@ Order::Order() : id(7), lines((stop_midway(), "tea")), paid(false) {}
 
 void make_order() {
     alignas(Order) static unsigned char storage[sizeof(Order)];
-    std::memset(storage, 0xAB, sizeof storage);
+    spoil(storage, sizeof storage);
     order = reinterpret_cast<Order*>(storage);
+    made = &order->id;
+    unmade = &order->lines;
     new (storage) Order();
     order->~Order();
 }

@@ -5,6 +5,8 @@
 
 #include <foundation/json/json.hpp>
 
+#include <cstddef>
+
 using foundation::json::ParserException;
 using foundation::json::Value;
 
@@ -18,13 +20,17 @@ struct Order {
     Order();
 };
 
-// In memory without any meaning until a value is made there.
+// One in memory that had no meaning before, and the first and the second value there.
 extern Order* order;
+extern Value *made, *unmade;
 
 ParserException make_exception();
 void set_values();
 
-// Calls `stop_midway` while some values are made and others are not.
+// Calls `stop_midway` when the first value of the order is made and the others are not.
 void make_order();
+
+// Fills memory with what looks like no value.
+void spoil(volatile unsigned char* memory, std::size_t size);
 
 #endif
