@@ -13,9 +13,9 @@ needs foundation_json_values.py, which is installed in share/foundation_json.
 gdb runs all files like this one in a single namespace; hence the long names.
 """
 
-import importlib.util
 import pathlib
 import sys
+import types
 
 import gdb
 import gdb.printing
@@ -23,15 +23,15 @@ import gdb.xmethod
 
 
 def foundation_json_load_values():
+    """By its path, so that nothing else is found under its name, and without a trace on the disk."""
     folder = pathlib.Path(__file__).resolve().parent
     for parent in folder.parents:
-        # The copy that gdb loads by itself is in share/gdb/auto-load, below a folder for the library.
+        # The copy that gdb loads by itself is in share/gdb/auto-load, below that of the library.
         if parent.parts[-2:] == ("gdb", "auto-load"):
             folder = parent.parent.parent / "foundation_json"
     file = folder / "foundation_json_values.py"
-    spec = importlib.util.spec_from_file_location("foundation_json_values", file)
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
+    module = types.ModuleType("foundation_json_values")
+    exec(compile(file.read_text(encoding="utf-8"), str(file), "exec"), module.__dict__)
     return module
 
 
@@ -135,8 +135,9 @@ class FoundationJsonContainer:
     # How many levels gdb may go down where it has no limit; its own stack ends some time after.
     MAX_DEPTH = 100
 
-    # By the address of a value or name that was shown within values: the addresses of the containers
-    # that it lies in. One that contains itself, as only broken memory has it, is entered once.
+    # By the address of a value or name that was shown within values: the addresses of the
+    # containers that it lies in. One that contains itself, as only broken memory has it, is entered
+    # once.
     around = {}
 
     def __init__(self, program, held, outer):
@@ -165,7 +166,8 @@ class FoundationJsonContainer:
         unreadable = foundation_json_values.UNREADABLE
         count = 0
         try:
-            for child in self.values() if self.held.kind == "JSON array" else self.names_and_values():
+            is_array = self.held.kind == "JSON array"
+            for child in self.values() if is_array else self.names_and_values():
                 yield f"[{count}]", child
                 count += 1
         except foundation_json_values.Unreadable:
@@ -257,14 +259,15 @@ class FoundationJsonPrinters(gdb.printing.PrettyPrinter):
         """The printer of a value or of what a reference refers to; None if it is another class."""
         try:
             value, name = foundation_json_referred(value)
+            if name == "foundation::json::Value":
+                return foundation_json_value_printer(value)
+            if name == "foundation::json::ParserException":
+                return FoundationJsonException(value)
+            if value.type.code == gdb.TYPE_CODE_ARRAY and value.type.target().name == "char":
+                return foundation_json_name_printer(value)
         except gdb.error:
-            return None
-        if name == "foundation::json::Value":
-            return foundation_json_value_printer(value)
-        if name == "foundation::json::ParserException":
-            return FoundationJsonException(value)
-        if value.type.code == gdb.TYPE_CODE_ARRAY and value.type.target().name == "char":
-            return foundation_json_name_printer(value)
+            # gdb itself says what is wrong, such as a reference to no memory.
+            pass
         return None
 
 
@@ -312,11 +315,19 @@ class FoundationJsonLookup(gdb.xmethod.XMethodWorker):
             value = value.dereference()
         program = FoundationJsonProgram.of(value)
         try:
-            return program.value_at(program.memory.child(program.held(value), self.key(program, key)))
-        except foundation_json_values.Unreadable:
+            held, wanted = program.held(value), self.key(program, key)
+            return program.value_at(program.memory.child(held, wanted))
+        except (gdb.error, foundation_json_values.Unreadable):
             # This says more than an exception, and the null pointer ends what is done with it.
-            gdb.write(f"There is no such element or member: {key}\n", gdb.STDERR)
+            gdb.write(f"There is no such element or member: {self.text(key)}\n", gdb.STDERR)
             return program.value_at(0)
+
+    @staticmethod
+    def text(key):
+        try:
+            return str(key)
+        except gdb.error:
+            return foundation_json_values.UNREADABLE
 
     @staticmethod
     def key(program, key):

@@ -206,7 +206,7 @@ class Memory:
 
 
 class Members:
-    """Goes through a tree in order, into no node twice and into no more than there are said to be."""
+    """Goes through a tree in order, into no node twice and no more than there are said to be."""
 
     def __init__(self, memory, root, count):
         self.memory, self.root, self.count = memory, root, count

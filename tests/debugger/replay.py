@@ -5,10 +5,11 @@ it answers each as written there. The arguments bring it to where the first tran
 next goes on where one ends.
 
 In a transcript, what precedes the first command and what follows an empty line are remarks; a line
-that ends in a backslash goes on in the next, after the spaces there. What differs from one version of a debugger to
-the next is left out: the numbers that gdb gives to what it prints, as in "$1 = "; in lldb, the "::"
-before the names of global variables, the addresses that references refer to, the name that stands
-for a class only declared, complaints about debug information, and advice on its settings.
+that ends in a backslash goes on in the next, after the spaces there. What differs from one version
+of a debugger to the next is left out: the numbers that gdb gives to what it prints, as in "$1 = ";
+in lldb, the "::" before the names of global variables, the addresses that references refer to, the
+name that stands for a class only declared, complaints about debug information, and advice on its
+settings.
 """
 
 import difflib
@@ -45,7 +46,7 @@ def lldb_options(commands):
 def same_in_all_versions(output):
     output = re.sub(r"^\$\d+ = ", "", output, flags=re.MULTILINE)
     output = re.sub(r"^error: .* DW_TAG_member .*\n", "", output, flags=re.MULTILINE)
-    output = re.sub(r"^\*\*\* Some of the displayed variables have .*\n", "", output, flags=re.MULTILINE)
+    output = re.sub(r"^\*\*\* Some of the displayed .*\n", "", output, flags=re.MULTILINE)
     output = output.replace("$foundation_json_value", "foundation::json::Value")
     output = re.sub(r"(?<=\) )::(?=\w+ = )", "", output)
     return re.sub(r"(?<= &\) )(\w+ = )0x[0-9a-f]+ ", r"\1", output)
@@ -76,7 +77,6 @@ if 'value="{...}"' in output:
         for line in expected
     ]
 if answers != expected:
-    print(*difflib.unified_diff(expected, answers, "expected", "answered", n=1, lineterm=""), sep="\n")
-    sys.exit(
-        1 if answers else f"replay.py: did not get as far as the first command:\n{output}"
-    )
+    difference = difflib.unified_diff(expected, answers, "expected", "answered", n=1, lineterm="")
+    print(*difference, sep="\n")
+    sys.exit(1 if answers else f"replay.py: did not get as far as the first command:\n{output}")
