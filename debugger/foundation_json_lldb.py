@@ -69,7 +69,7 @@ class Program:
         """What a value holds. From its own bytes where its size is known, since it need not lie in
         memory, as when it is the result of an expression."""
         size = value.GetByteSize()
-        if value.GetType().IsReferenceType() or size < self.memory.layout.size:
+        if size < self.memory.layout.size:
             return self.memory.held_at(address_of(value))
         error = lldb.SBError()
         data = value.GetData().ReadRawData(error, 0, size)

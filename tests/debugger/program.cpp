@@ -5,6 +5,9 @@
 #include <cstddef>
 #include <string>
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 Value undefined, null, boolean, number, string, array, object, decimal, integer, counter;
 Value whole, tenth, bytes, nested, deep, deepest, twenty;
 ParserException exception = make_exception();
@@ -21,6 +24,13 @@ unsigned char middle = 1;
 const char* text_key = "text";
 std::string string_key = "object";
 Value value_key;
+
+// No key of this library.
+char letters[6] = "ab";
+
+// Two pages of memory, and one between them that is not there.
+char* page;
+char* page_after_gap;
 
 // Where the debugger stops.
 extern "C" {
@@ -43,6 +53,14 @@ __attribute__((noinline)) void spoil(volatile unsigned char* memory, std::size_t
 
 namespace {
 
+void make_gap() {
+    const std::size_t size = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    page = static_cast<char*>(
+        mmap(nullptr, 3 * size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+    page_after_gap = page + 2 * size;
+    munmap(page + size, size);
+}
+
 // Leaves no memory below on the stack that looks like a value.
 __attribute__((noinline)) void spoil_stack() {
     unsigned char spoiled[4096];
@@ -61,6 +79,7 @@ void function(const Value& parameter) {
 
 int main() {
     set_values();
+    make_gap();
     value_key = "array";
     stop();
     make_order();
