@@ -11,7 +11,7 @@ install(DIRECTORY include/foundation
     COMPONENT foundation_json_Development
     FILES_MATCHING PATTERN *.hpp)
 
-install(TARGETS foundation_json
+install(TARGETS foundation_json foundation_json_parser
     EXPORT foundation_json-targets
     RUNTIME COMPONENT foundation_json_Runtime
     LIBRARY COMPONENT foundation_json_Runtime NAMELINK_COMPONENT foundation_json_Development

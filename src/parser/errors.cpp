@@ -1,0 +1,362 @@
+#include "parser/errors.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace foundation::json::detail {
+
+namespace {
+
+/// How much of a word, number or name a message quotes, in bytes.
+constexpr std::size_t longest_in_message = 40;
+
+constexpr const char* not_utf8 = "the text is not UTF-8: ";
+
+std::string in_quotes(std::string_view text) {
+    std::string result = "'";
+    result += text;
+    result += '\'';
+    return result;
+}
+
+std::string hexadecimal(char byte, std::string prefix) {
+    constexpr char digits[] = "0123456789ABCDEF";
+    const auto number = static_cast<unsigned char>(byte);
+    prefix += digits[number >> 4];
+    prefix += digits[number & 15];
+    return prefix;
+}
+
+std::string container_name(Within within) {
+    return within == Within::array    ? "an array"
+           : within == Within::object ? "an object"
+                                      : "the value";
+}
+
+char lower(char byte) noexcept {
+    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
+
+bool same_but_for_case(std::string_view a, std::string_view b) noexcept {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return lower(x) == lower(y); });
+}
+
+bool is_not_finite(std::string_view word) noexcept {
+    return same_but_for_case(word, "nan") || same_but_for_case(word, "infinity") ||
+           same_but_for_case(word, "inf");
+}
+
+/// The literal that a word is but for its case; empty if it is none.
+std::string_view literal_like(std::string_view word) noexcept {
+    constexpr std::array<std::string_view, 3> literals{"null", "true", "false"};
+    const auto* const found =
+        std::find_if(literals.begin(), literals.end(),
+                     [word](std::string_view literal) { return same_but_for_case(word, literal); });
+    return found == literals.end() ? std::string_view() : *found;
+}
+
+/// Moves a place in a text to the next character that begins there or before it, not before
+/// `begin`.
+std::size_t character_begin(std::string_view text, std::size_t begin, std::size_t place) noexcept {
+    while (place > begin && place < text.size() && is_continuation(text[place])) {
+        --place;
+    }
+    return place;
+}
+
+/// A text cut to what a message may hold.
+std::string shortened(std::string_view text) {
+    if (text.size() <= longest_in_message) {
+        return std::string(text);
+    }
+    const std::size_t size = character_begin(text, 0, longest_in_message);
+    return std::string(text.substr(0, size)) + "...";
+}
+
+/// The length of the byte order mark that a text begins with, if it does.
+std::size_t marked(std::string_view text) noexcept {
+    return text.substr(0, byte_order_mark.size()) == byte_order_mark ? byte_order_mark.size() : 0;
+}
+
+} // namespace
+
+void Place::advance(std::string_view text) noexcept {
+    const std::size_t mark = byte == 0 ? marked(text) : 0;
+    byte += text.size();
+    text.remove_prefix(mark);
+    for (const char c : text) {
+        if (c == '\n') {
+            ++line;
+            column = 1;
+        } else if (!is_continuation(c)) {
+            ++column;
+        }
+    }
+}
+
+// ---- Where it failed -------------------------------------------------------------------------
+
+void Errors::fail(ParseResult result, const char* place, const std::string& what) const {
+    const auto position = static_cast<std::size_t>(place - text_.data());
+    Place failed = begin_;
+    failed.advance(text_.substr(0, position));
+
+    const std::size_t line_feed = text_.substr(0, position).rfind('\n');
+    const std::size_t text_begin = begin_.byte == 0 ? marked(text_) : 0;
+    const std::size_t line_begin = line_feed == std::string_view::npos ? text_begin : line_feed + 1;
+    std::size_t line_end = std::min(text_.find('\n', position), text_.size());
+    if (line_end > position && text_[line_end - 1] == '\r') {
+        --line_end;
+    }
+    std::size_t begin = std::max(line_begin, position - std::min(position, most_quoted));
+    while (begin < position && begin > line_begin && is_continuation(text_[begin])) {
+        ++begin;
+    }
+    const std::size_t end = character_begin(text_.substr(0, line_end), position,
+                                            std::min(line_end, position + most_quoted));
+    throw ParserException(what, result, failed.byte, failed.line, failed.column, position - begin,
+                          std::string(text_.substr(begin, end - begin)));
+}
+
+/// How messages call what is at a place.
+std::string Errors::name_of(const char* place) const {
+    if (place == end()) {
+        return "the end of the text";
+    }
+    if (*place == '\'') {
+        return "a single quote";
+    }
+    if (!is_ascii(*place)) {
+        const Utf8Sequence sequence = utf8_sequence(place, end());
+        if (sequence.complete && static_cast<unsigned char>(place[0]) > 0xC2) {
+            return in_quotes({place, sequence.length});
+        }
+    } else if (*place > 0x20 && *place < 0x7F) {
+        return in_quotes({place, 1});
+    }
+    return hexadecimal(*place, "byte 0x");
+}
+
+std::string_view Errors::word_at(const char* place) const noexcept {
+    const char* const behind =
+        std::find_if_not(place, end(), [](char byte) { return is_word(byte); });
+    return {place, static_cast<std::size_t>(behind - place)};
+}
+
+// ---- Values ----------------------------------------------------------------------------------
+
+/// Fails if a comment begins at a place, which it may not without that option.
+void Errors::check_comment(const char* place) const {
+    if (!options_.comments && end() - place >= 2 && place[0] == '/' &&
+        (place[1] == '/' || place[1] == '*')) {
+        fail(MISSING_LEADING_DIGIT, place, "found a comment: the option comments allows it");
+    }
+}
+
+/// Fails if a word begins right behind a string or number.
+void Errors::check_glued(const char* place, ParseResult result) const {
+    if (place == end() || place == text_.data()) {
+        return;
+    }
+    if (place[-1] == '"' && is_word(*place)) {
+        fail(UNESCAPED_QUOTE, place,
+             "found " + name_of(place) +
+                 " right behind a string: a quote within a string is written \\\"");
+    }
+    if (is_digit(place[-1]) &&
+        (is_word(*place) || *place == '.' || *place == '+' || *place == '-')) {
+        fail(result, place, "found " + name_of(place) + " right behind a number");
+    }
+}
+
+void Errors::no_value(const char* place, Within within, bool after_comma) const {
+    if (place == end()) {
+        if (within == Within::document) {
+            fail(EMPTY_INPUT, place, "the text holds no value");
+        }
+        const bool begun = within == Within::array && !after_comma;
+        fail(begun ? MISSING_ARRAY_CLOSE : UNEXPECTED_END_OF_INPUT, place,
+             "the text ends within " + container_name(within));
+    }
+    if (*place == ']' && after_comma) {
+        fail(MISSING_ARRAY_CLOSE, place,
+             "found ']' after a comma: the option trailing_commas allows it");
+    }
+    if (within == Within::document && (*place == ']' || *place == '}')) {
+        const bool array = *place == ']';
+        fail(array ? MISSING_ARRAY_OPEN : MISSING_OBJECT_OPEN, place,
+             array ? "found ']' without a '[' before it" : "found '}' without a '{' before it");
+    }
+    check_comment(place);
+    const std::string_view word = word_at(place);
+    if (is_not_finite(word)) {
+        fail(MISSING_LEADING_DIGIT, place, std::string(word) + " is not a JSON number");
+    }
+    if (*place == '\'') {
+        fail(MISSING_LEADING_QUOTE, place, "found a single quote: strings stand in double quotes");
+    }
+    if (*place == '+') {
+        fail(MISSING_LEADING_DIGIT, place, "found '+': numbers have no such sign");
+    }
+    if (*place == '.') {
+        fail(MISSING_LEADING_DIGIT, place, "found '.': numbers have a digit before it");
+    }
+    const std::string_view literal = literal_like(word);
+    if (!literal.empty()) {
+        fail(literal == "null" ? NULL_MISMATCH : BOOLEAN_MISMATCH, place,
+             "found " + in_quotes(word) + ": " + std::string(literal) +
+                 " is written in lower case");
+    }
+    if (is_letter(*place)) {
+        fail(MISSING_LEADING_QUOTE, place,
+             "found " + in_quotes(shortened(word)) +
+                 " where a value should begin: strings stand in double quotes");
+    }
+    fail(MISSING_LEADING_DIGIT, place, "found " + name_of(place) + " where a value should begin");
+}
+
+void Errors::bad_word(const char* word, const char* place) const {
+    const ParseResult result = *word == 'n' ? NULL_MISMATCH : BOOLEAN_MISMATCH;
+    const std::string_view whole = word_at(word);
+    if (place == end()) {
+        fail(result, place, "the text ends within " + in_quotes(whole));
+    }
+    if (is_not_finite(whole)) {
+        fail(result, place, std::string(whole) + " is not a JSON number");
+    }
+    const char* const meant = *word == 'n' ? "null" : *word == 't' ? "true" : "false";
+    fail(result, place,
+         "found " + in_quotes(shortened(whole)) + " where " + meant + " may be meant");
+}
+
+void Errors::bad_number(const NumberToken& token) const {
+    if (token.end == end()) {
+        fail(token.error, token.end, "the text ends within a number");
+    }
+    const std::string_view word = word_at(token.end);
+    if (token.error == MISSING_QUANTITY_AFTER_SIGN && is_not_finite(word)) {
+        fail(token.error, token.end, "-" + std::string(word) + " is not a JSON number");
+    }
+    if (token.error == MISSING_LEADING_DIGIT) {
+        fail(token.error, token.end, "found " + name_of(token.end) + " behind a leading 0");
+    }
+    const char* const before = token.error == MISSING_QUANTITY_AFTER_SIGN ? "behind '-'"
+                               : token.error == INVALID_FRACTION          ? "behind '.'"
+                                                                          : "in an exponent";
+    fail(token.error, token.end,
+         "found " + name_of(token.end) + " where a digit should stand, " + before);
+}
+
+void Errors::too_large(const char* number, const char* number_end) const {
+    const std::string_view text(number, static_cast<std::size_t>(number_end - number));
+    fail(INVALID_EXPONENT, number, "the number " + shortened(text) + " is too large for a double");
+}
+
+void Errors::bad_string(const StringToken& token) const {
+    const char* const place = token.end;
+    switch (token.error) {
+    case StringError::none:
+    case StringError::text_ends:
+        fail(MISSING_TRAILING_QUOTE, place, "the text ends within a string");
+    case StringError::line_ends:
+        fail(MISSING_TRAILING_QUOTE, place,
+             std::string("the line ends within a string, where a line end is written ") +
+                 (*place == '\n' ? "\\n" : "\\r"));
+    case StringError::control:
+        fail(INVALID_ESCAPE_SEQUENCE, place,
+             "found " + (*place == '\t' ? "a tab" : name_of(place)) +
+                 " in a string, where it is written " +
+                 (*place == '\t' ? "\\t" : hexadecimal(*place, "\\u00")));
+    case StringError::escape:
+        fail(INVALID_ESCAPE_SEQUENCE, place,
+             "found " + name_of(place) + " behind '\\' in a string");
+    case StringError::escape_ends:
+    case StringError::unicode_escape:
+        if (place == end()) {
+            fail(INCOMPLETE_ESCAPE_SEQUENCE, place, "the text ends within a string");
+        }
+        fail(*place == '"' ? INCOMPLETE_ESCAPE_SEQUENCE : INVALID_UNICODE_ESCAPE, place,
+             "found " + name_of(place) + " within the four hexadecimal digits behind \\u");
+    case StringError::utf8:
+        break;
+    }
+    fail(INVALID_UNICODE_ESCAPE, place, not_utf8 + std::string("found ") + name_of(place));
+}
+
+void Errors::bad_comment(const char* place) const {
+    if (place == end()) {
+        fail(UNEXPECTED_END_OF_INPUT, place, "the text ends within a comment");
+    }
+    fail(INVALID_UNICODE_ESCAPE, place, not_utf8 + std::string("found ") + name_of(place));
+}
+
+// ---- Between values --------------------------------------------------------------------------
+
+void Errors::no_name(const char* place, bool after_comma) const {
+    if (place == end()) {
+        fail(after_comma ? UNEXPECTED_END_OF_INPUT : MISSING_OBJECT_CLOSE, place,
+             "the text ends within an object");
+    }
+    if (*place == '}' && after_comma) {
+        fail(MISSING_OBJECT_CLOSE, place,
+             "found '}' after a comma: the option trailing_commas allows it");
+    }
+    check_comment(place);
+    const std::string_view word = word_at(place);
+    const std::string found =
+        *place == '\'' || word.empty() ? name_of(place) : in_quotes(shortened(word));
+    fail(MISSING_LEADING_QUOTE, place,
+         "found " + found + " where a name should begin: names stand in double quotes");
+}
+
+void Errors::no_colon(const char* place) const {
+    if (place == end()) {
+        fail(MISSING_NAME_SEPARATOR, place, "the text ends within an object");
+    }
+    check_comment(place);
+    check_glued(place, MISSING_NAME_SEPARATOR);
+    fail(MISSING_NAME_SEPARATOR, place,
+         "found " + name_of(place) + " where ':' should stand, behind a name");
+}
+
+void Errors::no_separator(const char* place, Within within) const {
+    const bool array = within == Within::array;
+    const ParseResult result = array ? MISSING_ARRAY_CLOSE : MISSING_OBJECT_CLOSE;
+    if (place == end()) {
+        fail(result, place, "the text ends within " + container_name(within));
+    }
+    check_comment(place);
+    check_glued(place, result);
+    constexpr std::string_view first_bytes = "\"'[{-";
+    if (is_word(*place) || first_bytes.find(*place) != std::string_view::npos) {
+        fail(result, place, "a comma is missing before " + name_of(place));
+    }
+    fail(result, place,
+         "found " + name_of(place) + " where " + (array ? "',' or ']'" : "',' or '}'") +
+             " should stand");
+}
+
+void Errors::after_value(const char* place) const {
+    check_comment(place);
+    const bool of_object = *place == '}' || *place == ':';
+    const ParseResult result = of_object ? MISSING_OBJECT_OPEN : MISSING_ARRAY_OPEN;
+    check_glued(place, result);
+    fail(result, place, "found " + name_of(place) + " after the end of the value");
+}
+
+void Errors::too_deep(const char* place) const {
+    fail(*place == '[' ? MISSING_ARRAY_CLOSE : MISSING_OBJECT_CLOSE, place,
+         "nested deeper than " + std::to_string(options_.max_depth) +
+             " levels: the option max_depth is the limit");
+}
+
+void Errors::duplicate_name(const char* place, const StringToken& name) const {
+    // As it is written, since what is escaped may not print.
+    fail(MISSING_OBJECT_CLOSE, place,
+         "the name \"" + shortened({name.text, name.size()}) +
+             "\" stands twice in an object: the option duplicate_names allows it");
+}
+
+} // namespace foundation::json::detail

@@ -1,0 +1,74 @@
+/// @file
+/// What the errors of a text say, and where they are.
+#ifndef FOUNDATION_JSON_SRC_PARSER_ERRORS_HPP
+#define FOUNDATION_JSON_SRC_PARSER_ERRORS_HPP
+
+#include "parser/numbers.hpp"
+#include "parser/strings.hpp"
+
+#include <foundation/json/parse.hpp>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace foundation::json::detail {
+
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
+/// A place in what is read, which a text may be a part of.
+struct Place {
+    std::size_t byte = 0;
+    std::size_t line = 1;
+    std::size_t column = 1;
+
+    /// Goes over a text, from here on. A byte order mark at the start of everything takes no
+    /// column.
+    void advance(std::string_view text) noexcept;
+};
+
+/// How much of a line an error quotes on either side of the place, in bytes.
+constexpr std::size_t most_quoted = 160;
+
+/// What an error lies within.
+enum class Within { document, array, object };
+
+/// Throws the errors of a text.
+///
+/// Each function is given the first byte that cannot continue the text, or its end.
+class Errors {
+public:
+    /// @param begin  where the text begins in what is read
+    Errors(std::string_view text, const Place& begin, const ParseOptions& options) noexcept
+        : text_(text), begin_(begin), options_(options) {}
+
+    [[noreturn]] void no_value(const char* place, Within within, bool after_comma) const;
+    [[noreturn]] void no_name(const char* place, bool after_comma) const;
+    [[noreturn]] void no_colon(const char* place) const;
+    [[noreturn]] void no_separator(const char* place, Within within) const;
+    [[noreturn]] void after_value(const char* place) const;
+    [[noreturn]] void bad_word(const char* word, const char* place) const;
+    [[noreturn]] void bad_number(const NumberToken& token) const;
+    [[noreturn]] void bad_string(const StringToken& token) const;
+    [[noreturn]] void bad_comment(const char* place) const;
+    [[noreturn]] void too_large(const char* number, const char* end) const;
+    [[noreturn]] void too_deep(const char* place) const;
+    [[noreturn]] void duplicate_name(const char* place, const StringToken& name) const;
+
+private:
+    [[noreturn]] void fail(ParseResult result, const char* place, const std::string& what) const;
+    void check_comment(const char* place) const;
+    void check_glued(const char* place, ParseResult result) const;
+
+    const char* end() const noexcept { return text_.data() + text_.size(); }
+    std::string name_of(const char* place) const;
+    std::string_view word_at(const char* place) const noexcept;
+
+    std::string_view text_;
+    Place begin_;
+    const ParseOptions& options_;
+};
+
+} // namespace foundation::json::detail
+
+#endif

@@ -1,0 +1,104 @@
+#include "parser/numbers.hpp"
+
+#include <fast_float/fast_float.h>
+
+#include <cfenv>
+#include <cmath>
+#include <limits>
+
+namespace foundation::json::detail {
+
+namespace {
+
+/// The environment that a program starts with, for a while: rounding to nearest, subnormal numbers
+/// as they are, no traps. What was set before comes back, flags included.
+class DefaultEnvironment {
+public:
+    DefaultEnvironment() noexcept {
+        std::fegetenv(&previous_);
+        std::fesetenv(FE_DFL_ENV);
+    }
+    ~DefaultEnvironment() { std::fesetenv(&previous_); }
+    DefaultEnvironment(const DefaultEnvironment&) = delete;
+    DefaultEnvironment& operator=(const DefaultEnvironment&) = delete;
+
+private:
+    std::fenv_t previous_;
+};
+
+/// The nearest double for every number, somewhat slower.
+/// @return false if it is too large
+[[gnu::noinline]] bool read_any(const char* from, const char* end, double& number) noexcept {
+    const DefaultEnvironment environment;
+    fast_float::from_chars(from, end, number);
+    return std::fabs(number) <= std::numeric_limits<double>::max();
+}
+
+// A larger exponent cannot be made up for by the digits that a text has room for, and leaves room
+// for adding their count.
+constexpr std::int64_t largest_exponent = std::int64_t{1} << 60;
+
+} // namespace
+
+const char* scan_exponent(const char* from, const char* end, NumberToken& token) noexcept {
+    ++from;
+    const bool negative = from != end && *from == '-';
+    from += negative || (from != end && *from == '+') ? 1 : 0;
+    if (from == end || !is_digit(*from)) {
+        token.error = INVALID_EXPONENT;
+        return from;
+    }
+    std::int64_t exponent = 0;
+    for (; from != end && is_digit(*from); ++from) {
+        exponent =
+            exponent < largest_exponent / 10 ? exponent * 10 + (*from - '0') : largest_exponent;
+    }
+    token.whole = false;
+    token.magnitude.exponent += negative ? -exponent : exponent;
+    return from;
+}
+
+Decimal leading_digits(const char* from, const char* end, std::int64_t exponent) noexcept {
+    Decimal result{0, exponent, false};
+    int count = 0;
+    for (; from != end; ++from) {
+        if (*from == '.') {
+            continue;
+        }
+        if (count == Decimal::most_digits) {
+            result.cut_off = result.cut_off || *from != '0';
+            ++result.exponent;
+        } else {
+            result.digits = result.digits * 10 + static_cast<std::uint64_t>(*from - '0');
+            count += result.digits != 0 ? 1 : 0;
+        }
+    }
+    return result;
+}
+
+bool whole_number(const char* from, const char* end, std::uint64_t& number) noexcept {
+    constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+    number = 0;
+    for (; from != end; ++from) {
+        const auto digit = static_cast<std::uint64_t>(*from - '0');
+        if (number > most / 10 || number * 10 > most - digit) {
+            return false;
+        }
+        number = number * 10 + digit;
+    }
+    return true;
+}
+
+bool number_value(const char* from, const NumberToken& token, double& number) noexcept {
+    switch (nearest_double(token.magnitude, number)) {
+    case Rounding::decided:
+        number = token.negative ? -number : number;
+        return true;
+    case Rounding::too_large:
+        return false;
+    default:
+        return read_any(from, token.end, number);
+    }
+}
+
+} // namespace foundation::json::detail

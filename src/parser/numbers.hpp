@@ -1,0 +1,137 @@
+/// @file
+/// The numbers of a text.
+#ifndef FOUNDATION_JSON_SRC_PARSER_NUMBERS_HPP
+#define FOUNDATION_JSON_SRC_PARSER_NUMBERS_HPP
+
+#include "parser/characters.hpp"
+#include "parser/decimal.hpp"
+
+#include <foundation/json/parse_errors.hpp>
+
+#include <cstdint>
+#include <cstring>
+
+namespace foundation::json::detail {
+
+/// A number as it stands in a text.
+struct NumberToken {
+    const char* end;   ///< behind its last byte, or at the first byte that cannot continue it
+    ParseResult error; ///< NO_PARSE_ERROR, or what is wrong at the end
+    bool negative;
+    bool whole;        ///< written without point and exponent
+    Decimal magnitude; ///< unless there is an error
+};
+
+/// What is left over of a text of eight digits.
+constexpr std::size_t digits_at_once = 8;
+
+/// Whether a word of text, its first byte lowest, is eight digits.
+constexpr bool is_eight_digits(std::uint64_t word) noexcept {
+    constexpr std::uint64_t high_halves = 0xF0F0F0F0F0F0F0F0;
+    constexpr std::uint64_t zeros = 0x3030303030303030;
+    // Adding 6 carries into the upper half of a byte for 3A to 3F, which are no digits.
+    return (word & high_halves) == zeros && ((word + 0x0606060606060606) & high_halves) == zeros;
+}
+
+/// The number that eight digits are: neighbours are joined to pairs, pairs to fours, fours to all.
+constexpr std::uint64_t eight_digits(std::uint64_t word) noexcept {
+    word &= 0x0F0F0F0F0F0F0F0F;
+    word = (word * 10 + (word >> 8)) & 0x00FF00FF00FF00FF;
+    word = (word * 100 + (word >> 16)) & 0x0000FFFF0000FFFF;
+    return (word * 10000 + (word >> 32)) & 0x00000000FFFFFFFF;
+}
+
+inline std::uint64_t load_first_lowest(const char* from) noexcept {
+    std::uint64_t word = 0;
+    std::memcpy(&word, from, sizeof word);
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+    word = __builtin_bswap64(word);
+#endif
+    return word;
+}
+
+/// Appends digits of a text to a number, modulo 2^64.
+/// @return behind the last of them
+inline const char* scan_digits(const char* from, const char* end, std::uint64_t& number) noexcept {
+    constexpr std::uint64_t ten_to_the_eight = 100'000'000;
+    while (end - from >= static_cast<std::ptrdiff_t>(digits_at_once)) {
+        const std::uint64_t word = load_first_lowest(from);
+        if (!is_eight_digits(word)) {
+            break;
+        }
+        number = number * ten_to_the_eight + eight_digits(word);
+        from += digits_at_once;
+    }
+    while (from != end && is_digit(*from)) {
+        number = number * 10 + static_cast<std::uint64_t>(*from - '0');
+        ++from;
+    }
+    return from;
+}
+
+/// Reads the exponent of a number, if one begins here.
+const char* scan_exponent(const char* from, const char* end, NumberToken& token) noexcept;
+
+/// The first digits of a number of more digits than a word holds.
+/// @param exponent  the number's own
+Decimal leading_digits(const char* from, const char* end, std::int64_t exponent) noexcept;
+
+/// Reads a number.
+/// @param from  at a minus sign or a digit
+inline NumberToken scan_number(const char* from, const char* end) noexcept {
+    NumberToken token{from, NO_PARSE_ERROR, *from == '-', true, {0, 0, false}};
+    const auto fail = [&token](const char* place, ParseResult error) {
+        token.end = place;
+        token.error = error;
+        return token;
+    };
+    const char* const first = from + (token.negative ? 1 : 0);
+    std::uint64_t digits = 0;
+    const char* place = scan_digits(first, end, digits);
+    if (place == first) {
+        return fail(place, MISSING_QUANTITY_AFTER_SIGN);
+    }
+    if (*first == '0' && place - first > 1) {
+        return fail(first + 1, MISSING_LEADING_DIGIT);
+    }
+    std::ptrdiff_t count = place - first;
+    if (place != end && *place == '.') {
+        const char* const fraction = place + 1;
+        place = scan_digits(fraction, end, digits);
+        if (place == fraction) {
+            return fail(place, INVALID_FRACTION);
+        }
+        token.whole = false;
+        token.magnitude.exponent = fraction - place;
+        count += place - fraction;
+    }
+    const char* const last = place;
+    if (place != end && (*place == 'e' || *place == 'E')) {
+        place = scan_exponent(place, end, token);
+    }
+    token.end = place;
+    token.magnitude.digits = digits;
+    if (count > Decimal::most_digits) {
+        token.magnitude = leading_digits(first, last, token.magnitude.exponent);
+    }
+    return token;
+}
+
+/// Whether a double holds a whole number exactly.
+constexpr bool is_exact_double(std::uint64_t number) noexcept {
+    constexpr std::uint64_t limit = std::uint64_t{1} << 53;
+    return number <= limit || number >> __builtin_ctzll(number) < limit;
+}
+
+/// The whole number of a text of digits.
+/// @return false if it takes more than 64 bits
+bool whole_number(const char* from, const char* end, std::uint64_t& number) noexcept;
+
+/// The double nearest to a number that was read, its sign included.
+/// @param from  where the number begins
+/// @return false if it is too large
+bool number_value(const char* from, const NumberToken& token, double& number) noexcept;
+
+} // namespace foundation::json::detail
+
+#endif

@@ -1,0 +1,158 @@
+/// @file
+/// From the text of one value to the value.
+#ifndef FOUNDATION_JSON_SRC_PARSER_PARSER_HPP
+#define FOUNDATION_JSON_SRC_PARSER_PARSER_HPP
+
+#include "parser/errors.hpp"
+#include "parser/strings.hpp"
+#include "value/value_access.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace foundation::json::detail {
+
+/// An element of an array that has been read, but has no place yet.
+///
+/// A value that holds a container is expensive to move, so elements are made only once it is known
+/// how many there are. Till then a string stays in the text, and a container with the parser.
+struct PendingElement {
+    enum class Kind : std::uint8_t {
+        null,
+        boolean,
+        number,
+        int64,
+        uint64,
+        string,
+        escaped_string,
+        array,
+        object,
+    };
+
+    explicit PendingElement(Null) noexcept : boolean(false), tag(Kind::null) {}
+    explicit PendingElement(bool value) noexcept : boolean(value), tag(Kind::boolean) {}
+    explicit PendingElement(double value) noexcept : number(value), tag(Kind::number) {}
+    explicit PendingElement(long long value) noexcept : int64(value), tag(Kind::int64) {}
+    explicit PendingElement(unsigned long long value) noexcept : uint64(value), tag(Kind::uint64) {}
+    explicit PendingElement(const StringToken& token) noexcept
+        : text(token.text),
+          tag(token.escaped ? Kind::escaped_string : Kind::string, token.size()) {}
+    explicit PendingElement(Array* value) noexcept : array(value), tag(Kind::array) {}
+    explicit PendingElement(Object* value) noexcept : object(value), tag(Kind::object) {}
+
+    /// The kind and, of a string in the text, the size, in one word.
+    class Tag {
+    public:
+        explicit Tag(Kind kind, std::size_t size = 0) noexcept
+            : bits_(std::uint64_t{size} << 8 | static_cast<std::uint64_t>(kind)) {}
+
+        Kind kind() const noexcept { return static_cast<Kind>(bits_ & 0xFF); }
+        std::size_t size() const noexcept { return static_cast<std::size_t>(bits_ >> 8); }
+
+    private:
+        std::uint64_t bits_;
+    };
+
+    union {
+        bool boolean;
+        double number;
+        long long int64;
+        unsigned long long uint64;
+        const char* text;
+        Array* array;
+        Object* object;
+    };
+    Tag tag;
+};
+
+/// Reads one value. Used once.
+///
+/// Open containers are on a stack of its own, so that nesting takes none of the thread's.
+class Parser {
+public:
+    /// @param text  must outlive the parser, and so must the options
+    Parser(std::string_view text, const ParseOptions& options)
+        : Parser(text, text, Place(), options) {
+        if (text.substr(0, byte_order_mark.size()) == byte_order_mark) {
+            place_ += byte_order_mark.size();
+        }
+    }
+
+    /// @param value    the part of the text to read
+    /// @param context  the text as far as it is known, for errors to quote
+    /// @param begin    where the context begins in what is read
+    Parser(std::string_view value, std::string_view context, const Place& begin,
+           const ParseOptions& options)
+        : place_(value.data()),
+          end_(value.data() + value.size()),
+          options_(options),
+          errors_(context, begin, options) {}
+
+    /// Reads the value of the whole text.
+    /// @param root  Undefined; unspecified after an exception
+    void read(Value& root);
+
+private:
+    /// A container that has been opened: the one of the two that is not null.
+    struct Open {
+        Array* array;
+        Object* object;
+        std::size_t first_pending; ///< of an array
+    };
+
+    class ElementSink;
+    class MemberSink;
+    class RootSink;
+
+    void read_elements();
+    void read_members();
+    void read_member();
+    StringToken read_name();
+
+    template <class Sink>
+    void read_value(Sink sink, Within within, bool after_comma);
+    template <class Sink>
+    void read_number(Sink sink);
+    template <class Sink>
+    void read_large_number(const NumberToken& token, Sink sink);
+    template <class Sink, class Content>
+    void read_word(const char* word, Content content, Sink sink);
+
+    void open(Array& array);
+    void open(Object& object);
+    void close_array();
+    void close_object();
+    void check_depth() const;
+    void take_pending(Array& array, std::size_t first);
+    void take(Array& array, const PendingElement& element);
+
+    template <class Content>
+    Value& insert(Object& members, const StringToken& name, const Content& content);
+
+    void skip_space();
+    void skip_comment();
+    bool at(char byte) const noexcept { return place_ != end_ && *place_ == byte; }
+
+    const char* place_;
+    const char* end_;
+    const ParseOptions& options_;
+    Errors errors_;
+
+    std::deque<Open> open_;
+    bool child_closed_ = false; ///< whether what was read last is a container, whole
+    std::vector<PendingElement> pending_;
+    std::deque<Array> arrays_; ///< open or pending, elements of arrays
+    std::deque<Object> objects_;
+
+    const Array no_elements_;
+    const Object no_members_;
+    const std::string no_text_;
+};
+
+} // namespace foundation::json::detail
+
+#endif

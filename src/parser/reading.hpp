@@ -1,0 +1,66 @@
+/// @file
+/// Whole texts from streams and files.
+#ifndef FOUNDATION_JSON_SRC_PARSER_READING_HPP
+#define FOUNDATION_JSON_SRC_PARSER_READING_HPP
+
+#include <cstddef>
+#include <filesystem>
+#include <ios>
+#include <iosfwd>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace foundation::json::detail {
+
+/// A text that is read piece by piece. Once complete it takes no more memory than its length.
+class GrowingText {
+public:
+    /// @param expected  how long the text may be; an estimate
+    explicit GrowingText(std::size_t expected) noexcept : expected_(expected) {}
+
+    /// Room for more: a place and how much fits there, at least a byte.
+    char* room();
+    std::size_t room_size() const noexcept { return capacity_ - used_; }
+    void add(std::size_t count) noexcept { used_ += count; }
+
+    std::size_t size() const noexcept { return full_size_ + used_; }
+
+    /// The whole text; no more is added.
+    std::string_view join();
+
+private:
+    struct Piece {
+        std::unique_ptr<char[]> text;
+        std::size_t size;
+    };
+
+    std::size_t expected_;
+    std::vector<Piece> full_;
+    std::size_t full_size_ = 0;
+    std::unique_ptr<char[]> last_;
+    std::size_t used_ = 0;
+    std::size_t capacity_ = 0;
+};
+
+/// Fails as an input function does that cannot begin.
+/// @throws std::ios_base::failure the stream is not good
+void begin_reading(std::istream& stream);
+
+/// Sets eofbit, or fails because it is no end after all that was met.
+/// @throws std::ios_base::failure the stream is bad
+void end_reading(std::istream& stream);
+
+/// Sets badbit or eofbit, without an exception whatever the stream's exceptions().
+void set_state(std::istream& stream, std::ios_base::iostate bits) noexcept;
+
+/// The rest of a stream.
+GrowingText read_all(std::istream& stream);
+
+/// All that a file holds.
+/// @throws std::system_error naming the file
+GrowingText read_file(const std::filesystem::path& path);
+
+} // namespace foundation::json::detail
+
+#endif
