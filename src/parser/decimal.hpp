@@ -4,6 +4,7 @@
 #define FOUNDATION_JSON_SRC_PARSER_DECIMAL_HPP
 
 #include <cstdint>
+#include <cstring>
 
 namespace foundation::json::detail {
 
@@ -23,6 +24,98 @@ enum class Rounding {
     too_large, ///< for a double
     undecided, ///< the digits at hand do not tell which double is nearest, or it is subnormal
 };
+
+// Numbers below the first are nearer to zero than to any double, whatever their 19 digits, and those
+// above the last are too large.
+constexpr int least_exponent = -342;
+constexpr int largest_exponent = 308;
+
+#if defined(__SIZEOF_INT128__)
+
+__extension__ using Wide = unsigned __int128;
+
+/// The leading 128 bits of the powers of five, each cut off below.
+class PowersOf5 {
+public:
+    constexpr PowersOf5() noexcept;
+
+    Wide leading_bits(int q) const noexcept { return bits_[q - least_exponent]; }
+
+    /// 5^q is the leading bits, and what was cut off of them, times 2 to this. The product is the
+    /// logarithm of 5^q to base 2, rounded down.
+    static constexpr int exponent(int q) noexcept { return (q * 152170 >> 16) - 127; }
+
+    /// Whether 128 bits hold 5^q.
+    static constexpr bool is_exact(int q) noexcept { return q >= 0 && q <= 55; }
+
+private:
+    Wide bits_[largest_exponent - least_exponent + 1];
+};
+
+extern const PowersOf5 powers_of_5;
+
+inline double double_of_bits(std::uint64_t bits) noexcept {
+    static_assert(sizeof(double) == sizeof bits);
+    double number = 0;
+    std::memcpy(&number, &bits, sizeof number);
+    return number;
+}
+
+/// Finds the double nearest to digits times 10^q.
+/// @param digits  not 0
+/// @param q       least_exponent to largest_exponent
+inline Rounding nearest_normal(std::uint64_t digits, int q, double& number) noexcept {
+    constexpr int bits_of_double = 53;
+    constexpr int exponent_bias = 1075; // of a double's 53 bits, taken as a whole number
+    constexpr int least_biased = 1;
+    constexpr int largest_biased = 2046;
+    const int normal_shift = __builtin_clzll(digits);
+    const std::uint64_t factor = digits << normal_shift;
+    const Wide power = powers_of_5.leading_bits(q);
+    const Wide low_product = Wide{factor} * static_cast<std::uint64_t>(power);
+    const Wide product =
+        Wide{factor} * static_cast<std::uint64_t>(power >> 64) + (low_product >> 64);
+    // The number is the product times a power of 2, and a rest that is less than 2 units of it: one
+    // for what was cut off of the low product, and one for what was cut off of the power.
+    const auto high = static_cast<std::uint64_t>(product >> 64);
+    const auto low = static_cast<std::uint64_t>(product);
+    const int excess = 64 - bits_of_double - 1 + static_cast<int>(high >> 63);
+    std::uint64_t bits = ((high >> (excess - 1)) + 1) >> 1;
+    if (low == 0 || low == ~std::uint64_t{0}) {
+        // Only here the rest may decide: what is below the bits is half of the last, or a unit less.
+        const std::uint64_t half = std::uint64_t{1} << (excess - 1);
+        const std::uint64_t below = high & (2 * half - 1);
+        if (below == (low == 0 ? half : half - 1)) {
+            if (!PowersOf5::is_exact(q)) {
+                return Rounding::undecided;
+            }
+            const bool tie = low == 0 && static_cast<std::uint64_t>(low_product) == 0;
+            bits -= tie ? bits & 1 : 0;
+        }
+    }
+    int biased = excess + 128 + PowersOf5::exponent(q) + q - normal_shift + exponent_bias;
+    if (bits >> bits_of_double != 0) {
+        bits >>= 1;
+        ++biased;
+    }
+    if (biased < least_biased) {
+        return Rounding::undecided;
+    }
+    if (biased > largest_biased) {
+        return Rounding::too_large;
+    }
+    // Adding, the first of the 53 bits goes into the exponent.
+    number = double_of_bits((static_cast<std::uint64_t>(biased - 1) << (bits_of_double - 1)) + bits);
+    return Rounding::decided;
+}
+
+#else
+
+inline Rounding nearest_normal(std::uint64_t, int, double&) noexcept {
+    return Rounding::undecided;
+}
+
+#endif
 
 /// Finds the double nearest to a number, ties to even, whatever the floating-point environment.
 ///

@@ -36,7 +36,7 @@ private:
 
 // A larger exponent cannot be made up for by the digits that a text has room for, and leaves room
 // for adding their count.
-constexpr std::int64_t largest_exponent = std::int64_t{1} << 60;
+constexpr std::int64_t most_exponent = std::int64_t{1} << 60;
 
 } // namespace
 
@@ -51,7 +51,7 @@ const char* scan_exponent(const char* from, const char* end, NumberToken& token)
     std::int64_t exponent = 0;
     for (; from != end && is_digit(*from); ++from) {
         exponent =
-            exponent < largest_exponent / 10 ? exponent * 10 + (*from - '0') : largest_exponent;
+            exponent < most_exponent / 10 ? exponent * 10 + (*from - '0') : most_exponent;
     }
     token.whole = false;
     token.magnitude.exponent += negative ? -exponent : exponent;

@@ -22,18 +22,22 @@ struct NumberToken {
     Decimal magnitude; ///< unless there is an error
 };
 
-/// What is left over of a text of eight digits.
-constexpr std::size_t digits_at_once = 8;
+constexpr std::ptrdiff_t digits_at_once = 8;
 
-/// Whether a word of text, its first byte lowest, is eight digits.
-constexpr bool is_eight_digits(std::uint64_t word) noexcept {
-    constexpr std::uint64_t high_halves = 0xF0F0F0F0F0F0F0F0;
-    constexpr std::uint64_t zeros = 0x3030303030303030;
-    // Adding 6 carries into the upper half of a byte for 3A to 3F, which are no digits.
-    return (word & high_halves) == zeros && ((word + 0x0606060606060606) & high_halves) == zeros;
+/// The powers of ten up to that of as many digits.
+inline constexpr std::uint64_t power_of_10[digits_at_once + 1] = {
+    1, 10, 100, 1000, 10'000, 100'000, 1'000'000, 10'000'000, 100'000'000};
+
+/// How many digits a word of text begins with, its first byte lowest.
+constexpr std::ptrdiff_t count_digits(std::uint64_t word) noexcept {
+    constexpr std::uint64_t every = 0x0101010101010101;
+    const std::uint64_t amounts = word ^ every * '0'; // 0 to 9 for digits
+    const std::uint64_t others = (((amounts & every * 0x7F) + every * 0x76) | amounts) & every * 0x80;
+    return others == 0 ? digits_at_once : __builtin_ctzll(others) / 8;
 }
 
 /// The number that eight digits are: neighbours are joined to pairs, pairs to fours, fours to all.
+/// Zero bytes count as digits, too.
 constexpr std::uint64_t eight_digits(std::uint64_t word) noexcept {
     word &= 0x0F0F0F0F0F0F0F0F;
     word = (word * 10 + (word >> 8)) & 0x00FF00FF00FF00FF;
@@ -50,17 +54,27 @@ inline std::uint64_t load_first_lowest(const char* from) noexcept {
     return word;
 }
 
+/// Appends the digits that a word of text begins with to a number, modulo 2^64.
+/// @return how many they are, at most digits_at_once
+inline std::ptrdiff_t scan_word(const char* from, std::uint64_t& number) noexcept {
+    const std::uint64_t word = load_first_lowest(from);
+    const std::ptrdiff_t count = count_digits(word);
+    if (count != 0) {
+        // Fewer digits than eight are moved behind zeros.
+        number = number * power_of_10[count] + eight_digits(word << (64 - 8 * count));
+    }
+    return count;
+}
+
 /// Appends digits of a text to a number, modulo 2^64.
 /// @return behind the last of them
 inline const char* scan_digits(const char* from, const char* end, std::uint64_t& number) noexcept {
-    constexpr std::uint64_t ten_to_the_eight = 100'000'000;
-    while (end - from >= static_cast<std::ptrdiff_t>(digits_at_once)) {
-        const std::uint64_t word = load_first_lowest(from);
-        if (!is_eight_digits(word)) {
-            break;
+    while (end - from >= digits_at_once) {
+        const std::ptrdiff_t count = scan_word(from, number);
+        from += count;
+        if (count != digits_at_once) {
+            return from;
         }
-        number = number * ten_to_the_eight + eight_digits(word);
-        from += digits_at_once;
     }
     while (from != end && is_digit(*from)) {
         number = number * 10 + static_cast<std::uint64_t>(*from - '0');
@@ -115,6 +129,51 @@ inline NumberToken scan_number(const char* from, const char* end) noexcept {
         token.magnitude = leading_digits(first, last, token.magnitude.exponent);
     }
     return token;
+}
+
+/// A number of few digits and without an exponent.
+struct UsualNumber {
+    const char* end; ///< null if it is not that
+    std::uint64_t digits;
+    int exponent; ///< of ten, at most 0
+};
+
+/// How many bytes scan_usual_number() may look at.
+constexpr std::ptrdiff_t usual_number_room = 4 * digits_at_once + 2;
+
+/// Reads a number without its sign, if it is like most.
+inline UsualNumber scan_usual_number(const char* from) noexcept {
+    constexpr UsualNumber unusual{nullptr, 0, 0};
+    std::uint64_t digits = 0;
+    const char* place = from + scan_word(from, digits);
+    std::ptrdiff_t count = place - from;
+    if (count == digits_at_once) {
+        place += scan_word(place, digits);
+        count = place - from;
+    }
+    if (count == 0 || count == 2 * digits_at_once || (*from == '0' && count > 1)) {
+        return unusual;
+    }
+    int exponent = 0;
+    if (*place == '.') {
+        const char* const fraction = ++place;
+        std::ptrdiff_t more = scan_word(place, digits);
+        place += more;
+        if (more == digits_at_once) {
+            more = scan_word(place, digits);
+            place += more;
+        }
+        const std::ptrdiff_t decimals = place - fraction;
+        count += decimals;
+        exponent = static_cast<int>(-decimals);
+        if (decimals == 0 || count > Decimal::most_digits || is_digit(*place)) {
+            return unusual;
+        }
+    }
+    if (*place == 'e' || *place == 'E') {
+        return unusual;
+    }
+    return {place, digits, exponent};
 }
 
 /// Whether a double holds a whole number exactly.

@@ -17,6 +17,9 @@ Content& content_of(Value& value) {
     return boost::strict_get<Content>(ValueAccess::variant(value));
 }
 
+/// All whole numbers up to this are doubles.
+constexpr std::uint64_t largest_exact = std::uint64_t{1} << 53;
+
 } // namespace
 
 // Where a value goes that has been read: among the elements of the innermost open array, into the
@@ -29,11 +32,11 @@ public:
 
     template <class Content>
     void operator()(const Content& content) const {
-        parser_.pending_.emplace_back(content);
+        parser_.pending_.push(PendingElement(content));
     }
 
-    void open_array() const { parser_.open(parser_.arrays_.emplace_back()); }
-    void open_object() const { parser_.open(parser_.objects_.emplace_back()); }
+    void open_array() const { parser_.open(parser_.arrays_.push()); }
+    void open_object() const { parser_.open(parser_.objects_.push()); }
 
 private:
     Parser& parser_;
@@ -52,13 +55,18 @@ public:
         decode(token, content_of<std::string>(insert(parser_.no_text_)));
     }
 
-    void open_array() const { parser_.open(content_of<Array>(insert(parser_.no_elements_))); }
-    void open_object() const { parser_.open(content_of<Object>(insert(parser_.no_members_))); }
+    void open_array() const {
+        parser_.open(content_of<Array>(insert(parser_.no_elements_)));
+    }
+
+    void open_object() const {
+        parser_.open(content_of<Object>(insert(parser_.no_members_)));
+    }
 
 private:
     template <class Content>
     Value& insert(const Content& content) const {
-        return parser_.insert(*parser_.open_.back().object, name_, content);
+        return parser_.insert(*parser_.open_.top().object, name_, content);
     }
 
     Parser& parser_;
@@ -94,116 +102,100 @@ private:
     Value& root_;
 };
 
+/// Goes over blanks and, where they are allowed, comments.
+inline const char* Parser::skip_space(const char* place) const {
+    const bool none = place != end_ && static_cast<unsigned char>(*place) > ' ' && *place != '/';
+    return none ? place : skip_long_space(place);
+}
+
 // ---- Structure -------------------------------------------------------------------------------
 
-void Parser::read(Value& root) {
-    skip_space();
-    read_value(RootSink(*this, root), Within::document, false);
-    while (!open_.empty()) {
-        if (open_.back().array != nullptr) {
-            read_elements();
-        } else {
-            read_members();
-        }
+/// Goes on to what an opened container begins with. @return whether that is not its end
+inline bool Parser::find_first(const char*& place, char close) const {
+    place = skip_space(place);
+    return !is_at(place, close);
+}
+
+/// Goes on to what follows in a container. @return whether that is not its end
+[[gnu::always_inline]] inline bool Parser::find_next(const char*& place, char close, Within within) const {
+    place = skip_space(place);
+    if (is_at(place, ',')) {
+        place = skip_space(place + 1);
+        return !options_.trailing_commas || !is_at(place, close);
     }
-    skip_space();
-    if (place_ != end_) {
-        errors_.after_value(place_);
+    if (!is_at(place, close)) {
+        errors_.no_separator(place, within);
+    }
+    return false;
+}
+
+void Parser::read(Value& root) {
+    const char* place = skip_space(begin_);
+    const RootSink sink(*this, root);
+    place = is_opening(place) ? open_container(place, sink)
+                              : read_scalar(place, sink, Within::document, false);
+    while (!open_.empty()) {
+        place = open_.top().array != nullptr ? read_elements(place) : read_members(place);
+    }
+    place = skip_space(place);
+    if (place != end_) {
+        errors_.after_value(place);
     }
 }
 
 /// Reads on in the innermost open array, until it is closed or another container is opened.
-void Parser::read_elements() {
-    const std::size_t depth = open_.size();
-    bool after_comma = false;
-    if (!child_closed_) {
-        skip_space();
-        if (at(']')) {
-            return close_array();
+const char* Parser::read_elements(const char* place) {
+    bool after_comma = std::exchange(child_closed_, false);
+    bool more =
+        after_comma ? find_next(place, ']', Within::array) : find_first(place, ']');
+    while (more) {
+        if (is_opening(place)) {
+            return open_container(place, ElementSink(*this));
         }
-    }
-    for (;;) {
-        if (!std::exchange(child_closed_, false)) {
-            read_value(ElementSink(*this), Within::array, after_comma);
-            if (open_.size() != depth) {
-                return;
-            }
-        }
-        skip_space();
-        if (at(']')) {
-            return close_array();
-        }
-        if (!at(',')) {
-            errors_.no_separator(place_, Within::array);
-        }
+        place = read_scalar(place, ElementSink(*this), Within::array, after_comma);
+        more = find_next(place, ']', Within::array);
         after_comma = true;
-        ++place_;
-        skip_space();
-        if (options_.trailing_commas && at(']')) {
-            return close_array();
-        }
     }
+    close_array();
+    return place + 1;
 }
 
 /// As read_elements(), of an object.
-void Parser::read_members() {
-    const std::size_t depth = open_.size();
-    bool after_comma = false;
-    if (!child_closed_) {
-        skip_space();
-        if (at('}')) {
-            return close_object();
+const char* Parser::read_members(const char* place) {
+    bool after_comma = std::exchange(child_closed_, false);
+    bool more =
+        after_comma ? find_next(place, '}', Within::object) : find_first(place, '}');
+    while (more) {
+        if (!is_at(place, '"')) {
+            errors_.no_name(place, after_comma);
         }
-    }
-    for (;;) {
-        if (!std::exchange(child_closed_, false)) {
-            if (!at('"')) {
-                errors_.no_name(place_, after_comma);
-            }
-            read_member();
-            if (open_.size() != depth) {
-                return;
-            }
+        const StringToken name = read_name(place);
+        place = skip_space(name.end + 1);
+        if (!is_at(place, ':')) {
+            errors_.no_colon(place);
         }
-        skip_space();
-        if (at('}')) {
-            return close_object();
+        place = skip_space(place + 1);
+        if (is_opening(place)) {
+            return open_container(place, MemberSink(*this, name));
         }
-        if (!at(',')) {
-            errors_.no_separator(place_, Within::object);
-        }
+        place = read_scalar(place, MemberSink(*this, name), Within::object, false);
+        more = find_next(place, '}', Within::object);
         after_comma = true;
-        ++place_;
-        skip_space();
-        if (options_.trailing_commas && at('}')) {
-            return close_object();
-        }
     }
+    close_object();
+    return place + 1;
 }
 
-void Parser::read_member() {
-    const StringToken name = read_name();
-    skip_space();
-    if (!at(':')) {
-        errors_.no_colon(place_);
-    }
-    ++place_;
-    skip_space();
-    read_value(MemberSink(*this, name), Within::object, false);
-}
-
-StringToken Parser::read_name() {
-    const char* const begin = place_;
-    const StringToken name = scan_string<Block>(begin + 1, end_);
+StringToken Parser::read_name(const char* place) {
+    const StringToken name = scan_string<Block>(place + 1, end_);
     if (name.error != StringError::none) {
         errors_.bad_string(name);
     }
-    place_ = name.end + 1;
     if (options_.duplicate_names == ParseOptions::DuplicateNames::error) {
         std::string decoded;
         decode(name, decoded);
-        if (open_.back().object->count(decoded) != 0) {
-            errors_.duplicate_name(begin, name);
+        if (open_.top().object->count(decoded) != 0) {
+            errors_.duplicate_name(place, name);
         }
     }
     return name;
@@ -212,91 +204,132 @@ StringToken Parser::read_name() {
 // ---- Values ----------------------------------------------------------------------------------
 
 template <class Sink>
-void Parser::read_value(Sink sink, Within within, bool after_comma) {
-    if (place_ == end_) {
-        errors_.no_value(place_, within, after_comma);
+const char* Parser::open_container(const char* place, const Sink& sink) {
+    if (open_.size() >= options_.max_depth) {
+        errors_.too_deep(place);
     }
-    switch (*place_) {
-    case '[':
-        check_depth();
-        ++place_;
-        return sink.open_array();
-    case '{':
-        check_depth();
-        ++place_;
-        return sink.open_object();
+    if (*place == '[') {
+        sink.open_array();
+    } else {
+        sink.open_object();
+    }
+    return place + 1;
+}
+
+/// Reads a value that is no container, or fails.
+template <class Sink>
+const char* Parser::read_scalar(const char* place, const Sink& sink, Within within,
+                                bool after_comma) {
+    if (place == end_) {
+        errors_.no_value(place, within, after_comma);
+    }
+    switch (*place) {
     case '"': {
-        const StringToken token = scan_string<Block>(place_ + 1, end_);
+        const StringToken token = scan_string<Block>(place + 1, end_);
         if (token.error != StringError::none) {
             errors_.bad_string(token);
         }
-        place_ = token.end + 1;
-        return sink(token);
+        sink(token);
+        return token.end + 1;
     }
     case 'n':
-        return read_word("null", Null(), sink);
+        return read_word(place, "null", Null(), sink);
     case 't':
-        return read_word("true", true, sink);
+        return read_word(place, "true", true, sink);
     case 'f':
-        return read_word("false", false, sink);
+        return read_word(place, "false", false, sink);
     default:
-        if (*place_ != '-' && !is_digit(*place_)) {
-            errors_.no_value(place_, within, after_comma);
+        if (*place != '-' && !is_digit(*place)) {
+            errors_.no_value(place, within, after_comma);
         }
-        read_number(sink);
+        return read_number(place, sink);
     }
 }
 
-template <class Sink, class Content>
-void Parser::read_word(const char* word, Content content, Sink sink) {
-    const char* place = place_;
-    for (const char* letter = word; *letter != '\0'; ++letter, ++place) {
-        if (place == end_ || *place != *letter) {
-            errors_.bad_word(place_, place);
+template <std::size_t Size, class Content, class Sink>
+const char* Parser::read_word(const char* begin, const char (&word)[Size], Content content,
+                              const Sink& sink) {
+    const char* place = begin;
+    for (std::size_t i = 0; i != Size - 1; ++i, ++place) {
+        if (!is_at(place, word[i])) {
+            errors_.bad_word(begin, place);
         }
     }
     if (place != end_ && is_word(*place)) {
-        errors_.bad_word(place_, place);
+        errors_.bad_word(begin, place);
     }
-    place_ = place;
     sink(content);
+    return place;
+}
+
+/// Reads a number, if it is like most.
+/// @return null if it is not
+template <class Sink>
+inline const char* Parser::read_usual_number(const char* place, const Sink& sink) {
+    const bool negative = *place == '-';
+    if (end_ - place <= usual_number_room) {
+        return nullptr;
+    }
+    const UsualNumber token = scan_usual_number(place + (negative ? 1 : 0));
+    if (token.end == nullptr) {
+        return nullptr;
+    }
+    double number = 0;
+    if (token.exponent == 0 || token.digits == 0) {
+        if (token.digits > largest_exact) {
+            return nullptr;
+        }
+        number = static_cast<double>(static_cast<std::int64_t>(token.digits));
+    } else if (nearest_normal(token.digits, token.exponent, number) != Rounding::decided) {
+        return nullptr;
+    }
+    sink(negative ? -number : number);
+    return token.end;
 }
 
 template <class Sink>
-void Parser::read_number(Sink sink) {
-    const NumberToken token = scan_number(place_, end_);
+const char* Parser::read_number(const char* place, const Sink& sink) {
+    const char* const end = read_usual_number(place, sink);
+    return end != nullptr ? end : read_any_number(place, sink);
+}
+
+template <class Sink>
+const char* Parser::read_any_number(const char* place, const Sink& sink) {
+    const NumberToken token = scan_number(place, end_);
     if (token.error != NO_PARSE_ERROR) {
         errors_.bad_number(token);
     }
-    constexpr std::uint64_t exact = std::uint64_t{1} << 53;
-    if (token.whole && token.magnitude.digits <= exact && token.magnitude.exponent == 0) {
-        const auto number = static_cast<double>(static_cast<std::int64_t>(token.magnitude.digits));
-        place_ = token.end;
-        return sink(token.negative ? -number : number);
+    double number = 0;
+    if (token.whole && token.magnitude.digits <= largest_exact && token.magnitude.exponent == 0) {
+        number = static_cast<double>(static_cast<std::int64_t>(token.magnitude.digits));
+        number = token.negative ? -number : number;
+    } else if (token.whole && options_.integers == ParseOptions::Integers::exact) {
+        take_large_integer(place, token, sink);
+        return token.end;
+    } else if (!number_value(place, token, number)) {
+        errors_.too_large(place, token.end);
     }
-    read_large_number(token, sink);
+    sink(number);
+    return token.end;
 }
 
 template <class Sink>
-void Parser::read_large_number(const NumberToken& token, Sink sink) {
-    const char* const begin = std::exchange(place_, token.end);
-    if (token.whole && options_.integers == ParseOptions::Integers::exact) {
-        constexpr std::uint64_t most_negative = std::uint64_t{1} << 63;
-        std::uint64_t magnitude = 0;
-        if (whole_number(begin + (token.negative ? 1 : 0), token.end, magnitude) &&
-            !is_exact_double(magnitude)) {
-            if (magnitude < most_negative) {
-                const auto number = static_cast<long long>(magnitude);
-                return sink(token.negative ? -number : number);
-            }
-            if (!token.negative) {
-                return sink(static_cast<unsigned long long>(magnitude));
-            }
+void Parser::take_large_integer(const char* place, const NumberToken& token, const Sink& sink) {
+    constexpr std::uint64_t most_negative = std::uint64_t{1} << 63;
+    std::uint64_t magnitude = 0;
+    if (whole_number(place + (token.negative ? 1 : 0), token.end, magnitude) &&
+        !is_exact_double(magnitude)) {
+        if (magnitude < most_negative) {
+            const auto number = static_cast<long long>(magnitude);
+            return sink(token.negative ? -number : number);
+        }
+        if (!token.negative) {
+            return sink(static_cast<unsigned long long>(magnitude));
         }
     }
     double number = 0;
-    if (!number_value(begin, token, number)) {
-        errors_.too_large(begin, token.end);
+    if (!number_value(place, token, number)) {
+        errors_.too_large(place, token.end);
     }
     sink(number);
 }
@@ -322,56 +355,47 @@ Value& Parser::insert(Object& members, const StringToken& name, const Content& c
 
 // ---- Containers ------------------------------------------------------------------------------
 
-void Parser::check_depth() const {
-    if (open_.size() >= options_.max_depth) {
-        errors_.too_deep(place_);
-    }
-}
-
 void Parser::open(Array& array) {
-    open_.push_back({&array, nullptr, pending_.size()});
+    open_.push({&array, nullptr, pending_.size()});
 }
 
 void Parser::open(Object& object) {
-    open_.push_back({nullptr, &object, 0});
+    open_.push({nullptr, &object, 0});
 }
 
 void Parser::close_array() {
-    const Open closed = open_.back();
-    closed.array->reserve(pending_.size() - closed.first_pending);
+    const Open closed = open_.top();
     take_pending(*closed.array, closed.first_pending);
-    open_.pop_back();
-    if (!open_.empty() && open_.back().array != nullptr) {
-        pending_.emplace_back(closed.array);
+    open_.pop();
+    if (!open_.empty() && open_.top().array != nullptr) {
+        pending_.push(PendingElement(closed.array));
     }
     child_closed_ = true;
-    ++place_;
 }
 
 void Parser::close_object() {
-    Object* const closed = open_.back().object;
-    open_.pop_back();
-    if (!open_.empty() && open_.back().array != nullptr) {
-        pending_.emplace_back(closed);
+    Object* const closed = open_.top().object;
+    open_.pop();
+    if (!open_.empty() && open_.top().array != nullptr) {
+        pending_.push(PendingElement(closed));
     }
     child_closed_ = true;
-    ++place_;
 }
 
 /// Makes elements of all that are pending from one on.
 void Parser::take_pending(Array& array, std::size_t first) {
-    const auto begin = pending_.begin() + static_cast<std::ptrdiff_t>(first);
-    for (auto element = begin; element != pending_.end(); ++element) {
-        take(array, *element);
-    }
-    for (auto element = begin; element != pending_.end(); ++element) {
-        if (element->tag.kind() == PendingElement::Kind::array) {
-            arrays_.pop_back();
-        } else if (element->tag.kind() == PendingElement::Kind::object) {
-            objects_.pop_back();
+    using Kind = PendingElement::Kind;
+    const PendingElement* element = pending_.begin() + first;
+    const PendingElement* const end = pending_.end();
+    array.reserve(array.size() + static_cast<std::size_t>(end - element));
+    for (; element != end; ++element) {
+        if (element->tag.kind() == Kind::number) {
+            array.emplace_back(element->number);
+        } else {
+            take(array, *element);
         }
     }
-    pending_.erase(begin, pending_.end());
+    pending_.shrink(first);
 }
 
 void Parser::take(Array& array, const PendingElement& element) {
@@ -401,59 +425,55 @@ void Parser::take(Array& array, const PendingElement& element) {
     }
     case Kind::array:
         content_of<Array>(array.emplace_back(no_elements_)).swap(*element.array);
+        arrays_.pop();
         break;
     case Kind::object:
         content_of<Object>(array.emplace_back(no_members_)).swap(*element.object);
+        objects_.pop();
         break;
     }
 }
 
 // ---- Between values --------------------------------------------------------------------------
 
-/// Goes over blanks and, where they are allowed, comments.
-void Parser::skip_space() {
+const char* Parser::skip_long_space(const char* place) const {
     for (;;) {
-        if (place_ != end_ && is_blank(*place_)) {
-            place_ = skip_blanks<Block>(place_ + 1, end_);
+        place = skip_blanks<Block>(place, end_);
+        if (!options_.comments || !is_at(place, '/')) {
+            return place;
         }
-        if (!options_.comments || !at('/')) {
-            return;
-        }
-        const char* const begin = place_;
-        skip_comment();
-        if (place_ == begin) {
-            return; // what follows is none
+        const char* const begin = place;
+        place = skip_comment(place);
+        if (place == begin) {
+            return place;
         }
     }
 }
 
-void Parser::skip_comment() {
-    if (end_ - place_ < 2 || (place_[1] != '/' && place_[1] != '*')) {
-        return;
+/// @return the same place if no comment begins there
+const char* Parser::skip_comment(const char* place) const {
+    if (end_ - place < 2 || (place[1] != '/' && place[1] != '*')) {
+        return place;
     }
-    const bool to_line_end = place_[1] == '/';
-    for (place_ += 2;;) {
-        if (place_ == end_) {
-            if (to_line_end) {
-                return;
-            }
-            errors_.bad_comment(place_);
+    const bool to_line_end = place[1] == '/';
+    for (place += 2; place != end_;) {
+        if (to_line_end && *place == '\n') {
+            return place + 1;
         }
-        if (to_line_end ? *place_ == '\n'
-                        : *place_ == '*' && end_ - place_ >= 2 && place_[1] == '/') {
-            place_ += to_line_end ? 1 : 2;
-            return;
+        if (!to_line_end && *place == '*' && is_at(place + 1, '/')) {
+            return place + 2;
         }
-        if (is_ascii(*place_)) {
-            ++place_;
-            continue;
-        }
-        const Utf8Sequence sequence = utf8_sequence(place_, end_);
-        place_ += sequence.length;
+        const Utf8Sequence sequence =
+            is_ascii(*place) ? Utf8Sequence{1, true} : utf8_sequence(place, end_);
+        place += sequence.length;
         if (!sequence.complete) {
-            errors_.bad_comment(place_);
+            errors_.bad_comment(place);
         }
     }
+    if (!to_line_end) {
+        errors_.bad_comment(place);
+    }
+    return place;
 }
 
 } // namespace foundation::json::detail

@@ -4,15 +4,14 @@
 #define FOUNDATION_JSON_SRC_PARSER_PARSER_HPP
 
 #include "parser/errors.hpp"
+#include "parser/stack.hpp"
 #include "parser/strings.hpp"
 #include "value/value_access.hpp"
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace foundation::json::detail {
 
@@ -47,6 +46,7 @@ struct PendingElement {
     /// The kind and, of a string in the text, the size, in one word.
     class Tag {
     public:
+        Tag() = default;
         explicit Tag(Kind kind, std::size_t size = 0) noexcept
             : bits_(std::uint64_t{size} << 8 | static_cast<std::uint64_t>(kind)) {}
 
@@ -56,6 +56,8 @@ struct PendingElement {
     private:
         std::uint64_t bits_;
     };
+
+    PendingElement() = default;
 
     union {
         bool boolean;
@@ -78,7 +80,7 @@ public:
     Parser(std::string_view text, const ParseOptions& options)
         : Parser(text, text, Place(), options) {
         if (text.substr(0, byte_order_mark.size()) == byte_order_mark) {
-            place_ += byte_order_mark.size();
+            begin_ += byte_order_mark.size();
         }
     }
 
@@ -87,7 +89,7 @@ public:
     /// @param begin    where the context begins in what is read
     Parser(std::string_view value, std::string_view context, const Place& begin,
            const ParseOptions& options)
-        : place_(value.data()),
+        : begin_(value.data()),
           end_(value.data() + value.size()),
           options_(options),
           errors_(context, begin, options) {}
@@ -108,45 +110,61 @@ private:
     class MemberSink;
     class RootSink;
 
-    void read_elements();
-    void read_members();
-    void read_member();
-    StringToken read_name();
+    // Functions that read take the place where they begin and return the one behind what they read.
+
+    const char* read_elements(const char* place);
+    const char* read_members(const char* place);
+    bool find_first(const char*& place, char close) const;
+    bool find_next(const char*& place, char close, Within within) const;
+    StringToken read_name(const char* place);
 
     template <class Sink>
-    void read_value(Sink sink, Within within, bool after_comma);
+    const char* open_container(const char* place, const Sink& sink);
     template <class Sink>
-    void read_number(Sink sink);
+    const char* read_scalar(const char* place, const Sink& sink, Within within, bool after_comma);
+    template <std::size_t Size, class Content, class Sink>
+    const char* read_word(const char* begin, const char (&word)[Size], Content content,
+                          const Sink& sink);
     template <class Sink>
-    void read_large_number(const NumberToken& token, Sink sink);
-    template <class Sink, class Content>
-    void read_word(const char* word, Content content, Sink sink);
+    const char* read_number(const char* place, const Sink& sink);
+    template <class Sink>
+    const char* read_usual_number(const char* place, const Sink& sink);
+    template <class Sink>
+    const char* read_any_number(const char* place, const Sink& sink);
+    template <class Sink>
+    void take_large_integer(const char* place, const NumberToken& token, const Sink& sink);
 
     void open(Array& array);
     void open(Object& object);
     void close_array();
     void close_object();
-    void check_depth() const;
     void take_pending(Array& array, std::size_t first);
     void take(Array& array, const PendingElement& element);
 
     template <class Content>
     Value& insert(Object& members, const StringToken& name, const Content& content);
 
-    void skip_space();
-    void skip_comment();
-    bool at(char byte) const noexcept { return place_ != end_ && *place_ == byte; }
+    const char* skip_space(const char* place) const;
+    const char* skip_long_space(const char* place) const;
+    const char* skip_comment(const char* place) const;
+    bool is_at(const char* place, char byte) const noexcept {
+        return place != end_ && *place == byte;
+    }
+    /// Whether an array or object begins at a place.
+    bool is_opening(const char* place) const noexcept {
+        return is_at(place, '[') || is_at(place, '{');
+    }
 
-    const char* place_;
+    const char* begin_;
     const char* end_;
     const ParseOptions& options_;
     Errors errors_;
 
-    std::deque<Open> open_;
+    Stack<Open> open_;
     bool child_closed_ = false; ///< whether what was read last is a container, whole
-    std::vector<PendingElement> pending_;
-    std::deque<Array> arrays_; ///< open or pending, elements of arrays
-    std::deque<Object> objects_;
+    Stack<PendingElement> pending_;
+    Pool<Array> arrays_; ///< open or pending, elements of arrays
+    Pool<Object> objects_;
 
     const Array no_elements_;
     const Object no_members_;

@@ -1,0 +1,82 @@
+/// @file
+/// Stacks of the parser, which grow and shrink with every array.
+#ifndef FOUNDATION_JSON_SRC_PARSER_STACK_HPP
+#define FOUNDATION_JSON_SRC_PARSER_STACK_HPP
+
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace foundation::json::detail {
+
+/// A stack of trivial items. Its growth is kept out of push(), to be inlined.
+template <class Item>
+class Stack {
+    static_assert(std::is_trivially_copyable_v<Item>);
+
+public:
+    bool empty() const noexcept { return size_ == 0; }
+    std::size_t size() const noexcept { return size_; }
+    Item& top() noexcept { return items_[size_ - 1]; }
+    const Item& top() const noexcept { return items_[size_ - 1]; }
+    const Item* begin() const noexcept { return items_.get(); }
+    const Item* end() const noexcept { return items_.get() + size_; }
+
+    void push(const Item& item) {
+        if (size_ == capacity_) {
+            grow();
+        }
+        items_[size_++] = item;
+    }
+
+    void pop() noexcept { --size_; }
+    void shrink(std::size_t size) noexcept { size_ = size; }
+
+private:
+    [[gnu::noinline]] void grow() {
+        const std::size_t capacity = capacity_ == 0 ? 64 : 2 * capacity_;
+        std::unique_ptr<Item[]> items(new Item[capacity]);
+        if (size_ != 0) {
+            std::memcpy(items.get(), items_.get(), size_ * sizeof(Item));
+        }
+        items_ = std::move(items);
+        capacity_ = capacity;
+    }
+
+    std::unique_ptr<Item[]> items_;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
+};
+
+/// A stack of containers that keep their addresses. Those taken off it stay for the next to come, so
+/// they have to be empty.
+template <class Container>
+class Pool {
+public:
+    Container& push() {
+        if (size_ == chunks_.size() * chunk_size) {
+            grow();
+        }
+        const std::size_t index = size_++;
+        return chunks_[index / chunk_size][index % chunk_size];
+    }
+
+    void pop() noexcept { --size_; }
+
+private:
+    static constexpr std::size_t chunk_size = 32;
+
+    [[gnu::noinline]] void grow() {
+        chunks_.push_back(std::make_unique<Container[]>(chunk_size));
+    }
+
+    std::vector<std::unique_ptr<Container[]>> chunks_;
+    std::size_t size_ = 0;
+};
+
+} // namespace foundation::json::detail
+
+#endif
