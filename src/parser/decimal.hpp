@@ -25,8 +25,8 @@ enum class Rounding {
     undecided, ///< the digits at hand do not tell which double is nearest, or it is subnormal
 };
 
-// Numbers below the first are nearer to zero than to any double, whatever their 19 digits, and those
-// above the last are too large.
+// Numbers below the first are nearer to zero than to any double, whatever their 19 digits, and
+// those above the last are too large.
 constexpr int least_exponent = -342;
 constexpr int largest_exponent = 308;
 
@@ -82,7 +82,8 @@ inline Rounding nearest_normal(std::uint64_t digits, int q, double& number) noex
     const int excess = 64 - bits_of_double - 1 + static_cast<int>(high >> 63);
     std::uint64_t bits = ((high >> (excess - 1)) + 1) >> 1;
     if (low == 0 || low == ~std::uint64_t{0}) {
-        // Only here the rest may decide: what is below the bits is half of the last, or a unit less.
+        // Only here the rest may decide: what is below the bits is half of the last, or a unit
+        // less.
         const std::uint64_t half = std::uint64_t{1} << (excess - 1);
         const std::uint64_t below = high & (2 * half - 1);
         if (below == (low == 0 ? half : half - 1)) {
@@ -105,7 +106,8 @@ inline Rounding nearest_normal(std::uint64_t digits, int q, double& number) noex
         return Rounding::too_large;
     }
     // Adding, the first of the 53 bits goes into the exponent.
-    number = double_of_bits((static_cast<std::uint64_t>(biased - 1) << (bits_of_double - 1)) + bits);
+    number =
+        double_of_bits((static_cast<std::uint64_t>(biased - 1) << (bits_of_double - 1)) + bits);
     return Rounding::decided;
 }
 

@@ -50,8 +50,7 @@ const char* scan_exponent(const char* from, const char* end, NumberToken& token)
     }
     std::int64_t exponent = 0;
     for (; from != end && is_digit(*from); ++from) {
-        exponent =
-            exponent < most_exponent / 10 ? exponent * 10 + (*from - '0') : most_exponent;
+        exponent = exponent < most_exponent / 10 ? exponent * 10 + (*from - '0') : most_exponent;
     }
     token.whole = false;
     token.magnitude.exponent += negative ? -exponent : exponent;

@@ -32,7 +32,8 @@ inline constexpr std::uint64_t power_of_10[digits_at_once + 1] = {
 constexpr std::ptrdiff_t count_digits(std::uint64_t word) noexcept {
     constexpr std::uint64_t every = 0x0101010101010101;
     const std::uint64_t amounts = word ^ every * '0'; // 0 to 9 for digits
-    const std::uint64_t others = (((amounts & every * 0x7F) + every * 0x76) | amounts) & every * 0x80;
+    const std::uint64_t others =
+        (((amounts & every * 0x7F) + every * 0x76) | amounts) & every * 0x80;
     return others == 0 ? digits_at_once : __builtin_ctzll(others) / 8;
 }
 

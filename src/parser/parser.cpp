@@ -4,7 +4,8 @@
 
 #include <boost/variant/get.hpp>
 
-#include <cstring>
+#include <algorithm>
+#include <exception>
 #include <tuple>
 #include <utility>
 
@@ -17,10 +18,35 @@ Content& content_of(Value& value) {
     return boost::strict_get<Content>(ValueAccess::variant(value));
 }
 
+/// Has room for more elements: exactly that if there is none so far.
+void reserve_more(Array& array, std::size_t count) {
+    const std::size_t size = array.size() + count;
+    if (size > array.capacity()) {
+        array.reserve(array.empty() ? size : std::max(size, 2 * array.capacity()));
+    }
+}
+
+/// Has room for a length that was counted. Where the text is no array further on, that may be
+/// anything.
+void reserve_if_possible(Array& array, std::size_t length) {
+    try {
+        array.reserve(length);
+    } catch (const std::exception&) {
+        // The array grows as it is read.
+    }
+}
+
 /// All whole numbers up to this are doubles.
 constexpr std::uint64_t largest_exact = std::uint64_t{1} << 53;
 
 } // namespace
+
+inline void Parser::add_pending(const PendingElement& element) {
+    if (pending_.full()) {
+        make_room();
+    }
+    pending_.push(element);
+}
 
 // Where a value goes that has been read: among the elements of the innermost open array, into the
 // innermost open object, or to whoever asked for all of it. An array or object goes there empty,
@@ -32,11 +58,11 @@ public:
 
     template <class Content>
     void operator()(const Content& content) const {
-        parser_.pending_.push(PendingElement(content));
+        parser_.add_pending(PendingElement(content));
     }
 
-    void open_array() const { parser_.open(parser_.arrays_.push()); }
-    void open_object() const { parser_.open(parser_.objects_.push()); }
+    void open_array(const char* place) const { parser_.open(parser_.arrays_.push(), place); }
+    void open_object(const char* place) const { parser_.open(parser_.objects_.push(), place); }
 
 private:
     Parser& parser_;
@@ -55,12 +81,12 @@ public:
         decode(token, content_of<std::string>(insert(parser_.no_text_)));
     }
 
-    void open_array() const {
-        parser_.open(content_of<Array>(insert(parser_.no_elements_)));
+    void open_array(const char* place) const {
+        parser_.open(content_of<Array>(insert(parser_.no_elements_)), place);
     }
 
-    void open_object() const {
-        parser_.open(content_of<Object>(insert(parser_.no_members_)));
+    void open_object(const char* place) const {
+        parser_.open(content_of<Object>(insert(parser_.no_members_)), place);
     }
 
 private:
@@ -87,14 +113,14 @@ public:
         decode(token, content_of<std::string>(root_));
     }
 
-    void open_array() const {
+    void open_array(const char* place) const {
         root_ = Value(parser_.no_elements_);
-        parser_.open(content_of<Array>(root_));
+        parser_.open(content_of<Array>(root_), place);
     }
 
-    void open_object() const {
+    void open_object(const char* place) const {
         root_ = Value(parser_.no_members_);
-        parser_.open(content_of<Object>(root_));
+        parser_.open(content_of<Object>(root_), place);
     }
 
 private:
@@ -117,7 +143,8 @@ inline bool Parser::find_first(const char*& place, char close) const {
 }
 
 /// Goes on to what follows in a container. @return whether that is not its end
-[[gnu::always_inline]] inline bool Parser::find_next(const char*& place, char close, Within within) const {
+[[gnu::always_inline]] inline bool Parser::find_next(const char*& place, char close,
+                                                     Within within) const {
     place = skip_space(place);
     if (is_at(place, ',')) {
         place = skip_space(place + 1);
@@ -146,25 +173,24 @@ void Parser::read(Value& root) {
 /// Reads on in the innermost open array, until it is closed or another container is opened.
 const char* Parser::read_elements(const char* place) {
     bool after_comma = std::exchange(child_closed_, false);
-    bool more =
-        after_comma ? find_next(place, ']', Within::array) : find_first(place, ']');
+    bool more = after_comma ? find_next(place, ']', Within::array) : find_first(place, ']');
     while (more) {
         if (is_opening(place)) {
             return open_container(place, ElementSink(*this));
         }
+        element_ = place;
         place = read_scalar(place, ElementSink(*this), Within::array, after_comma);
         more = find_next(place, ']', Within::array);
         after_comma = true;
     }
-    close_array();
+    close_array(place);
     return place + 1;
 }
 
 /// As read_elements(), of an object.
 const char* Parser::read_members(const char* place) {
     bool after_comma = std::exchange(child_closed_, false);
-    bool more =
-        after_comma ? find_next(place, '}', Within::object) : find_first(place, '}');
+    bool more = after_comma ? find_next(place, '}', Within::object) : find_first(place, '}');
     while (more) {
         if (!is_at(place, '"')) {
             errors_.no_name(place, after_comma);
@@ -182,7 +208,7 @@ const char* Parser::read_members(const char* place) {
         more = find_next(place, '}', Within::object);
         after_comma = true;
     }
-    close_object();
+    close_object(place);
     return place + 1;
 }
 
@@ -209,9 +235,9 @@ const char* Parser::open_container(const char* place, const Sink& sink) {
         errors_.too_deep(place);
     }
     if (*place == '[') {
-        sink.open_array();
+        sink.open_array(place);
     } else {
-        sink.open_object();
+        sink.open_object(place);
     }
     return place + 1;
 }
@@ -355,31 +381,49 @@ Value& Parser::insert(Object& members, const StringToken& name, const Content& c
 
 // ---- Containers ------------------------------------------------------------------------------
 
-void Parser::open(Array& array) {
-    open_.push({&array, nullptr, pending_.size()});
+void Parser::open(Array& array, const char* begin) {
+    open_.push({&array, nullptr, pending_.size(), begin});
 }
 
-void Parser::open(Object& object) {
-    open_.push({nullptr, &object, 0});
+void Parser::open(Object& object, const char* begin) {
+    open_.push({nullptr, &object, 0, begin});
 }
 
-void Parser::close_array() {
-    const Open closed = open_.top();
+void Parser::close_array(const char* end) {
+    const Open& closed = open_.top();
     take_pending(*closed.array, closed.first_pending);
-    open_.pop();
-    if (!open_.empty() && open_.top().array != nullptr) {
-        pending_.push(PendingElement(closed.array));
-    }
-    child_closed_ = true;
+    close(end, PendingElement(closed.array));
 }
 
-void Parser::close_object() {
-    Object* const closed = open_.top().object;
+void Parser::close_object(const char* end) {
+    close(end, PendingElement(open_.top().object));
+}
+
+/// @param closed  the innermost open container, if it is an element of another
+void Parser::close(const char* end, const PendingElement& closed) {
     open_.pop();
-    if (!open_.empty() && open_.top().array != nullptr) {
-        pending_.push(PendingElement(closed));
-    }
     child_closed_ = true;
+    if (!open_.empty() && open_.top().array != nullptr) {
+        element_ = end + 1;
+        add_pending(closed);
+    }
+}
+
+// ---- Elements --------------------------------------------------------------------------------
+
+/// Makes elements of those that are pending of the innermost open array, if they are many.
+[[gnu::noinline]] void Parser::make_room() {
+    const Open& open = open_.top();
+    const std::size_t count = pending_.size() - open.first_pending;
+    if (count < ArrayLengths::least || count < pending_.size() / 2) {
+        pending_.grow();
+        return;
+    }
+    Array& array = *open.array;
+    if (array.capacity() == 0) {
+        reserve_if_possible(array, lengths_.length(open.begin, element_, count));
+    }
+    take_pending(array, open.first_pending);
 }
 
 /// Makes elements of all that are pending from one on.
@@ -387,7 +431,7 @@ void Parser::take_pending(Array& array, std::size_t first) {
     using Kind = PendingElement::Kind;
     const PendingElement* element = pending_.begin() + first;
     const PendingElement* const end = pending_.end();
-    array.reserve(array.size() + static_cast<std::size_t>(end - element));
+    reserve_more(array, static_cast<std::size_t>(end - element));
     for (; element != end; ++element) {
         if (element->tag.kind() == Kind::number) {
             array.emplace_back(element->number);

@@ -3,6 +3,7 @@
 #ifndef FOUNDATION_JSON_SRC_PARSER_PARSER_HPP
 #define FOUNDATION_JSON_SRC_PARSER_PARSER_HPP
 
+#include "parser/array_lengths.hpp"
 #include "parser/errors.hpp"
 #include "parser/stack.hpp"
 #include "parser/strings.hpp"
@@ -92,7 +93,8 @@ public:
         : begin_(value.data()),
           end_(value.data() + value.size()),
           options_(options),
-          errors_(context, begin, options) {}
+          errors_(context, begin, options),
+          lengths_(end_, options.comments) {}
 
     /// Reads the value of the whole text.
     /// @param root  Undefined; unspecified after an exception
@@ -104,6 +106,7 @@ private:
         Array* array;
         Object* object;
         std::size_t first_pending; ///< of an array
+        const char* begin;         ///< its opening bracket
     };
 
     class ElementSink;
@@ -134,10 +137,13 @@ private:
     template <class Sink>
     void take_large_integer(const char* place, const NumberToken& token, const Sink& sink);
 
-    void open(Array& array);
-    void open(Object& object);
-    void close_array();
-    void close_object();
+    void open(Array& array, const char* begin);
+    void open(Object& object, const char* begin);
+    void add_pending(const PendingElement& element);
+    void make_room();
+    void close_array(const char* end);
+    void close_object(const char* end);
+    void close(const char* end, const PendingElement& closed);
     void take_pending(Array& array, std::size_t first);
     void take(Array& array, const PendingElement& element);
 
@@ -163,7 +169,9 @@ private:
     Stack<Open> open_;
     bool child_closed_ = false; ///< whether what was read last is a container, whole
     Stack<PendingElement> pending_;
-    Pool<Array> arrays_; ///< open or pending, elements of arrays
+    const char* element_ = nullptr; ///< the place of the element that is to be pending
+    ArrayLengths lengths_;          ///< of arrays with too many elements to be pending together
+    Pool<Array> arrays_;            ///< open or pending, elements of arrays
     Pool<Object> objects_;
 
     const Array no_elements_;

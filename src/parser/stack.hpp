@@ -25,8 +25,10 @@ public:
     const Item* begin() const noexcept { return items_.get(); }
     const Item* end() const noexcept { return items_.get() + size_; }
 
+    bool full() const noexcept { return size_ == capacity_; }
+
     void push(const Item& item) {
-        if (size_ == capacity_) {
+        if (full()) {
             grow();
         }
         items_[size_++] = item;
@@ -35,9 +37,8 @@ public:
     void pop() noexcept { --size_; }
     void shrink(std::size_t size) noexcept { size_ = size; }
 
-private:
     [[gnu::noinline]] void grow() {
-        const std::size_t capacity = capacity_ == 0 ? 64 : 2 * capacity_;
+        const std::size_t capacity = capacity_ == 0 ? first_capacity : 2 * capacity_;
         std::unique_ptr<Item[]> items(new Item[capacity]);
         if (size_ != 0) {
             std::memcpy(items.get(), items_.get(), size_ * sizeof(Item));
@@ -46,13 +47,16 @@ private:
         capacity_ = capacity;
     }
 
+private:
+    static constexpr std::size_t first_capacity = 64;
+
     std::unique_ptr<Item[]> items_;
     std::size_t size_ = 0;
     std::size_t capacity_ = 0;
 };
 
-/// A stack of containers that keep their addresses. Those taken off it stay for the next to come, so
-/// they have to be empty.
+/// A stack of containers that keep their addresses. Those taken off it stay for the next to come,
+/// so they have to be empty.
 template <class Container>
 class Pool {
 public:
@@ -69,9 +73,7 @@ public:
 private:
     static constexpr std::size_t chunk_size = 32;
 
-    [[gnu::noinline]] void grow() {
-        chunks_.push_back(std::make_unique<Container[]>(chunk_size));
-    }
+    [[gnu::noinline]] void grow() { chunks_.push_back(std::make_unique<Container[]>(chunk_size)); }
 
     std::vector<std::unique_ptr<Container[]>> chunks_;
     std::size_t size_ = 0;

@@ -1,0 +1,140 @@
+#include "parser/array_lengths.hpp"
+
+#include "parser/byte_block.hpp"
+#include "parser/scanning.hpp"
+
+#include <vector>
+
+namespace foundation::json::detail {
+
+/// One count, of an array and of the long ones within.
+class ArrayLengths::Count {
+public:
+    Count(ArrayLengths& lengths, const char* element) : lengths_(lengths), place_(element) {
+        open_.push_back({nullptr, 0});
+    }
+
+    /// The number of elements up to the end of the array.
+    std::size_t run() {
+        while (!done_ && place_ != lengths_.end_) {
+            if (lengths_.end_ - place_ >= static_cast<std::ptrdiff_t>(Block::size)) {
+                take_block();
+            } else {
+                const char* const byte = place_++;
+                take(byte);
+            }
+        }
+        return open_.front().commas + 1;
+    }
+
+private:
+    struct Container {
+        const char* begin;
+        std::size_t commas;
+    };
+
+    void take_block() {
+        const char* const block = place_;
+        place_ += Block::size;
+        for (auto found = Block(block).structural(); !found.empty(); found.remove_first()) {
+            const char* const byte = block + found.first();
+            if (byte >= place_ || done_) {
+                return;
+            }
+            if (*byte == '"' || *byte == '/') {
+                place_ = byte + 1; // which take() moves on
+                take(byte);
+                return;
+            }
+            take(byte);
+        }
+    }
+
+    void take(const char* byte) {
+        switch (*byte) {
+        case '[':
+        case '{':
+            open_.push_back({byte, 0});
+            break;
+        case ']':
+        case '}':
+            close();
+            break;
+        case ',':
+            ++open_.back().commas;
+            break;
+        case '"':
+            skip_string();
+            break;
+        case '/':
+            if (lengths_.comments_) {
+                skip_comment();
+            }
+            break;
+        default:
+            break;
+        }
+    }
+
+    void close() {
+        if (open_.size() == 1) {
+            done_ = true;
+            return;
+        }
+        const Container closed = open_.back();
+        open_.pop_back();
+        if (closed.commas >= least - 1) {
+            lengths_.known_.emplace(closed.begin, closed.commas + 1);
+        }
+    }
+
+    void skip_string() {
+        const char* const end = lengths_.end_;
+        for (; place_ != end; ++place_) {
+            place_ = skip_clean<Block>(place_, end);
+            if (place_ == end) {
+                return;
+            }
+            if (*place_ == '"') {
+                ++place_;
+                return;
+            }
+            if (*place_ == '\\' && place_ + 1 != end) {
+                ++place_;
+            }
+        }
+    }
+
+    void skip_comment() {
+        const char* const end = lengths_.end_;
+        if (place_ == end || (*place_ != '/' && *place_ != '*')) {
+            return;
+        }
+        const bool to_line_end = *place_ == '/';
+        for (++place_; place_ != end; ++place_) {
+            const bool ends = to_line_end ? *place_ == '\n'
+                                          : *place_ == '*' && end - place_ > 1 && place_[1] == '/';
+            if (ends) {
+                place_ += to_line_end ? 1 : 2;
+                return;
+            }
+        }
+    }
+
+    ArrayLengths& lengths_;
+    const char* place_;
+    std::vector<Container> open_; ///< the first is the array that is counted
+    bool done_ = false;
+};
+
+std::size_t ArrayLengths::length(const char* array, const char* element, std::size_t before) {
+    const auto known = known_.find(array);
+    if (known != known_.end()) {
+        const std::size_t result = known->second;
+        known_.erase(known);
+        return result;
+    }
+    return before + Count(*this, element).run();
+}
+
+} // namespace foundation::json::detail
