@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <numeric>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,16 +23,6 @@ struct Shown {
     std::string text;
     std::size_t width;
 };
-
-UChar32 code_point(std::string_view sequence) noexcept {
-    constexpr unsigned char lead_bits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
-    auto code =
-        static_cast<UChar32>(static_cast<unsigned char>(sequence[0]) & lead_bits[sequence.size()]);
-    for (const char byte : sequence.substr(1)) {
-        code = code << 6 | (static_cast<unsigned char>(byte) & 0x3F);
-    }
-    return code;
-}
 
 /// Whether showing a character does no more than showing it.
 bool prints(UChar32 code) noexcept {
@@ -53,7 +44,7 @@ Shown shown(std::string_view sequence, bool complete) {
     if (sequence == "\t") {
         return {" ", 1};
     }
-    const UChar32 code = complete ? code_point(sequence) : 0;
+    const auto code = static_cast<UChar32>(complete ? detail::code_point(sequence) : 0);
     if (!prints(code)) {
         return {".", 1};
     }
@@ -95,22 +86,27 @@ struct Part {
     std::size_t width;
 };
 
+std::size_t width_of(const std::vector<Shown>& text) noexcept {
+    return std::accumulate(
+        text.begin(), text.end(), std::size_t{0},
+        [](std::size_t width, const Shown& character) { return width + character.width; });
+}
+
 /// What is shown before the place.
 /// @param cut  whether the line begins before the text
 Part part_before(std::string_view text, bool cut) {
     const std::vector<Shown> all = characters(text);
-    std::size_t width = 0;
-    std::size_t first = all.size();
-    while (first != 0 && width + all[first - 1].width <= most_before - ellipsis_width) {
-        --first;
-        width += all[first].width;
+    Part part{{}, width_of(all)};
+    auto first = all.begin();
+    if (cut || part.width > most_before) {
+        for (; part.width > most_before - ellipsis_width; ++first) {
+            part.width -= first->width;
+        }
+        part.text = ellipsis;
+        part.width += ellipsis_width;
     }
-    Part part{{}, width};
-    if (cut || first != 0) {
-        part = {ellipsis, width + ellipsis_width};
-    }
-    for (; first != all.size(); ++first) {
-        part.text += all[first].text;
+    for (; first != all.end(); ++first) {
+        part.text += first->text;
     }
     return part;
 }
@@ -118,16 +114,19 @@ Part part_before(std::string_view text, bool cut) {
 /// What is shown from the place on.
 /// @param cut  whether the line goes on behind the text
 std::string part_after(std::string_view text, bool cut) {
+    const std::vector<Shown> all = characters(text);
+    const bool whole = !cut && width_of(all) <= most_after;
+    const std::size_t most = whole ? most_after : most_after - ellipsis_width;
     std::string result;
     std::size_t width = 0;
-    for (const Shown& character : characters(text)) {
+    for (const Shown& character : all) {
         width += character.width;
-        if (width > most_after - ellipsis_width) {
-            return result + ellipsis;
+        if (width > most) {
+            break;
         }
         result += character.text;
     }
-    return cut ? result + ellipsis : result;
+    return whole ? result : result + ellipsis;
 }
 
 } // namespace

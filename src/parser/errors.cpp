@@ -11,8 +11,6 @@ namespace {
 /// How much of a word, number or name a message quotes, in bytes.
 constexpr std::size_t longest_in_message = 40;
 
-constexpr const char* not_utf8 = "the text is not UTF-8: ";
-
 std::string in_quotes(std::string_view text) {
     std::string result = "'";
     result += text;
@@ -20,12 +18,43 @@ std::string in_quotes(std::string_view text) {
     return result;
 }
 
-std::string hexadecimal(char byte, std::string prefix) {
-    constexpr char digits[] = "0123456789ABCDEF";
-    const auto number = static_cast<unsigned char>(byte);
-    prefix += digits[number >> 4];
-    prefix += digits[number & 15];
+std::string hexadecimal(std::uint32_t number, int digits, std::string prefix) {
+    for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
+        prefix += "0123456789ABCDEF"[number >> shift & 15];
+    }
     return prefix;
+}
+
+/// Whether a character beyond ASCII shows where it stands by itself.
+bool is_visible(std::uint32_t code) noexcept {
+    struct Range {
+        std::uint32_t first;
+        std::uint32_t last;
+    };
+    // Controls, spaces, marks of direction, and the byte order mark.
+    constexpr std::array<Range, 5> invisible{
+        {{0x80, 0xA0}, {0x2000, 0x200F}, {0x2028, 0x202F}, {0x2060, 0x206F}, {0xFEFF, 0xFEFF}}};
+    return std::none_of(invisible.begin(), invisible.end(), [code](const Range& range) {
+        return range.first <= code && code <= range.last;
+    });
+}
+
+std::string name_of_ascii(char byte) {
+    switch (byte) {
+    case ' ':
+        return "a blank";
+    case '\t':
+        return "a tab";
+    case '\n':
+    case '\r':
+        return "a line end";
+    case '\'':
+        return "a single quote";
+    default:
+        return is_control(byte) || byte == 0x7F
+                   ? hexadecimal(static_cast<unsigned char>(byte), 2, "byte 0x")
+                   : in_quotes({&byte, 1});
+    }
 }
 
 std::string container_name(Within within) {
@@ -125,18 +154,16 @@ std::string Errors::name_of(const char* place) const {
     if (place == end()) {
         return "the end of the text";
     }
-    if (*place == '\'') {
-        return "a single quote";
+    if (is_ascii(*place)) {
+        return name_of_ascii(*place);
     }
-    if (!is_ascii(*place)) {
-        const Utf8Sequence sequence = utf8_sequence(place, end());
-        if (sequence.complete && static_cast<unsigned char>(place[0]) > 0xC2) {
-            return in_quotes({place, sequence.length});
-        }
-    } else if (*place > 0x20 && *place < 0x7F) {
-        return in_quotes({place, 1});
+    const Utf8Sequence sequence = utf8_sequence(place, end());
+    if (!sequence.complete) {
+        return hexadecimal(static_cast<unsigned char>(*place), 2, "byte 0x");
     }
-    return hexadecimal(*place, "byte 0x");
+    const std::string_view bytes(place, sequence.length);
+    const std::uint32_t code = code_point(bytes);
+    return is_visible(code) ? in_quotes(bytes) : hexadecimal(code, 4, "U+");
 }
 
 std::string_view Errors::word_at(const char* place) const noexcept {
@@ -148,10 +175,10 @@ std::string_view Errors::word_at(const char* place) const noexcept {
 // ---- Values ----------------------------------------------------------------------------------
 
 /// Fails if a comment begins at a place, which it may not without that option.
-void Errors::check_comment(const char* place) const {
+void Errors::check_comment(const char* place, ParseResult result) const {
     if (!options_.comments && end() - place >= 2 && place[0] == '/' &&
         (place[1] == '/' || place[1] == '*')) {
-        fail(MISSING_LEADING_DIGIT, place, "found a comment: the option comments allows it");
+        fail(result, place, "found a comment: the option comments allows it");
     }
 }
 
@@ -163,11 +190,11 @@ void Errors::check_glued(const char* place, ParseResult result) const {
     if (place[-1] == '"' && is_word(*place)) {
         fail(UNESCAPED_QUOTE, place,
              "found " + name_of(place) +
-                 " right behind a string: a quote within a string is written \\\"");
+                 " right after a string: a quote within a string is written \\\"");
     }
     if (is_digit(place[-1]) &&
         (is_word(*place) || *place == '.' || *place == '+' || *place == '-')) {
-        fail(result, place, "found " + name_of(place) + " right behind a number");
+        fail(result, place, "found " + name_of(place) + " right after a number");
     }
 }
 
@@ -189,16 +216,17 @@ void Errors::no_value(const char* place, Within within, bool after_comma) const 
         fail(array ? MISSING_ARRAY_OPEN : MISSING_OBJECT_OPEN, place,
              array ? "found ']' without a '[' before it" : "found '}' without a '{' before it");
     }
-    check_comment(place);
+    check_comment(place, MISSING_LEADING_DIGIT);
     const std::string_view word = word_at(place);
     if (is_not_finite(word)) {
         fail(MISSING_LEADING_DIGIT, place, std::string(word) + " is not a JSON number");
     }
     if (*place == '\'') {
-        fail(MISSING_LEADING_QUOTE, place, "found a single quote: strings stand in double quotes");
+        fail(MISSING_LEADING_QUOTE, place,
+             "found a single quote: strings are written in double quotes");
     }
     if (*place == '+') {
-        fail(MISSING_LEADING_DIGIT, place, "found '+': numbers have no such sign");
+        fail(MISSING_LEADING_DIGIT, place, "found '+': numbers have no plus sign");
     }
     if (*place == '.') {
         fail(MISSING_LEADING_DIGIT, place, "found '.': numbers have a digit before it");
@@ -212,7 +240,7 @@ void Errors::no_value(const char* place, Within within, bool after_comma) const 
     if (is_letter(*place)) {
         fail(MISSING_LEADING_QUOTE, place,
              "found " + in_quotes(shortened(word)) +
-                 " where a value should begin: strings stand in double quotes");
+                 " where a value should begin: strings are written in double quotes");
     }
     fail(MISSING_LEADING_DIGIT, place, "found " + name_of(place) + " where a value should begin");
 }
@@ -240,13 +268,13 @@ void Errors::bad_number(const NumberToken& token) const {
         fail(token.error, token.end, "-" + std::string(word) + " is not a JSON number");
     }
     if (token.error == MISSING_LEADING_DIGIT) {
-        fail(token.error, token.end, "found " + name_of(token.end) + " behind a leading 0");
+        fail(token.error, token.end, "found " + name_of(token.end) + " after a leading 0");
     }
-    const char* const before = token.error == MISSING_QUANTITY_AFTER_SIGN ? "behind '-'"
-                               : token.error == INVALID_FRACTION          ? "behind '.'"
+    const char* const before = token.error == MISSING_QUANTITY_AFTER_SIGN ? "after '-'"
+                               : token.error == INVALID_FRACTION          ? "after '.'"
                                                                           : "in an exponent";
     fail(token.error, token.end,
-         "found " + name_of(token.end) + " where a digit should stand, " + before);
+         "found " + name_of(token.end) + " where a digit is expected " + before);
 }
 
 void Errors::too_large(const char* number, const char* number_end) const {
@@ -266,30 +294,37 @@ void Errors::bad_string(const StringToken& token) const {
                  (*place == '\n' ? "\\n" : "\\r"));
     case StringError::control:
         fail(INVALID_ESCAPE_SEQUENCE, place,
-             "found " + (*place == '\t' ? "a tab" : name_of(place)) +
-                 " in a string, where it is written " +
-                 (*place == '\t' ? "\\t" : hexadecimal(*place, "\\u00")));
+             "found " + name_of(place) + " in a string, where it is written " +
+                 (*place == '\t' ? "\\t"
+                                 : hexadecimal(static_cast<unsigned char>(*place), 4, "\\u")));
     case StringError::escape:
-        fail(INVALID_ESCAPE_SEQUENCE, place,
-             "found " + name_of(place) + " behind '\\' in a string");
+        fail(INVALID_ESCAPE_SEQUENCE, place, "found " + name_of(place) + " after '\\' in a string");
     case StringError::escape_ends:
     case StringError::unicode_escape:
         if (place == end()) {
             fail(INCOMPLETE_ESCAPE_SEQUENCE, place, "the text ends within a string");
         }
         fail(*place == '"' ? INCOMPLETE_ESCAPE_SEQUENCE : INVALID_UNICODE_ESCAPE, place,
-             "found " + name_of(place) + " within the four hexadecimal digits behind \\u");
+             "found " + name_of(place) + " within the four hexadecimal digits after \\u");
     case StringError::utf8:
         break;
     }
-    fail(INVALID_UNICODE_ESCAPE, place, not_utf8 + std::string("found ") + name_of(place));
+    not_utf8(place);
+}
+
+void Errors::not_utf8(const char* place) const {
+    fail(INVALID_UNICODE_ESCAPE, place,
+         (is_ascii(*place) ? "the text is not UTF-8: a character is cut off before "
+                           : "the text is not UTF-8: found ") +
+             (is_ascii(*place) ? name_of_ascii(*place)
+                               : hexadecimal(static_cast<unsigned char>(*place), 2, "byte 0x")));
 }
 
 void Errors::bad_comment(const char* place) const {
     if (place == end()) {
         fail(UNEXPECTED_END_OF_INPUT, place, "the text ends within a comment");
     }
-    fail(INVALID_UNICODE_ESCAPE, place, not_utf8 + std::string("found ") + name_of(place));
+    not_utf8(place);
 }
 
 // ---- Between values --------------------------------------------------------------------------
@@ -303,22 +338,22 @@ void Errors::no_name(const char* place, bool after_comma) const {
         fail(MISSING_OBJECT_CLOSE, place,
              "found '}' after a comma: the option trailing_commas allows it");
     }
-    check_comment(place);
+    check_comment(place, MISSING_LEADING_QUOTE);
     const std::string_view word = word_at(place);
     const std::string found =
         *place == '\'' || word.empty() ? name_of(place) : in_quotes(shortened(word));
     fail(MISSING_LEADING_QUOTE, place,
-         "found " + found + " where a name should begin: names stand in double quotes");
+         "found " + found + " where a name should begin: names are written in double quotes");
 }
 
 void Errors::no_colon(const char* place) const {
     if (place == end()) {
         fail(MISSING_NAME_SEPARATOR, place, "the text ends within an object");
     }
-    check_comment(place);
+    check_comment(place, MISSING_NAME_SEPARATOR);
     check_glued(place, MISSING_NAME_SEPARATOR);
     fail(MISSING_NAME_SEPARATOR, place,
-         "found " + name_of(place) + " where ':' should stand, behind a name");
+         "found " + name_of(place) + " where ':' is expected after a name");
 }
 
 void Errors::no_separator(const char* place, Within within) const {
@@ -327,7 +362,7 @@ void Errors::no_separator(const char* place, Within within) const {
     if (place == end()) {
         fail(result, place, "the text ends within " + container_name(within));
     }
-    check_comment(place);
+    check_comment(place, result);
     check_glued(place, result);
     constexpr std::string_view first_bytes = "\"'[{-";
     if (is_word(*place) || first_bytes.find(*place) != std::string_view::npos) {
@@ -335,11 +370,11 @@ void Errors::no_separator(const char* place, Within within) const {
     }
     fail(result, place,
          "found " + name_of(place) + " where " + (array ? "',' or ']'" : "',' or '}'") +
-             " should stand");
+             " is expected");
 }
 
 void Errors::after_value(const char* place) const {
-    check_comment(place);
+    check_comment(place, MISSING_ARRAY_OPEN);
     const bool of_object = *place == '}' || *place == ':';
     const ParseResult result = of_object ? MISSING_OBJECT_OPEN : MISSING_ARRAY_OPEN;
     check_glued(place, result);
@@ -356,7 +391,7 @@ void Errors::duplicate_name(const char* place, const StringToken& name) const {
     // As it is written, since what is escaped may not print.
     fail(MISSING_OBJECT_CLOSE, place,
          "the name \"" + shortened({name.text, name.size()}) +
-             "\" stands twice in an object: the option duplicate_names allows it");
+             "\" occurs twice in an object: the option duplicate_names allows it");
 }
 
 } // namespace foundation::json::detail

@@ -57,7 +57,8 @@ public:
 
 private:
     [[noreturn]] void fail(ParseResult result, const char* place, const std::string& what) const;
-    void check_comment(const char* place) const;
+    void check_comment(const char* place, ParseResult result) const;
+    [[noreturn]] void not_utf8(const char* place) const;
     void check_glued(const char* place, ParseResult result) const;
 
     const char* end() const noexcept { return text_.data() + text_.size(); }

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace foundation::json::detail {
 
@@ -37,6 +38,16 @@ inline Utf8Sequence utf8_sequence(const char* from, const char* end) noexcept {
         }
     }
     return {length, true};
+}
+
+/// The character of a complete sequence, or of a byte of ASCII.
+inline std::uint32_t code_point(std::string_view sequence) noexcept {
+    constexpr unsigned lead_bits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
+    std::uint32_t code = static_cast<unsigned char>(sequence[0]) & lead_bits[sequence.size()];
+    for (const char byte : sequence.substr(1)) {
+        code = code << 6 | (static_cast<unsigned char>(byte) & 0x3F);
+    }
+    return code;
 }
 
 /// Writes a character as UTF-8.

@@ -1,0 +1,111 @@
+// Errors as people see them.
+#include <foundation/json/parse.hpp>
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace foundation::json::test {
+namespace {
+
+std::string description(std::string_view text, std::string_view name = {}) {
+    try {
+        parse(text);
+    } catch (const ParserException& error) {
+        return describe(error, name);
+    }
+    return "was accepted";
+}
+
+std::string repeat(const std::string& piece, std::size_t count) {
+    std::string result;
+    for (; count != 0; --count) {
+        result += piece;
+    }
+    return result;
+}
+
+TEST(Describe, PutsNamePlaceMessageLineAndACaret) {
+    EXPECT_EQ(description("{\n  \"list\": [1,]\n}", "server.json"),
+              "server.json:2:14: found ']' after a comma: the option trailing_commas allows it\n"
+              "  \"list\": [1,]\n"
+              "             ^\n");
+    EXPECT_EQ(description("{} {}"), "1:4: found '{' after the end of the value\n"
+                                    "{} {}\n"
+                                    "   ^\n");
+    EXPECT_EQ(description("[1", "x"), "x:1:3: the text ends within an array\n[1\n  ^\n");
+    EXPECT_EQ(description("", "x"), "x:1:1: the text holds no value\n\n^\n");
+}
+
+TEST(Describe, ShowsTabsAsBlanks) {
+    EXPECT_EQ(description("\t[\t1 2]"), "1:6: a comma is missing before '2'\n [ 1 2]\n     ^\n");
+}
+
+TEST(Describe, PutsTheCaretBelowWideAndCombiningCharacters) {
+    EXPECT_EQ(description("[\"\xE6\x97\xA5\xE6\x9C\xAC\" 2]"),
+              "1:7: a comma is missing before '2'\n"
+              "[\"\xE6\x97\xA5\xE6\x9C\xAC\" 2]\n"
+              "        ^\n");
+    EXPECT_EQ(description("[\"e\xCC\x81\xC3\xA9\" 2]"), "1:8: a comma is missing before '2'\n"
+                                                        "[\"e\xCC\x81\xC3\xA9\" 2]\n"
+                                                        "      ^\n");
+    EXPECT_EQ(description("[\"\xF0\x9F\x98\x80\" 2]"), "1:6: a comma is missing before '2'\n"
+                                                       "[\"\xF0\x9F\x98\x80\" 2]\n"
+                                                       "      ^\n");
+}
+
+TEST(Describe, ShowsWhatDoesNotPrintAsADot) {
+    EXPECT_EQ(description("[\"\x7F\xE2\x80\xAE\xC2\x85\xE2\x80\xA8\" \x1B[31m]", "a\nb\x1B"),
+              "a.b.:1:9: found byte 0x1B where ',' or ']' is expected\n"
+              "[\"....\" .[31m]\n"
+              "        ^\n");
+    EXPECT_EQ(description("[\"\xC3\xA9\xFF\"]"), "1:4: the text is not UTF-8: found byte 0xFF\n"
+                                                 "[\"\xC3\xA9.\"]\n"
+                                                 "   ^\n");
+    EXPECT_EQ(describe(ParserException("a\nb", EMPTY_INPUT, 0, 1, 1, 0, "\r\n")),
+              "1:1: a.b\n..\n^\n");
+}
+
+TEST(Describe, CutsLongLinesAroundThePlace) {
+    const std::string ones = repeat("1,", 100);
+    EXPECT_EQ(description("[" + ones + "x," + ones + "1]"),
+              "1:202: found 'x' where a value should begin: strings are written in double quotes\n"
+              "..." +
+                  repeat(",1", 18) + ",x," + repeat("1,", 17) + "...\n" + std::string(40, ' ') +
+                  "^\n");
+    // What fits stays whole.
+    EXPECT_EQ(description("[1" + repeat(",1", 19) + ";" + repeat("1,", 18) + "1]"),
+              "1:41: found ';' where ',' or ']' is expected\n"
+              "[1" +
+                  repeat(",1", 19) + ";" + repeat("1,", 18) + "1]\n" + std::string(40, ' ') +
+                  "^\n");
+    EXPECT_EQ(description("[10" + repeat(",1", 19) + ";" + repeat("1,", 18) + "11]"),
+              "1:42: found ';' where ',' or ']' is expected\n"
+              "...1" +
+                  repeat(",1", 18) + ";" + repeat("1,", 17) + "1...\n" + std::string(40, ' ') +
+                  "^\n");
+    const std::string wide = repeat("\xE6\x97\xA5", 200);
+    EXPECT_EQ(description("[\"" + wide + "\" \"" + wide + "\"]"),
+              "1:205: a comma is missing before '\"'\n"
+              "..." +
+                  repeat("\xE6\x97\xA5", 17) + "\" \"" + repeat("\xE6\x97\xA5", 17) + "...\n" +
+                  std::string(39, ' ') + "^\n");
+}
+
+TEST(Describe, SaysThatTheLineBeginsBeforeWhatIsQuoted) {
+    EXPECT_EQ(describe(ParserException("what", EMPTY_INPUT, 9, 1, 10, 2, "abcd"), "n"),
+              "n:1:10: what\n...abcd\n     ^\n");
+    EXPECT_EQ(describe(ParserException("what", EMPTY_INPUT, 9, 1, 3, 2, "abcd"), "n"),
+              "n:1:3: what\nabcd\n  ^\n");
+}
+
+TEST(Describe, TakesErrorsOfOthersWhateverTheyHold) {
+    EXPECT_EQ(describe(ParserException("", EMPTY_INPUT, 0, 0, 0, 99, "abc")), "0:0: \nabc\n   ^\n");
+    EXPECT_EQ(describe(ParserException("w", EMPTY_INPUT, 0, 1, 2, 1, "\xE6\x97\xA5")),
+              "1:2: w\n...\n ^\n");
+}
+
+} // namespace
+} // namespace foundation::json::test

@@ -1,0 +1,456 @@
+// Texts from streams and files, and values one after the other.
+#include <foundation/json/json.hpp>
+#include <foundation/json/parse.hpp>
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <ios>
+#include <istream>
+#include <sstream>
+#include <streambuf>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+namespace foundation::json::test {
+namespace {
+
+/// How a stream fails.
+enum class Failing {
+    never,
+    by_throwing,    ///< its buffer throws
+    by_turning_bad, ///< its buffer ends, and the stream turns bad
+};
+
+/// What a throwing buffer throws: no std::exception, it must pass untouched.
+struct BufferFailure {};
+
+/// Gives a text in pieces, and then fails or ends.
+class PiecewiseBuffer : public std::streambuf {
+public:
+    PiecewiseBuffer(std::string text, std::size_t piece, Failing failing = Failing::never)
+        : text_(std::move(text)), piece_(piece), failing_(failing) {}
+
+    void attach(std::istream& stream) { stream_ = &stream; }
+
+    /// How much has been taken out of the text.
+    std::size_t taken() const { return given_ - static_cast<std::size_t>(egptr() - gptr()); }
+
+protected:
+    int_type underflow() override {
+        if (given_ == text_.size()) {
+            if (failing_ == Failing::by_throwing) {
+                throw BufferFailure();
+            }
+            if (failing_ == Failing::by_turning_bad) {
+                stream_->setstate(std::ios_base::badbit);
+            }
+            return traits_type::eof();
+        }
+        const std::size_t count = std::min(piece_, text_.size() - given_);
+        char* const begin = &text_[given_];
+        given_ += count;
+        setg(begin, begin, begin + count);
+        return traits_type::to_int_type(*begin);
+    }
+
+private:
+    std::string text_;
+    std::size_t piece_;
+    Failing failing_;
+    std::size_t given_ = 0;
+    std::istream* stream_ = nullptr;
+};
+
+class PiecewiseStream : public std::istream {
+public:
+    explicit PiecewiseStream(std::string text, std::size_t piece = 1,
+                             Failing failing = Failing::never)
+        : std::istream(nullptr), buffer_(std::move(text), piece, failing) {
+        rdbuf(&buffer_);
+        buffer_.attach(*this);
+    }
+
+    std::size_t taken() const { return buffer_.taken(); }
+
+private:
+    PiecewiseBuffer buffer_;
+};
+
+const std::string document = "[1, \"two\", {\"three\": [4, 5.5]}, null]";
+const std::string compact = "[1,\"two\",{\"three\":[4,5.5]},null]";
+
+// ---- One document ----------------------------------------------------------------------------
+
+TEST(ParseStream, ReadsToTheEndInPiecesOfEverySize) {
+    for (const std::size_t piece : {1, 2, 3, 7, 100}) {
+        PiecewiseStream stream(document, piece);
+        EXPECT_EQ(serialize(parse(stream)), compact) << piece;
+        EXPECT_TRUE(stream.eof());
+        EXPECT_FALSE(stream.fail());
+    }
+}
+
+TEST(ParseStream, ReadsTextsOfEveryLength) {
+    for (std::size_t size = 4090; size < 20000; size = size < 4105 ? size + 1 : size + 997) {
+        const std::string text(size, 'x');
+        PiecewiseStream stream('"' + text + '"', 1000);
+        EXPECT_EQ(parse(stream), Value(text)) << size;
+    }
+}
+
+TEST(ParseStream, BeginsWhereTheStreamStands) {
+    std::istringstream stream("skipped [1]");
+    std::string word;
+    stream >> word;
+    EXPECT_EQ(serialize(parse(stream)), "[1]");
+    std::istringstream faulty("skipped\n[1 2]");
+    std::getline(faulty, word);
+    try {
+        parse(faulty);
+        ADD_FAILURE();
+    } catch (const ParserException& error) {
+        EXPECT_EQ(error.get_byte_position(), 3u);
+        EXPECT_EQ(error.get_line_number(), 1u);
+    }
+}
+
+TEST(ParseStream, SkipsNoBlanksOfAStreamThatWouldAndThrowsNothingAtTheEnd) {
+    std::istringstream stream("  \" a b \"  ");
+    stream.exceptions(std::ios_base::eofbit | std::ios_base::failbit | std::ios_base::badbit);
+    EXPECT_EQ(parse(stream), Value(" a b "));
+    EXPECT_TRUE(stream.eof());
+}
+
+TEST(ParseStream, AFailureAfterAnyByteIsNoEnd) {
+    for (std::size_t size = 0; size <= document.size(); ++size) {
+        const std::string text = document.substr(0, size);
+        PiecewiseStream throwing(text, 3, Failing::by_throwing);
+        EXPECT_THROW(parse(throwing), BufferFailure) << size;
+        EXPECT_TRUE(throwing.bad());
+        PiecewiseStream bad(text, 3, Failing::by_turning_bad);
+        EXPECT_THROW(parse(bad), std::ios_base::failure) << size;
+        EXPECT_TRUE(bad.bad());
+    }
+}
+
+TEST(ParseStream, AStreamThatIsNotGoodIsNotRead) {
+    std::istringstream stream("1");
+    stream.setstate(std::ios_base::failbit);
+    EXPECT_THROW(parse(stream), std::ios_base::failure);
+    std::ifstream missing("/no/such/file");
+    EXPECT_THROW(parse(missing), std::ios_base::failure);
+    std::istream no_buffer(nullptr);
+    EXPECT_THROW(parse(no_buffer), std::ios_base::failure);
+}
+
+// ---- Files -----------------------------------------------------------------------------------
+
+class ParseFile : public testing::Test {
+protected:
+    ParseFile()
+        : folder_(std::filesystem::temp_directory_path() /
+                  ("foundation_json_parser_tests." + std::to_string(getpid()))) {
+        std::filesystem::create_directories(folder_);
+    }
+    ~ParseFile() override { std::filesystem::remove_all(folder_); }
+
+    std::filesystem::path write(const std::string& name, const std::string& text) const {
+        std::ofstream(folder_ / name, std::ios::binary) << text;
+        return folder_ / name;
+    }
+
+    std::filesystem::path path(const std::string& name) const { return folder_ / name; }
+
+private:
+    std::filesystem::path folder_;
+};
+
+std::string system_error_of(const std::filesystem::path& path) {
+    try {
+        parse_file(path);
+    } catch (const std::system_error& error) {
+        return error.what();
+    }
+    return "was read";
+}
+
+TEST_F(ParseFile, ReadsRegularFiles) {
+    EXPECT_EQ(serialize(parse_file(write("a.json", document))), compact);
+    EXPECT_EQ(serialize(parse_file(write("long", "\"" + std::string(100000, 'x') + "\""))).size(),
+              100002u);
+    ParseOptions options;
+    options.comments = true;
+    EXPECT_EQ(parse_file(write("b", "1 // one"), options), Value(1));
+    EXPECT_THROW(parse_file(write("empty", "")), ParserException);
+}
+
+TEST_F(ParseFile, ReadsFilesWhoseSizeIsNotThatOfTheirText) {
+    // A number that the kernel makes up when it is read.
+    const Value value = parse_file("/proc/sys/kernel/pid_max");
+    EXPECT_GE(static_cast<int>(value), 300);
+}
+
+TEST_F(ParseFile, ReadsPipes) {
+    const std::filesystem::path pipe = path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    std::thread writer([&pipe] {
+        std::ofstream stream(pipe, std::ios::binary);
+        for (const char byte : document) {
+            stream << byte << std::flush;
+        }
+    });
+    const Value value = parse_file(pipe);
+    writer.join();
+    EXPECT_EQ(serialize(value), compact);
+}
+
+TEST_F(ParseFile, ReadsStandardInput) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    ASSERT_EQ(::write(ends[1], document.data(), document.size()),
+              static_cast<ssize_t>(document.size()));
+    close(ends[1]);
+    const int before = dup(0);
+    dup2(ends[0], 0);
+    const Value value = parse_file("/dev/stdin");
+    dup2(before, 0);
+    close(before);
+    close(ends[0]);
+    EXPECT_EQ(serialize(value), compact);
+}
+
+TEST_F(ParseFile, NamesAFileThatCannotBeRead) {
+    EXPECT_EQ(system_error_of(path("none")),
+              "cannot read '" + path("none").string() + "': No such file or directory");
+    EXPECT_EQ(system_error_of(path(".")),
+              "cannot read '" + path(".").string() + "': Is a directory");
+    EXPECT_EQ(system_error_of(""), "cannot read '': No such file or directory");
+}
+
+// ---- Values one after the other --------------------------------------------------------------
+
+/// All values of a stream as compact text, and errors as their line, column and message.
+std::vector<std::string> all_values(std::istream& stream, const ParseOptions& options = {}) {
+    std::vector<std::string> result;
+    ValueStream values(stream, options);
+    Value value;
+    for (bool more = true; more;) {
+        try {
+            more = values.next(value);
+            if (more) {
+                result.push_back(serialize(value));
+            }
+        } catch (const ParserException& error) {
+            result.push_back(std::to_string(error.get_line_number()) + ':' +
+                             std::to_string(error.get_column()) + ": " + error.what());
+        }
+    }
+    return result;
+}
+
+std::vector<std::string> all_values(const std::string& text, std::size_t piece,
+                                    const ParseOptions& options = {}) {
+    PiecewiseStream stream(text, piece);
+    return all_values(stream, options);
+}
+
+using Texts = std::vector<std::string>;
+
+TEST(ValueStream, GivesValuesOneAfterTheOther) {
+    for (const std::size_t piece : {1, 2, 5, 1000}) {
+        EXPECT_EQ(all_values("", piece), Texts{});
+        EXPECT_EQ(all_values(" \r\n\t", piece), Texts{});
+        EXPECT_EQ(all_values("{\"a\":1}\n[2]\r\n\"3\"\n4\ntrue\nnull\n", piece),
+                  (Texts{"{\"a\":1}", "[2]", "\"3\"", "4", "true", "null"}));
+        EXPECT_EQ(all_values("{}{}[][]\"a\"\"b\"1 2 true[]null\"\"-1\"x\"", piece),
+                  (Texts{"{}", "{}", "[]", "[]", "\"a\"", "\"b\"", "1", "2", "true", "[]", "null",
+                         "\"\"", "-1", "\"x\""}));
+        EXPECT_EQ(all_values("\n\n[1,\n2]\n\n\n12.5e1", piece), (Texts{"[1,2]", "125"}));
+        EXPECT_EQ(all_values("\xEF\xBB\xBF[1]\n2", piece), (Texts{"[1]", "2"}));
+        EXPECT_EQ(all_values("\"\\u00e9\\\"]\" [\"[\\\\\"]", piece),
+                  (Texts{"\"\xC3\xA9\\\"]\"", "[\"[\\\\\"]"}));
+    }
+}
+
+TEST(ValueStream, TakesTheOptions) {
+    ParseOptions options;
+    options.comments = true;
+    options.trailing_commas = true;
+    for (const std::size_t piece : {1, 3, 1000}) {
+        EXPECT_EQ(all_values("// a\n1 /* b */ [2, /*]*/ 3,] // c", piece, options),
+                  (Texts{"1", "[2,3]"}));
+        EXPECT_EQ(all_values("{\"a\"://\xC3\xA9\n1,}/***/2", piece, options),
+                  (Texts{"{\"a\":1}", "2"}));
+    }
+    options.max_depth = 1;
+    EXPECT_EQ(
+        all_values("[[1]]\n[1]", 3, options),
+        (Texts{"1:2: nested deeper than 1 levels: the option max_depth is the limit", "[1]"}));
+}
+
+TEST(ValueStream, GoesOnWithTheNextLineAfterAnError) {
+    for (const std::size_t piece : {1, 2, 7, 1000}) {
+        EXPECT_EQ(all_values("1\n[1,x] 3\n2\n", piece),
+                  (Texts{"1",
+                         "2:4: found 'x' where a value should begin: strings are written in double "
+                         "quotes",
+                         "2"}));
+        EXPECT_EQ(all_values("\"a\n\"b\"\n", piece),
+                  (Texts{"1:3: the line ends within a string, where a line end is written \\n",
+                         "\"b\""}));
+        EXPECT_EQ(all_values("[1\n2]\n3", piece),
+                  (Texts{"2:1: a comma is missing before '2'", "3"}));
+        EXPECT_EQ(all_values("1e999\n2", piece),
+                  (Texts{"1:1: the number 1e999 is too large for a double", "2"}));
+        EXPECT_EQ(all_values("nul\nnull", piece),
+                  (Texts{"1:4: found 'nul' where null may be meant", "null"}));
+        EXPECT_EQ(all_values("]\n}\n,\n1", piece),
+                  (Texts{"1:1: found ']' without a '[' before it",
+                         "2:1: found '}' without a '{' before it",
+                         "3:1: found ',' where a value should begin", "1"}));
+        EXPECT_EQ(all_values("1 x 2", piece),
+                  (Texts{"1", "1:3: found 'x' where a value should begin: strings are written in "
+                              "double quotes"}));
+    }
+}
+
+TEST(ValueStream, ATextThatEndsWithinAValueIsAnErrorAndThenTheEnd) {
+    for (const std::size_t piece : {1, 1000}) {
+        EXPECT_EQ(all_values("1\n[1,\n2", piece),
+                  (Texts{"1", "3:2: the text ends within an array"}));
+        EXPECT_EQ(all_values("\"a", piece), (Texts{"1:3: the text ends within a string"}));
+        EXPECT_EQ(all_values("12.", piece), (Texts{"1:4: the text ends within a number"}));
+        EXPECT_EQ(all_values("tru", piece), (Texts{"1:4: the text ends within 'tru'"}));
+    }
+}
+
+TEST(ValueStream, PositionsCountFromTheStartOfTheStream) {
+    std::string text = "\xEF\xBB\xBF";
+    for (int i = 0; i != 1000; ++i) {
+        text += "{\"line\": \"\xC3\xA9\xC3\xA9\"} ";
+        text += i % 10 == 9 ? "\n" : "";
+    }
+    text += "[true, x]";
+    const std::size_t position = text.size() - 2;
+    for (const std::size_t piece : {1, 100, 100000}) {
+        PiecewiseStream stream(text, piece);
+        ValueStream values(stream);
+        Value value;
+        for (int i = 0; i != 1000; ++i) {
+            ASSERT_TRUE(values.next(value));
+        }
+        try {
+            values.next(value);
+            ADD_FAILURE();
+        } catch (const ParserException& error) {
+            EXPECT_EQ(error.get_byte_position(), position);
+            EXPECT_EQ(error.get_line_number(), 101u);
+            EXPECT_EQ(error.get_column(), 8u);
+            EXPECT_EQ(error.get_quoted_text(), "[true, x]");
+            EXPECT_EQ(error.get_quoted_byte_position(), 7u);
+        }
+        EXPECT_FALSE(values.next(value));
+    }
+}
+
+TEST(ValueStream, QuotesTheWholeLineOfAnError) {
+    PiecewiseStream stream("1 2 [x, 3] 4\n5");
+    ValueStream values(stream);
+    Value value;
+    ASSERT_TRUE(values.next(value));
+    ASSERT_TRUE(values.next(value));
+    try {
+        values.next(value);
+        ADD_FAILURE();
+    } catch (const ParserException& error) {
+        EXPECT_EQ(error.get_quoted_text(), "1 2 [x, 3] 4");
+        EXPECT_EQ(error.get_quoted_byte_position(), 5u);
+    }
+    ASSERT_TRUE(values.next(value));
+    EXPECT_EQ(value, Value(5));
+}
+
+TEST(ValueStream, TakesNoMoreThanAValueNeeds) {
+    struct Case {
+        std::string value;
+        std::size_t behind; ///< bytes beyond the value that it takes to see its end
+    };
+    const Case cases[] = {{"[1]", 0}, {"{\"a\":[]}", 0}, {"\"a\"", 0}, {"12", 1}, {"true", 1}};
+    for (const Case& c : cases) {
+        // The buffer would throw at the byte after those.
+        PiecewiseStream stream(c.value + std::string(c.behind, '\n'), 1, Failing::by_throwing);
+        ValueStream values(stream);
+        Value value;
+        EXPECT_TRUE(values.next(value)) << c.value;
+        EXPECT_EQ(serialize(value), c.value);
+        EXPECT_THROW(values.next(value), BufferFailure);
+        EXPECT_TRUE(stream.bad());
+    }
+}
+
+TEST(ValueStream, AFailingStreamIsNoEnd) {
+    for (std::size_t size = 0; size <= document.size(); ++size) {
+        PiecewiseStream bad(document.substr(0, size), 3, Failing::by_turning_bad);
+        ValueStream values(bad);
+        Value value;
+        if (size == document.size()) {
+            EXPECT_TRUE(values.next(value));
+        }
+        EXPECT_THROW(values.next(value), std::ios_base::failure) << size;
+        EXPECT_THROW(values.next(value), std::ios_base::failure) << size;
+    }
+}
+
+TEST(ValueStream, LeavesTheValueAsItIsWhereThereIsNone) {
+    PiecewiseStream stream("x\n");
+    ValueStream values(stream);
+    Value value = "before";
+    EXPECT_THROW(values.next(value), ParserException);
+    EXPECT_FALSE(values.next(value));
+    EXPECT_EQ(value, Value("before"));
+}
+
+TEST(ValueStream, Moves) {
+    PiecewiseStream stream("1 2 3 ");
+    ValueStream values(stream);
+    Value value;
+    EXPECT_TRUE(values.next(value));
+    ValueStream moved(std::move(values));
+    EXPECT_TRUE(moved.next(value));
+    EXPECT_EQ(value, Value(2));
+    PiecewiseStream other("4");
+    moved = ValueStream(other);
+    EXPECT_TRUE(moved.next(value));
+    EXPECT_EQ(value, Value(4));
+}
+
+TEST(ValueStream, DoesNotWaitForMoreOfAPipeThanAValueAndItsLine) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    std::ifstream stream("/dev/fd/" + std::to_string(ends[0]));
+    ValueStream values(stream);
+    Value value;
+    for (const std::string line : {"1\n", "[2]", "\"three\"", "{\"a\":\n[4]}", "true\n", "\n5 "}) {
+        ASSERT_EQ(::write(ends[1], line.data(), line.size()), static_cast<ssize_t>(line.size()));
+        ASSERT_TRUE(values.next(value)) << line;
+    }
+    ::close(ends[1]);
+    EXPECT_FALSE(values.next(value));
+    ::close(ends[0]);
+}
+
+} // namespace
+} // namespace foundation::json::test
