@@ -42,10 +42,10 @@ constexpr std::uint64_t largest_exact = std::uint64_t{1} << 53;
 } // namespace
 
 inline void Parser::add_pending(const PendingElement& element) {
+    pending_.push(element);
     if (pending_.full()) {
         make_room();
     }
-    pending_.push(element);
 }
 
 // Where a value goes that has been read: among the elements of the innermost open array, into the
@@ -421,7 +421,7 @@ void Parser::close(const char* end, const PendingElement& closed) {
     }
     Array& array = *open.array;
     if (array.capacity() == 0) {
-        reserve_if_possible(array, lengths_.length(open.begin, element_, count));
+        reserve_if_possible(array, lengths_.length(open.begin, element_, count - 1));
     }
     take_pending(array, open.first_pending);
 }

@@ -60,6 +60,7 @@ private:
 template <class Container>
 class Pool {
 public:
+    /// The containers that are taken off are the last that were put on, in any order.
     Container& push() {
         if (size_ == chunks_.size() * chunk_size) {
             grow();
