@@ -229,6 +229,7 @@ def main(arguments):
     charted = {}
     for family in CHARTED_FAMILIES:
         charted |= medians(folder / f"{family}.json")
+    parsing = medians(folder / "parsing.json")
     reading = medians(folder / "reading.json")
     details = medians(folder / "details.json")
     growth = medians(folder / "growth.json", "bytes_per_second")
@@ -242,6 +243,10 @@ def main(arguments):
               "divided by it: below 1, ours is the shorter.", ""]
     compared = {row: times for row, times in charted.items() if not row[0].startswith("<")}
     lines += time_table(compared) + order_table(charted)
+    lines += ["### Parsing", "",
+              "From the text of a document to the value, and its destruction.", ""]
+    lines += time_table({row: times for row, times in parsing.items()
+                         if not row[0].startswith("growth")})
     lines += ["### Reading", "",
               "The content of every string and every number of a document, its place known, through "
               "what each library has for that: `get` here, `std::get`, `get_ref`, `GetString` and "

@@ -2,6 +2,7 @@
 #include CONTENDER_HEADER
 
 #include "tasks/family.hpp"
+#include "tasks/parsing.hpp"
 #include "tasks/reading.hpp"
 #include "tasks/text.hpp"
 #include "tasks/values.hpp"
@@ -11,6 +12,7 @@ namespace {
 const bool added = [] {
     auto& all = bench::families();
     all.push_back({"text", bench::add_text<Contender>});
+    all.push_back({"parsing", bench::add_parsing<Contender>});
     all.push_back({"streams", bench::add_streams<Contender>});
     all.push_back({"values", bench::add_values<Contender>});
     all.push_back({"reading", bench::add_reading<Contender>});

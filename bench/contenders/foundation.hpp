@@ -1,15 +1,14 @@
 /// @file
-/// This library, read with the reader of examples/json_format: every number is a double.
+/// This library, with its parser.
 ///
 /// Every header of this folder defines `Contender`, with the same members, in an unnamed namespace:
 /// each is included by one source at a time.
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_FOUNDATION_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_FOUNDATION_HPP
 
-#include "reader.hpp"
-
 #include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
+#include <foundation/json/parse.hpp>
 
 #include <map>
 #include <ostream>
@@ -27,7 +26,7 @@ struct Contender {
     /// Whether to measure what has no counterpart elsewhere, too.
     static constexpr bool is_this_library = true;
 
-    static Value parse(const std::string& text) { return json_format::read(text); }
+    static Value parse(const std::string& text) { return foundation::json::parse(text); }
     static Text serialize(const Value& value) { return foundation::json::serialize(value); }
     static Text pretty_print(const Value& value) { return foundation::json::pretty_print(value); }
     static void write(std::ostream& stream, const Value& value) {

@@ -37,7 +37,8 @@ struct Contender {
 
     static Value parse(const std::string& text) {
         Value value;
-        value.Parse<rapidjson::kParseFullPrecisionFlag>(text);
+        value.Parse<rapidjson::kParseFullPrecisionFlag | rapidjson::kParseValidateEncodingFlag>(
+            text);
         if (value.HasParseError()) {
             throw std::runtime_error("RapidJSON cannot read the text");
         }

@@ -406,6 +406,10 @@ void Parser::close(const char* end, const PendingElement& closed) {
     if (!open_.empty() && open_.top().array != nullptr) {
         element_ = end + 1;
         add_pending(closed);
+        // Within an element the stack is higher than behind it, so it would hardly be full here.
+        if (pending_.size() - open_.top().first_pending >= ArrayLengths::least) {
+            make_room();
+        }
     }
 }
 

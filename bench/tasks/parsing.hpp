@@ -1,0 +1,46 @@
+/// @file
+/// From text to values, and back to nothing.
+#ifndef FOUNDATION_JSON_BENCH_TASKS_PARSING_HPP
+#define FOUNDATION_JSON_BENCH_TASKS_PARSING_HPP
+
+#include "documents.hpp"
+#include "tasks/family.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace bench {
+
+/// Times reading a text and destroying the value, and adds how many bytes of text per second.
+template <class Contender>
+void add_parsing_of(const std::string& task, const std::string& subject, const std::string& text) {
+    add<Contender>(task, subject, [text](benchmark::State& state) {
+        for (auto _ : state) {
+            auto value = Contender::parse(text);
+            benchmark::DoNotOptimize(value);
+        }
+        state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+    });
+}
+
+template <class Contender>
+void add_parsing() {
+    for (const Document& document : documents()) {
+        require<Contender>(
+            same_value(Contender::serialize(Contender::parse(document.text)), document.text),
+            "parse");
+        add_parsing_of<Contender>("parse and destroy", document.name, document.text);
+    }
+    if constexpr (Contender::is_this_library) {
+        for (const std::size_t megabytes : {1U, 10U, 100U}) {
+            add_parsing_of<Contender>("growth of parse and destroy",
+                                      std::to_string(megabytes) + " MB",
+                                      document_of_size(megabytes * 1'000'000));
+        }
+    }
+}
+
+} // namespace bench
+
+#endif

@@ -1,0 +1,182 @@
+// Reading text when memory runs out, and how much memory it takes.
+#include "support/allocation_failures.hpp"
+#include "support/describe.hpp"
+
+#include <foundation/json/parse.hpp>
+#include <foundation/json/serializer.hpp>
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace foundation::json::test {
+namespace {
+
+std::string long_array(const std::string& element, std::size_t count) {
+    std::string text = "[" + element;
+    for (std::size_t i = 1; i != count; ++i) {
+        text += "," + element;
+    }
+    return text + "]";
+}
+
+const std::string long_text = "a text too long for a string's own storage";
+
+/// Texts that need every sort of allocation.
+std::vector<std::string> texts() {
+    return {
+        "1",
+        '"' + long_text + '"',
+        '"' + long_text + "\\n\"",
+        "[1,2.5,null,true,9007199254740993]",
+        "[[],[[1]],{},{\"a\":[{}]},\"" + long_text + "\",\"\\u0041" + long_text + "\"]",
+        "{\"" + long_text + "\":\"" + long_text + "\",\"\\t" + long_text + "\":{\"a\":[1]}}",
+        "{\"a\":1,\"a\":[2],\"a\":\"" + long_text + "\",\"a\":{\"b\":[3]}}",
+        long_array("[1,{\"a\":\"b\"}]", 70),
+        long_array("1", 600),
+        long_array("[]", 300),
+    };
+}
+
+TEST(ParserAllocationFailures, LeaveNoValueAndLeakNothing) {
+    for (const std::string& text : texts()) {
+        SCOPED_TRACE(text.substr(0, 60));
+        const std::string expected = serialize(parse(text));
+        const std::size_t failures =
+            fail_each_allocation([] { return std::optional<Value>(); },
+                                 [&text](std::optional<Value>& value) { value = parse(text); },
+                                 [](const std::optional<Value>& value) { EXPECT_FALSE(value); },
+                                 [&expected](const std::optional<Value>& value) {
+                                     EXPECT_EQ(serialize(*value), expected);
+                                 });
+        EXPECT_EQ(failures == 0, text == "1") << "only a number needs no memory";
+    }
+}
+
+TEST(ParserAllocationFailures, OfErrorsLeakNothing) {
+    for (const std::string text : {"[1,x]", "[[\"a\",{\"b\":[1e999]}]]", "{\"a\":[1,2,\"\\x\"]}"}) {
+        const std::size_t failures = fail_each_allocation(
+            [] { return std::string(); },
+            [&text](std::string& what) {
+                try {
+                    parse(text);
+                } catch (const ParserException& error) {
+                    what = describe(error, "n");
+                }
+            },
+            [](const std::string& what) { EXPECT_EQ(what, ""); },
+            [](const std::string& what) { EXPECT_EQ(what.substr(0, 4), "n:1:"); });
+        EXPECT_GE(failures, 5u);
+    }
+}
+
+TEST(ParserAllocationFailures, OfStreamsAndFilesLeakNothing) {
+    const std::string text = long_array("\"" + long_text + "\"", 200);
+    const std::string expected = serialize(parse(text));
+    const std::size_t of_stream =
+        fail_each_allocation([&text] { return std::make_unique<std::istringstream>(text); },
+                             [&expected](std::unique_ptr<std::istringstream>& stream) {
+                                 stream->clear();
+                                 stream->seekg(0);
+                                 const Value value = parse(*stream);
+                                 EXPECT_EQ(value.length(), 200u);
+                             },
+                             [](const std::unique_ptr<std::istringstream>&) {});
+    EXPECT_GE(of_stream, 200u);
+
+    const std::filesystem::path path =
+        std::filesystem::temp_directory_path() /
+        ("foundation_json_parser_allocation." + std::to_string(getpid()));
+    std::ofstream(path) << text;
+    const std::size_t of_file =
+        fail_each_allocation([] { return std::optional<Value>(); },
+                             [&path](std::optional<Value>& value) { value = parse_file(path); },
+                             [](const std::optional<Value>& value) { EXPECT_FALSE(value); });
+    EXPECT_GE(of_file, 200u);
+    std::filesystem::remove(path);
+}
+
+struct Reading {
+    explicit Reading(const std::string& text) : stream(text), values(stream) {}
+
+    std::istringstream stream;
+    ValueStream values;
+    Value value;
+    std::size_t count = 0;
+};
+
+TEST(ParserAllocationFailures, OfAValueStreamLoseNoValue) {
+    const std::string text =
+        "[1,{\"a\":\"" + long_text + "\"}]\n\"" + long_text + "\"\n{\"b\":[2]}\n3";
+    const std::size_t failures = fail_each_allocation(
+        [&text] { return std::make_unique<Reading>(text); },
+        [](std::unique_ptr<Reading>& reading) {
+            while (reading->values.next(reading->value)) {
+                ++reading->count;
+            }
+        },
+        [](const std::unique_ptr<Reading>&) {},
+        [](const std::unique_ptr<Reading>& reading, auto...) { EXPECT_EQ(reading->count, 4u); });
+    EXPECT_GE(failures, 10u);
+}
+
+// ---- Memory ----------------------------------------------------------------------------------
+
+/// Checks that reading a text takes little more memory than its value does.
+void expect_little_memory(const std::string& text) {
+    const std::size_t before = live_bytes();
+    std::optional<Value> value;
+    const std::size_t peak = peak_bytes_of([&] { value = parse(text); });
+    const std::size_t kept = live_bytes() - before;
+    EXPECT_LE(static_cast<double>(peak), 1.1 * static_cast<double>(kept) + 65536)
+        << text.substr(0, 40);
+}
+
+TEST(PeakMemory, OfReadingIsLittleMoreThanTheValue) {
+    expect_little_memory(long_array("1", 300000));
+    expect_little_memory(long_array("[1,2]", 60000));
+    expect_little_memory(long_array("[]", 60000));
+    expect_little_memory(long_array("{}", 60000));
+    expect_little_memory(long_array("{\"a\":[1,2,3],\"b\":\"" + long_text + "\"}", 15000));
+    expect_little_memory(long_array(long_array("1.5", 1000), 150));
+    expect_little_memory(long_array(long_array("[1,2]", 300), 150));
+    expect_little_memory('"' + std::string(3000000, 'x') + '"');
+    expect_little_memory(std::string(1000, '[') + std::string(1000, ']'));
+    std::string escapes;
+    for (int i = 0; i != 150000; ++i) {
+        escapes += "\\u0041";
+    }
+    expect_little_memory('"' + escapes + '"');
+}
+
+TEST(PeakMemory, OfReadingAStreamOrFileIsTheTextMore) {
+    const std::string text = long_array("[1,2]", 60000);
+    const std::size_t before = live_bytes();
+    std::istringstream stream(text);
+    const std::size_t with_stream = live_bytes();
+    std::optional<Value> value;
+    const std::size_t peak = peak_bytes_of([&] { value = parse(stream); });
+    const std::size_t kept = live_bytes() - with_stream;
+    EXPECT_LE(static_cast<double>(peak),
+              1.1 * static_cast<double>(kept) + static_cast<double>(text.size()) + 65536);
+    EXPECT_GT(with_stream, before);
+}
+
+TEST(Allocations, OfReadingAreThoseOfTheValue) {
+    // Besides the value: the stack of open containers and that of elements, of which the second
+    // grows twice, and chunks of the pools.
+    EXPECT_EQ(allocations_of([] { parse("[]"); }), 3u);
+    EXPECT_LE(allocations_of([] { parse(long_array("[1,2]", 1000)); }), 2u * 1000 + 2 + 60);
+}
+
+} // namespace
+} // namespace foundation::json::test
