@@ -9,6 +9,7 @@
 /// with the square of the depth, is tried with a hundred thousand. With a DEPTH that is the only
 /// one tried, and the exit status is 1 if an operation does not survive it.
 #include <foundation/json/json.hpp>
+#include <foundation/json/parse.hpp>
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -32,6 +33,9 @@
 namespace {
 
 using namespace foundation::json;
+
+constexpr std::size_t a_million = 1000000;
+constexpr std::size_t a_hundred_thousand = 100000;
 
 /// What lies within what.
 struct Shape {
@@ -67,6 +71,27 @@ Value* nested(const Shape& shape, std::size_t depth) {
     return value;
 }
 
+/// The text of such containers, read back and written again.
+bool reads_text_of(const Value& value) {
+    ParseOptions options;
+    options.max_depth = a_million;
+    const std::string text = serialize(value);
+    return serialize(*new Value(parse(text, options))) == text;
+}
+
+/// Whether what has been read of such containers goes away where the text ends.
+bool refuses_part_of(const Value& value) {
+    ParseOptions options;
+    options.max_depth = a_million;
+    const std::string text = serialize(value);
+    try {
+        parse(std::string_view(text).substr(0, text.size() - 1), options);
+        return false;
+    } catch (const ParserException&) {
+        return true;
+    }
+}
+
 class Discard : public std::streambuf {
     int_type overflow(int_type byte) override { return traits_type::not_eof(byte); }
     std::streamsize xsputn(const char*, std::streamsize count) override { return count; }
@@ -90,9 +115,6 @@ void write(const Value& value, bool pretty, Path path) {
 /// What is done to two equal values. They are never destroyed unless that is what is done.
 using Operation = void (*)(Value* a, Value* b);
 
-constexpr std::size_t a_million = 1000000;
-constexpr std::size_t a_hundred_thousand = 100000;
-
 struct NamedOperation {
     const char* name;
     Operation run;
@@ -103,6 +125,8 @@ volatile bool result;
 
 const NamedOperation operations[] = {
     {"serialize", [](Value* a, Value*) { result = serialize(*a).empty(); }},
+    {"serialize, parse, serialize", [](Value* a, Value*) { result = reads_text_of(*a); }},
+    {"parse what is cut off", [](Value* a, Value*) { result = refuses_part_of(*a); }},
     {"write compact", [](Value* a, Value*) { write(*a, false, Path::fast); }},
     {"write compact, plain way", [](Value* a, Value*) { write(*a, false, Path::plain); }},
     {"write pretty", [](Value* a, Value*) { write(*a, true, Path::fast); }, a_hundred_thousand},

@@ -55,7 +55,15 @@ template <class Bytes>
 class ByteBlocks : public testing::Test {};
 
 using BlockTypes = testing::Types<Block, PortableBlock>;
-TYPED_TEST_SUITE(ByteBlocks, BlockTypes);
+
+struct BlockNames {
+    template <class Bytes>
+    static std::string GetName(int index) {
+        return index == 0 ? "OfThisMachine" : "OfWords";
+    }
+};
+
+TYPED_TEST_SUITE(ByteBlocks, BlockTypes, BlockNames);
 
 TYPED_TEST(ByteBlocks, ClassifyEveryByteAtEveryPlace) {
     for (int byte = 0; byte != 256; ++byte) {
