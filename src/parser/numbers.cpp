@@ -3,7 +3,7 @@
 #include <fast_float/fast_float.h>
 
 #include <cfenv>
-#include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace foundation::json::detail {
@@ -31,7 +31,11 @@ private:
 [[gnu::noinline]] bool read_any(const char* from, const char* end, double& number) noexcept {
     const DefaultEnvironment environment;
     fast_float::from_chars(from, end, number);
-    return std::fabs(number) <= std::numeric_limits<double>::max();
+    // By its bits: comparing might move out of the environment, where a subnormal number may trap.
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &number, sizeof bits);
+    constexpr std::uint64_t exponent = std::uint64_t{0x7FF} << 52;
+    return (bits & exponent) != exponent;
 }
 
 // A larger exponent cannot be made up for by the digits that a text has room for, and leaves room

@@ -95,7 +95,7 @@ const std::string compact = "[1,\"two\",{\"three\":[4,5.5]},null]";
 // ---- One document ----------------------------------------------------------------------------
 
 TEST(ParseStream, ReadsToTheEndInPiecesOfEverySize) {
-    for (const std::size_t piece : {1, 2, 3, 7, 100}) {
+    for (const std::size_t piece : {1U, 2U, 3U, 7U, 100U}) {
         PiecewiseStream stream(document, piece);
         EXPECT_EQ(serialize(parse(stream)), compact) << piece;
         EXPECT_TRUE(stream.eof());
@@ -270,7 +270,7 @@ std::vector<std::string> all_values(const std::string& text, std::size_t piece,
 using Texts = std::vector<std::string>;
 
 TEST(ValueStream, GivesValuesOneAfterTheOther) {
-    for (const std::size_t piece : {1, 2, 5, 1000}) {
+    for (const std::size_t piece : {1U, 2U, 5U, 1000U}) {
         EXPECT_EQ(all_values("", piece), Texts{});
         EXPECT_EQ(all_values(" \r\n\t", piece), Texts{});
         EXPECT_EQ(all_values("{\"a\":1}\n[2]\r\n\"3\"\n4\ntrue\nnull\n", piece),
@@ -289,7 +289,7 @@ TEST(ValueStream, TakesTheOptions) {
     ParseOptions options;
     options.comments = true;
     options.trailing_commas = true;
-    for (const std::size_t piece : {1, 3, 1000}) {
+    for (const std::size_t piece : {1U, 3U, 1000U}) {
         EXPECT_EQ(all_values("// a\n1 /* b */ [2, /*]*/ 3,] // c", piece, options),
                   (Texts{"1", "[2,3]"}));
         EXPECT_EQ(all_values("{\"a\"://\xC3\xA9\n1,}/***/2", piece, options),
@@ -302,7 +302,7 @@ TEST(ValueStream, TakesTheOptions) {
 }
 
 TEST(ValueStream, GoesOnWithTheNextLineAfterAnError) {
-    for (const std::size_t piece : {1, 2, 7, 1000}) {
+    for (const std::size_t piece : {1U, 2U, 7U, 1000U}) {
         EXPECT_EQ(all_values("1\n[1,x] 3\n2\n", piece),
                   (Texts{"1",
                          "2:4: found 'x' where a value should begin: strings are written in double "
@@ -328,7 +328,7 @@ TEST(ValueStream, GoesOnWithTheNextLineAfterAnError) {
 }
 
 TEST(ValueStream, ATextThatEndsWithinAValueIsAnErrorAndThenTheEnd) {
-    for (const std::size_t piece : {1, 1000}) {
+    for (const std::size_t piece : {1U, 1000U}) {
         EXPECT_EQ(all_values("1\n[1,\n2", piece),
                   (Texts{"1", "3:2: the text ends within an array"}));
         EXPECT_EQ(all_values("\"a", piece), (Texts{"1:3: the text ends within a string"}));
@@ -345,7 +345,7 @@ TEST(ValueStream, PositionsCountFromTheStartOfTheStream) {
     }
     text += "[true, x]";
     const std::size_t position = text.size() - 2;
-    for (const std::size_t piece : {1, 100, 100000}) {
+    for (const std::size_t piece : {1U, 100U, 100000U}) {
         PiecewiseStream stream(text, piece);
         ValueStream values(stream);
         Value value;

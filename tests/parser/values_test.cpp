@@ -189,7 +189,7 @@ TEST(Parser, AcceptsSoManyLevelsAsAreAllowed) {
 
 TEST(Parser, ReadsArraysOfEveryLength) {
     std::vector<std::size_t> lengths{3000};
-    for (const std::size_t first : {1, 60, 120, 250, 505, 760, 1020}) {
+    for (const std::size_t first : {1U, 60U, 120U, 250U, 505U, 760U, 1020U}) {
         for (std::size_t length = first; length != first + 15; ++length) {
             lengths.push_back(length);
         }
