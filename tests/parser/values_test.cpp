@@ -39,9 +39,9 @@ TEST(Parser, ReadsWords) {
 TEST(Parser, ReadsArraysAndObjectsWithinOneAnother) {
     EXPECT_EQ(parse("[]"), Value(Elements{}));
     EXPECT_EQ(parse("{}"), Value(Members{}));
-    EXPECT_EQ(
-        parse("[[],{},[[]],{\"a\":[]}]"),
-        Value(Elements{Elements{}, Members{}, Elements{Elements{}}, Members{{"a", Elements{}}}}));
+    EXPECT_EQ(parse("[[],{},[[]],{\"a\":[]}]"),
+              Value(Elements{Elements{}, Members{}, Elements{Value(Elements{})},
+                             Members{{"a", Elements{}}}}));
     EXPECT_EQ(parse("{\"a\":{\"b\":[1,{\"c\":2}]},\"\":\"\"}"),
               Value(Members{{"a", Members{{"b", Elements{1, Members{{"c", 2}}}}}}, {"", ""}}));
     EXPECT_EQ(
@@ -167,7 +167,7 @@ TEST(Parser, SkipsOneTrailingCommaWhereItIsAllowed) {
     ParseOptions options;
     options.trailing_commas = true;
     EXPECT_EQ(parse("[1,2,]", options), Value(Elements{1, 2}));
-    EXPECT_EQ(parse("[[],\n]", options), Value(Elements{Elements{}}));
+    EXPECT_EQ(parse("[[],\n]", options), Value(Elements{Value(Elements{})}));
     EXPECT_EQ(parse("{\"a\":1,}", options), Value(Members{{"a", 1}}));
     EXPECT_EQ(parse("{\"a\":{ } , }", options), Value(Members{{"a", Members{}}}));
     options.comments = true;
@@ -198,7 +198,7 @@ TEST(Parser, ReadsArraysOfEveryLength) {
         std::string text = "[0";
         std::string nested = "[[0,\"a,]\"]";
         Elements elements{0};
-        Elements lists{Elements{0, "a,]"}};
+        Elements lists{Value(Elements{0, "a,]"})};
         for (std::size_t i = 1; i != length; ++i) {
             const int number = static_cast<int>(i);
             text += ',' + std::to_string(i);
@@ -209,7 +209,7 @@ TEST(Parser, ReadsArraysOfEveryLength) {
         EXPECT_EQ(parse(text + "]"), Value(elements)) << length;
         EXPECT_EQ(parse(nested + "]"), Value(lists)) << length;
         EXPECT_EQ(parse("{\"a\":" + text + "],\"b\":[" + nested + "]]}"),
-                  Value(Members{{"a", elements}, {"b", Elements{lists}}}))
+                  Value(Members{{"a", elements}, {"b", Elements{Value(lists)}}}))
             << length;
     }
 }
