@@ -15,8 +15,9 @@ OURS = "foundation::json"
 PEERS = ["nlohmann", "RapidJSON", "Boost.JSON", "JsonCpp"]
 BEGIN, END = "<!-- results: begin -->", "<!-- results: end -->"
 TASKS = ["serialize", "pretty_print", "write to a stream", "write to std::ostringstream",
-         "write to std::ofstream", "copy and destroy", "==", "<", "read strings", "read numbers", "push", "insert all keys",
-         "1,000 lookups", "numbers", "strings"]
+         "write to std::ofstream", "parse and destroy", "copy and destroy", "==", "<",
+         "read strings", "read numbers", "push", "insert all keys", "1,000 lookups", "numbers",
+         "strings"]
 CHARTED_FAMILIES = ["text", "streams", "values", "arrays", "objects"]
 
 

@@ -83,8 +83,8 @@ FOUNDATION_JSON_EXPORT Value parse(std::string_view text, const ParseOptions& op
 /// The value of a stream from where it stands to its end; as the parse() of a text.
 ///
 /// Reads unformatted, blanks included, to the end of the stream, and then holds the whole text.
-/// Afterwards the stream has eofbit and failbit set, as after every input to its end, but throws
-/// nothing on account of these whatever its exceptions().
+/// Afterwards the stream has eofbit set, but throws nothing on account of that whatever its
+/// exceptions().
 ///
 /// @throws std::ios_base::failure the stream is not good at first, or turns bad: an error in its
 ///         middle is not its end. badbit is set then
