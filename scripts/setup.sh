@@ -1,17 +1,239 @@
-# What the commands of this project share; to be sourced. Sets `root`, the project's folder.
-# Everything here is silent, or nearly so, when there is nothing to do.
+# What the commands of this project share; to be sourced. Sets `root`, the project's folder, and
+# `builds`, where everything is built. Everything here is silent, or nearly so, when there is nothing
+# to do.
+set +o posix # bash started as sh
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
+builds=${FOUNDATION_JSON_BUILD_FOLDER:-$root/build}
+[[ $builds == /* ]] || builds=$PWD/$builds
 
-# What it takes to build the library and the demonstration, and what the tests add to that.
-build_packages=(g++ cmake ninja-build libboost-dev libicu-dev libfast-float-dev)
-test_packages=(libgtest-dev pkg-config locales binutils gdb python3)
+# What it takes to build the library and the demonstration, what the tests add to that, and what they
+# do without where it is not to be had.
+build_needs=(compiler cmake ninja boost icu fast_float)
+test_needs=(gtest pkg-config localedef nm python3)
+test_wishes=(gdb meson)
+
+# Per line: a need, what people call it, and Debian's package of it.
+readonly known_needs="\
+abidw        | libabigail               | abigail-tools
+benchmark    | Google Benchmark         | libbenchmark-dev
+boost        | Boost 1.74 or later      | libboost-dev
+clang++      | clang++                  | clang
+cmake        | CMake 3.25 or later      | cmake
+compiler     | a C++17 compiler         | g++
+doxygen      | Doxygen                  | doxygen
+debootstrap  | debootstrap              | debootstrap
+dpkg-dev     | dpkg-buildflags          | dpkg-dev
+fast_float   | fast_float               | libfast-float-dev
+file         | file                     | file
+g++          | g++                      | g++
+gcovr        | gcovr                    | gcovr
+gdb          | gdb                      | gdb
+gtest        | GoogleTest 1.12 or later | libgtest-dev
+icu          | ICU                      | libicu-dev
+llvm         | llvm-symbolizer          | llvm
+localedef    | localedef with sources   | locales
+meson        | Meson                    | meson
+ninja        | Ninja                    | ninja-build
+nm           | nm                       | binutils
+pkg-config   | pkg-config               | pkg-config
+python3      | Python 3                 | python3"
 
 # fail MESSAGE [STATUS]
 fail() {
     echo "${0##*/}: $1" >&2
     exit "${2:-1}"
+}
+
+# need_field NEED NUMBER prints a part of a need's line.
+need_field() {
+    awk -F ' *[|] *' -v need="$1" -v number="$2" '$1 == need { print $number }' <<<"$known_needs"
+}
+
+# make_builds makes the folder of the builds.
+make_builds() {
+    { mkdir -p "$builds" && [[ -w $builds ]]; } 2>/dev/null ||
+        fail "cannot write to $builds; FOUNDATION_JSON_BUILD_FOLDER may name another folder to build in"
+}
+
+# ---- What there is -------------------------------------------------------------------------
+
+# compiles COMMAND: it makes programs of C++17.
+compiles() {
+    local program status=0
+    program=$(mktemp)
+    "$1" -std=c++17 -x c++ - -o "$program" >/dev/null 2>&1 <<<$'#include <optional>\nint main() {}' ||
+        status=1
+    rm -f "$program"
+    return "$status"
+}
+
+# find_compiler sets `compiler` to the one that CXX names, or to the first that works.
+compiler=
+find_compiler() {
+    local candidate
+    [[ -z $compiler ]] || return 0
+    for candidate in ${CXX:+"$CXX"} g++ clang++ c++; do
+        candidate=$(type -P "$candidate") || continue
+        if compiles "$candidate"; then
+            compiler=$candidate
+            return
+        fi
+        [[ -z ${CXX-} ]] || break
+    done
+    [[ -z ${CXX-} ]] || fail "CXX names '$CXX', which does not compile C++17"
+    return 1
+}
+
+# makes_locales: localedef has the source of a locale, wherever that may be.
+makes_locales() {
+    local folder status=0
+    folder=$(mktemp -d)
+    localedef -i de_DE -f UTF-8 "$folder/locale" >/dev/null 2>&1 || status=1
+    rm -rf "$folder"
+    return "$status"
+}
+
+# is_there NEED, which is no library.
+is_there() {
+    case $1 in
+        compiler) find_compiler ;;
+        cmake)
+            local version
+            version=$(cmake --version 2>/dev/null | sed -n '1s/^cmake version \([0-9]*\.[0-9]*\).*/\1/p')
+            [[ -n $version ]] && ((${version%.*} > 3 || (${version%.*} == 3 && ${version#*.} >= 25)))
+            ;;
+        ninja) type -P ninja >/dev/null || type -P ninja-build >/dev/null || type -P samu >/dev/null ;;
+        localedef)
+            [[ -e /usr/share/i18n/locales/de_DE ]] && type -P localedef >/dev/null || makes_locales
+            ;;
+        dpkg-dev) type -P dpkg-buildflags >/dev/null ;;
+        llvm) type -P llvm-symbolizer >/dev/null ;;
+        *) type -P "$1" >/dev/null ;;
+    esac
+}
+
+# probe_libraries NEED... prints those that can be used. What was found stays so as long as its
+# header does and nothing else is asked for by the environment.
+probe_libraries() {
+    local -r known=$builds/libraries
+    local key name path missing=()
+    key="$compiler ${CMAKE_PREFIX_PATH-} ${BOOST_ROOT-} ${CXXFLAGS-} ${CPATH-}"
+    [[ -f $known && $(head -n 1 "$known") == "$key" ]] || echo "$key" >"$known"
+    for name; do
+        path=$(sed -n "s/^$name //p" "$known" | tail -n 1)
+        if [[ -n $path && -e $path ]]; then echo "$name"; else missing+=("$name"); fi
+    done
+    ((${#missing[@]})) || return 0
+    rm -rf "$builds/probe"
+    cmake -S "$root/cmake/probe" -B "$builds/probe" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" \
+        -DRESULT="$builds/probe.txt" -DWANTED="$(IFS=';' && echo "${missing[*]}")" \
+        >"$builds/probe.log" 2>&1 </dev/null ||
+        fail "cannot look for libraries, see $builds/probe.log"
+    cat "$builds/probe.txt" >>"$known"
+    cut -d ' ' -f 1 "$builds/probe.txt"
+}
+
+# look_for NEED... sets `missing` to those that are not there. It takes tools to look for libraries;
+# without them, these count as missing.
+missing=()
+look_for() {
+    local name found libraries=()
+    missing=()
+    for name; do
+        case $name in
+            boost | icu | fast_float | gtest | benchmark) libraries+=("$name") ;;
+            *) is_there "$name" || missing+=("$name") ;;
+        esac
+    done
+    ((${#libraries[@]})) || return 0
+    found=
+    if is_there compiler && is_there cmake && is_there ninja; then
+        found=$(probe_libraries "${libraries[@]}")
+    fi
+    for name in "${libraries[@]}"; do
+        grep -qxF "$name" <<<"$found" || missing+=("$name")
+    done
+}
+
+# ---- What is installed ---------------------------------------------------------------------
+
+# apt_install PACKAGE... tries to install packages. Nothing that is installed is removed or replaced.
+# `obstacle` says what stood in the way, if something did.
+obstacle=
+apt_updated=
+apt_install() {
+    local -r log=$builds/apt.log
+    local as_root=()
+    obstacle="cannot install packages without apt-get"
+    type -P apt-get >/dev/null || return 0
+    if ((EUID != 0)); then
+        obstacle="cannot install packages, neither root nor sudo"
+        type -P sudo >/dev/null || return 0
+        # Without a terminal there is nobody to type a password.
+        if [[ -t 0 ]]; then as_root=(sudo); else as_root=(sudo -n); fi
+    fi
+    obstacle="cannot install packages, see $log"
+    if [[ -t 2 ]]; then echo "Installing $*" >&2; fi
+    # Where the package lists are out of reach, those on the machine may still do.
+    if [[ -z $apt_updated ]]; then
+        apt_updated=yes
+        "${as_root[@]}" apt-get -q update >"$log" 2>&1 </dev/null || true
+    fi
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get -q install -y --no-install-recommends --no-remove --no-upgrade \
+        -o DPkg::Lock::Timeout=120 "$@" >>"$log" 2>&1 </dev/null || true
+}
+
+# install_missing installs the packages of what look_for found missing: first of tools only, if some
+# are, since it takes these to see which libraries are there.
+install_missing() {
+    local name tools=() libraries=()
+    for name in "${missing[@]}"; do
+        case $name in
+            boost | icu | fast_float | gtest | benchmark) libraries+=("$(need_field "$name" 3)") ;;
+            *) tools+=("$(need_field "$name" 3)") ;;
+        esac
+    done
+    if ((${#tools[@]})); then apt_install "${tools[@]}"; else apt_install "${libraries[@]}"; fi
+}
+
+# missing_text names what look_for found missing, and Debian's packages of it.
+missing_text() {
+    local name text=
+    for name in "${missing[@]}"; do
+        text+="${text:+, }$(need_field "$name" 2) ($(need_field "$name" 3))"
+    done
+    echo "$text"
+}
+
+# provide NEED... looks for these, and installs what is missing as far as it can.
+provide() {
+    local lock _
+    make_builds
+    # One at a time: two commands may be run at once, as in `scripts/demo | scripts/demo -`.
+    exec {lock}>"$builds/needs.lock"
+    flock "$lock"
+    look_for "$@"
+    for _ in tools libraries; do
+        ((${#missing[@]})) || break
+        install_missing
+        look_for "$@"
+    done
+    exec {lock}>&-
+}
+
+# need NEED... fails unless all of these are there, or can be installed.
+need() {
+    provide "$@"
+    ((${#missing[@]} == 0)) || fail "$obstacle; missing: $(missing_text)"
+}
+
+# wish NEED... goes on without what is not there and cannot be installed.
+wish() {
+    provide "$@"
+    ((${#missing[@]} == 0)) || echo "${0##*/}: going on without $(missing_text): $obstacle" >&2
 }
 
 # missing_packages PACKAGE... prints those that are not installed.
@@ -23,58 +245,68 @@ missing_packages() {
     done
 }
 
-# install_packages PACKAGE... installs those that are missing, or fails naming them.
+# install_packages PACKAGE... installs those that are missing, or fails naming them: for what is
+# particular to Debian.
 install_packages() {
-    local missing log=$root/build/apt.log as_root=()
+    local missing
     mapfile -t missing < <(missing_packages "$@")
     ((${#missing[@]})) || return 0
-
-    local -r list="missing packages: ${missing[*]}"
-    command -v apt-get >/dev/null || fail "cannot install packages without apt-get; $list"
-    if ((EUID != 0)); then
-        command -v sudo >/dev/null || fail "cannot install packages, neither root nor sudo; $list"
-        # Without a terminal there is nobody to type a password.
-        if [[ -t 0 ]]; then as_root=(sudo); else as_root=(sudo -n); fi
-    fi
-    if [[ -t 2 ]]; then echo "Installing ${missing[*]}" >&2; fi
-    mkdir -p "$root/build"
-    # Where the package lists are out of reach, those on the machine may still do.
-    "${as_root[@]}" apt-get -q update >"$log" 2>&1 || true
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-        apt-get -q install -y --no-install-recommends --no-remove \
-        -o DPkg::Lock::Timeout=120 "${missing[@]}" >>"$log" 2>&1 || true
-
+    make_builds
+    apt_install "${missing[@]}"
     mapfile -t missing < <(missing_packages "$@")
-    ((${#missing[@]} == 0)) || fail "cannot install packages, see $log; missing packages: ${missing[*]}"
+    ((${#missing[@]} == 0)) || fail "$obstacle; missing packages: ${missing[*]}"
 }
 
-# build NAME TARGET [SETTING...] configures build/NAME, with settings and presets as cmake takes them,
-# and builds a target in it. All output goes to standard error.
+# ---- Building ------------------------------------------------------------------------------
+
+# is_usable FOLDER COMPILER: what was configured there is of this project and for this compiler. A
+# build folder that was copied along with the project from elsewhere is of no use.
+is_usable() {
+    local -r cache=$1/CMakeCache.txt
+    [[ -f $cache ]] || return 0
+    grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$cache" || return 1
+    [[ -z $2 ]] || grep -qx "CMAKE_CXX_COMPILER:[A-Z]*=\($2\|$(type -P "$2")\)" "$cache"
+}
+
+# build NAME TARGET [SETTING...] configures the folder NAME of the builds, with settings and presets
+# as cmake takes them, and builds a target in it. All output goes to standard error.
 build() {
-    local -r folder=$root/build/$1 target=$2
+    local -r folder=$builds/$1 target=$2
     shift 2
-    # One at a time: two commands may be run at once, as in `scripts/demo | scripts/demo -`.
-    local lock
-    mkdir -p "$root/build"
+    local lock setting with=
+    make_builds
+    mkdir -p "${folder%/*}"
     exec {lock}>"$folder.lock"
     flock "$lock"
-    # A build folder that was copied along with the project from elsewhere is of no use.
-    if [[ -f $folder/CMakeCache.txt ]] &&
-        ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$folder/CMakeCache.txt"; then
-        rm -rf "$folder"
-    fi
+    for setting; do
+        [[ $setting != -DCMAKE_CXX_COMPILER=* ]] || with=${setting#*=}
+    done
+    is_usable "$folder" "$with" || rm -rf "$folder"
     cmake -S "$root" -B "$folder" -G Ninja \
-        -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache || true)" \
+        -DCMAKE_CXX_COMPILER_LAUNCHER="$(type -P ccache || true)" \
         -DFOUNDATION_JSON_CORPUS="${FOUNDATION_JSON_CORPUS:-}" "$@" >/dev/null
     cmake --build "$folder" --target "$target" >&2
     exec {lock}>&-
 }
 
-# run_tests NAME [OPTION...] runs the tests built in build/NAME, with more options for ctest.
+# run_tests NAME [OPTION...] runs the tests built in the folder NAME of the builds, with more options
+# for ctest. Prints what failed, with its output, and a summary; the full list goes to tests.log there.
 run_tests() {
-    local -r folder=$root/build/$1
+    local -r folder=$builds/$1
+    local -r log=$folder/tests.log
+    local terminal=
     shift
-    ctest --test-dir "$folder" --output-on-failure --no-tests=error --parallel "$(nproc)" "$@"
+    if [[ -t 1 ]]; then terminal=yes; fi
+    ctest --test-dir "$folder" --output-on-failure --no-tests=error --parallel "$(nproc)" "$@" 2>&1 |
+        tee "$log" | awk -v list="$log" -v terminal="$terminal" '
+            /^ +Start +[0-9]+: / { next }
+            /^ *[0-9]+\/[0-9]+ +Test +#[0-9]+: .* Passed +[0-9.]+ sec *$/ {
+                if (terminal) printf "\r%s ", $1
+                next
+            }
+            terminal && !cleared && /^ *[0-9]+% tests passed/ { printf "\r"; cleared = 1 }
+            /^[0-9]+% tests passed/ { print "The result of each test is in " list "\n" }
+            { print; fflush() }'
 }
 
 # record NAME TEXT keeps the result of a run, with its date and the commit, for scripts/status.
@@ -82,6 +314,6 @@ record() {
     local commit
     commit=$(git -C "$root" rev-parse --short HEAD 2>/dev/null || echo "no commit")
     [[ -z $(git -C "$root" status --porcelain --untracked-files=no 2>/dev/null) ]] || commit+=", changed"
-    mkdir -p "$root/build/last-runs"
-    printf '%s | %s, %s\n' "$2" "$(date +%F)" "$commit" >"$root/build/last-runs/$1"
+    mkdir -p "$builds/last-runs"
+    printf '%s | %s, %s\n' "$2" "$(date +%F)" "$commit" >"$builds/last-runs/$1"
 }
