@@ -72,15 +72,15 @@ compiles() {
 # find_compiler sets `compiler` to the one that CXX names, or to the first that works.
 compiler=
 find_compiler() {
-    local candidate
+    local candidate candidates=(g++ clang++ c++)
     [[ -z $compiler ]] || return 0
-    for candidate in ${CXX:+"$CXX"} g++ clang++ c++; do
+    [[ -z ${CXX-} ]] || candidates=("$CXX")
+    for candidate in "${candidates[@]}"; do
         candidate=$(type -P "$candidate") || continue
         if compiles "$candidate"; then
             compiler=$candidate
             return
         fi
-        [[ -z ${CXX-} ]] || break
     done
     [[ -z ${CXX-} ]] || fail "CXX names '$CXX', which does not compile C++17"
     return 1
