@@ -1,37 +1,52 @@
-# Has CPack make two Debian packages of what is installed: the shared library, which programs need
-# to run, and the rest, which it takes to build them. scripts/package builds for it and starts it.
+# Has CPack make Debian packages of what is installed: one for each shared library, which programs
+# need to run, and one for all the rest, which it takes to build them. scripts/package builds for it
+# and starts it.
 set(debian ${PROJECT_SOURCE_DIR}/packaging/debian)
-set(runtime CPACK_DEBIAN_FOUNDATION_JSON_RUNTIME)
 set(development CPACK_DEBIAN_FOUNDATION_JSON_DEVELOPMENT)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "foundation-json developers <noreply@foundation-json.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # that of each package is the first line below
-set(CPACK_COMPONENTS_ALL foundation_json_Runtime foundation_json_Development)
+set(CPACK_COMPONENTS_ALL foundation_json_Development)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_PRE_BUILD_SCRIPTS ${debian}/add_documents.cmake)
+set(CPACK_FOUNDATION_JSON_CONTROL ${PROJECT_BINARY_DIR}/packaging)
+set(CPACK_PRE_BUILD_SCRIPTS ${debian}/finish_files.cmake)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SOURCE foundation-json)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(description "foundation::json holds JSON data in memory, builds and compares it,
 and writes it as compact or indented JSON text.
 .")
 
-set(${runtime}_PACKAGE_NAME libfoundation-json${PROJECT_VERSION_MAJOR})
-set(${runtime}_PACKAGE_SECTION libs)
-set(${runtime}_PACKAGE_SHLIBDEPS ON)
-set(${runtime}_PACKAGE_CONTROL_EXTRA ${debian}/triggers)
-set(${runtime}_DESCRIPTION "model of JSON data and writer of JSON text
+# runtime_package(COMPONENT PACKAGE LIBRARY SUMMARY) describes the package of a shared library.
+set(runtime_packages)
+macro(runtime_package component package library summary)
+    string(TOUPPER ${component} runtime)
+    set(runtime CPACK_DEBIAN_${runtime})
+    list(APPEND CPACK_COMPONENTS_ALL ${component})
+    list(APPEND runtime_packages "${package} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
+    # What programs that are linked with it depend on. CPack would write this file too, and with it
+    # scripts that do what the trigger does.
+    file(WRITE ${CPACK_FOUNDATION_JSON_CONTROL}/${package}/shlibs
+        "${library} ${PROJECT_VERSION_MAJOR} ${package} (>= ${PROJECT_VERSION})\n")
+    set(${runtime}_PACKAGE_NAME ${package})
+    set(${runtime}_PACKAGE_SECTION libs)
+    set(${runtime}_PACKAGE_SHLIBDEPS ON)
+    set(${runtime}_PACKAGE_CONTROL_EXTRA ${debian}/triggers
+        ${CPACK_FOUNDATION_JSON_CONTROL}/${package}/shlibs
+        ${CPACK_FOUNDATION_JSON_CONTROL}/${package}/symbols)
+    set(${runtime}_DESCRIPTION "${summary}
 ${description}
 This package contains the shared library.")
+endmacro()
+
+runtime_package(foundation_json_Runtime libfoundation-json${PROJECT_VERSION_MAJOR} libfoundation_json
+    "model of JSON data and writer of JSON text")
 
 # The headers include those of Boost. A value holds a Boost type, so the version must be the one
 # that the library was built with. ICU and fast_float are the library's own matter.
@@ -39,12 +54,12 @@ math(EXPR next_minor "${Boost_VERSION_MINOR} + 1")
 set(${development}_PACKAGE_NAME libfoundation-json-dev)
 set(${development}_PACKAGE_SECTION libdevel)
 string(JOIN ", " ${development}_PACKAGE_DEPENDS
-    "${${runtime}_PACKAGE_NAME} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})"
+    ${runtime_packages}
     "libboost-dev (>= ${Boost_VERSION_MAJOR}.${Boost_VERSION_MINOR})"
     "libboost-dev (<< ${Boost_VERSION_MAJOR}.${next_minor}~)")
 set(${development}_DESCRIPTION "model of JSON data and writer of JSON text (development files)
 ${description}
-This package contains the headers, and what CMake and pkg-config need to find
-the library.")
+This package contains the headers, the static library, what CMake and
+pkg-config need to find either library, and examples.")
 
 include(CPack)

@@ -1,41 +1,17 @@
-# Installs the headers, the library, its CMake package and its pkg-config file. All paths within
-# them are relative to where they lie, so an installed tree may be moved.
+# Installs the headers, the libraries, their CMake package and their pkg-config files. All paths
+# within them are relative to where they lie, so an installed tree may be moved.
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/foundation_json)
 set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+set(development COMPONENT foundation_json_Development)
 
 install(DIRECTORY include/foundation
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
-    COMPONENT foundation_json_Development
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} ${development}
     FILES_MATCHING PATTERN *.hpp)
 
-install(TARGETS foundation_json foundation_json_parser
-    EXPORT foundation_json-targets
-    RUNTIME COMPONENT foundation_json_Runtime
-    LIBRARY COMPONENT foundation_json_Runtime NAMELINK_COMPONENT foundation_json_Development
-    ARCHIVE COMPONENT foundation_json_Development
-    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-
-install(EXPORT foundation_json-targets
-    NAMESPACE foundation::
-    DESTINATION ${package_dir}
-    COMPONENT foundation_json_Development)
-
-configure_package_config_file(
-    ${PROJECT_SOURCE_DIR}/packaging/foundation_json-config.cmake.in
-    ${PROJECT_BINARY_DIR}/packaging/foundation_json-config.cmake
-    INSTALL_DESTINATION ${package_dir}
-    NO_SET_AND_CHECK_MACRO)
-write_basic_package_version_file(
-    ${PROJECT_BINARY_DIR}/packaging/foundation_json-config-version.cmake
-    COMPATIBILITY SameMajorVersion)
-install(FILES
-    ${PROJECT_BINARY_DIR}/packaging/foundation_json-config.cmake
-    ${PROJECT_BINARY_DIR}/packaging/foundation_json-config-version.cmake
-    DESTINATION ${package_dir}
-    COMPONENT foundation_json_Development)
+# ---- Libraries -------------------------------------------------------------------------------
 
 # pkg-config knows the folder of the file itself; the rest follows from that. Absolute folders
 # cannot move with it and stay as they are.
@@ -53,20 +29,82 @@ foreach(kind IN ITEMS LIBDIR INCLUDEDIR)
         set(PKGCONFIG_${kind} "\${prefix}/${CMAKE_INSTALL_${kind}}")
     endif()
 endforeach()
-# The shared library has ICU linked in; whoever links the static one needs it too, with or without
-# the option --static, since there is no other library beside it.
-set(PKGCONFIG_REQUIRES)
-set(PKGCONFIG_CFLAGS)
-if(NOT BUILD_SHARED_LIBS)
-    set(PKGCONFIG_REQUIRES icu-uc)
-    set(PKGCONFIG_CFLAGS " -DFOUNDATION_JSON_STATIC")
+
+# foundation_json_install(NAME
+#     RUNTIME COMPONENT        of what programs need to run
+#     DESCRIPTION TEXT         for pkg-config
+#     REQUIRES MODULE...       pkg-config modules that callers need besides
+#     STATIC_REQUIRES ...      and those that callers of a static library need
+#     STATIC_LIBRARIES ...     the same as libraries)
+function(foundation_json_install name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "RUNTIME;DESCRIPTION"
+        "REQUIRES;STATIC_REQUIRES;STATIC_LIBRARIES")
+    install(TARGETS ${name}
+        EXPORT foundation_json-targets
+        RUNTIME COMPONENT ${arg_RUNTIME}
+        LIBRARY COMPONENT ${arg_RUNTIME} NAMELINK_COMPONENT foundation_json_Development
+        ARCHIVE ${development}
+        INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+    if(TARGET ${name}_static)
+        install(TARGETS ${name}_static
+            EXPORT foundation_json-static-targets
+            ARCHIVE ${development}
+            INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+    endif()
+
+    # The shared library has all linked in; whoever links the static one alone needs the rest too,
+    # with or without the option --static. Where both are there, it takes that option, and no module
+    # that would have to be there for callers of the shared library.
+    set(PKGCONFIG_CFLAGS)
+    set(PKGCONFIG_STATIC_LIBRARIES)
+    if(NOT BUILD_SHARED_LIBS)
+        list(APPEND arg_REQUIRES ${arg_STATIC_REQUIRES})
+        set(PKGCONFIG_CFLAGS " -DFOUNDATION_JSON_STATIC")
+    elseif(TARGET ${name}_static)
+        list(JOIN arg_STATIC_LIBRARIES " " PKGCONFIG_STATIC_LIBRARIES)
+    endif()
+    list(JOIN arg_REQUIRES " " PKGCONFIG_REQUIRES)
+    set(PKGCONFIG_NAME ${name})
+    set(PKGCONFIG_DESCRIPTION ${arg_DESCRIPTION})
+    configure_file(
+        ${PROJECT_SOURCE_DIR}/packaging/library.pc.in
+        ${PROJECT_BINARY_DIR}/packaging/${name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/packaging/${name}.pc
+        DESTINATION ${pkgconfig_dir} ${development})
+endfunction()
+
+foundation_json_install(foundation_json
+    RUNTIME foundation_json_Runtime
+    DESCRIPTION ${PROJECT_DESCRIPTION}
+    STATIC_REQUIRES icu-uc
+    STATIC_LIBRARIES -licuuc -licudata)
+
+# ---- The CMake package -----------------------------------------------------------------------
+
+install(EXPORT foundation_json-targets
+    NAMESPACE foundation::
+    DESTINATION ${package_dir} ${development})
+if(TARGET foundation_json_static)
+    install(EXPORT foundation_json-static-targets
+        NAMESPACE foundation::
+        DESTINATION ${package_dir} ${development})
 endif()
-configure_file(
-    ${PROJECT_SOURCE_DIR}/packaging/foundation_json.pc.in
-    ${PROJECT_BINARY_DIR}/packaging/foundation_json.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/packaging/foundation_json.pc
-    DESTINATION ${pkgconfig_dir}
-    COMPONENT foundation_json_Development)
+
+configure_package_config_file(
+    ${PROJECT_SOURCE_DIR}/packaging/foundation_json-config.cmake.in
+    ${PROJECT_BINARY_DIR}/packaging/foundation_json-config.cmake
+    INSTALL_DESTINATION ${package_dir}
+    NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(
+    ${PROJECT_BINARY_DIR}/packaging/foundation_json-config-version.cmake
+    COMPATIBILITY SameMajorVersion)
+install(FILES
+    ${PROJECT_SOURCE_DIR}/packaging/foundation_json-boost.cmake
+    ${PROJECT_BINARY_DIR}/packaging/foundation_json-config.cmake
+    ${PROJECT_BINARY_DIR}/packaging/foundation_json-config-version.cmake
+    DESTINATION ${package_dir} ${development})
+
+# ---- Debuggers -------------------------------------------------------------------------------
 
 # What shows values in debuggers. For the shared library, gdb finds the script by itself: below its
 # folder for that, under the full name of the library.
