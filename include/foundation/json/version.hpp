@@ -3,8 +3,8 @@
 ///
 ///     #include <foundation/json/version.hpp>
 ///
-///     #if FOUNDATION_JSON_VERSION >= 10200 // 1.2.0
-///     ...
+///     #if FOUNDATION_JSON_VERSION < 10000
+///     #error "foundation::json 1.0.0 or later is needed"
 ///     #endif
 ///
 /// No other header includes this one. docs/versioning.md tells what the numbers promise.
