@@ -47,6 +47,8 @@ endmacro()
 
 runtime_package(foundation_json_Runtime libfoundation-json${PROJECT_VERSION_MAJOR} libfoundation_json
     "model of JSON data and writer of JSON text")
+runtime_package(foundation_json_parser_Runtime libfoundation-json-parser${PROJECT_VERSION_MAJOR}
+    libfoundation_json_parser "reader of JSON text")
 
 # The headers include those of Boost. A value holds a Boost type, so the version must be the one
 # that the library was built with. ICU and fast_float are the library's own matter.

@@ -78,6 +78,12 @@ foundation_json_install(foundation_json
     DESCRIPTION ${PROJECT_DESCRIPTION}
     STATIC_REQUIRES icu-uc
     STATIC_LIBRARIES -licuuc -licudata)
+foundation_json_install(foundation_json_parser
+    RUNTIME foundation_json_parser_Runtime
+    DESCRIPTION "A reader of JSON text"
+    REQUIRES "foundation_json = ${PROJECT_VERSION}"
+    STATIC_REQUIRES icu-uc
+    STATIC_LIBRARIES -licuuc -licudata)
 
 # ---- The CMake package -----------------------------------------------------------------------
 
