@@ -94,7 +94,8 @@ TYPED_TEST(NumberTextInAnyEnvironment, FollowsTheRuleForRandomSubnormalBits) {
     constexpr Word mantissa = NumberBits<TypeParam>::implicit_bit - 1;
     for (std::size_t i = 0; i < test::test_rounds() / 2; ++i) {
         const Word word = static_cast<Word>(random()) & ~NumberBits<TypeParam>::infinity;
-        const Word shifted = static_cast<Word>((word & mantissa) >> (random() % 52));
+        const Word shifted = static_cast<Word>((word & mantissa) >>
+                                               (random() % NumberBits<TypeParam>::mantissa_bits));
         const Word sign = word & ~mantissa;
         expect_the_rule(any_environment(random), test::number_of<TypeParam>(sign | shifted));
     }
