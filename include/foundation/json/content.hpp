@@ -89,16 +89,14 @@ struct TypeList {
 using Contents = TypeList<Undefined, Null, bool, double, std::string, Array, Object, float,
                           long long, unsigned long long>;
 
-/// Gives the address of content of one type, null for any other.
-template <class Content>
-struct AddressOf {
-    using result_type = Content*;
+/// Gives the address of content, whatever its type. Pointer is a pointer to void.
+template <class Pointer>
+struct AddressOfContent {
+    using result_type = Pointer;
 
-    Content* operator()(Content& content) const noexcept { return &content; }
-
-    template <class Other>
-    Content* operator()(Other&) const noexcept {
-        return nullptr;
+    template <class Content>
+    Pointer operator()(Content& content) const noexcept {
+        return &content;
     }
 };
 
@@ -119,8 +117,9 @@ struct ValueAccess {
     template <class T, class AnyValue>
     [[gnu::always_inline, gnu::flatten]] static ContentOf<AnyValue, T>&
     content(AnyValue& value) noexcept {
-        AddressOf<ContentOf<AnyValue, T>> address;
-        return *variant(value).apply_visitor(address);
+        AddressOfContent<ContentOf<AnyValue, void>*> address_of_content;
+        return *static_cast<ContentOf<AnyValue, T>*>(
+            variant(value).apply_visitor(address_of_content));
     }
 };
 
