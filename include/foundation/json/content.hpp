@@ -89,13 +89,13 @@ struct TypeList {
 using Contents = TypeList<Undefined, Null, bool, double, std::string, Array, Object, float,
                           long long, unsigned long long>;
 
-/// Gives the address of content, whatever its type. Pointer is a pointer to void.
-template <class Pointer>
-struct AddressOfContent {
-    using result_type = Pointer;
+/// Gives the address of content of any type: one visitor for all types, since each costs compilers
+/// much time.
+struct AddressOf {
+    using result_type = const void*;
 
     template <class Content>
-    Pointer operator()(Content& content) const noexcept {
+    const void* operator()(const Content& content) const noexcept {
         return &content;
     }
 };
@@ -117,9 +117,10 @@ struct ValueAccess {
     template <class T, class AnyValue>
     [[gnu::always_inline, gnu::flatten]] static ContentOf<AnyValue, T>&
     content(AnyValue& value) noexcept {
-        AddressOfContent<ContentOf<AnyValue, void>*> address_of_content;
+        const Variant& content = variant(value);
+        const AddressOf address;
         return *static_cast<ContentOf<AnyValue, T>*>(
-            variant(value).apply_visitor(address_of_content));
+            const_cast<void*>(content.apply_visitor(address)));
     }
 };
 
@@ -583,11 +584,6 @@ struct ToNumber {
     Number operator()(long long number) const { return convert(number); }
     Number operator()(unsigned long long number) const { return convert(number); }
 
-    template <class Other>
-    [[noreturn]] Number operator()(const Other&) const {
-        throw_invalid_conversion(Kind{traits<Other>::order}, traits<double>::name);
-    }
-
 private:
     template <class Content>
     static Number convert(const Content& content) {
@@ -662,7 +658,20 @@ constexpr bool require_integer() {
 template <class Number>
 Number number(const Value& value) {
     if constexpr (detail::require_number<Number>()) {
-        return visit(detail::ToNumber<Number>(), value);
+        using detail::ValueAccess;
+        const detail::ToNumber<Number> to_number;
+        switch (kind_of(value)) {
+        case Kind::number:
+            return to_number(ValueAccess::content<double>(value));
+        case Kind::float32:
+            return to_number(ValueAccess::content<float>(value));
+        case Kind::int64:
+            return to_number(ValueAccess::content<long long>(value));
+        case Kind::uint64:
+            return to_number(ValueAccess::content<unsigned long long>(value));
+        default:
+            detail::throw_invalid_conversion(kind_of(value), traits<double>::name);
+        }
     } else {
         detail::refused();
     }
