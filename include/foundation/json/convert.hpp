@@ -1,0 +1,1213 @@
+/// @file
+/// Values into a caller's own types, and back, by tables of members. Not part of json.hpp.
+///
+///     struct Server { std::string host; int port = 8080; std::vector<std::string> tags; };
+///     template <>
+///     inline constexpr auto foundation::json::members<Server> =
+///         std::tuple(required("host", &Server::host), defaulted("port", &Server::port),
+///                    defaulted("tags", &Server::tags));
+///
+///     Server server = to<Server>(value);                // a whole object, or ConversionError:
+///     // at /tags/2: invalid conversion: JSON number to JSON string
+///     int port = to_or(config, "/server/port", 8080);   // a fallback for what is missing
+///     Value copy = from(server);                        // -> {"host":...,"port":...,"tags":...}
+///     const Value* tags = find(config, "/server/tags"); // RFC 6901; null where there is nothing
+///
+///     template <>
+///     inline constexpr auto foundation::json::enumerators<Level> =
+///         std::array{std::pair{Level::low, "low"}, std::pair{Level::high, "high"}};
+///
+/// The tables stand in the global namespace, or in foundation::json, before their first use.
+/// Convertible are bool, numbers, std::string, Value, Array, Object, std::vector, array, deque,
+/// list and set, std::map and unordered_map by std::string, std::optional, pair and tuple (as
+/// arrays), types with a table, and all of these within each other. What is read into must have a
+/// default constructor. Anything else is refused by the compiler, in a sentence.
+///
+/// Conversion is strict: a wrong kind, a fraction for an integer, a number out of range, a length
+/// that does not fit are errors, and each names its place as a JSON Pointer.
+#ifndef FOUNDATION_JSON_CONVERT_HPP
+#define FOUNDATION_JSON_CONVERT_HPP
+
+#include <foundation/json/content.hpp>
+#include <foundation/json/export.hpp>
+
+#include <array>
+#include <cstddef>
+#include <deque>
+#include <list>
+#include <map>
+#include <memory>
+#include <new>
+#include <optional>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace foundation::json {
+
+/// @cond
+namespace detail {
+
+/// Appends a text as it stands between the quotes of a JSON string: quotes, backslashes and control
+/// bytes are escaped.
+inline void append_escaped(std::string& target, std::string_view text) {
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x20 || byte == 0x7f) {
+            constexpr char digits[] = "0123456789abcdef";
+            target += {'\\', 'u', '0', '0', digits[byte >> 4], digits[byte & 15]};
+            continue;
+        }
+        if (c == '"' || c == '\\') {
+            target += '\\';
+        }
+        target += c;
+    }
+}
+
+inline std::string quoted(std::string_view text) {
+    std::string result = "\"";
+    append_escaped(result, text);
+    return result += '"';
+}
+
+inline std::string describe_place(std::string_view pointer) {
+    if (pointer.empty()) {
+        return "at the root: ";
+    }
+    std::string result = "at ";
+    append_escaped(result, pointer);
+    return result += ": ";
+}
+
+} // namespace detail
+/// @endcond
+
+/// What a conversion throws. what() begins with the place, "at /servers/3/port: ", or "at the
+/// root: ", in which quotes, backslashes and control bytes are escaped as in a JSON string.
+///
+/// Throw it from checks of your own, too.
+class FOUNDATION_JSON_EXPORT ConversionError : public std::runtime_error {
+public:
+    /// @param pointer  the place, as a JSON Pointer (RFC 6901)
+    /// @param problem  what what() says after the place
+    /// @throws std::bad_alloc if memory runs out
+    ConversionError(std::string pointer, const std::string& problem)
+        : std::runtime_error(detail::describe_place(pointer) + problem),
+          pointer_(std::make_shared<const std::string>(std::move(pointer))) {}
+
+    ConversionError(const ConversionError&) = default;            ///< never throws
+    ConversionError& operator=(const ConversionError&) = default; ///< never throws
+    ~ConversionError() override = default;
+
+    /// The place, exactly: a JSON Pointer from the value that was converted, or from the root that
+    /// was given along with a pointer. The empty text is the root.
+    const std::string& pointer() const noexcept { return *pointer_; }
+
+private:
+    std::shared_ptr<const std::string> pointer_; // shared, so that copies cannot throw
+};
+
+/// What to() is to be strict about besides.
+struct ConvertOptions {
+    /// What becomes of members that a type's table does not name, at every depth.
+    enum class UnknownMembers {
+        ignore, ///< they are passed over
+        error,  ///< they are errors that list the known ones
+    };
+    UnknownMembers unknown_members = UnknownMembers::ignore; ///< passes them over by default
+};
+
+/// @cond
+namespace detail {
+
+struct NoTable {};
+
+/// An entry of a table of members.
+template <class Class, class Type>
+struct Member {
+    std::string_view name;
+    Type Class::*pointer;
+    bool is_required;
+};
+
+template <class Class, class Type>
+constexpr Member<Class, Type> make_member(std::string_view name, Type Class::*pointer,
+                                          bool is_required) {
+    static_assert(!std::is_function_v<Type>,
+                  "a table of members holds data members: give this one as &Class::data_member");
+    return {name, pointer, is_required};
+}
+
+} // namespace detail
+/// @endcond
+
+/// @name Tables
+/// @{
+
+/// The table of a class's members, specialised by whoever wants the class converted: a std::tuple
+/// of what required() and defaulted() return. See the top of the page for an example.
+///
+/// A base's members are joined by `std::tuple_cat(members<Base>, std::tuple(...))`. For the members
+/// of a class template, specialise partially: `template <class T> inline constexpr auto
+/// foundation::json::members<Range<T>> = ...`. For private members, let the class befriend a struct
+/// of yours that holds the table as a static member.
+template <class T>
+inline constexpr auto members = detail::NoTable{};
+
+/// The table of an enumeration's names, specialised likewise: a std::array of std::pair<E, const
+/// char*>. Of several names for an enumerator, the first is written and all are read.
+template <class E>
+inline constexpr auto enumerators = detail::NoTable{};
+
+/// A member that has to be there; where it is missing or Undefined, to() throws.
+/// @param name     in JSON; must outlive the table
+/// @param pointer  to a data member of the class or of a base
+template <class Class, class Type>
+constexpr auto required(std::string_view name, Type Class::*pointer) {
+    return detail::make_member(name, pointer, true);
+}
+
+/// A member that keeps what the class's default constructor gave it where it is missing or
+/// Undefined. Null is not missing: it is a wrong kind for anything but std::optional and Value.
+/// @param name     in JSON; must outlive the table
+/// @param pointer  to a data member of the class or of a base
+template <class Class, class Type>
+constexpr auto defaulted(std::string_view name, Type Class::*pointer) {
+    return detail::make_member(name, pointer, false);
+}
+/// @}
+
+/// @cond
+namespace detail {
+
+// ---- Places --------------------------------------------------------------------------------
+
+/// Where a conversion is, as a list from the innermost place outwards on the stack: it becomes a
+/// JSON Pointer only if there is an error to report.
+class Place {
+public:
+    explicit Place(std::string_view pointer) noexcept : outer_(nullptr), name_(pointer) {}
+    Place(const Place& outer, std::string_view name) noexcept : outer_(&outer), name_(name) {}
+    Place(const Place& outer, std::size_t index) noexcept
+        : outer_(&outer), index_(index), is_index_(true) {}
+    Place(const Place&) = delete;
+    Place& operator=(const Place&) = delete;
+
+    std::string pointer() const {
+        std::string result;
+        append_to(result);
+        return result;
+    }
+
+private:
+    void append_to(std::string& result) const {
+        if (outer_ == nullptr) {
+            result += name_;
+            return;
+        }
+        outer_->append_to(result);
+        result += '/';
+        if (is_index_) {
+            result += std::to_string(index_);
+            return;
+        }
+        for (const char c : name_) {
+            if (c == '~') {
+                result += "~0";
+            } else if (c == '/') {
+                result += "~1";
+            } else {
+                result += c;
+            }
+        }
+    }
+
+    const Place* outer_;
+    std::string_view name_;
+    std::size_t index_ = 0;
+    bool is_index_ = false;
+};
+
+[[noreturn, gnu::cold, gnu::noinline]] inline void fail(const Place& place,
+                                                        const std::string& problem) {
+    throw ConversionError(place.pointer(), problem);
+}
+
+[[noreturn, gnu::cold, gnu::noinline]] inline void
+fail_conversion(const Place& place, const Value& value, const char* target) {
+    fail(place, std::string("invalid conversion: ") + name_of(kind_of(value)) + " to " + target);
+}
+
+/// `head` and the quoted texts, if there are any: `; known are "a", "b"`.
+inline std::string list_of(const char* head, const std::string_view* texts, std::size_t count) {
+    std::string result;
+    for (std::size_t i = 0; i < count; ++i) {
+        result += i == 0 ? head : ", ";
+        result += quoted(texts[i]);
+    }
+    return result;
+}
+
+/// The content of type T, or an error at the place.
+template <class T>
+const T& content_at(const Value& value, const Place& place) {
+    const T* const content = get_if<T>(&value);
+    if (content == nullptr) {
+        fail_conversion(place, value, traits<T>::name);
+    }
+    return *content;
+}
+
+inline void check_length(const Array& elements, std::size_t length, const Place& place) {
+    if (elements.size() != length) {
+        fail(place, "the array has length " + std::to_string(elements.size()) + ", not " +
+                        std::to_string(length));
+    }
+}
+
+inline bool is_nothing(const Value& value) {
+    return kind_of(value) == Kind::null || kind_of(value) == Kind::undefined;
+}
+
+// ---- Objects -------------------------------------------------------------------------------
+
+/// What one call of to() goes by.
+struct Session {
+    const ConvertOptions& options;
+    std::string key; // of the lookup under way, kept for its memory
+};
+
+/// Looks up the members of a table in an object.
+class ObjectReader {
+public:
+    ObjectReader(const Value& value, const Place& place, Session& session,
+                 const std::string_view* known, std::size_t known_count)
+        : object_(content_at<Object>(value, place)),
+          place_(place),
+          session_(session),
+          known_(known),
+          known_count_(known_count) {}
+
+    const Place& place() const noexcept { return place_; }
+    Session& session() const noexcept { return session_; }
+
+    /// The member of that name; null if it is missing and not required.
+    const Value* find(std::string_view name, bool is_required) {
+        session_.key.assign(name);
+        const auto found = object_.find(session_.key);
+        if (found != object_.end()) {
+            ++found_count_;
+            if (kind_of(found->second) != Kind::undefined) {
+                return &found->second;
+            }
+        }
+        if (is_required) {
+            refuse_missing(name);
+        }
+        return nullptr;
+    }
+
+    /// To be called when all known members have been looked up.
+    void check_unknown() const {
+        if (found_count_ != object_.size() &&
+            session_.options.unknown_members == ConvertOptions::UnknownMembers::error) {
+            refuse_unknown();
+        }
+    }
+
+private:
+    /// A misspelt name is both missing and unknown; that it is unknown tells more.
+    [[noreturn, gnu::cold, gnu::noinline]] void refuse_missing(std::string_view name) const {
+        if (session_.options.unknown_members == ConvertOptions::UnknownMembers::error) {
+            refuse_unknown();
+        }
+        fail(place_, "the required member " + quoted(name) + " is missing");
+    }
+
+    /// Does nothing if all members are known.
+    [[gnu::cold, gnu::noinline]] void refuse_unknown() const {
+        for (const auto& [name, value] : object_) {
+            if (!is_known(name)) {
+                fail(Place(place_, name), "the member " + quoted(name) + " is unknown" +
+                                              list_of("; known are ", known_, known_count_));
+            }
+        }
+    }
+
+    bool is_known(std::string_view name) const {
+        for (std::size_t i = 0; i < known_count_; ++i) {
+            if (known_[i] == name) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    const Object& object_;
+    const Place& place_;
+    Session& session_;
+    const std::string_view* known_;
+    std::size_t known_count_;
+    std::size_t found_count_ = 0;
+};
+
+/// Makes values arrays and objects, and gives objects members.
+class Writer {
+public:
+    Array& make_array(Value& target) {
+        assign_empty<Array>(target, array_);
+        return get<Array>(target);
+    }
+
+    Object& make_object(Value& target) {
+        assign_empty<Object>(target, object_);
+        return get<Object>(target);
+    }
+
+    /// The new member of that name; mostly they come in order.
+    static Value& add_member(Object& object, std::string_view name) {
+        return object.try_emplace(object.end(), std::string(name))->second;
+    }
+
+private:
+    /// A copy of an empty container costs one allocation; moved into a value, it would cost two.
+    template <class Container>
+    static void assign_empty(Value& target, std::optional<Value>& empty) {
+        if (!empty) {
+            empty.emplace(Container());
+        }
+        target = *empty;
+    }
+
+    std::optional<Value> array_;
+    std::optional<Value> object_;
+};
+
+// ---- Which types ---------------------------------------------------------------------------
+
+template <class T>
+constexpr bool has_members = !std::is_same_v<std::remove_cv_t<decltype(members<T>)>, NoTable>;
+
+template <class T>
+constexpr bool has_enumerators =
+    !std::is_same_v<std::remove_cv_t<decltype(enumerators<T>)>, NoTable>;
+
+template <class T>
+constexpr bool is_character() {
+    if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
+        return !std::is_same_v<T, std::make_signed_t<T>> &&
+               !std::is_same_v<T, std::make_unsigned_t<T>>;
+    } else {
+        return false;
+    }
+}
+
+enum class Category { number, enumeration, object, other };
+
+template <class T>
+constexpr Category category_of() {
+    if constexpr (std::is_const_v<T> || std::is_volatile_v<T>) {
+        return Category::other;
+    } else if constexpr (std::is_arithmetic_v<T>) {
+        return std::is_same_v<T, bool> || is_character<T>() ? Category::other : Category::number;
+    } else if constexpr (std::is_enum_v<T>) {
+        return has_enumerators<T> ? Category::enumeration : Category::other;
+    } else if constexpr (std::is_class_v<T>) {
+        return has_members<T> ? Category::object : Category::other;
+    } else {
+        return Category::other;
+    }
+}
+
+/// Refuses, at compile time, a type that nothing is known about.
+template <class T>
+constexpr bool refuse_type() {
+    constexpr bool refers = std::is_pointer_v<T> || std::is_reference_v<T> || std::is_array_v<T> ||
+                            std::is_same_v<std::remove_cv_t<T>, std::string_view>;
+    constexpr bool is_const = std::is_const_v<T> || std::is_volatile_v<T>;
+    static_assert(!refers, "a pointer, reference, view or C array cannot be converted: use "
+                           "std::string for a text, std::vector or std::array for elements, "
+                           "std::optional for what may be missing");
+    static_assert(refers || !is_const, "name the type without const and volatile");
+    static_assert(is_const || !is_character<T>(),
+                  "a character cannot be converted: use std::string for a text, signed char or "
+                  "unsigned char for a number");
+    static_assert(is_const || !std::is_enum_v<T>,
+                  "to convert this enumeration, specialise foundation::json::enumerators for it: "
+                  "an array of pairs of enumerator and name");
+    static_assert(refers || is_const || is_character<T>() || std::is_enum_v<T>,
+                  "to convert this type, specialise foundation::json::members for it: a "
+                  "std::tuple of required(name, member) and defaulted(name, member)");
+    return false;
+}
+
+/// Refuses, at compile time, to make what has no default constructor.
+template <class T>
+constexpr bool require_default() {
+    static_assert(std::is_default_constructible_v<T>,
+                  "to convert a Value to this type, give it a default constructor: an object is "
+                  "made first, and then its members are read");
+    return std::is_default_constructible_v<T>;
+}
+
+/// Whether no text occurs twice.
+constexpr bool all_different(const std::string_view* texts, std::size_t count) {
+    for (std::size_t i = 1; i < count; ++i) {
+        for (std::size_t j = 0; j < i; ++j) {
+            if (texts[i] == texts[j]) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+// ---- Tables --------------------------------------------------------------------------------
+
+/// What can be said of a table without its class.
+template <class Table>
+struct MemberTable {
+    static constexpr bool is_valid = false;
+};
+
+template <class... Classes, class... Types>
+struct MemberTable<std::tuple<Member<Classes, Types>...>> {
+    static constexpr bool is_valid = true;
+
+    template <class T>
+    static constexpr bool belongs_to = (std::is_base_of_v<Classes, T> && ...);
+};
+
+/// The table of T, with its names in an array.
+template <class T,
+          class Indexes =
+              std::make_index_sequence<std::tuple_size_v<std::remove_cv_t<decltype(members<T>)>>>>
+struct Names;
+
+template <class T, std::size_t... I>
+struct Names<T, std::index_sequence<I...>> {
+    static constexpr std::size_t count = sizeof...(I);
+    static constexpr std::array<std::string_view, count> texts{std::get<I>(members<T>).name...};
+};
+
+/// Refuses, at compile time, a table of members with a mistake in it.
+template <class T>
+constexpr bool require_members() {
+    using Table = MemberTable<std::remove_cv_t<decltype(members<T>)>>;
+    static_assert(Table::is_valid, "foundation::json::members has to be a std::tuple of what "
+                                   "required(name, member) and defaulted(name, member) return");
+    if constexpr (Table::is_valid) {
+        constexpr bool belong = Table::template belongs_to<T>;
+        static_assert(belong, "foundation::json::members names a member of another class, which is "
+                              "no base of this one");
+        constexpr bool differ = all_different(Names<T>::texts.data(), Names<T>::count);
+        static_assert(differ, "foundation::json::members names two members the same");
+        return belong && differ;
+    } else {
+        return false;
+    }
+}
+
+/// What can be said of a table of names.
+template <class E, class Table>
+struct EnumeratorTable {
+    static constexpr bool is_valid = false;
+};
+
+template <class E, std::size_t Count>
+struct EnumeratorTable<E, std::array<std::pair<E, const char*>, Count>> {
+    static constexpr bool is_valid = true;
+    static constexpr std::size_t count = Count;
+
+    static constexpr std::array<std::string_view, Count> names() {
+        std::array<std::string_view, Count> result;
+        for (std::size_t i = 0; i < Count; ++i) {
+            result[i] = enumerators<E>[i].second;
+        }
+        return result;
+    }
+    static constexpr std::array<std::string_view, Count> texts = names();
+};
+
+template <class E>
+using EnumeratorTableOf = EnumeratorTable<E, std::remove_cv_t<decltype(enumerators<E>)>>;
+
+/// Refuses, at compile time, a table of names with a mistake in it.
+template <class E>
+constexpr bool require_enumerators() {
+    using Table = EnumeratorTableOf<E>;
+    static_assert(Table::is_valid, "foundation::json::enumerators has to be a std::array of "
+                                   "std::pair<E, const char*>, with E this enumeration");
+    if constexpr (Table::is_valid) {
+        constexpr bool differ = all_different(Table::texts.data(), Table::count);
+        static_assert(differ, "foundation::json::enumerators has the same name twice");
+        return differ;
+    } else {
+        return false;
+    }
+}
+
+// ---- Converters ----------------------------------------------------------------------------
+
+/// What converters of types derive from that nothing is known about.
+struct Refused {};
+
+/// How a type is converted.
+///
+/// read() changes what is there: the members of a class keep what they held where nothing is read
+/// into them, and containers are emptied first. write() is given a value that is Undefined.
+template <class T, Category = category_of<T>()>
+struct Converter : Refused {
+    static_assert(!refuse_type<T>());
+    static void read(T&, const Value&, const Place&, Session&) {}
+    static void write(Value&, const T&, const Place&, Writer&) {}
+};
+
+/// What a Value holds as it is.
+template <class T>
+struct PlainConverter {
+    static void read(T& target, const Value& value, const Place& place, Session&) {
+        target = content_at<T>(value, place);
+    }
+    static void write(Value& target, const T& content, const Place&, Writer&) {
+        target = Value(content);
+    }
+};
+
+template <>
+struct Converter<bool> {
+    static void read(bool& target, const Value& value, const Place& place, Session&) {
+        target = content_at<bool>(value, place);
+    }
+    static void write(Value& target, bool content, const Place&, Writer&) {
+        target = Value(content);
+    }
+};
+
+template <>
+struct Converter<std::string> : PlainConverter<std::string> {};
+
+template <>
+struct Converter<Array> : PlainConverter<Array> {};
+
+template <>
+struct Converter<Object> : PlainConverter<Object> {};
+
+template <>
+struct Converter<Value> {
+    static void read(Value& target, const Value& value, const Place&, Session&) { target = value; }
+    static void write(Value& target, const Value& content, const Place&, Writer&) {
+        target = content;
+    }
+};
+
+template <class T>
+struct Converter<T, Category::number> {
+
+    static void read(T& target, const Value& value, const Place& place, Session&) {
+        try {
+            target = number<T>(value);
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception& error) {
+            fail(place, error.what());
+        }
+    }
+
+    static void write(Value& target, const T& content, const Place&, Writer&) {
+        if constexpr (std::is_floating_point_v<T>) {
+            // Only a float stays what it is.
+            using Held = std::conditional_t<std::is_same_v<T, float>, float, double>;
+            target = Value(static_cast<Held>(content));
+        } else if constexpr (std::is_same_v<decltype(+content), int>) {
+            target = Value(int{content});
+        } else {
+            target = integer(content);
+        }
+    }
+};
+
+template <class E>
+struct Converter<E, Category::enumeration> {
+
+    static void read(E& target, const Value& value, const Place& place, Session&) {
+        if constexpr (require_enumerators<E>()) {
+            const std::string_view name = content_at<std::string>(value, place);
+            for (std::size_t i = 0; i < Table::count; ++i) {
+                if (Table::texts[i] == name) {
+                    target = enumerators<E>[i].first;
+                    return;
+                }
+            }
+            fail(place, "the enumerator " + quoted(name) + " is unknown" +
+                            list_of("; known are ", Table::texts.data(), Table::count));
+        }
+    }
+
+    static void write(Value& target, const E& content, const Place& place, Writer&) {
+        if constexpr (require_enumerators<E>()) {
+            for (const auto& [enumerator, name] : enumerators<E>) {
+                if (enumerator == content) {
+                    target = Value(name);
+                    return;
+                }
+            }
+            fail(place, "the enumerator " +
+                            std::to_string(static_cast<std::underlying_type_t<E>>(content)) +
+                            " has no name" +
+                            list_of("; named are ", Table::texts.data(), Table::count));
+        }
+    }
+
+private:
+    using Table = EnumeratorTableOf<E>;
+};
+
+template <class T>
+struct IsOptional : std::false_type {};
+
+template <class T>
+struct IsOptional<std::optional<T>> : std::true_type {};
+
+template <class T>
+struct Converter<T, Category::object> {
+
+    static void read(T& target, const Value& value, const Place& place, Session& session) {
+        if constexpr (require_members<T>()) {
+            using Known = Names<T>;
+            ObjectReader reader(value, place, session, Known::texts.data(), Known::count);
+            read_members(target, reader, std::make_index_sequence<Known::count>());
+            reader.check_unknown();
+        }
+    }
+
+    static void write(Value& target, const T& content, const Place& place, Writer& writer) {
+        if constexpr (require_members<T>()) {
+            write_members(writer.make_object(target), content, place, writer,
+                          std::make_index_sequence<Names<T>::count>());
+        }
+    }
+
+private:
+    template <std::size_t... I>
+    static void read_members(T& target, ObjectReader& reader, std::index_sequence<I...>) {
+        (read_member(target, std::get<I>(members<T>), reader), ...);
+    }
+
+    template <class Class, class Type>
+    static void read_member(T& target, const Member<Class, Type>& member, ObjectReader& reader) {
+        static_assert(!std::is_const_v<Type>, "a member that is const cannot be read into");
+        if constexpr (!std::is_const_v<Type>) {
+            const Value* const found = reader.find(member.name, member.is_required);
+            if (found != nullptr) {
+                Converter<Type>::read(target.*member.pointer, *found,
+                                      Place(reader.place(), member.name), reader.session());
+            }
+        }
+    }
+
+    template <std::size_t... I>
+    static void write_members(Object& target, const T& content, const Place& place, Writer& writer,
+                              std::index_sequence<I...>) {
+        (write_member(target, content, std::get<I>(members<T>), place, writer), ...);
+    }
+
+    template <class Class, class Type>
+    static void write_member(Object& target, const T& content, const Member<Class, Type>& member,
+                             const Place& place, Writer& writer) {
+        using Plain = std::remove_cv_t<Type>;
+        if (!may_leave_out(content, member)) {
+            Converter<Plain>::write(Writer::add_member(target, member.name),
+                                    content.*member.pointer, Place(place, member.name), writer);
+        }
+    }
+
+    /// Whether what is written without this member reads back the same.
+    template <class Class, class Type>
+    static bool may_leave_out(const T& content, const Member<Class, Type>& member) {
+        using Plain = std::remove_cv_t<Type>;
+        if constexpr (std::is_same_v<Plain, Value>) {
+            return kind_of(content.*member.pointer) == Kind::undefined;
+        } else if constexpr (IsOptional<Plain>::value) {
+            if (member.is_required || content.*member.pointer) {
+                return false;
+            }
+            if constexpr (std::is_default_constructible_v<T>) {
+                return !(T{}.*member.pointer);
+            } else {
+                return true;
+            }
+        } else {
+            return false;
+        }
+    }
+};
+
+template <class T>
+struct Converter<std::optional<T>, Category::other> {
+
+    static void read(std::optional<T>& target, const Value& value, const Place& place,
+                     Session& session) {
+        target.reset();
+        if constexpr (require_default<T>()) {
+            if (!is_nothing(value)) {
+                Converter<T>::read(target.emplace(), value, place, session);
+            }
+        }
+    }
+
+    static void write(Value& target, const std::optional<T>& content, const Place& place,
+                      Writer& writer) {
+        if (content) {
+            Converter<T>::write(target, *content, place, writer);
+        } else {
+            target = Value(Null());
+        }
+    }
+};
+
+/// Writes the elements of any container, in its order.
+template <class T, class Container>
+void write_elements(Value& target, const Container& content, const Place& place, Writer& writer) {
+    Array& elements = writer.make_array(target);
+    elements.resize(content.size());
+    std::size_t i = 0;
+    for (const T& element : content) {
+        Converter<T>::write(elements[i], element, Place(place, i), writer);
+        ++i;
+    }
+}
+
+/// A container that is given its size before the elements are read into it.
+template <class Container>
+struct SequenceConverter {
+    using T = typename Container::value_type;
+
+    static void read(Container& target, const Value& value, const Place& place, Session& session) {
+        const Array& elements = content_at<Array>(value, place);
+        if constexpr (require_default<T>()) {
+            target.clear();
+            target.resize(elements.size());
+            read_elements(target, elements, place, session);
+        }
+    }
+
+    static void read_elements(Container& target, const Array& elements, const Place& place,
+                              Session& session) {
+        std::size_t i = 0;
+        for (T& element : target) {
+            Converter<T>::read(element, elements[i], Place(place, i), session);
+            ++i;
+        }
+    }
+
+    static void write(Value& target, const Container& content, const Place& place, Writer& writer) {
+        write_elements<T>(target, content, place, writer);
+    }
+};
+
+template <class T, class Allocator>
+struct Converter<std::vector<T, Allocator>, Category::other>
+    : SequenceConverter<std::vector<T, Allocator>> {};
+
+template <class T, class Allocator>
+struct Converter<std::deque<T, Allocator>, Category::other>
+    : SequenceConverter<std::deque<T, Allocator>> {};
+
+template <class T, class Allocator>
+struct Converter<std::list<T, Allocator>, Category::other>
+    : SequenceConverter<std::list<T, Allocator>> {};
+
+/// Its elements have no address.
+template <class Allocator>
+struct Converter<std::vector<bool, Allocator>, Category::other> {
+
+    static void read(std::vector<bool, Allocator>& target, const Value& value, const Place& place,
+                     Session&) {
+        const Array& elements = content_at<Array>(value, place);
+        target.assign(elements.size(), false);
+        for (std::size_t i = 0; i < elements.size(); ++i) {
+            target[i] = content_at<bool>(elements[i], Place(place, i));
+        }
+    }
+
+    static void write(Value& target, const std::vector<bool, Allocator>& content, const Place&,
+                      Writer& writer) {
+        writer.make_array(target).assign(content.begin(), content.end());
+    }
+};
+
+template <class T, std::size_t Length>
+struct Converter<std::array<T, Length>, Category::other> {
+
+    static void read(std::array<T, Length>& target, const Value& value, const Place& place,
+                     Session& session) {
+        const Array& elements = content_at<Array>(value, place);
+        check_length(elements, Length, place);
+        SequenceConverter<std::array<T, Length>>::read_elements(target, elements, place, session);
+    }
+
+    static void write(Value& target, const std::array<T, Length>& content, const Place& place,
+                      Writer& writer) {
+        write_elements<T>(target, content, place, writer);
+    }
+};
+
+template <class T, class Compare, class Allocator>
+struct Converter<std::set<T, Compare, Allocator>, Category::other> {
+
+    static void read(std::set<T, Compare, Allocator>& target, const Value& value,
+                     const Place& place, Session& session) {
+        const Array& elements = content_at<Array>(value, place);
+        target.clear();
+        if constexpr (require_default<T>()) {
+            for (std::size_t i = 0; i < elements.size(); ++i) {
+                const Place element_place(place, i);
+                T element{};
+                Converter<T>::read(element, elements[i], element_place, session);
+                target.insert(target.end(), std::move(element));
+                if (target.size() != i + 1) {
+                    fail(element_place, "the set has this element already");
+                }
+            }
+        }
+    }
+
+    static void write(Value& target, const std::set<T, Compare, Allocator>& content,
+                      const Place& place, Writer& writer) {
+        write_elements<T>(target, content, place, writer);
+    }
+};
+
+/// A map by std::string.
+template <class Map>
+struct MapConverter {
+    using T = typename Map::mapped_type;
+
+    static void read(Map& target, const Value& value, const Place& place, Session& session) {
+        const Object& object = content_at<Object>(value, place);
+        target.clear();
+        if constexpr (require_default<T>()) {
+            for (const auto& [name, member] : object) {
+                const Place member_place(place, name);
+                const std::size_t size = target.size();
+                const auto added = target.try_emplace(target.end(), name);
+                if (target.size() == size) {
+                    fail(member_place, "the map has this name already");
+                }
+                Converter<T>::read(added->second, member, member_place, session);
+            }
+        }
+    }
+
+    static void write(Value& target, const Map& content, const Place& place, Writer& writer) {
+        Object& object = writer.make_object(target);
+        for (const auto& [name, element] : content) {
+            Converter<T>::write(Writer::add_member(object, name), element, Place(place, name),
+                                writer);
+        }
+    }
+};
+
+template <class T, class Compare, class Allocator>
+struct Converter<std::map<std::string, T, Compare, Allocator>, Category::other>
+    : MapConverter<std::map<std::string, T, Compare, Allocator>> {};
+
+template <class T, class Hash, class Equal, class Allocator>
+struct Converter<std::unordered_map<std::string, T, Hash, Equal, Allocator>, Category::other>
+    : MapConverter<std::unordered_map<std::string, T, Hash, Equal, Allocator>> {};
+
+/// A pair or tuple, as an array.
+template <class Tuple, class... Types>
+struct TupleConverter {
+
+    static void read(Tuple& target, const Value& value, const Place& place, Session& session) {
+        const Array& elements = content_at<Array>(value, place);
+        check_length(elements, sizeof...(Types), place);
+        read_elements(target, elements, place, session, std::index_sequence_for<Types...>());
+    }
+
+    static void write(Value& target, const Tuple& content, const Place& place, Writer& writer) {
+        Array& elements = writer.make_array(target);
+        elements.resize(sizeof...(Types));
+        write_elements(elements, content, place, writer, std::index_sequence_for<Types...>());
+    }
+
+private:
+    template <std::size_t... I>
+    static void read_elements(Tuple& target, const Array& elements, const Place& place,
+                              Session& session, std::index_sequence<I...>) {
+        (Converter<Types>::read(std::get<I>(target), elements[I], Place(place, I), session), ...);
+    }
+
+    template <std::size_t... I>
+    static void write_elements(Array& elements, const Tuple& content, const Place& place,
+                               Writer& writer, std::index_sequence<I...>) {
+        (Converter<Types>::write(elements[I], std::get<I>(content), Place(place, I), writer), ...);
+    }
+};
+
+template <class First, class Second>
+struct Converter<std::pair<First, Second>, Category::other>
+    : TupleConverter<std::pair<First, Second>, First, Second> {};
+
+template <class... Types>
+struct Converter<std::tuple<Types...>, Category::other>
+    : TupleConverter<std::tuple<Types...>, Types...> {};
+
+/// Converts a value that lies at that place.
+template <class T>
+T read_value(const Value& value, const Place& place, const ConvertOptions& options) {
+    if constexpr (!std::is_base_of_v<Refused, Converter<T>>) {
+        if constexpr (require_default<T>()) {
+            T result{};
+            Session session{options, {}};
+            Converter<T>::read(result, value, place, session);
+            return result;
+        }
+    }
+}
+
+// ---- JSON Pointers -------------------------------------------------------------------------
+
+/// @throws std::invalid_argument if a text is no JSON Pointer
+inline void check_pointer(std::string_view pointer) {
+    const auto refuse = [&](const char* reason) {
+        throw std::invalid_argument(quoted(pointer) + " is no JSON Pointer: " + reason);
+    };
+    if (!pointer.empty() && pointer.front() != '/') {
+        refuse("it is not empty and does not begin with /");
+    }
+    for (std::size_t i = 0; i < pointer.size(); ++i) {
+        if (pointer[i] == '~' &&
+            (i + 1 == pointer.size() || (pointer[i + 1] != '0' && pointer[i + 1] != '1'))) {
+            refuse("~ is not followed by 0 or 1");
+        }
+    }
+}
+
+/// A name as a JSON Pointer that has been checked escapes it.
+inline std::string unescaped(std::string_view token) {
+    std::string name;
+    for (std::size_t i = 0; i < token.size(); ++i) {
+        if (token[i] == '~') {
+            ++i;
+            name += token[i] == '0' ? '~' : '/';
+        } else {
+            name += token[i];
+        }
+    }
+    return name;
+}
+
+/// Whether a token may stand for an element of an array, be it the one after the last.
+inline bool is_index(std::string_view token) {
+    if (token == "-") {
+        return true;
+    }
+    return !token.empty() && token.find_first_not_of("0123456789") == std::string_view::npos &&
+           (token.size() == 1 || token.front() != '0');
+}
+
+inline const Value* find_element(const Array& elements, std::string_view token) {
+    if (!is_index(token) || token == "-") {
+        return nullptr;
+    }
+    std::size_t index = 0;
+    for (const char digit : token) {
+        index = index * 10 + static_cast<std::size_t>(digit - '0');
+        if (index >= elements.size()) {
+            return nullptr; // before the index can overflow
+        }
+    }
+    return &elements[index];
+}
+
+inline const Value* find_child(const Value& value, std::string_view token) {
+    if (const Object* const object = get_if<Object>(&value)) {
+        const auto found = object->find(unescaped(token));
+        return found != object->end() ? &found->second : nullptr;
+    }
+    const Array* const elements = get_if<Array>(&value);
+    return elements != nullptr ? find_element(*elements, token) : nullptr;
+}
+
+/// How far a JSON Pointer leads.
+struct Way {
+    const Value* last;        // the last value on the way
+    std::string_view reached; // the pointer to it
+    std::string_view next;    // the token after that, empty if the way is complete
+    bool is_complete;
+};
+
+inline Way follow(const Value& root, std::string_view pointer) {
+    check_pointer(pointer);
+    const Value* value = &root;
+    std::size_t begin = 0;
+    while (begin < pointer.size()) {
+        const std::size_t slash = pointer.find('/', begin + 1);
+        const std::size_t end = slash != std::string_view::npos ? slash : pointer.size();
+        const std::string_view token = pointer.substr(begin + 1, end - begin - 1);
+        const Value* const child = find_child(*value, token);
+        if (child == nullptr) {
+            return {value, pointer.substr(0, begin), token, false};
+        }
+        value = child;
+        begin = end;
+    }
+    return {value, pointer, {}, true};
+}
+
+/// Throws if the last value on an incomplete way is of a kind that cannot have what comes next.
+inline void check_end(const Way& way) {
+    const Kind kind = kind_of(*way.last);
+    if (kind != Kind::object && !(kind == Kind::array && is_index(way.next))) {
+        fail_conversion(Place(way.reached), *way.last, traits<Object>::name);
+    }
+}
+
+/// The value that a JSON Pointer leads to. Null if it is missing; an error if what lies on the way
+/// is of a wrong kind.
+inline const Value* find_or_null(const Value& root, std::string_view pointer) {
+    const Way way = follow(root, pointer);
+    if (way.is_complete) {
+        return way.last;
+    }
+    check_end(way);
+    return nullptr;
+}
+
+/// The same; null also if there is Undefined or Null, there or on the way.
+inline const Value* find_something(const Value& root, std::string_view pointer) {
+    const Way way = follow(root, pointer);
+    if (is_nothing(*way.last)) {
+        return nullptr;
+    }
+    if (way.is_complete) {
+        return way.last;
+    }
+    check_end(way);
+    return nullptr;
+}
+
+/// What a fallback of type T is a fallback for.
+template <class T>
+using FallbackFor = std::conditional_t<std::is_same_v<T, const char*> || std::is_same_v<T, char*> ||
+                                           std::is_same_v<T, std::string_view>,
+                                       std::string, T>;
+
+} // namespace detail
+/// @endcond
+
+/// @name Conversion
+/// @{
+
+/// A value as a T.
+///
+/// A class is made by its default constructor; then its members are read into it. Members that are
+/// classes, std::array, std::pair or std::tuple keep what that constructor gave them where nothing
+/// is read; containers and std::optional are emptied first.
+/// @throws ConversionError  something in the value does not fit: a wrong kind, a number out of
+/// range
+///                          or with a fraction, a length, a required member that is missing, a name
+///                          that is unknown, an element that a set has already
+/// @throws std::bad_alloc   memory runs out
+/// @complexity linear in the size of what is read, times the logarithm of the sizes of objects;
+///             recursion as deep as the nesting of T.
+template <class T>
+T to(const Value& value, const ConvertOptions& options = {}) {
+    return detail::read_value<T>(value, detail::Place(std::string_view()), options);
+}
+
+/// What lies at a place within a value, as a T.
+///
+/// If nothing is there, a std::optional is empty, and anything else is an error.
+/// @param root     where the pointer begins, and those in errors, too
+/// @param pointer  a JSON Pointer, as for find()
+/// @throws ConversionError        as above; also if nothing is there, or if a value on the way has
+///                                neither elements nor members
+/// @throws std::invalid_argument  the text is no JSON Pointer
+/// @throws std::bad_alloc         memory runs out
+template <class T>
+T to(const Value& root, std::string_view pointer, const ConvertOptions& options = {}) {
+    const detail::Place place(pointer);
+    const Value* const value = detail::find_or_null(root, pointer);
+    if (value == nullptr) {
+        if constexpr (detail::IsOptional<T>::value) {
+            return std::nullopt;
+        }
+        detail::fail(place, "there is no value");
+    }
+    return detail::read_value<T>(*value, place, options);
+}
+
+/// What lies at a place within a value, or a fallback where it is missing, Undefined or Null, or
+/// where one of the values on the way is. What is wrong still throws.
+/// @param root      where the pointer begins
+/// @param pointer   a JSON Pointer, as for find()
+/// @param fallback  of the type to convert to; a text, such as a literal, gives a std::string
+/// @throws as to()
+template <class T>
+detail::FallbackFor<T> to_or(const Value& root, std::string_view pointer, T fallback) {
+    using Result = detail::FallbackFor<T>;
+    const Value* const value = detail::find_something(root, pointer);
+    if (value == nullptr) {
+        return Result(std::move(fallback));
+    }
+    return detail::read_value<Result>(*value, detail::Place(pointer), {});
+}
+
+/// An object of a convertible type as a value.
+///
+/// An int, and what the language promotes to int, becomes a double, as in Value; larger integers
+/// become int64 or uint64, a float stays one, and a long double becomes the nearest double. Classes
+/// become objects, and maps too; other containers, pairs and tuples become arrays. A std::optional
+/// without a value becomes Null; as a defaulted() member it is left out, unless the class's default
+/// constructor puts a value there. A Value that is Undefined is no member.
+/// @throws ConversionError  an enumerator has no name
+/// @throws std::bad_alloc   memory runs out
+/// @complexity linear in the size of the object, times the logarithm of the sizes of objects made.
+template <class T>
+Value from(const T& object) {
+    Value result;
+    detail::Writer writer;
+    detail::Converter<T>::write(result, object, detail::Place(std::string_view()), writer);
+    return result;
+}
+/// @}
+
+/// @name Places
+/// @{
+
+/// The value at a place, by its JSON Pointer (RFC 6901): "" is the root itself, "/servers/3/port" a
+/// member of an element of a member; `~0` in it stands for `~`, `~1` for `/`.
+/// @param root     where the pointer begins
+/// @param pointer  bytes, compared as they are; an index has no leading zeros
+/// @return null where there is nothing. References live as those of content.hpp do.
+/// @throws std::invalid_argument  the text is no JSON Pointer
+/// @throws std::bad_alloc         memory runs out
+/// @complexity one lookup per token of the pointer
+inline const Value* find(const Value& root, std::string_view pointer) {
+    const detail::Way way = detail::follow(root, pointer);
+    return way.is_complete ? way.last : nullptr;
+}
+
+/// The same, for a value to be changed.
+inline Value* find(Value& root, std::string_view pointer) {
+    return const_cast<Value*>(find(std::as_const(root), pointer));
+}
+
+/// Deleted: the result would point into a temporary. Give the value a name first.
+const Value* find(const Value&& root, std::string_view pointer) = delete;
+/// @}
+
+} // namespace foundation::json
+
+#endif

@@ -1,0 +1,265 @@
+#include "convert/conversion_error.hpp"
+#include "convert/fleet.hpp"
+#include "support/describe.hpp"
+
+#include <foundation/json/convert.hpp>
+
+#include <gtest/gtest.h>
+
+#include <exception>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+namespace foundation::json {
+namespace {
+
+using test::conversion_error;
+using test::describe;
+using test::error_pointer;
+
+/// The document of RFC 6901, section 5.
+Value rfc_document() {
+    return Object{{"foo", Array{"bar", "baz"}},
+                  {"", 0},
+                  {"a/b", 1},
+                  {"c%d", 2},
+                  {"e^f", 3},
+                  {"g|h", 4},
+                  {"i\\j", 5},
+                  {"k\"l", 6},
+                  {" ", 7},
+                  {"m~n", 8}};
+}
+
+std::string found(const Value& root, std::string_view pointer) {
+    const Value* const value = find(root, pointer);
+    return value != nullptr ? describe(*value) : "nothing";
+}
+
+TEST(Find, FollowsTheExamplesOfTheRfc) {
+    const Value document = rfc_document();
+    EXPECT_EQ(find(document, ""), &document);
+    EXPECT_EQ(found(document, "/foo"), R"(JSON array ["bar","baz"])");
+    EXPECT_EQ(found(document, "/foo/0"), R"(JSON string "bar")");
+    EXPECT_EQ(found(document, "/"), "JSON number 0");
+    EXPECT_EQ(found(document, "/a~1b"), "JSON number 1");
+    EXPECT_EQ(found(document, "/c%d"), "JSON number 2");
+    EXPECT_EQ(found(document, "/e^f"), "JSON number 3");
+    EXPECT_EQ(found(document, "/g|h"), "JSON number 4");
+    EXPECT_EQ(found(document, "/i\\j"), "JSON number 5");
+    EXPECT_EQ(found(document, "/k\"l"), "JSON number 6");
+    EXPECT_EQ(found(document, "/ "), "JSON number 7");
+    EXPECT_EQ(found(document, "/m~0n"), "JSON number 8");
+}
+
+TEST(Find, FindsNothingWhereNothingIs) {
+    const Value document = Object{{"a", Array{1, Array{2}}}, {"t", "text"}, {"0", true}};
+    EXPECT_EQ(found(document, "/a/1/0"), "JSON number 2");
+    EXPECT_EQ(found(document, "/0"), "JSON boolean true")
+        << "a name, though it looks like an index";
+    for (const char* const pointer :
+         {"/b", "/a/2", "/a/-", "/a/x", "/a/", "/a/01", "/a/00", "/a/+1", "/a/1x", "/a/1/0/0",
+          "/t/0", "/t/x", "//", "/a/1/18446744073709551616", "/a/18446744073709551617",
+          "/a/99999999999999999999999999999999999999"}) {
+        EXPECT_EQ(found(document, pointer), "nothing") << pointer;
+    }
+}
+
+TEST(Find, UnescapesFromLeftToRight) {
+    const Value document = Object{{"~1", 1}, {"/", 2}, {"~", 3}, {"~~//", 4}};
+    EXPECT_EQ(found(document, "/~01"), "JSON number 1");
+    EXPECT_EQ(found(document, "/~1"), "JSON number 2");
+    EXPECT_EQ(found(document, "/~0"), "JSON number 3");
+    EXPECT_EQ(found(document, "/~0~0~1~1"), "JSON number 4");
+}
+
+TEST(Find, TakesNamesAsBytes) {
+    const Value document = Object{{std::string("a\0b", 3), Object{{"\xff", 1}}}};
+    EXPECT_EQ(found(document, std::string_view("/a\0b/\xff", 6)), "JSON number 1");
+}
+
+TEST(Find, FindsUndefined) {
+    const Value document = Object{{"a", Value()}};
+    EXPECT_EQ(found(document, "/a"), "undefined");
+    EXPECT_EQ(found(Value(), "/a"), "nothing");
+}
+
+TEST(Find, LetsTheValueBeChanged) {
+    Value document = rfc_document();
+    *find(document, "/foo/1") = "changed";
+    EXPECT_EQ(describe(document["foo"][1]), R"(JSON string "changed")");
+    static_assert(std::is_same_v<decltype(find(document, "")), Value*>);
+    static_assert(std::is_same_v<decltype(find(std::as_const(document), "")), const Value*>);
+}
+
+/// The message of the std::invalid_argument that the action throws.
+template <class Action>
+std::string refused_pointer(Action&& action) {
+    try {
+        action();
+    } catch (const std::invalid_argument& error) {
+        return error.what();
+    }
+    return "(nothing was thrown)";
+}
+
+TEST(Find, RefusesWhatIsNoJsonPointer) {
+    const Value document = Object{{"a", 1}};
+    EXPECT_EQ(refused_pointer([&] { find(document, "a"); }),
+              "\"a\" is no JSON Pointer: it is not empty and does not begin with /");
+    EXPECT_EQ(refused_pointer([&] { find(document, "/~2"); }),
+              "\"/~2\" is no JSON Pointer: ~ is not followed by 0 or 1");
+    EXPECT_EQ(refused_pointer([&] { find(document, "/x/y~"); }),
+              "\"/x/y~\" is no JSON Pointer: ~ is not followed by 0 or 1");
+    EXPECT_EQ(refused_pointer([&] { to<int>(document, "a\n"); }),
+              "\"a\\u000a\" is no JSON Pointer: it is not empty and does not begin with /");
+    EXPECT_EQ(refused_pointer([&] { to_or(document, "a", 1); }),
+              "\"a\" is no JSON Pointer: it is not empty and does not begin with /");
+}
+
+Value configuration() {
+    return Object{{"server", Object{{"host", "a"}, {"port", 80}, {"tags", Array{"x", 1}}}},
+                  {"none", Null()},
+                  {"undefined", Value()},
+                  {"list", Array{1}},
+                  {"text", "t"}};
+}
+
+TEST(ToAtAPlace, Converts) {
+    const Value config = configuration();
+    EXPECT_EQ(to<int>(config, "/server/port"), 80);
+    EXPECT_EQ(to<std::string>(config, "/server/tags/0"), "x");
+    EXPECT_EQ(to<Array>(Value(Array{1, "x"}), ""), (Array{1, "x"}));
+}
+
+TEST(ToAtAPlace, NamesPlacesFromTheRoot) {
+    const Value config = configuration();
+    EXPECT_EQ(conversion_error([&] { to<fleet::Server>(config, "/server"); }),
+              "at /server/tags/1: invalid conversion: JSON number to JSON string");
+    const Value odd = Object{{"a/b", Object{{"~", Array{true}}}}};
+    EXPECT_EQ(error_pointer([&] { to<std::vector<int>>(odd, "/a~1b/~0"); }), "/a~1b/~0/0");
+    EXPECT_EQ(error_pointer([&] { to<int>(odd, "/a~1b"); }), "/a~1b");
+}
+
+TEST(ToAtAPlace, TakesOptions) {
+    const Value config = Object{{"server", Object{{"host", "a"}, {"x", 1}}}};
+    const ConvertOptions strict{ConvertOptions::UnknownMembers::error};
+    EXPECT_EQ(to<fleet::Server>(config, "/server").host, "a");
+    EXPECT_EQ(error_pointer([&] { to<fleet::Server>(config, "/server", strict); }), "/server/x");
+}
+
+TEST(ToAtAPlace, RefusesWhereNothingIs) {
+    const Value config = configuration();
+    EXPECT_EQ(conversion_error([&] { to<int>(config, "/server/prot"); }),
+              "at /server/prot: there is no value");
+    EXPECT_EQ(conversion_error([&] { to<int>(config, "/nowhere/at/all"); }),
+              "at /nowhere/at/all: there is no value");
+    EXPECT_EQ(conversion_error([&] { to<int>(config, "/list/1"); }),
+              "at /list/1: there is no value");
+    EXPECT_EQ(conversion_error([&] { to<int>(config, "/list/-"); }),
+              "at /list/-: there is no value");
+    EXPECT_EQ(conversion_error([&] { to<int>(config, "/undefined"); }),
+              "at /undefined: invalid conversion: undefined to JSON number");
+}
+
+TEST(ToAtAPlace, RefusesAWayThroughWhatHasNoMembers) {
+    const Value config = configuration();
+    EXPECT_EQ(conversion_error([&] { to<int>(config, "/text/x/y"); }),
+              "at /text: invalid conversion: JSON string to JSON object");
+    EXPECT_EQ(conversion_error([&] { to<int>(config, "/list/x"); }),
+              "at /list: invalid conversion: JSON array to JSON object");
+    EXPECT_EQ(conversion_error([&] { to<int>(config, "/list/01"); }),
+              "at /list: invalid conversion: JSON array to JSON object");
+    EXPECT_EQ(conversion_error([&] { to<int>(config, "/none/x"); }),
+              "at /none: invalid conversion: JSON null to JSON object");
+    EXPECT_EQ(conversion_error([] { to<int>(Value(1), "/x"); }),
+              "at the root: invalid conversion: JSON number to JSON object");
+}
+
+TEST(ToAtAPlace, MakesNoOptionalOfWhatIsMissing) {
+    const Value config = configuration();
+    EXPECT_EQ(to<std::optional<int>>(config, "/server/prot"), std::nullopt);
+    EXPECT_EQ(to<std::optional<int>>(config, "/server/port"), 80);
+    EXPECT_EQ(to<std::optional<int>>(config, "/none"), std::nullopt);
+    EXPECT_EQ(error_pointer([&] { to<std::optional<int>>(config, "/text/x"); }), "/text");
+}
+
+TEST(ToOr, GivesWhatIsThere) {
+    const Value config = configuration();
+    EXPECT_EQ(to_or(config, "/server/port", 8080), 80);
+    EXPECT_EQ(to_or(config, "/server/host", "b"), "a");
+}
+
+TEST(ToOr, FallsBackWhereSomethingIsMissing) {
+    const Value config = configuration();
+    for (const char* const pointer : {"/server/prot", "/nowhere/at/all", "/list/1", "/list/-",
+                                      "/none", "/none/x", "/undefined", "/undefined/x/y"}) {
+        EXPECT_EQ(to_or(config, pointer, 7), 7) << pointer;
+    }
+    EXPECT_EQ(to_or(Value(), "", 7), 7);
+    EXPECT_EQ(to_or(Value(Null()), "", 7), 7);
+}
+
+TEST(ToOr, RefusesWhatIsWrong) {
+    const Value config = configuration();
+    EXPECT_EQ(conversion_error([&] { to_or(config, "/server/host", 7); }),
+              "at /server/host: invalid conversion: JSON string to JSON number");
+    EXPECT_EQ(conversion_error([&] { to_or(config, "/text/x", 7); }),
+              "at /text: invalid conversion: JSON string to JSON object");
+    EXPECT_EQ(conversion_error([&] { to_or(config, "/list/x", 7); }),
+              "at /list: invalid conversion: JSON array to JSON object");
+    EXPECT_EQ(conversion_error([&] { to_or(config, "/server", fleet::Server()); }),
+              "at /server/tags/1: invalid conversion: JSON number to JSON string");
+}
+
+TEST(ToOr, GivesAStringForATextAsFallback) {
+    const Value config = configuration();
+    char text[] = "fallback";
+    static_assert(std::is_same_v<decltype(to_or(config, "/x", "text")), std::string>);
+    static_assert(std::is_same_v<decltype(to_or(config, "/x", text)), std::string>);
+    static_assert(std::is_same_v<decltype(to_or(config, "/x", std::string_view())), std::string>);
+    static_assert(std::is_same_v<decltype(to_or(config, "/x", std::string())), std::string>);
+    static_assert(std::is_same_v<decltype(to_or(config, "/x", 1)), int>);
+    EXPECT_EQ(to_or(config, "/x", "literal"), "literal");
+    EXPECT_EQ(to_or(config, "/x", text), "fallback");
+    EXPECT_EQ(to_or(config, "/x", std::string_view("a\0b", 3)), std::string("a\0b", 3));
+    EXPECT_EQ(to_or(config, "/x", std::string("string")), "string");
+}
+
+TEST(ToOr, TakesAnyTypeAsFallback) {
+    const Value config = configuration();
+    EXPECT_EQ(to_or(config, "/x", fleet::Server{"f", 1, {}, {}}), (fleet::Server{"f", 1, {}, {}}));
+    EXPECT_EQ(to_or(config, "/list", std::vector<int>{7}), std::vector<int>{1});
+    EXPECT_EQ(to_or(config, "/x", std::optional<int>(3)), 3);
+    EXPECT_EQ(to_or(config, "/x", fleet::Level::high), fleet::Level::high);
+}
+
+TEST(ConversionErrors, SayWhereAndWhat) {
+    const ConversionError error("/a\"b", "is odd");
+    EXPECT_EQ(error.pointer(), "/a\"b");
+    EXPECT_STREQ(error.what(), "at /a\\\"b: is odd");
+    EXPECT_STREQ(ConversionError("", "is odd").what(), "at the root: is odd");
+    EXPECT_STREQ(ConversionError("/", "is odd").what(), "at /: is odd");
+}
+
+TEST(ConversionErrors, AreCopiedWithoutAFailure) {
+    static_assert(std::is_nothrow_copy_constructible_v<ConversionError>);
+    static_assert(std::is_nothrow_copy_assignable_v<ConversionError>);
+    static_assert(std::is_base_of_v<std::runtime_error, ConversionError>);
+    ConversionError error("/a", "one");
+    const ConversionError copy = error;
+    ConversionError taken = std::move(error);
+    EXPECT_EQ(error.pointer(), "/a") << "a moved exception is still complete";
+    EXPECT_EQ(copy.pointer(), "/a");
+    taken = ConversionError("/b", "two");
+    EXPECT_EQ(taken.pointer(), "/b");
+    EXPECT_STREQ(taken.what(), "at /b: two");
+    EXPECT_STREQ(copy.what(), "at /a: one");
+}
+
+} // namespace
+} // namespace foundation::json
