@@ -1,6 +1,7 @@
 #include "documents.hpp"
 
 #include "reader.hpp"
+#include "tasks/statuses.hpp"
 
 #include <foundation/json/content.hpp>
 #include <foundation/json/serializer.hpp>
@@ -53,6 +54,9 @@ void append_user(std::string& out, Sequence& sequence) {
     append_integer(out, sequence.below(4'000'000'000));
     out += R"(,"name":)";
     append_words(out, sequence, 2);
+    out += R"(,"screen_name":"client","location":"","created_at":"Mon Mar 04 10:15:30 +0000 2024")";
+    out += R"(,"utc_offset":null,"verified":false,"lang":"ja","friends_count":)";
+    append_integer(out, sequence.below(5'000));
     out += R"(,"description":)";
     append_words(out, sequence, 4 + sequence.below(12));
     out += R"(,"url":null,"protected":false,"followers_count":)";
@@ -71,12 +75,15 @@ void append_record(std::string& out, Sequence& sequence) {
     out += R"(","created_at":"Mon Mar 04 10:15:30 +0000 2024","text":)";
     append_words(out, sequence, 8 + sequence.below(16));
     out += R"(,"source":"<a href=\"https://example.org/client\" rel=\"nofollow\">client<\/a>")";
-    out += R"(,"truncated":false,"in_reply_to":null,"user":)";
+    out += R"(,"truncated":false,"in_reply_to_status_id":null,"in_reply_to_screen_name":null)";
+    out += R"(,"user":)";
     append_user(out, sequence);
     out += R"(,"geo":null,"retweet_count":)";
     append_integer(out, sequence.below(1'000));
-    out += R"(,"entities":{"hashtags":[],"urls":[],"mentions":[{"name":)";
+    out += R"(,"entities":{"hashtags":[],"urls":[],"user_mentions":[{"name":)";
     append_words(out, sequence, 1);
+    out += R"(,"screen_name":"client","id":)";
+    append_integer(out, sequence.below(4'000'000'000));
     out += R"(,"indices":[3,)";
     append_integer(out, 4 + sequence.below(20));
     out += R"(]}]},"favorited":false,"lang":"ja"})";
@@ -236,6 +243,13 @@ const std::vector<Document>& documents() {
                                                  ? generated_documents()
                                                  : documents_in(FOUNDATION_JSON_CORPUS);
     return all;
+}
+
+const Document& status_document() {
+    static const Document generated = generated_documents().front();
+    const auto found = std::find_if(documents().begin(), documents().end(),
+                                    [](const Document& d) { return d.name == "twitter"; });
+    return found != documents().end() ? *found : generated;
 }
 
 std::string document_of_size(std::size_t bytes) {

@@ -16,9 +16,9 @@ PEERS = ["nlohmann", "RapidJSON", "Boost.JSON", "JsonCpp"]
 BEGIN, END = "<!-- results: begin -->", "<!-- results: end -->"
 TASKS = ["serialize", "pretty_print", "write to a stream", "write to std::ostringstream",
          "write to std::ofstream", "parse and destroy", "copy and destroy", "==", "<",
-         "read strings", "read numbers", "push", "insert all keys", "1,000 lookups", "numbers",
-         "strings"]
-CHARTED_FAMILIES = ["text", "streams", "values", "arrays", "objects"]
+         "read strings", "read numbers", "push", "insert all keys", "1,000 lookups", "to structs",
+         "to structs by hand", "from structs", "numbers", "strings"]
+CHARTED_FAMILIES = ["text", "streams", "values", "arrays", "objects", "conversion"]
 
 
 def fail(message):

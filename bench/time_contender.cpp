@@ -1,6 +1,7 @@
 // The benchmarks of one contender; compiled once for each, with its header.
 #include CONTENDER_HEADER
 
+#include "tasks/conversion.hpp"
 #include "tasks/family.hpp"
 #include "tasks/parsing.hpp"
 #include "tasks/reading.hpp"
@@ -18,6 +19,7 @@ const bool added = [] {
     all.push_back({"reading", bench::add_reading<Contender>});
     all.push_back({"arrays", bench::add_arrays<Contender>});
     all.push_back({"objects", bench::add_objects<Contender>});
+    all.push_back({"conversion", bench::add_conversion<Contender>});
     all.push_back({"details", bench::add_details<Contender>});
     all.push_back({"growth", bench::add_growth<Contender>});
     return true;

@@ -4,11 +4,45 @@
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_BOOST_JSON_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_BOOST_JSON_HPP
 
+#include "tasks/statuses.hpp"
+
+#include <boost/describe.hpp>
 #include <boost/json.hpp>
+#include <boost/mp11.hpp>
 
 #include <cstdint>
 #include <ostream>
 #include <string>
+#include <type_traits>
+
+namespace bench {
+
+BOOST_DESCRIBE_STRUCT(Hashtag, (), (text, indices))
+BOOST_DESCRIBE_STRUCT(Mention, (), (screen_name, name, id, indices))
+BOOST_DESCRIBE_STRUCT(Entities, (), (hashtags, user_mentions))
+BOOST_DESCRIBE_STRUCT(User, (),
+                      (id, name, screen_name, location, description, url, followers_count,
+                       friends_count, created_at, utc_offset, verified, lang))
+BOOST_DESCRIBE_STRUCT(Status, (),
+                      (created_at, id, text, source, truncated, in_reply_to_status_id,
+                       in_reply_to_screen_name, user, retweet_count, entities, lang))
+BOOST_DESCRIBE_STRUCT(Statuses, (), (statuses))
+
+/// The library's own conversion of such a struct refuses members that the struct does not have.
+template <class Struct,
+          class Members = boost::describe::describe_members<Struct, boost::describe::mod_public>>
+Struct tag_invoke(boost::json::value_to_tag<Struct>, const boost::json::value& value) {
+    Struct result;
+    const boost::json::object& object = value.as_object();
+    boost::mp11::mp_for_each<Members>([&](auto member) {
+        auto& target = result.*member.pointer;
+        target = boost::json::value_to<std::remove_reference_t<decltype(target)>>(
+            object.at(member.name));
+    });
+    return result;
+}
+
+} // namespace bench
 
 namespace {
 
@@ -18,6 +52,7 @@ struct Contender {
     static constexpr const char* name = "Boost.JSON";
     static constexpr bool has_pretty_layout = false;
     static constexpr bool is_this_library = false;
+    static constexpr bool converts = true;
 
     static Value parse(const std::string& text) { return boost::json::parse(text); }
     static Text serialize(const Value& value) { return boost::json::serialize(value); }
@@ -64,6 +99,13 @@ struct Contender {
 
     static int number(const Value& object, const std::string& key) {
         return static_cast<int>(object.get_object().find(key)->value().get_int64());
+    }
+
+    static bench::Statuses to_statuses(const Value& value) {
+        return boost::json::value_to<bench::Statuses>(value);
+    }
+    static Value from_statuses(const bench::Statuses& statuses) {
+        return boost::json::value_from(statuses);
     }
 };
 

@@ -6,16 +6,154 @@
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_FOUNDATION_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_FOUNDATION_HPP
 
+#include "tasks/statuses.hpp"
+
 #include <foundation/json/content.hpp>
+#include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
 
 #include <map>
+#include <optional>
 #include <ostream>
 #include <string>
+#include <tuple>
+#include <type_traits>
 #include <vector>
 
+template <>
+inline constexpr auto foundation::json::members<bench::Hashtag> = std::tuple(
+    required("text", &bench::Hashtag::text), required("indices", &bench::Hashtag::indices));
+
+template <>
+inline constexpr auto foundation::json::members<bench::Mention> = std::tuple(
+    required("screen_name", &bench::Mention::screen_name), required("name", &bench::Mention::name),
+    required("id", &bench::Mention::id), required("indices", &bench::Mention::indices));
+
+template <>
+inline constexpr auto foundation::json::members<bench::Entities> =
+    std::tuple(required("hashtags", &bench::Entities::hashtags),
+               required("user_mentions", &bench::Entities::user_mentions));
+
+template <>
+inline constexpr auto foundation::json::members<bench::User> = std::tuple(
+    required("id", &bench::User::id), required("name", &bench::User::name),
+    required("screen_name", &bench::User::screen_name),
+    required("location", &bench::User::location),
+    required("description", &bench::User::description), required("url", &bench::User::url),
+    required("followers_count", &bench::User::followers_count),
+    required("friends_count", &bench::User::friends_count),
+    required("created_at", &bench::User::created_at),
+    required("utc_offset", &bench::User::utc_offset), required("verified", &bench::User::verified),
+    required("lang", &bench::User::lang));
+
+template <>
+inline constexpr auto foundation::json::members<bench::Status> = std::tuple(
+    required("created_at", &bench::Status::created_at), required("id", &bench::Status::id),
+    required("text", &bench::Status::text), required("source", &bench::Status::source),
+    required("truncated", &bench::Status::truncated),
+    required("in_reply_to_status_id", &bench::Status::in_reply_to_status_id),
+    required("in_reply_to_screen_name", &bench::Status::in_reply_to_screen_name),
+    required("user", &bench::Status::user),
+    required("retweet_count", &bench::Status::retweet_count),
+    required("entities", &bench::Status::entities), required("lang", &bench::Status::lang));
+
+template <>
+inline constexpr auto foundation::json::members<bench::Statuses> =
+    std::tuple(required("statuses", &bench::Statuses::statuses));
+
 namespace {
+
+// ---- By hand -------------------------------------------------------------------------------
+
+inline void read(std::string& target, const foundation::json::Value& value) {
+    target = foundation::json::get<std::string>(value);
+}
+
+inline void read(bool& target, const foundation::json::Value& value) {
+    target = foundation::json::get<bool>(value);
+}
+
+template <class Number>
+std::enable_if_t<std::is_arithmetic_v<Number>> read(Number& target,
+                                                    const foundation::json::Value& value) {
+    target = foundation::json::number<Number>(value);
+}
+
+template <class T>
+void read(std::vector<T>& target, const foundation::json::Value& value);
+
+template <class T>
+void read(std::optional<T>& target, const foundation::json::Value& value) {
+    if (!foundation::json::holds<foundation::json::Null>(value)) {
+        read(target.emplace(), value);
+    }
+}
+
+inline void read(bench::Hashtag& target, const foundation::json::Value& value) {
+    const auto& members = foundation::json::get<foundation::json::Object>(value);
+    read(target.text, members.at("text"));
+    read(target.indices, members.at("indices"));
+}
+
+inline void read(bench::Mention& target, const foundation::json::Value& value) {
+    const auto& members = foundation::json::get<foundation::json::Object>(value);
+    read(target.screen_name, members.at("screen_name"));
+    read(target.name, members.at("name"));
+    read(target.id, members.at("id"));
+    read(target.indices, members.at("indices"));
+}
+
+inline void read(bench::Entities& target, const foundation::json::Value& value) {
+    const auto& members = foundation::json::get<foundation::json::Object>(value);
+    read(target.hashtags, members.at("hashtags"));
+    read(target.user_mentions, members.at("user_mentions"));
+}
+
+inline void read(bench::User& target, const foundation::json::Value& value) {
+    const auto& members = foundation::json::get<foundation::json::Object>(value);
+    read(target.id, members.at("id"));
+    read(target.name, members.at("name"));
+    read(target.screen_name, members.at("screen_name"));
+    read(target.location, members.at("location"));
+    read(target.description, members.at("description"));
+    read(target.url, members.at("url"));
+    read(target.followers_count, members.at("followers_count"));
+    read(target.friends_count, members.at("friends_count"));
+    read(target.created_at, members.at("created_at"));
+    read(target.utc_offset, members.at("utc_offset"));
+    read(target.verified, members.at("verified"));
+    read(target.lang, members.at("lang"));
+}
+
+inline void read(bench::Status& target, const foundation::json::Value& value) {
+    const auto& members = foundation::json::get<foundation::json::Object>(value);
+    read(target.created_at, members.at("created_at"));
+    read(target.id, members.at("id"));
+    read(target.text, members.at("text"));
+    read(target.source, members.at("source"));
+    read(target.truncated, members.at("truncated"));
+    read(target.in_reply_to_status_id, members.at("in_reply_to_status_id"));
+    read(target.in_reply_to_screen_name, members.at("in_reply_to_screen_name"));
+    read(target.user, members.at("user"));
+    read(target.retweet_count, members.at("retweet_count"));
+    read(target.entities, members.at("entities"));
+    read(target.lang, members.at("lang"));
+}
+
+inline void read(bench::Statuses& target, const foundation::json::Value& value) {
+    const auto& members = foundation::json::get<foundation::json::Object>(value);
+    read(target.statuses, members.at("statuses"));
+}
+
+template <class T>
+void read(std::vector<T>& target, const foundation::json::Value& value) {
+    const auto& elements = foundation::json::get<foundation::json::Array>(value);
+    target.reserve(elements.size());
+    for (const foundation::json::Value& element : elements) {
+        read(target.emplace_back(), element);
+    }
+}
 
 struct Contender {
     using Value = foundation::json::Value;
@@ -25,6 +163,8 @@ struct Contender {
     static constexpr bool has_pretty_layout = true;
     /// Whether to measure what has no counterpart elsewhere, too.
     static constexpr bool is_this_library = true;
+    /// Whether there are to_statuses() and from_statuses() below.
+    static constexpr bool converts = true;
 
     static Value parse(const std::string& text) { return foundation::json::parse(text); }
     static Text serialize(const Value& value) { return foundation::json::serialize(value); }
@@ -77,6 +217,19 @@ struct Contender {
     }
 
     static int number(const Value& object, const std::string& key) { return int(object[key]); }
+
+    static bench::Statuses to_statuses(const Value& value) {
+        return foundation::json::to<bench::Statuses>(value);
+    }
+    static Value from_statuses(const bench::Statuses& statuses) {
+        return foundation::json::from(statuses);
+    }
+    /// Only here: as a caller without tables would write it.
+    static bench::Statuses to_statuses_by_hand(const Value& value) {
+        bench::Statuses statuses;
+        read(statuses, value);
+        return statuses;
+    }
 };
 
 } // namespace

@@ -3,10 +3,51 @@
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_NLOHMANN_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_NLOHMANN_HPP
 
+#include "tasks/statuses.hpp"
+
 #include <nlohmann/json.hpp>
 
+#include <optional>
 #include <ostream>
 #include <string>
+
+namespace nlohmann {
+
+/// The library has none of its own.
+template <class T>
+struct adl_serializer<std::optional<T>> {
+    static void to_json(json& value, const std::optional<T>& content) {
+        if (content) {
+            value = *content;
+        } else {
+            value = nullptr;
+        }
+    }
+    static void from_json(const json& value, std::optional<T>& content) {
+        if (value.is_null()) {
+            content.reset();
+        } else {
+            value.get_to(content.emplace());
+        }
+    }
+};
+
+} // namespace nlohmann
+
+namespace bench {
+
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Hashtag, text, indices)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Mention, screen_name, name, id, indices)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Entities, hashtags, user_mentions)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(User, id, name, screen_name, location, description, url,
+                                   followers_count, friends_count, created_at, utc_offset, verified,
+                                   lang)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Status, created_at, id, text, source, truncated,
+                                   in_reply_to_status_id, in_reply_to_screen_name, user,
+                                   retweet_count, entities, lang)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Statuses, statuses)
+
+} // namespace bench
 
 namespace {
 
@@ -16,6 +57,7 @@ struct Contender {
     static constexpr const char* name = "nlohmann";
     static constexpr bool has_pretty_layout = true;
     static constexpr bool is_this_library = false;
+    static constexpr bool converts = true;
 
     static Value parse(const std::string& text) { return Value::parse(text); }
     static Text serialize(const Value& value) { return value.dump(); }
@@ -56,6 +98,9 @@ struct Contender {
     static int number(const Value& object, const std::string& key) {
         return object.find(key)->get<int>();
     }
+
+    static bench::Statuses to_statuses(const Value& value) { return value.get<bench::Statuses>(); }
+    static Value from_statuses(const bench::Statuses& statuses) { return statuses; }
 };
 
 } // namespace

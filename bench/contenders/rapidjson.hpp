@@ -24,6 +24,7 @@ struct Contender {
     static constexpr const char* name = "RapidJSON";
     static constexpr bool has_pretty_layout = true;
     static constexpr bool is_this_library = false;
+    static constexpr bool converts = false;
 
     /// The text stays in the buffer it was written into.
     class Text {

@@ -1,30 +1,33 @@
 /// @file
-/// Values into a caller's own types, and back, by tables of members. Not part of json.hpp.
+/// Values into a program's own types, and back, by tables of members. Not part of json.hpp.
 ///
-///     struct Server { std::string host; int port = 8080; std::vector<std::string> tags; };
+///     struct Server {
+///         std::string host;
+///         int port = 8080;
+///         std::vector<std::string> tags;
+///     };
+///
 ///     template <>
-///     inline constexpr auto foundation::json::members<Server> =
-///         std::tuple(required("host", &Server::host), defaulted("port", &Server::port),
-///                    defaulted("tags", &Server::tags));
+///     inline constexpr auto foundation::json::members<Server> = std::tuple(
+///         required("host", &Server::host),
+///         defaulted("port", &Server::port),
+///         defaulted("tags", &Server::tags));
 ///
-///     Server server = to<Server>(value);                // a whole object, or ConversionError:
-///     // at /tags/2: invalid conversion: JSON number to JSON string
+/// Then objects are made of values, and values of objects:
+///
+///     Server server = to<Server>(value);                // a whole object, or ConversionError
 ///     int port = to_or(config, "/server/port", 8080);   // a fallback for what is missing
-///     Value copy = from(server);                        // -> {"host":...,"port":...,"tags":...}
-///     const Value* tags = find(config, "/server/tags"); // RFC 6901; null where there is nothing
+///     Value copy = from(server);                        // {"host":...,"port":...,"tags":[...]}
+///     const Value* tags = find(config, "/server/tags"); // null where there is nothing
 ///
-///     template <>
-///     inline constexpr auto foundation::json::enumerators<Level> =
-///         std::array{std::pair{Level::low, "low"}, std::pair{Level::high, "high"}};
-///
-/// The tables stand in the global namespace, or in foundation::json, before their first use.
-/// Convertible are bool, numbers, std::string, Value, Array, Object, std::vector, array, deque,
-/// list and set, std::map and unordered_map by std::string, std::optional, pair and tuple (as
-/// arrays), types with a table, and all of these within each other. What is read into must have a
-/// default constructor. Anything else is refused by the compiler, in a sentence.
+/// Convertible are bool, numbers, std::string, Value, Array and Object; std::vector, deque, list,
+/// array and set; std::map and unordered_map by std::string; std::optional, pair and tuple;
+/// enumerations by a table of `enumerators`; and all of these within each other. What is read into
+/// must have a default constructor. Tables stand outside of other namespaces, before their use.
 ///
 /// Conversion is strict: a wrong kind, a fraction for an integer, a number out of range, a length
-/// that does not fit are errors, and each names its place as a JSON Pointer.
+/// that does not fit are errors, and each names its place as a JSON Pointer, as in "at /tags/2:
+/// invalid conversion: JSON number to JSON string".
 #ifndef FOUNDATION_JSON_CONVERT_HPP
 #define FOUNDATION_JSON_CONVERT_HPP
 
@@ -284,78 +287,99 @@ struct Session {
     std::string key; // of the lookup under way, kept for its memory
 };
 
-/// Looks up the members of a table in an object.
-class ObjectReader {
+/// What a table of members says, but for their types.
+struct MemberNames {
+    const std::string_view* names;
+    const bool* required;
+    const std::size_t* sorted; // the indexes, in the order of the names
+    std::size_t count;
+};
+
+/// Finds the members of an object that a table names.
+///
+/// All are found before any is read: the object has them in the order of their names, but they are
+/// read in that of the table.
+class MemberFinder {
 public:
-    ObjectReader(const Value& value, const Place& place, Session& session,
-                 const std::string_view* known, std::size_t known_count)
-        : object_(content_at<Object>(value, place)),
-          place_(place),
-          session_(session),
-          known_(known),
-          known_count_(known_count) {}
+    MemberFinder(const MemberNames& table, const Object& object) noexcept
+        : table_(table), object_(object) {}
 
-    const Place& place() const noexcept { return place_; }
-    Session& session() const noexcept { return session_; }
-
-    /// The member of that name; null if it is missing and not required.
-    const Value* find(std::string_view name, bool is_required) {
-        session_.key.assign(name);
-        const auto found = object_.find(session_.key);
-        if (found != object_.end()) {
-            ++found_count_;
-            if (kind_of(found->second) != Kind::undefined) {
-                return &found->second;
+    /// Stores the address of each member that is there and not Undefined, by its index in the
+    /// table.
+    void find(const Value** found, const Place& place, Session& session) const {
+        // One lookup takes about as long as a few steps from one member to the next.
+        const std::size_t known = object_.size() / 4 < table_.count ? find_in_order(found)
+                                                                    : find_each(found, session.key);
+        if (known != object_.size() &&
+            session.options.unknown_members == ConvertOptions::UnknownMembers::error) {
+            refuse_unknown(place);
+        }
+        for (std::size_t i = 0; i < table_.count; ++i) {
+            if (table_.required[i] && found[i] == nullptr) {
+                fail(place, "the required member " + quoted(table_.names[i]) + " is missing");
             }
-        }
-        if (is_required) {
-            refuse_missing(name);
-        }
-        return nullptr;
-    }
-
-    /// To be called when all known members have been looked up.
-    void check_unknown() const {
-        if (found_count_ != object_.size() &&
-            session_.options.unknown_members == ConvertOptions::UnknownMembers::error) {
-            refuse_unknown();
         }
     }
 
 private:
-    /// A misspelt name is both missing and unknown; that it is unknown tells more.
-    [[noreturn, gnu::cold, gnu::noinline]] void refuse_missing(std::string_view name) const {
-        if (session_.options.unknown_members == ConvertOptions::UnknownMembers::error) {
-            refuse_unknown();
-        }
-        fail(place_, "the required member " + quoted(name) + " is missing");
-    }
-
-    /// Does nothing if all members are known.
-    [[gnu::cold, gnu::noinline]] void refuse_unknown() const {
-        for (const auto& [name, value] : object_) {
-            if (!is_known(name)) {
-                fail(Place(place_, name), "the member " + quoted(name) + " is unknown" +
-                                              list_of("; known are ", known_, known_count_));
+    /// @return how many of the object's members the table names
+    std::size_t find_in_order(const Value** found) const {
+        std::size_t known = 0;
+        auto member = object_.begin();
+        for (std::size_t i = 0; i < table_.count && member != object_.end(); ++i) {
+            const std::size_t index = table_.sorted[i];
+            int order = 0;
+            while ((order = member->first.compare(table_.names[index])) < 0 &&
+                   ++member != object_.end()) {
+            }
+            if (order == 0) {
+                take(member->second, found[index]);
+                ++member;
+                ++known;
             }
         }
+        return known;
+    }
+
+    std::size_t find_each(const Value** found, std::string& key) const {
+        std::size_t known = 0;
+        for (std::size_t i = 0; i < table_.count; ++i) {
+            key.assign(table_.names[i]);
+            const auto member = object_.find(key);
+            if (member != object_.end()) {
+                take(member->second, found[i]);
+                ++known;
+            }
+        }
+        return known;
+    }
+
+    static void take(const Value& value, const Value*& found) {
+        if (kind_of(value) != Kind::undefined) {
+            found = &value;
+        }
+    }
+
+    [[noreturn, gnu::cold, gnu::noinline]] void refuse_unknown(const Place& place) const {
+        auto member = object_.begin();
+        while (is_known(member->first)) {
+            ++member;
+        }
+        fail(Place(place, member->first), "the member " + quoted(member->first) + " is unknown" +
+                                              list_of("; known are ", table_.names, table_.count));
     }
 
     bool is_known(std::string_view name) const {
-        for (std::size_t i = 0; i < known_count_; ++i) {
-            if (known_[i] == name) {
+        for (std::size_t i = 0; i < table_.count; ++i) {
+            if (table_.names[i] == name) {
                 return true;
             }
         }
         return false;
     }
 
+    const MemberNames& table_;
     const Object& object_;
-    const Place& place_;
-    Session& session_;
-    const std::string_view* known_;
-    std::size_t known_count_;
-    std::size_t found_count_ = 0;
 };
 
 /// Makes values arrays and objects, and gives objects members.
@@ -471,6 +495,21 @@ constexpr bool all_different(const std::string_view* texts, std::size_t count) {
 
 // ---- Tables --------------------------------------------------------------------------------
 
+/// The indexes of texts in the order of the texts, by insertion.
+template <std::size_t Count>
+constexpr std::array<std::size_t, Count>
+sorted_indexes(const std::array<std::string_view, Count>& texts) {
+    std::array<std::size_t, Count> result{};
+    for (std::size_t i = 0; i < Count; ++i) {
+        std::size_t j = i;
+        for (; j > 0 && texts[i] < texts[result[j - 1]]; --j) {
+            result[j] = result[j - 1];
+        }
+        result[j] = i;
+    }
+    return result;
+}
+
 /// What can be said of a table without its class.
 template <class Table>
 struct MemberTable {
@@ -495,6 +534,9 @@ template <class T, std::size_t... I>
 struct Names<T, std::index_sequence<I...>> {
     static constexpr std::size_t count = sizeof...(I);
     static constexpr std::array<std::string_view, count> texts{std::get<I>(members<T>).name...};
+    static constexpr std::array<bool, count> required{std::get<I>(members<T>).is_required...};
+    static constexpr std::array<std::size_t, count> sorted = sorted_indexes(texts);
+    static constexpr MemberNames view{texts.data(), required.data(), sorted.data(), count};
 };
 
 /// Refuses, at compile time, a table of members with a mistake in it.
@@ -678,13 +720,13 @@ struct IsOptional<std::optional<T>> : std::true_type {};
 
 template <class T>
 struct Converter<T, Category::object> {
-
     static void read(T& target, const Value& value, const Place& place, Session& session) {
         if constexpr (require_members<T>()) {
-            using Known = Names<T>;
-            ObjectReader reader(value, place, session, Known::texts.data(), Known::count);
-            read_members(target, reader, std::make_index_sequence<Known::count>());
-            reader.check_unknown();
+            const Object& object = content_at<Object>(value, place);
+            const Value* found[Names<T>::count + 1] = {}; // there are no arrays of length 0
+            MemberFinder(Names<T>::view, object).find(found, place, session);
+            read_members(target, found, place, session,
+                         std::make_index_sequence<Names<T>::count>());
         }
     }
 
@@ -697,26 +739,29 @@ struct Converter<T, Category::object> {
 
 private:
     template <std::size_t... I>
-    static void read_members(T& target, ObjectReader& reader, std::index_sequence<I...>) {
-        (read_member(target, std::get<I>(members<T>), reader), ...);
+    static void read_members(T& target, const Value* const* found, const Place& place,
+                             Session& session, std::index_sequence<I...>) {
+        (read_member(target, std::get<I>(members<T>), found[I], place, session), ...);
     }
 
     template <class Class, class Type>
-    static void read_member(T& target, const Member<Class, Type>& member, ObjectReader& reader) {
+    static void read_member(T& target, const Member<Class, Type>& member, const Value* found,
+                            const Place& place, Session& session) {
         static_assert(!std::is_const_v<Type>, "a member that is const cannot be read into");
         if constexpr (!std::is_const_v<Type>) {
-            const Value* const found = reader.find(member.name, member.is_required);
             if (found != nullptr) {
-                Converter<Type>::read(target.*member.pointer, *found,
-                                      Place(reader.place(), member.name), reader.session());
+                Converter<Type>::read(target.*member.pointer, *found, Place(place, member.name),
+                                      session);
             }
         }
     }
 
+    /// In the order of the names, in which the members of an object are added the fastest.
     template <std::size_t... I>
     static void write_members(Object& target, const T& content, const Place& place, Writer& writer,
                               std::index_sequence<I...>) {
-        (write_member(target, content, std::get<I>(members<T>), place, writer), ...);
+        (write_member(target, content, std::get<Names<T>::sorted[I]>(members<T>), place, writer),
+         ...);
     }
 
     template <class Class, class Type>

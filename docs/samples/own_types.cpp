@@ -1,0 +1,267 @@
+// The snippets of docs/own_types.md and of convert.hpp.
+#include "snippet.hpp"
+
+#include <foundation/json/convert.hpp>
+#include <foundation/json/json.hpp>
+
+#include <array>
+#include <iostream>
+#include <map>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+using namespace foundation::json;
+
+// A table reads best one member to a line.
+// clang-format off
+//! [a table]
+struct Server {
+    std::string host;
+    int port = 8080;
+    std::vector<std::string> tags;
+};
+
+template <>
+inline constexpr auto foundation::json::members<Server> = std::tuple(
+    required("host", &Server::host),
+    defaulted("port", &Server::port),
+    defaulted("tags", &Server::tags));
+//! [a table]
+
+//! [names]
+enum class Level { low, high };
+
+template <>
+inline constexpr auto foundation::json::enumerators<Level> = std::array{
+    std::pair{Level::low, "low"},
+    std::pair{Level::high, "high"}};
+//! [names]
+
+//! [within each other]
+struct Cluster {
+    std::string name;
+    Level level = Level::low;
+    std::vector<Server> servers;
+    std::map<std::string, std::pair<double, double>> places;
+    std::optional<std::string> note;
+};
+
+template <>
+inline constexpr auto foundation::json::members<Cluster> = std::tuple(
+    required("name", &Cluster::name),
+    defaulted("level", &Cluster::level),
+    required("servers", &Cluster::servers),
+    defaulted("places", &Cluster::places),
+    defaulted("note", &Cluster::note));
+//! [within each other]
+
+//! [a base]
+struct Secured : Server {
+    std::string certificate;
+};
+
+template <>
+inline constexpr auto foundation::json::members<Secured> = std::tuple_cat(
+    members<Server>,
+    std::tuple(required("certificate", &Secured::certificate)));
+//! [a base]
+
+//! [a template]
+template <class T>
+struct Range {
+    T low{};
+    T high{};
+};
+
+template <class T>
+inline constexpr auto foundation::json::members<Range<T>> = std::tuple(
+    required("low", &Range<T>::low),
+    required("high", &Range<T>::high));
+//! [a template]
+
+//! [private members]
+class Account {
+public:
+    const std::string& owner() const { return owner_; }
+
+private:
+    friend struct AccountTable;
+
+    std::string owner_;
+    long long balance_ = 0;
+};
+
+struct AccountTable {
+    static constexpr auto members = std::tuple(
+        required("owner", &Account::owner_),
+        defaulted("balance", &Account::balance_));
+};
+
+template <>
+inline constexpr auto foundation::json::members<Account> = AccountTable::members;
+//! [private members]
+
+//! [another namespace]
+namespace shop {
+struct Price {
+    double amount = 0;
+    std::string currency;
+};
+} // namespace shop
+
+template <>
+inline constexpr auto foundation::json::members<shop::Price> = std::tuple(
+    required("amount", &shop::Price::amount),
+    required("currency", &shop::Price::currency));
+//! [another namespace]
+
+//! [a default within]
+struct Site {
+    Server main{"localhost", 80, {}};
+    Server admin{"localhost", 81, {}};
+};
+
+template <>
+inline constexpr auto foundation::json::members<Site> = std::tuple(
+    defaulted("main", &Site::main),
+    defaulted("admin", &Site::admin));
+//! [a default within]
+// clang-format on
+
+//! [a check]
+Range<int> to_range(const Value& value) {
+    auto range = to<Range<int>>(value);
+    if (range.low > range.high) {
+        throw ConversionError("/low", std::to_string(range.low) + " is above high");
+    }
+    return range;
+}
+//! [a check]
+
+namespace {
+
+Value some_server() {
+    return Object{{"host", "example.org"}, {"tags", Array{"a", "b"}}};
+}
+
+} // namespace
+
+int main() {
+    snippet("there and back");
+    {
+        const Value value = some_server();
+        //! [there and back]
+        Server server = to<Server>(value);                      // a whole object, or an exception
+        std::cout << server.host << ' ' << server.port << '\n'; // -> example.org 8080
+        server.port = 443;
+        const Value again = from(server);
+        std::cout << serialize(again) << '\n';
+        // ->
+        // {"host":"example.org","port":443,"tags":["a","b"]}
+        //! [there and back]
+    }
+
+    snippet("use");
+    {
+        const Value value = some_server();
+        const Value config = Object{{"server", value}};
+        //! [use]
+        Server server = to<Server>(value);                // a whole object, or ConversionError
+        int port = to_or(config, "/server/port", 8080);   // a fallback for what is missing
+        Value copy = from(server);                        // {"host":...,"port":...,"tags":[...]}
+        const Value* tags = find(config, "/server/tags"); // null where there is nothing
+        //! [use]
+        std::cout << port << ' ' << serialize(copy) << ' ' << serialize(*tags) << '\n';
+        try {
+            to_range(Object{{"low", 2}, {"high", 1}});
+        } catch (const ConversionError& error) {
+            std::cout << error.what() << '\n';
+        }
+        std::cout << serialize(from(Secured{{"h", 1, {}}, "c"})) << '\n'
+                  << serialize(from(to<Account>(Value(Object{{"owner", "Ada"}})))) << '\n'
+                  << to<Account>(Value(Object{{"owner", "Ada"}})).owner() << '\n'
+                  << serialize(from(shop::Price{1.5, "EUR"})) << '\n';
+    }
+
+    snippet("read within each other");
+    {
+        //! [read within each other]
+        const Value value =
+            Object{{"name", "main"},
+                   {"servers", Array{Object{{"host", "a"}}, Object{{"host", "b"}, {"port", 81}}}},
+                   {"places", Object{{"north", Array{0.5, 1}}}},
+                   {"level", "high"}};
+        const Cluster cluster = to<Cluster>(value);
+        std::cout << cluster.servers[1].port << ' ' << cluster.places.at("north").second << ' '
+                  << cluster.note.value_or("no note") << '\n'; // -> 81 1 no note
+        //! [read within each other]
+    }
+
+    snippet("errors");
+    {
+        //! [errors]
+        Value server = Object{{"host", "example.org"}, {"port", 8080.5}};
+        Value cluster = Object{{"name", "main"}, {"servers", Array{server}}};
+        const auto show = [&] {
+            try {
+                to<Cluster>(cluster, {ConvertOptions::UnknownMembers::error});
+            } catch (const ConversionError& error) {
+                std::cout << error.what() << '\n';
+            }
+        };
+        show();
+        *find(cluster, "/servers/0/port") = "8080";
+        show();
+        *find(cluster, "/servers/0") = Object{{"hots", "example.org"}};
+        show();
+        *find(cluster, "/servers/0") = Object();
+        show();
+        cluster["servers"] = Array();
+        cluster["level"] = "medium";
+        show();
+        cluster["level"] = "low";
+        cluster["places"] = Object{{"north/south", Array{1}}};
+        show();
+        //! [errors]
+    }
+
+    snippet("one at a time");
+    {
+        //! [one at a time]
+        const Value config = Object{{"server", Object{{"port", 443}, {"user", Null()}}}};
+        const int port = to<int>(config, "/server/port");
+        const std::string host = to_or(config, "/server/host", "localhost");
+        const std::string user = to_or(config, "/server/user", "nobody");
+        const auto timeout = to<std::optional<double>>(config, "/server/timeout");
+        std::cout << port << ' ' << host << ' ' << user << ' ' << timeout.has_value() << '\n';
+        // ->
+        // 443 localhost nobody 0
+        //! [one at a time]
+    }
+
+    snippet("find");
+    {
+        //! [find]
+        Value config = Object{{"servers", Array{Object{{"host", "a"}}}}};
+        if (Value* const host = find(config, "/servers/0/host")) {
+            *host = "b";
+        }
+        std::cout << serialize(config) << ' ' << (find(config, "/servers/7") == nullptr) << '\n';
+        // ->
+        // {"servers":[{"host":"b"}]} 1
+        //! [find]
+    }
+
+    snippet("read a default within");
+    {
+        //! [read a default within]
+        const Site site = to<Site>(Value(Object{{"admin", Object{{"host", "admin.example.org"}}}}));
+        std::cout << site.admin.host << ' ' << site.admin.port << '\n';
+        // ->
+        // admin.example.org 81
+        //! [read a default within]
+    }
+}
