@@ -1,0 +1,63 @@
+#include "convert/fleet.hpp"
+#include "support/describe.hpp"
+#include "support/random_objects.hpp"
+#include "support/rounds.hpp"
+
+#include <foundation/json/convert.hpp>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <list>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <tuple>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace foundation::json {
+namespace {
+
+template <class T>
+class RandomRoundTrip : public testing::Test {};
+
+using Server = fleet::Server;
+using Types = testing::Types<
+    bool, signed char, unsigned char, short, unsigned short, int, unsigned, long, unsigned long,
+    long long, unsigned long long, float, double, std::string, std::vector<int>, std::vector<bool>,
+    std::vector<std::string>, std::deque<double>, std::list<std::string>, std::set<std::string>,
+    std::set<int>, std::array<float, 3>, std::array<bool, 2>, std::map<std::string, long>,
+    std::unordered_map<std::string, std::string>, std::optional<int>,
+    std::vector<std::optional<std::string>>, std::pair<std::string, int>,
+    std::tuple<bool, std::string, double>, fleet::Level, Server, fleet::Cluster,
+    std::map<std::string, std::unordered_map<std::string, std::set<std::uint8_t>>>,
+    std::vector<std::array<std::pair<fleet::Level, std::optional<Server>>, 2>>,
+    std::tuple<std::list<std::deque<bool>>, std::optional<std::vector<std::vector<short>>>>>;
+
+struct NameOfType {
+    template <class T>
+    static std::string GetName(int index) {
+        return "Type" + std::to_string(index);
+    }
+};
+
+TYPED_TEST_SUITE(RandomRoundTrip, Types, NameOfType);
+
+TYPED_TEST(RandomRoundTrip, GivesAnEqualObject) {
+    const std::uint64_t seed = test::random_seed();
+    test::RandomObjects objects(seed);
+    for (std::size_t round = test::test_rounds() / 20; round > 0; --round) {
+        const auto object = objects.make<TypeParam>();
+        const Value value = from(object);
+        ASSERT_EQ(to<TypeParam>(value), object) << test::describe(value) << "\nseed " << seed;
+    }
+}
+
+} // namespace
+} // namespace foundation::json

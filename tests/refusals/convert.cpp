@@ -1,0 +1,169 @@
+#include <foundation/json/convert.hpp>
+
+#include <array>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+using namespace foundation::json;
+
+const Value value;
+
+struct Plain {
+    int a = 0;
+    int b = 0;
+    int function() const { return a; }
+};
+
+struct Other {
+    int c = 0;
+};
+
+struct NoDefault {
+    explicit NoDefault(int number) : a(number) {}
+    int a;
+};
+
+struct Const {
+    const int a = 0;
+};
+
+struct Holder {
+    Plain plain;
+    std::vector<const char*> texts;
+};
+
+enum class Colour { red, green };
+
+template <>
+inline constexpr auto foundation::json::members<NoDefault> =
+    std::tuple(required("a", &NoDefault::a));
+
+// An expected sentence is one line, however long.
+// clang-format off
+
+// refused AClassNeedsATable: to convert this type, specialise foundation::json::members for it: a std::tuple of required(name, member) and defaulted(name, member)
+Plain a = to<Plain>(value);
+
+// refused AClassToBeWrittenNeedsATable: to convert this type, specialise foundation::json::members for it: a std::tuple of required(name, member) and defaulted(name, member)
+Value b = from(Plain());
+
+// refused AClassWithinOthersNeedsATable: to convert this type, specialise foundation::json::members for it
+auto c = to<std::map<std::string, std::optional<std::vector<Plain>>>>(value);
+
+// refused AClassInATupleNeedsATable: to convert this type, specialise foundation::json::members for it
+Value d = from(std::tuple<int, Plain>());
+
+// refused AMapIsByString: to convert this type, specialise foundation::json::members for it
+auto e = to<std::map<int, int>>(value);
+
+// refused ASmartPointerIsNotConverted: to convert this type, specialise foundation::json::members for it
+auto f = to<std::unique_ptr<int>>(value);
+
+// refused AnEnumerationNeedsATable: to convert this enumeration, specialise foundation::json::enumerators for it: an array of pairs of enumerator and name
+Colour g = to<Colour>(value);
+
+// refused AnEnumerationToBeWrittenNeedsATable: to convert this enumeration, specialise foundation::json::enumerators for it: an array of pairs of enumerator and name
+Value h = from(Colour::red);
+
+// refused ACharacterPointerIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a text, std::vector or std::array for elements, std::optional for what may be missing
+auto i = to<const char*>(value);
+
+// refused AStringViewIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a text
+auto j = to<std::string_view>(value);
+
+// refused AReferenceIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a text
+auto& k = to<std::string&>(value);
+
+// refused ALiteralIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a text
+Value l = from("text");
+
+// refused AConstTypeIsNotConverted: name the type without const and volatile
+const int m = to<const int>(value);
+
+// refused ACharacterIsNotConverted: a character cannot be converted: use std::string for a text, signed char or unsigned char for a number
+char n = to<char>(value);
+
+// refused AWideCharacterIsNotConverted: a character cannot be converted: use std::string for a text, signed char or unsigned char for a number
+Value o = from(L'x');
+
+// refused WhatIsReadNeedsADefault: to convert a Value to this type, give it a default constructor: an object is made first, and then its members are read
+auto p = to<NoDefault>(value);
+
+// refused AnElementNeedsADefault: to convert a Value to this type, give it a default constructor: an object is made first, and then its members are read
+auto q = to<std::vector<NoDefault>>(value);
+
+// refused AnOptionalNeedsADefault: to convert a Value to this type, give it a default constructor: an object is made first, and then its members are read
+auto r = to<std::optional<NoDefault>>(value);
+
+// refused AMappedTypeNeedsADefault: to convert a Value to this type, give it a default constructor: an object is made first, and then its members are read
+auto s = to<std::map<std::string, NoDefault>>(value);
+
+// refused AFallbackNeedsATable: to convert this type, specialise foundation::json::members for it
+Plain t = to_or(value, "/a", Plain());
+
+// refused ATableIsATuple: foundation::json::members has to be a std::tuple of what required(name, member) and defaulted(name, member) return
+template <>
+inline constexpr auto foundation::json::members<Plain> = required("a", &Plain::a);
+Plain u = to<Plain>(value);
+
+// refused ATableToWriteIsATuple: foundation::json::members has to be a std::tuple of what required(name, member) and defaulted(name, member) return
+template <>
+inline constexpr auto foundation::json::members<Plain> = std::tuple(&Plain::a);
+Value v = from(Plain());
+
+// refused AMemberIsOfTheClass: foundation::json::members names a member of another class, which is no base of this one
+template <>
+inline constexpr auto foundation::json::members<Plain> = std::tuple(required("a", &Plain::a), required("c", &Other::c));
+Plain w = to<Plain>(value);
+
+// refused AMemberToWriteIsOfTheClass: foundation::json::members names a member of another class, which is no base of this one
+template <>
+inline constexpr auto foundation::json::members<Plain> = std::tuple(required("c", &Other::c));
+Value x = from(Plain());
+
+// refused NamesDiffer: foundation::json::members names two members the same
+template <>
+inline constexpr auto foundation::json::members<Plain> = std::tuple(required("a", &Plain::a), defaulted("a", &Plain::b));
+Plain y = to<Plain>(value);
+
+// refused NamesToWriteDiffer: foundation::json::members names two members the same
+template <>
+inline constexpr auto foundation::json::members<Plain> = std::tuple(required("a", &Plain::a), defaulted("a", &Plain::b));
+Value z = from(Plain());
+
+// refused AFunctionIsNoMember: a table of members holds data members: give this one as &Class::data_member
+auto function = required("function", &Plain::function);
+
+// refused AConstMemberIsNotRead: a member that is const cannot be read into
+template <>
+inline constexpr auto foundation::json::members<Const> = std::tuple(required("a", &Const::a));
+Const constant = to<Const>(value);
+
+// refused AMemberOfAMemberIsConvertible: a pointer, reference, view or C array cannot be converted: use std::string for a text
+template <>
+inline constexpr auto foundation::json::members<Holder> = std::tuple(required("texts", &Holder::texts));
+Holder holder = to<Holder>(value);
+
+// refused EnumeratorsAreAnArray: foundation::json::enumerators has to be a std::array of std::pair<E, const char*>, with E this enumeration
+template <>
+inline constexpr auto foundation::json::enumerators<Colour> = std::tuple(std::pair{Colour::red, "red"});
+Colour not_an_array = to<Colour>(value);
+
+// refused EnumeratorsAreOfTheEnumeration: foundation::json::enumerators has to be a std::array of std::pair<E, const char*>, with E this enumeration
+template <>
+inline constexpr auto foundation::json::enumerators<Colour> = std::array{std::pair{0, "red"}};
+Value not_of_the_enumeration = from(Colour::red);
+
+// refused NamesOfEnumeratorsDiffer: foundation::json::enumerators has the same name twice
+template <>
+inline constexpr auto foundation::json::enumerators<Colour> = std::array{std::pair{Colour::red, "red"}, std::pair{Colour::green, "red"}};
+Colour twice = to<Colour>(value);
+
+// refused FindInATemporaryWouldDangle: find
+const Value* dangling = find(Value(Array{1}), "/0");

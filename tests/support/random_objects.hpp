@@ -1,0 +1,133 @@
+/// @file
+/// Random objects of any type that convert.hpp converts.
+#ifndef FOUNDATION_JSON_TESTS_SUPPORT_RANDOM_OBJECTS_HPP
+#define FOUNDATION_JSON_TESTS_SUPPORT_RANDOM_OBJECTS_HPP
+
+#include "convert/fleet.hpp"
+#include "support/random_trees.hpp"
+
+#include <array>
+#include <cstddef>
+#include <limits>
+#include <map>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace foundation::json::test {
+
+/// Fills objects, which begin empty, with random content.
+class RandomObjects {
+public:
+    explicit RandomObjects(std::uint64_t seed) : trees_(seed, RandomTrees::Kinds::readable) {}
+
+    template <class T>
+    T make() {
+        T object{};
+        fill(object);
+        return object;
+    }
+
+private:
+    void fill(bool& flag) { flag = trees_.once_in(2); }
+    void fill(std::string& text) { text = trees_.string(); }
+
+    template <class Number>
+    std::enable_if_t<std::is_floating_point_v<Number>> fill(Number& number) {
+        number = trees_.number<Number>();
+    }
+
+    template <class Integer>
+    std::enable_if_t<std::is_integral_v<Integer>> fill(Integer& integer) {
+        using Limits = std::numeric_limits<Integer>;
+        switch (trees_.below(4)) {
+        case 0:
+            integer = Limits::min();
+            break;
+        case 1:
+            integer = Limits::max();
+            break;
+        default:
+            const auto high = static_cast<unsigned long long>(trees_.below(1ULL << 32));
+            const auto low = static_cast<unsigned long long>(trees_.below(1ULL << 32));
+            integer = static_cast<Integer>(((high << 32) | low) >> trees_.below(64));
+        }
+    }
+
+    void fill(fleet::Level& level) { level = static_cast<fleet::Level>(trees_.below(3)); }
+
+    void fill(fleet::Server& server) {
+        fill(server.host);
+        fill(server.port);
+        fill(server.tags);
+        fill(server.load);
+    }
+
+    void fill(fleet::Cluster& cluster) {
+        fill(cluster.name);
+        fill(cluster.servers);
+        fill(cluster.levels);
+    }
+
+    template <class T>
+    void fill(std::optional<T>& optional) {
+        if (trees_.once_in(2)) {
+            optional = make<T>();
+        }
+    }
+
+    template <class First, class Second>
+    void fill(std::pair<First, Second>& pair) {
+        fill(pair.first);
+        fill(pair.second);
+    }
+
+    template <class... Types>
+    void fill(std::tuple<Types...>& tuple) {
+        std::apply([this](Types&... elements) { (fill(elements), ...); }, tuple);
+    }
+
+    template <class T, std::size_t Length>
+    void fill(std::array<T, Length>& array) {
+        for (T& element : array) {
+            fill(element);
+        }
+    }
+
+    template <class T>
+    void fill(std::map<std::string, T>& map) {
+        fill_map(map);
+    }
+
+    template <class T>
+    void fill(std::unordered_map<std::string, T>& map) {
+        fill_map(map);
+    }
+
+    template <class Map>
+    void fill_map(Map& map) {
+        for (std::size_t size = trees_.below(5); size > 0; --size) {
+            map[trees_.string()] = make<typename Map::mapped_type>();
+        }
+    }
+
+    /// Sequences and sets.
+    template <class Container, class T = typename Container::value_type,
+              class = decltype(std::declval<Container&>().insert(std::declval<Container&>().end(),
+                                                                 std::declval<T>()))>
+    std::enable_if_t<!std::is_same_v<Container, std::string>> fill(Container& container) {
+        for (std::size_t size = trees_.below(5); size > 0; --size) {
+            container.insert(container.end(), make<T>());
+        }
+    }
+
+    RandomTrees trees_;
+};
+
+} // namespace foundation::json::test
+
+#endif
