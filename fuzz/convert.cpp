@@ -197,6 +197,9 @@ Value value_for(const Schema& schema, Input& input, int levels) {
         for (const Schema* part : schema.parts) {
             elements.push_back(value_for(*part, input, levels - 1));
         }
+        if (input.below(16) == 15) {
+            elements.push_back(some_value(input, 0));
+        }
         return elements;
     }
     case What::map: {

@@ -251,6 +251,35 @@ TEST(Members, CanBePrivate) {
     EXPECT_EQ(to<shapes::Account>(value).balance(), 7);
 }
 
+/// A server among so many members that no table names, each before, between or after its own.
+Value server_among(int others) {
+    Value value = Object{{"host", "a"}, {"port", 81}, {"tags", Value()}};
+    for (int i = 0; i < others; ++i) {
+        value[std::string(1, "aiqz"[i % 4]) + std::to_string(i)] = i;
+    }
+    return value;
+}
+
+// Few others are passed one by one, among many each member is looked up.
+TEST(Members, AreFoundAmongAnyNumberOfOthers) {
+    for (int others = 0; others < 40; ++others) {
+        const auto server = to<fleet::Server>(server_among(others));
+        EXPECT_EQ(server, (fleet::Server{"a", 81, {}, {}})) << others;
+        Value incomplete = server_among(others);
+        get<Object>(incomplete).erase("host");
+        EXPECT_EQ(conversion_error([&] { to<fleet::Server>(incomplete); }),
+                  "at the root: the required member \"host\" is missing")
+            << others;
+        EXPECT_EQ(error_pointer([&] { to<fleet::Server>(server_among(others), strict); }),
+                  others == 0 ? "(nothing was thrown)" : "/a0");
+    }
+}
+
+TEST(Members, AreReadInTheOrderOfTheTable) {
+    const Value value = Object{{"low", "wrong"}, {"high", "wrong"}};
+    EXPECT_EQ(error_pointer([&] { to<shapes::Range<int>>(value); }), "/low");
+}
+
 TEST(Members, CanBeNone) {
     EXPECT_EQ(describe(from(shapes::Nothing())), "JSON object {}");
     to<shapes::Nothing>(Value(Object{{"x", 1}}));

@@ -41,8 +41,8 @@ struct Holder {
 enum class Colour { red, green };
 
 template <>
-inline constexpr auto foundation::json::members<NoDefault> =
-    std::tuple(required("a", &NoDefault::a));
+inline constexpr auto foundation::json::members<NoDefault> = std::tuple(required("a",
+                                                                                 &NoDefault::a));
 
 // An expected sentence is one line, however long.
 // clang-format off
