@@ -1,7 +1,8 @@
 """Usage: compile_time.py REPETITIONS INCLUDES FLAG...
 
-Compiles empty programs that include one header each, this library's and those of others, and writes
-the medians of the compiler's processor time to standard output, as JSON. INCLUDES is the folder of
+Compiles empty programs that include one header each, this library's and those of others, and
+programs that convert a struct of ten members besides, and writes the medians of the compiler's
+processor time to standard output, as JSON. INCLUDES is the folder of
 this library's headers; each FLAG goes to g++, for instance to find the others' headers. Headers
 that are not there are left out.
 """
@@ -19,6 +20,32 @@ PEERS = {"nlohmann": ["nlohmann/json.hpp"],
          "RapidJSON": ["rapidjson/document.h", "rapidjson/prettywriter.h"],
          "Boost.JSON": ["boost/json.hpp"],
          "JsonCpp": ["json/json.h"]}
+
+# A struct of ten members, and functions that convert it both ways.
+TEN = """
+#include <string>
+#include <vector>
+struct Ten {
+    std::string name, text, link; int port = 0, count = 0; double share = 0;
+    bool on = false, off = false; long long id = 0; std::vector<std::string> tags;
+};
+"""
+STRUCT = ", struct of ten members"
+NAMES = "name text link port count share on off id tags".split()
+CONVERSIONS = {
+    ("foundation::json", "convert.hpp"): "template <> inline constexpr auto "
+    "foundation::json::members<Ten> = std::tuple("
+    + ", ".join(f'required("{name}", &Ten::{name})' for name in NAMES) + ");\n"
+    "Ten read(const foundation::json::Value& v) { return foundation::json::to<Ten>(v); }\n"
+    "foundation::json::Value write(const Ten& ten) { return foundation::json::from(ten); }\n",
+    ("nlohmann", "nlohmann/json.hpp"):
+    f"NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Ten, {', '.join(NAMES)})\n"
+    "Ten read(const nlohmann::json& v) { return v.get<Ten>(); }\n"
+    "nlohmann::json write(const Ten& ten) { return ten; }\n",
+    ("Boost.JSON", "boost/json.hpp"): "#include <boost/describe.hpp>\n"
+    f"BOOST_DESCRIBE_STRUCT(Ten, (), ({', '.join(NAMES)}))\n"
+    "Ten read(const boost::json::value& v) { return boost::json::value_to<Ten>(v); }\n"
+    "boost::json::value write(const Ten& ten) { return boost::json::value_from(ten); }\n"}
 
 
 def fail(message):
@@ -47,12 +74,18 @@ def main(arguments):
     programs = {("foundation::json", header.name): [str(header.relative_to(includes))]
                 for header in headers}
     programs |= {(peer, needed[0]): needed for peer, needed in PEERS.items()}
+    programs |= {(contender, header + STRUCT): programs[contender, header]
+                 for contender, header in CONVERSIONS}
 
     with tempfile.TemporaryDirectory() as folder:
         sources = {}
         for number, (program, needed) in enumerate(programs.items()):
             source = Path(folder) / f"{number}.cpp"
-            source.write_text("".join(f"#include <{header}>\n" for header in needed))
+            source.write_text("".join(f"#include <{header}>\n" for header in needed)
+                              + (TEN + CONVERSIONS[program[0], needed[0].split("/json/")[-1]
+                                                   if program[0] == "foundation::json"
+                                                   else needed[0]]
+                                 if program[1].endswith(STRUCT) else ""))
             if seconds_to_compile(source, flags) is not None:
                 sources[program] = source
             elif program[0] == "foundation::json":
