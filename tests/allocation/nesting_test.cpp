@@ -170,7 +170,8 @@ std::optional<std::string> left_by_failure(const Change& change, std::size_t lev
         EXPECT_EQ(serialize(core), serialize(change.source));
         return std::nullopt;
     }
-    const bool in_place = kind_name(core) == "JSON array" && core.length() != 0 && &core[0] == first;
+    const bool in_place =
+        kind_name(core) == "JSON array" && core.length() != 0 && &core[0] == first;
     return serialize(core) + (in_place ? ", in place" : "");
 }
 
