@@ -5,7 +5,8 @@
 ///
 /// A snippet lies between two lines `//! [name]`; what it writes follows on the line `[name]`. In a
 /// snippet, `// -> text` says that it writes this text; a line `// ->` says so of the lines of
-/// comment that follow. In a document, a block of text is what the block of C++ before it writes.
+/// comment that follow. In a document, a block of text is what the block of C++ before it writes,
+/// and a block of JSON a file beside the programs.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -274,6 +275,24 @@ TEST(Documents, ShowWhatTheSnippetsWrite) {
                 last = find(snippets, block.text);
             } else if (block.language == "text" && last != nullptr) {
                 EXPECT_EQ(joined(block.text), joined(last->output)) << path << ':' << block.line;
+            }
+        }
+    }
+}
+
+TEST(Documents, ShowFilesThatTheProgramsRead) {
+    std::vector<Lines> files;
+    for (const fs::directory_entry& entry : fs::directory_iterator(root / "docs/samples")) {
+        if (entry.path().extension() == ".json") {
+            files.push_back(lines_of_file(entry.path()));
+        }
+    }
+    for (const std::string& path : documents()) {
+        for (const Block& block : blocks_of(root / path)) {
+            if (block.language == "json") {
+                EXPECT_NE(std::find(files.begin(), files.end(), block.text), files.end())
+                    << path << ':' << block.line << ": no program reads this file:\n"
+                    << joined(block.text);
             }
         }
     }

@@ -1,24 +1,24 @@
 /// @file
 /// From text to values: the library foundation_json_parser.
 ///
-///     Value config = parse_file("server.json");
 ///     Value pair = parse("[1, 2.5]");
-///     Value relaxed = parse("[1, 2,] // done", {.comments = true, .trailing_commas = true}); //
-///     C++20
+///     ParseOptions options;
+///     options.comments = true;
+///     Value config = parse_file("server.json", options);
 ///
 /// The text is JSON as RFC 8259 has it, in UTF-8, which is checked; a byte order mark at the start
 /// is skipped. Anything else is a ParserException, whose what() says by itself what was found;
 /// describe() shows it with the line and a caret under the byte:
 ///
 ///     try {
-///         config = parse_file(name);
+///         Value list = parse("[1, 2,]");
 ///     } catch (const ParserException& error) {
-///         std::cerr << describe(error, name);
+///         std::cout << describe(error, "list.json");
+///         // ->
+///         // list.json:1:7: found ']' after a comma: the option trailing_commas allows it
+///         // [1, 2,]
+///         //       ^
 ///     }
-///
-///     server.json:3:13: found ']' after a comma: the option trailing_commas allows it
-///     "list": [1,]
-///                ^
 ///
 /// Several values, one per line or merely one after the other, come from a ValueStream.
 ///
@@ -102,8 +102,10 @@ FOUNDATION_JSON_EXPORT Value parse_file(const std::filesystem::path& path,
 
 /// Values one after the other, of a stream: JSON Lines, or merely concatenated.
 ///
-///     ValueStream values(std::cin);
-///     for (Value value; values.next(value);) { ... }
+///     ValueStream values(stream);
+///     for (Value value; values.next(value);) {
+///         std::cout << serialize(value) << '\n';
+///     }
 ///
 /// A value is there as soon as its last byte is: an array, object or string with its closing
 /// bracket or quote, a number or word with the blank or line end behind it. No more is asked of the

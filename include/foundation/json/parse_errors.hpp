@@ -1,7 +1,7 @@
 /// @file
-/// The vocabulary of JSON reading errors. The library reads no JSON text itself; whoever writes a
-/// reader throws a ParserException with one of these codes and the position of the failure, and
-/// whoever calls the reader learns from it what went wrong and where:
+/// The vocabulary of JSON reading errors. A reader, such as the one of parse.hpp, throws a
+/// ParserException with one of these codes and the position of the failure, and whoever calls the
+/// reader learns from it what went wrong and where:
 ///
 ///     try {
 ///         value = read(text);
