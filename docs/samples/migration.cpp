@@ -4,6 +4,7 @@
 //! [headers]
 #include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
+#include <foundation/json/parse.hpp>
 //! [headers]
 
 #include <cstddef>
@@ -15,6 +16,30 @@
 using namespace foundation::json;
 
 int main() {
+    const std::string source = "[1, /* two */ 3]";
+    snippet("parse a text");
+    //! [parse a text]
+    Value parsed = parse("[1, 2]");
+    //! [parse a text]
+    std::cout << serialize(parsed) << '\n';
+
+    snippet("parse a file");
+    //! [parse a file]
+    ParseOptions options;
+    options.comments = true;
+    Value config = parse_file("server.json", options);
+    //! [parse a file]
+    std::cout << serialize(config) << '\n';
+
+    snippet("show an error");
+    //! [show an error]
+    try {
+        parsed = parse(source);
+    } catch (const ParserException& error) {
+        std::cout << describe(error); // with the line and a caret below the place
+    }
+    //! [show an error]
+
     snippet("make an object");
     //! [make an object]
     Value v((Property("name") = "tea", Property("grams") = 250));
