@@ -161,12 +161,12 @@ int main() {
         std::istringstream log("{\"level\": 1}\n{\"level\": oops}\n{\"level\": 3}\n");
         ValueStream values(log);
         Value value;
-        for (bool more = true; more;) {
+        for (;;) {
             try {
-                more = values.next(value);
-                if (more) {
-                    std::cout << serialize(value) << '\n';
+                if (!values.next(value)) {
+                    break;
                 }
+                std::cout << serialize(value) << '\n';
             } catch (const ParserException& error) { // the next call goes on with the next line
                 std::cout << describe(error, "log");
             }

@@ -242,7 +242,10 @@ void Errors::no_value(const char* place, Within within, bool after_comma) const 
              "found " + in_quotes(shortened(word)) +
                  " where a value should begin: strings are written in double quotes");
     }
-    fail(MISSING_LEADING_DIGIT, place, "found " + name_of(place) + " where a value should begin");
+    const bool utf8 = is_ascii(*place) || utf8_sequence(place, end()).complete;
+    fail(MISSING_LEADING_DIGIT, place,
+         "found " + name_of(place) + " where a value should begin" +
+             (utf8 ? "" : ": the text is not UTF-8"));
 }
 
 void Errors::bad_word(const char* word, const char* place) const {
@@ -256,7 +259,8 @@ void Errors::bad_word(const char* word, const char* place) const {
     }
     const char* const meant = *word == 'n' ? "null" : *word == 't' ? "true" : "false";
     fail(result, place,
-         "found " + in_quotes(shortened(whole)) + " where " + meant + " may be meant");
+         "found " + in_quotes(shortened(whole)) + " where " + meant +
+             " may be meant, or a string in double quotes");
 }
 
 void Errors::bad_number(const NumberToken& token) const {

@@ -66,7 +66,9 @@ void set_state(std::istream& stream, std::ios_base::iostate bits) noexcept {
 void begin_reading(std::istream& stream) {
     const std::istream::sentry sentry(stream, true);
     if (!sentry) {
-        throw std::ios_base::failure("the stream to read from is not good");
+        throw std::ios_base::failure(stream.eof() ? "the stream to read from is at its end already"
+                                                  : "the stream to read from has failed, or is of "
+                                                    "a file that could not be opened");
     }
 }
 

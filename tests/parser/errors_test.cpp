@@ -178,16 +178,26 @@ TEST(ParserErrors, ATextCutOffSaysWithinWhat) {
 
 TEST(ParserErrors, AMisspeltWordIsQuotedAtItsFirstWrongByte) {
     check({
-        {"nil", NULL_MISMATCH, 1, 1, 2, "found 'nil' where null may be meant"},
-        {"nulls", NULL_MISMATCH, 4, 1, 5, "found 'nulls' where null may be meant"},
-        {"null0", NULL_MISMATCH, 4, 1, 5, "found 'null0' where null may be meant"},
-        {"[tru]", BOOLEAN_MISMATCH, 4, 1, 5, "found 'tru' where true may be meant"},
-        {"[falsy]", BOOLEAN_MISMATCH, 5, 1, 6, "found 'falsy' where false may be meant"},
-        {"truefalse", BOOLEAN_MISMATCH, 4, 1, 5, "found 'truefalse' where true may be meant"},
+        {"nil", NULL_MISMATCH, 1, 1, 2,
+         "found 'nil' where null may be meant, or a string in double quotes"},
+        {"fast", BOOLEAN_MISMATCH, 2, 1, 3,
+         "found 'fast' where false may be meant, or a string in double quotes"},
+        {"nulls", NULL_MISMATCH, 4, 1, 5,
+         "found 'nulls' where null may be meant, or a string in double quotes"},
+        {"null0", NULL_MISMATCH, 4, 1, 5,
+         "found 'null0' where null may be meant, or a string in double quotes"},
+        {"[tru]", BOOLEAN_MISMATCH, 4, 1, 5,
+         "found 'tru' where true may be meant, or a string in double quotes"},
+        {"[falsy]", BOOLEAN_MISMATCH, 5, 1, 6,
+         "found 'falsy' where false may be meant, or a string in double quotes"},
+        {"truefalse", BOOLEAN_MISMATCH, 4, 1, 5,
+         "found 'truefalse' where true may be meant, or a string in double quotes"},
         {"nan", NULL_MISMATCH, 1, 1, 2, "nan is not a JSON number"},
-        {"[none]", NULL_MISMATCH, 2, 1, 3, "found 'none' where null may be meant"},
+        {"[none]", NULL_MISMATCH, 2, 1, 3,
+         "found 'none' where null may be meant, or a string in double quotes"},
         {"f", BOOLEAN_MISMATCH, 1, 1, 2, "the text ends within 'f'"},
-        {"true_", BOOLEAN_MISMATCH, 4, 1, 5, "found 'true_' where true may be meant"},
+        {"true_", BOOLEAN_MISMATCH, 4, 1, 5,
+         "found 'true_' where true may be meant, or a string in double quotes"},
     });
 }
 
@@ -421,7 +431,10 @@ TEST(ParserErrors, Utf8IsCheckedToTheByte) {
 
 TEST(ParserErrors, BytesThatBeginNoValueAreNamed) {
     check({
-        {"\xE9", MISSING_LEADING_DIGIT, 0, 1, 1, "found byte 0xE9 where a value should begin"},
+        {"\xE9", MISSING_LEADING_DIGIT, 0, 1, 1,
+         "found byte 0xE9 where a value should begin: the text is not UTF-8"},
+        {"[\xC3]", MISSING_LEADING_DIGIT, 1, 1, 2,
+         "found byte 0xC3 where a value should begin: the text is not UTF-8"},
         {"\xC3\xA9", MISSING_LEADING_DIGIT, 0, 1, 1, "found '\xC3\xA9' where a value should begin"},
         {"[\x01]", MISSING_LEADING_DIGIT, 1, 1, 2, "found byte 0x01 where a value should begin"},
         {"[\x7F]", MISSING_LEADING_DIGIT, 1, 1, 2, "found byte 0x7F where a value should begin"},
