@@ -337,6 +337,7 @@ decltype(auto) visit_content(Callable&& callable, AnyValue& value) {
 /// Calls a callable with the content of a value, by reference.
 /// @param callable  takes each type of content, and returns the same type for all; a generic lambda
 ///                  or a class with overloads
+/// @param value     whose content it is
 /// @return what it returns
 /// @throws what it throws
 /// @complexity constant, beside the call

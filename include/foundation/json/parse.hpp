@@ -47,12 +47,19 @@ struct ParseOptions {
     std::size_t max_depth = 1000;
 
     /// What becomes of a whole number, written without point and exponent, that no double holds
-    /// exactly, such as 9007199254740993: with `exact` it is int64, else uint64, if one of these
-    /// holds it. All other numbers are the nearest double.
-    enum class Integers { exact, as_double } integers = Integers::exact;
+    /// exactly, such as 9007199254740993.
+    enum class Integers {
+        exact,    ///< int64, else uint64, if one of these holds it
+        as_double ///< the nearest double, as all other numbers
+    };
+    Integers integers = Integers::exact; ///< by default such numbers keep all digits
 
     /// What becomes of a name that an object has already. Names are compared without their escapes.
-    enum class DuplicateNames { last_wins, error } duplicate_names = DuplicateNames::last_wins;
+    enum class DuplicateNames {
+        last_wins, ///< its value replaces the earlier one
+        error      ///< the text is refused
+    };
+    DuplicateNames duplicate_names = DuplicateNames::last_wins; ///< by default none is an error
 
     /// Whether `// to the end of the line` and `/* this */` may stand wherever blanks may.
     bool comments = false;
@@ -73,7 +80,8 @@ struct ParseOptions {
 /// every byte but continuation bytes of UTF-8, a byte order mark not included. The quoted text is
 /// the line, without its end, of which no more than 160 bytes on either side of the place.
 ///
-/// @param text  need not outlive the call
+/// @param text     need not outlive the call
+/// @param options  what to accept
 /// @throws ParserException the text is not what the options accept
 /// @throws std::bad_alloc  memory runs out
 /// @complexity linear in the length of the text, but for names that do not ascend, each of which
@@ -146,7 +154,8 @@ private:
 ///
 /// Tabs appear as single blanks, and what does not print as a dot, in the name as well; long lines
 /// are cut around the place. The caret allows for wide and combining characters.
-/// @param name  what was read, such as a file; where it is empty the text begins with LINE
+/// @param error  of the parser, or of another reader
+/// @param name   what was read, such as a file; where it is empty the text begins with LINE
 /// @throws std::bad_alloc memory runs out
 FOUNDATION_JSON_EXPORT std::string describe(const ParserException& error,
                                             std::string_view name = {});
