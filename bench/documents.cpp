@@ -1,9 +1,9 @@
 #include "documents.hpp"
 
-#include "reader.hpp"
 #include "tasks/statuses.hpp"
 
 #include <foundation/json/content.hpp>
+#include <foundation/json/parse.hpp>
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>
 
@@ -271,6 +271,13 @@ namespace {
 
 namespace json = foundation::json;
 
+/// Every number as a double, since that is how the others see most of them.
+json::Value read(std::string_view text) {
+    json::ParseOptions options;
+    options.integers = json::ParseOptions::Integers::as_double;
+    return json::parse(text, options);
+}
+
 void add_content(const json::Value& value, ContentSums& sums) {
     if (const auto* const elements = json::get_if<json::Array>(&value)) {
         for (const json::Value& element : *elements) {
@@ -291,13 +298,13 @@ void add_content(const json::Value& value, ContentSums& sums) {
 
 ContentSums content_sums(const std::string& text) {
     ContentSums sums;
-    add_content(json_format::read(text), sums);
+    add_content(read(text), sums);
     return sums;
 }
 
 bool same_value(std::string_view a, std::string_view b) {
-    const std::string one = foundation::json::serialize(json_format::read(a));
-    const std::string other = foundation::json::serialize(json_format::read(b));
+    const std::string one = foundation::json::serialize(read(a));
+    const std::string other = foundation::json::serialize(read(b));
     return same_but_for_rounding(one.c_str(), other.c_str());
 }
 

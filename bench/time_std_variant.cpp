@@ -1,9 +1,9 @@
 // Reading from a std::variant, the plainest thing that holds one of several types: what the values
 // of the libraries are measured by.
-#include "reader.hpp"
 #include "tasks/reading.hpp"
 
 #include <foundation/json/content.hpp>
+#include <foundation/json/parse.hpp>
 
 #include <cstddef>
 #include <map>
@@ -28,7 +28,11 @@ struct Contender {
     using Node = Value;
     static constexpr const char* name = "std::variant";
 
-    static Value parse(const std::string& text) { return made_of(json_format::read(text)); }
+    static Value parse(const std::string& text) {
+        json::ParseOptions options;
+        options.integers = json::ParseOptions::Integers::as_double;
+        return made_of(json::parse(text, options));
+    }
 
     static std::size_t size_of_string(const Node& node) {
         return std::get<std::string>(node.content).size();

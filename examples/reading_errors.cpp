@@ -1,16 +1,15 @@
-// What a person sees when a text is not JSON: where, what, and the place itself. The reader is that
-// of the example json_format; any reader that throws a ParserException will do.
-#include "reader.hpp"
-
+// What a person sees when a text is not JSON: where, what, and the place itself. describe() makes
+// such a text; here a program makes its own, for whatever reader threw the ParserException.
 #include <foundation/json/json.hpp>
+#include <foundation/json/parse.hpp>
 
 #include <iostream>
 #include <string>
 
 using namespace foundation::json;
 
-// The code has an English sentence; what() is what this reader adds to it. The quoted text is the
-// piece of input around the place.
+// The code has an English sentence; what() is what the parser says of the case at hand. The quoted
+// text is the piece of input around the place.
 void explain(const std::string& file, const ParserException& error) {
     std::cout << file << ':' << error.get_line_number() << ':' << error.get_column() << ": "
               << get_parse_result_description(error.get_parse_result()) << '\n';
@@ -23,7 +22,7 @@ void explain(const std::string& file, const ParserException& error) {
 
 void read(const std::string& file, const std::string& text) {
     try {
-        const Value value = json_format::read(text);
+        const Value value = parse(text);
         std::cout << file << ": " << serialize(value) << '\n';
     } catch (const ParserException& error) {
         explain(file, error);

@@ -79,41 +79,109 @@ run pretty.out
 cmp -s out sample.out && cp /dev/null out
 expect PrettyTextIsReadAsCompactText 0 '' ''
 
-run --help
-grep -q '^Usage: json_format \[--pretty\] \[FILE\]$' out && cp /dev/null out
-expect HelpIsShown 0 '' ''
+for option in --help -h; do
+    run "$option" missing.json
+    grep -q '^Usage: json_format \[OPTION\]\.\.\. \[FILE\]$' out && cp /dev/null out
+    expect "HelpIsShown $option" 0 '' ''
+done
+
+run --version missing.json
+grep -Eqx 'json_format [0-9]+\.[0-9]+\.[0-9]+' out && cp /dev/null out
+expect TheVersionIsShown 0 '' ''
+
+# ---- Options of what is accepted ----
+
+printf '[1, // one\n 2 /* two */]' >in
+run --comments in
+expect CommentsAreAccepted 0 '[1,2]\n' ''
+
+run in
+expect CommentsAreAnErrorOtherwise 1 '' "in:1:5: found a comment: the option comments allows it\n\
+[1, // one\n    ^\n"
+
+printf '{"a": [1,],}' >in
+run --trailing-commas in
+expect TrailingCommasAreAccepted 0 '{"a":[1]}\n' ''
+
+run in
+expect TrailingCommasAreAnErrorOtherwise 1 '' "in:1:10: found ']' after a comma: the option \
+trailing_commas allows it\n{\"a\": [1,],}\n         ^\n"
+
+# ---- Several values ----
+
+printf '{"b": 1, "a": 2}\n\n[1, 2]\r\n3 "x"[]\n' >lines
+run --lines lines
+expect EveryValueIsWrittenOnALine 0 '{"a":2,"b":1}\n[1,2]\n3\n"x"\n[]\n' ''
+
+run --lines --pretty - <lines
+expect SeveralValuesMayBePretty 0 \
+    '{\n    "a":2,\n    "b":1\n}\n[\n    1,\n    2\n]\n3\n"x"\n[]\n' ''
+
+run --lines /dev/null
+expect OfNoValuesNothingIsWritten 0 '' ''
+
+printf '[1,]\n/* 2 */ 2' | "$program" --lines --comments --trailing-commas >out 2>err
+status=$?
+expect TheOptionsHoldForEveryValue 0 '[1]\n2\n' ''
+
+printf '1\n{"a" 2} 3\n4\n[5' >in
+run --lines in
+expect AfterAnErrorTheNextLineIsRead 1 '1\n4\n' "in:2:6: found '2' where ':' is expected after a \
+name\n{\"a\" 2} 3\n     ^\nin:4:3: the text ends within an array\n[5\n  ^\n"
+
+run lines
+expect OneValueIsReadWithoutTheOption 1 '' "lines:3:1: found '[' after the end of the value\n\
+[1, 2]\n^\n"
+
+# The first value is written while the second is still to come.
+mkfifo pipe
+"$program" --lines pipe >out 2>err &
+reader=$!
+exec 3>pipe
+printf '[1]\n' >&3
+tries=0
+while [ ! -s out ] && [ "$tries" -lt 100 ]; do
+    tries=$((tries + 1))
+    sleep 0.1
+done
+cp out first
+printf '[2]\n' >&3
+exec 3>&-
+wait "$reader"
+status=$?
+expect BothValuesOfAPipeAreWritten 0 '[1]\n[2]\n' ''
+mv first out
+expect AValueIsWrittenBeforeTheNextComes 0 '[1]\n' ''
 
 # ---- Input that is not JSON ----
 
 printf '{\n    "a" 1\n}\n' >bad.json
 run bad.json
-expect BadInputIsReportedWithItsPlace 1 '' "bad.json:2:9: No ':' after name while parsing value of \
-type object: found '1'\n    \"a\" 1\n        ^\n"
+expect BadInputIsReportedWithItsPlace 1 '' "bad.json:2:9: found '1' where ':' is expected after a \
+name\n    \"a\" 1\n        ^\n"
 
-printf '[1,]' >in
+printf '[1;]' >in
 run <in
-expect StandardInputHasAName 1 '' "<stdin>:1:4: Expected leading digit while parsing value of type \
-number: expected a value, found ']'\n[1,]\n   ^\n"
+expect StandardInputHasAName 1 '' "<stdin>:1:3: found ';' where ',' or ']' is expected\n[1;]\n  ^\n"
 
 run --pretty /dev/null
-expect EmptyInputIsAnError 1 '' '/dev/null:1:1: The given input sequence is empty\n\n^\n'
+expect EmptyInputIsAnError 1 '' '/dev/null:1:1: the text holds no value\n\n^\n'
 
 printf '\000\001' >in
 run <in
-expect BinaryInputIsAnError 1 '' '<stdin>:1:1: Expected leading digit while parsing value of type '\
-'number: expected a value, found byte 0x00\n..\n^\n'
+expect BinaryInputIsAnError 1 '' '<stdin>:1:1: found byte 0x00 where a value should begin\n..\n^\n'
 
 { printf '[' && yes '1,' | head -n 100000 && printf '?]'; } >in
 run <in
-expect NothingIsWrittenBeforeTheEndIsRead 1 '' '<stdin>:100001:1: Expected leading digit while '\
-"parsing value of type number: expected a value, found '?'\n?]\n^\n"
+expect NothingIsWrittenBeforeTheEndIsRead 1 '' "<stdin>:100001:1: found '?' where a value should \
+begin\n?]\n^\n"
 
 yes '[' | tr -d '\n' | head -c 250000 >in
 run <in
-expect DeepNestingIsAnError 1 '' '<stdin>:1:1001: No trailing '"']'"' while parsing value of type '\
-'array (possible missing comma?): nested deeper than 1000 levels\n'\
-'[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[\n'\
-'                                                  ^\n'
+expect DeepNestingIsAnError 1 '' '<stdin>:1:1001: nested deeper than 1000 levels: the option '\
+'max_depth is the limit\n'\
+'...[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[...\n'\
+'                                        ^\n'
 
 # ---- Other trouble ----
 
@@ -126,6 +194,9 @@ expect AnEmptyFileNameIsTrouble 2 '' 'json_format: cannot read : No such file or
 
 run .
 expect AFolderIsTrouble 2 '' 'json_format: cannot read .: Is a directory\n'
+
+run --lines .
+expect AFolderOfSeveralValuesIsTrouble 2 '' 'json_format: cannot read .: Is a directory\n'
 
 run <.
 expect AReadErrorIsTrouble 2 '' 'json_format: cannot read <stdin>: Is a directory\n'
@@ -147,7 +218,7 @@ run - - <good.json
 expect StandardInputTwiceIsTrouble 2 '' 'json_format: more than one FILE; try --help\n'
 
 cp /dev/null out
-for option in '' --pretty --help; do
+for option in '' --pretty --lines --help --version; do
     "$program" $option good.json >/dev/full 2>err
     status=$?
     expect "AFullDeviceIsTrouble $option" 2 '' \

@@ -25,8 +25,8 @@ public:
     /// The file belongs to the caller, and must stay open until finish().
     explicit LargePieces(std::FILE* file) : file_(file), buffer_(1 << 16) { begin_piece(); }
 
-    /// Passes on what is left, and flushes the file; to be called once, at the end. What is left
-    /// is lost without it.
+    /// Passes on what is left, and flushes the file: at the end, since what is left is lost without
+    /// it, and wherever somebody may wait for the text.
     /// @throws std::system_error that begins with `failure`, for the first error there was
     void finish(const std::string& failure) {
         pass_on();
