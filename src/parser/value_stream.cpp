@@ -102,13 +102,12 @@ void ValueStream::Implementation::skip_mark() {
 void ValueStream::Implementation::skip_line() {
     while (skips_line_) {
         const std::size_t line_feed = text_.find('\n', value_);
-        if (line_feed != std::string::npos || !fill()) {
-            value_ = std::min(line_feed, text_.size() - 1) + 1;
-            skips_line_ = false;
-        } else {
-            value_ = text_.size() - 1;
+        const bool found = line_feed != std::string::npos;
+        value_ = end_ = found ? line_feed + 1 : text_.size();
+        if (!found) {
+            forget_before(value_);
         }
-        end_ = value_;
+        skips_line_ = !found && fill();
     }
 }
 

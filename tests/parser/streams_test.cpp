@@ -347,6 +347,22 @@ TEST(ValueStream, GoesOnWithTheNextLineAfterAnError) {
     }
 }
 
+TEST(ValueStream, GoesOnWithTheNextLineHoweverLongTheRestOfALineIs) {
+    for (const std::size_t length : {0U, 1U, 159U, 160U, 161U, 1000U, 10000U}) {
+        const std::string rest(length, ' ');
+        for (std::size_t piece = 1; piece != 40; ++piece) {
+            EXPECT_EQ(all_values("]" + rest + "\n2\n3", piece),
+                      (Texts{"1:1: found ']' without a '[' before it", "2", "3"}))
+                << length << " bytes in pieces of " << piece;
+            EXPECT_EQ(all_values("1e999 " + rest + "x\n2\n3", piece),
+                      (Texts{"1:1: the number 1e999 is too large for a double", "2", "3"}))
+                << length << " bytes in pieces of " << piece;
+        }
+        EXPECT_EQ(all_values("]" + rest, 7), (Texts{"1:1: found ']' without a '[' before it"}))
+            << length;
+    }
+}
+
 TEST(ValueStream, ATextThatEndsWithinAValueIsAnErrorAndThenTheEnd) {
     for (const std::size_t piece : {1U, 1000U}) {
         EXPECT_EQ(all_values("1\n[1,\n2", piece),
