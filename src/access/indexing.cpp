@@ -30,7 +30,7 @@ Value& member(Value& value, const std::string& name) {
 }
 
 const Value& member(const Value& value, const std::string& name) {
-    const Object& members = get<Object>(value);
+    const auto& members = get<Object>(value);
     const auto found = members.find(name);
     return found != members.end() ? found->second : ValueAccess::undefined();
 }

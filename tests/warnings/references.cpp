@@ -1,5 +1,6 @@
 // References to what is gone by the end of the expression, of which clang++ warns, and references
 // to what stays.
+#include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
 
 using namespace foundation::json;
@@ -14,8 +15,14 @@ void references_to_what_is_gone(const Value& key, Value& named) {
     const Value& by_size = make()[std::size_t{0}];     // clang++ warns: dangling|temporary
     const Value& by_key = make()[key];                 // clang++ warns: dangling|temporary
     const Value& in_const =
-        static_cast<const Value&>(Value())["a"];     // clang++ warns: dangling|temporary
-    const Value& deeper = make()["a"][0]["b"];       // clang++ warns: dangling|temporary
+        static_cast<const Value&>(Value())["a"];      // clang++ warns: dangling|temporary
+    const Value& deeper = make()["a"][0]["b"];        // clang++ warns: dangling|temporary
+    const double& content = get<double>(make()["a"]); // clang++ warns: dangling|temporary
+    const double& constant =
+        get<double>(static_cast<const Value&>(make())); // clang++ warns: dangling|temporary
+    const bool* flag = get_if<bool>(&make()["a"]);      // clang++ warns: dangling|temporary
+    for (Value& element : get<Array>(make()["a"])) {    // clang++ warns: dangling|temporary
+    }
     const auto right = named || Value(8080);         // clang++ warns: dangling|temporary
     const auto left = make() || named;               // clang++ warns: dangling|temporary
     const Value::Or both(named, Value(1));           // clang++ warns: dangling|temporary
@@ -46,5 +53,9 @@ void references_to_what_stays(Value& named, const Value& constant) {
     const Element chain(1);
     const Element& longer = (chain, Element(2));
     const Value list((Element(1), Element(2)));
-    const int number = int(make()["a"]);
+    const int integer = int(make()["a"]);
+    const std::string text = get<std::string>(make()["a"]);
+    const int whole = number<int>(make()["a"]);
+    const Kind kind = kind_of(make());
+    double& content = get<double>(named["a"]);
 }

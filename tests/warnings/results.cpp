@@ -1,5 +1,6 @@
 // Results that a compiler warns of when nobody looks at them, and calls whose result may be
 // ignored.
+#include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
 
 using namespace foundation::json;
@@ -37,6 +38,14 @@ void ignored_results(const Value& v, Value& w, Serializer& serializer, const Par
     e.get_column();                            // warns: nodiscard|comparison
     e.get_quoted_byte_position();              // warns: nodiscard|comparison
     e.get_quoted_text();                       // warns: nodiscard|comparison
+    kind_of(v);                                // warns: nodiscard|comparison
+    name_of(Kind::null);                       // warns: nodiscard|comparison
+    holds<bool>(v);                            // warns: nodiscard|comparison
+    get<bool>(v);                              // warns: nodiscard|comparison
+    get_if<bool>(&v);                          // warns: nodiscard|comparison
+    get_if<bool>(&w);                          // warns: nodiscard|comparison
+    number<int>(v);                            // warns: nodiscard|comparison
+    integer(1);                                // warns: nodiscard|comparison
     detail::string_to_double("1");             // warns: nodiscard|comparison
     char16_t text[] = u"a";
     detail::u16_to_u8(text, 1); // warns: nodiscard|comparison

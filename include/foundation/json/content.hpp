@@ -63,6 +63,7 @@ enum class Kind {
     uint64,    ///< unsigned long long
 };
 
+/// @cond
 namespace detail {
 
 /// A content type as it is within a value: const if the value is.
@@ -132,31 +133,32 @@ struct ValueAccess {
 template <class T>
 constexpr bool require_content() {
     constexpr bool plain = std::is_same_v<T, std::remove_cv_t<std::remove_reference_t<T>>>;
-    constexpr bool number = std::is_arithmetic_v<T>;
-    constexpr bool text = std::is_constructible_v<std::string, T>;
+    constexpr bool is_number = std::is_arithmetic_v<T>;
+    constexpr bool is_text = std::is_constructible_v<std::string, T>;
     constexpr bool found = Contents::contains<T>;
     static_assert(plain, "write the type without const, volatile and &: the result is const if "
                          "the value is");
-    static_assert(found || !plain || !number,
+    static_assert(found || !plain || !is_number,
                   "no Value holds this type of number: write number<T>(value), which converts, as "
                   "in number<int>(value)");
-    static_assert(found || !plain || !text,
+    static_assert(found || !plain || !is_text,
                   "a Value holds text as std::string: write get<std::string>(value)");
-    static_assert(found || !plain || number || text,
+    static_assert(found || !plain || is_number || is_text,
                   "no Value holds this type: write Undefined, Null, bool, double, std::string, "
                   "Array, Object, float, long long or unsigned long long");
     return found;
 }
 
 } // namespace detail
+/// @endcond
 
 /// The kind of a value. Constant time.
-inline Kind kind_of(const Value& value) noexcept {
+[[nodiscard]] inline Kind kind_of(const Value& value) noexcept {
     return static_cast<Kind>(detail::ValueAccess::variant(value).which());
 }
 
 /// What messages call a kind, as traits<T>::name: "JSON array" and so on.
-inline const char* name_of(Kind kind) noexcept {
+[[nodiscard]] inline const char* name_of(Kind kind) noexcept {
     switch (kind) {
     case Kind::undefined:
         return traits<Undefined>::name;
@@ -182,6 +184,7 @@ inline const char* name_of(Kind kind) noexcept {
     return "no kind"; // a number that is no enumerator
 }
 
+/// @cond
 namespace detail {
 
 /// @throws std::runtime_error "invalid conversion: <source> to <target>"
@@ -192,6 +195,7 @@ namespace detail {
 }
 
 } // namespace detail
+/// @endcond
 
 /// @name Content of one type
 /// T is what a Value can hold: Undefined, Null, bool, double, std::string, Array, Object, float,
@@ -200,7 +204,7 @@ namespace detail {
 
 /// Whether a value holds content of type T.
 template <class T>
-bool holds(const Value& value) noexcept {
+[[nodiscard]] bool holds(const Value& value) noexcept {
     if constexpr (detail::require_content<T>()) {
         return detail::ValueAccess::variant(value).which() == traits<T>::order;
     } else {
@@ -208,6 +212,7 @@ bool holds(const Value& value) noexcept {
     }
 }
 
+/// @cond
 namespace detail {
 
 template <class T, class AnyValue>
@@ -233,18 +238,19 @@ ContentOf<AnyValue, T>& content_or_throw(AnyValue& value) {
 }
 
 } // namespace detail
+/// @endcond
 
 /// The content of type T, to be read or changed.
 /// @param value  may be null
 /// @return null if the value holds another type, or value is null
 template <class T>
-T* get_if(Value* value) noexcept {
+[[nodiscard]] T* get_if(Value* value FOUNDATION_JSON_LIFETIME_BOUND) noexcept {
     return detail::content_if<T>(value);
 }
 
 /// The same, to be read.
 template <class T>
-const T* get_if(const Value* value) noexcept {
+[[nodiscard]] const T* get_if(const Value* value FOUNDATION_JSON_LIFETIME_BOUND) noexcept {
     return detail::content_if<T>(value);
 }
 
@@ -252,13 +258,13 @@ const T* get_if(const Value* value) noexcept {
 /// @throws std::runtime_error if the value holds another type: "invalid conversion: <its kind> to
 ///         <the kind of T>", such as "invalid conversion: JSON number to JSON string"
 template <class T>
-T& get(Value& value) {
+T& get(Value& value FOUNDATION_JSON_LIFETIME_BOUND) {
     return detail::content_or_throw<T>(value);
 }
 
 /// The same, to be read.
 template <class T>
-const T& get(const Value& value) {
+[[nodiscard]] const T& get(const Value& value FOUNDATION_JSON_LIFETIME_BOUND) {
     return detail::content_or_throw<T>(value);
 }
 
@@ -267,6 +273,7 @@ template <class T>
 const T& get(const Value&& temporary) = delete; // it must have a name: const Value value = ...
 /// @}
 
+/// @cond
 namespace detail {
 
 /// Whether a callable takes the content of every kind; if it does not, says which is missing.
@@ -330,6 +337,7 @@ decltype(auto) visit_content(Callable&& callable, AnyValue& value) {
 }
 
 } // namespace detail
+/// @endcond
 
 /// @name Content of any type
 /// @{
@@ -337,7 +345,7 @@ decltype(auto) visit_content(Callable&& callable, AnyValue& value) {
 /// Calls a callable with the content of a value, by reference.
 /// @param callable  takes each type of content, and returns the same type for all; a generic lambda
 ///                  or a class with overloads
-/// @param value     whose content it is
+/// @param value     its content may be changed by the call
 /// @return what it returns
 /// @throws what it throws
 /// @complexity constant, beside the call
@@ -362,6 +370,7 @@ decltype(auto) visit(Callable&& callable, const Value&& value) {
 }
 /// @}
 
+/// @cond
 namespace detail {
 
 /// A number taken apart: significand * 2^exponent or its negative, if it is finite.
@@ -606,8 +615,9 @@ using FloatingTypes = TypeList<float, double, long double>;
 template <class T>
 constexpr bool require_number() {
     using Plain = std::remove_cv_t<std::remove_reference_t<T>>;
-    constexpr bool integer = SignedIntegers::contains<Plain> || UnsignedIntegers::contains<Plain>;
-    constexpr bool found = integer || FloatingTypes::contains<Plain>;
+    constexpr bool is_integer =
+        SignedIntegers::contains<Plain> || UnsignedIntegers::contains<Plain>;
+    constexpr bool found = is_integer || FloatingTypes::contains<Plain>;
     static_assert(!found || std::is_same_v<T, Plain>,
                   "number: write the type without const, volatile and &");
     static_assert(!std::is_same_v<Plain, bool>,
@@ -640,6 +650,7 @@ constexpr bool require_integer() {
 }
 
 } // namespace detail
+/// @endcond
 
 /// @name Numbers of any type
 /// @{
@@ -657,7 +668,7 @@ constexpr bool require_integer() {
 ///         within 0 to 65535"
 /// @complexity constant
 template <class Number>
-Number number(const Value& value) {
+[[nodiscard]] Number number(const Value& value) {
     if constexpr (detail::require_number<Number>()) {
         using detail::ValueAccess;
         const detail::ToNumber<Number> to_number;
@@ -683,7 +694,7 @@ Number number(const Value& value) {
 /// @param number  of any integer type but bool and the types of characters: those that are signed
 ///                give an int64, the others a uint64
 template <class Integer>
-Value integer(Integer number) {
+[[nodiscard]] Value integer(Integer number) {
     if constexpr (detail::require_integer<Integer>()) {
         using Content =
             std::conditional_t<std::is_signed_v<Integer>, long long, unsigned long long>;
