@@ -66,7 +66,8 @@ std::string outcome(Value& value) {
                           &content == get_if<T>(&constant);
         return !there ? "get differs" : same ? "content" : "different places";
     } catch (const std::runtime_error& error) {
-        const std::string constant_message = test::thrown_message([&] { static_cast<void>(get<T>(constant)); });
+        const std::string constant_message =
+            test::thrown_message([&] { static_cast<void>(get<T>(constant)); });
         return there                              ? "get differs"
                : constant_message == error.what() ? error.what()
                                                   : "different messages";
