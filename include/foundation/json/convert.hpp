@@ -1160,9 +1160,8 @@ using FallbackFor = std::conditional_t<std::is_same_v<T, const char*> || std::is
 /// classes, std::array, std::pair or std::tuple keep what that constructor gave them where nothing
 /// is read; containers and std::optional are emptied first.
 /// @throws ConversionError  something in the value does not fit: a wrong kind, a number out of
-/// range
-///                          or with a fraction, a length, a required member that is missing, a name
-///                          that is unknown, an element that a set has already
+///                          range or with a fraction, a length, a required member that is missing,
+///                          a name that is unknown, an element that a set has already
 /// @throws std::bad_alloc   memory runs out
 /// @complexity linear in the size of what is read, times the logarithm of the sizes of objects;
 ///             recursion as deep as the nesting of T.
@@ -1176,6 +1175,7 @@ T to(const Value& value, const ConvertOptions& options = {}) {
 /// If nothing is there, a std::optional is empty, and anything else is an error.
 /// @param root     where the pointer begins, and those in errors, too
 /// @param pointer  a JSON Pointer, as for find()
+/// @param options  what to accept
 /// @throws ConversionError        as above; also if nothing is there, or if a value on the way has
 ///                                neither elements nor members
 /// @throws std::invalid_argument  the text is no JSON Pointer
