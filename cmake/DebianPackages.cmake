@@ -49,6 +49,9 @@ runtime_package(foundation_json_Runtime libfoundation-json${PROJECT_VERSION_MAJO
     "model of JSON data and writer of JSON text")
 runtime_package(foundation_json_parser_Runtime libfoundation-json-parser${PROJECT_VERSION_MAJOR}
     libfoundation_json_parser "reader of JSON text")
+# The other library is not yet a package when dpkg-shlibdeps looks for it.
+list(GET runtime_packages 0 ${runtime}_PACKAGE_DEPENDS)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR})
 
 # The headers include those of Boost. A value holds a Boost type, so the version must be the one
 # that the library was built with. ICU and fast_float are the library's own matter.
@@ -61,7 +64,7 @@ string(JOIN ", " ${development}_PACKAGE_DEPENDS
     "libboost-dev (<< ${Boost_VERSION_MAJOR}.${next_minor}~)")
 set(${development}_DESCRIPTION "model of JSON data and writer of JSON text (development files)
 ${description}
-This package contains the headers, the static library, what CMake and
-pkg-config need to find either library, and examples.")
+This package contains the headers, the static libraries, what CMake and
+pkg-config need to find the libraries, and examples.")
 
 include(CPack)
