@@ -50,7 +50,7 @@ protected:
     BufferedOutput() = default;
     ~BufferedOutput() = default;
 
-    bool has_room(Cursor at, std::size_t count) const {
+    bool has_room(const char* at, std::size_t count) const {
         return static_cast<std::size_t>(end_ - at) >= count;
     }
 
