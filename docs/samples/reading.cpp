@@ -2,6 +2,7 @@
 #include "snippet.hpp"
 
 #include <foundation/json/content.hpp>
+#include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 
 #include <cstddef>
@@ -61,6 +62,18 @@ struct CountStrings {
     }
 };
 //! [overloads]
+
+//! [merge]
+void merge(Value& target, const Value& changes) {
+    if (!holds<Object>(target) || !holds<Object>(changes)) {
+        target = changes;
+        return;
+    }
+    for (const auto& [name, change] : get<Object>(changes)) {
+        merge(target[name], change);
+    }
+}
+//! [merge]
 
 } // namespace
 
@@ -177,6 +190,19 @@ int main() {
         //! [move in]
     }
 
+    snippet("merged");
+    {
+        //! [merged]
+        Value config(
+            (Property("server") = (Property("host") = "localhost", Property("port") = 8080),
+             Property("tags") = (Element("web"), Element("test"))));
+        merge(config, Object{{"server", Object{{"port", 9000}}}, {"tags", Array{"web"}}});
+        std::cout << serialize(config) << '\n';
+        // ->
+        // {"server":{"host":"localhost","port":9000},"tags":["web"]}
+        //! [merged]
+    }
+
     snippet("numbers");
     {
         //! [numbers]
@@ -233,6 +259,20 @@ int main() {
             std::cout << error.what() << '\n'; // -> invalid conversion: JSON number to JSON string
         }
         //! [wrong kind]
+    }
+
+    snippet("place");
+    {
+        const Value config(Property("server") = (Property("port") = "high"));
+        //! [place]
+        try {
+            std::cout << to<int>(config, "/server/port") << '\n';
+        } catch (const ConversionError& error) {
+            std::cout << error.what() << '\n';
+            // ->
+            // at /server/port: invalid conversion: JSON string to JSON number
+        }
+        //! [place]
     }
 
     snippet("temporaries");

@@ -1,6 +1,7 @@
 // The snippets of docs/writing.md.
 #include "snippet.hpp"
 
+#include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
 
 #include <cmath>
@@ -12,6 +13,29 @@
 #include <vector>
 
 using namespace foundation::json;
+
+namespace {
+
+//! [plain digits]
+void plain_digits(Value& value) {
+    if (const auto* real = get_if<double>(&value)) {
+        const double size = std::abs(*real);
+        if (size >= 1e6 && size < 9007199254740992.0 && size == std::floor(size)) {
+            value = static_cast<long long>(*real);
+        }
+    } else if (auto* elements = get_if<Array>(&value)) {
+        for (Value& element : *elements) {
+            plain_digits(element);
+        }
+    } else if (auto* members = get_if<Object>(&value)) {
+        for (auto& [name, member] : *members) {
+            plain_digits(member);
+        }
+    }
+}
+//! [plain digits]
+
+} // namespace
 
 int main() {
     snippet("ways");
@@ -72,6 +96,16 @@ int main() {
         std::cout << serialize(2'000'000) << ' ' << serialize(2'000'000LL) << '\n';
         // -> 2.0E+6 2000000
         //! [integers]
+    }
+
+    snippet("use of plain digits");
+    {
+        //! [use of plain digits]
+        Value config((Property("bytes") = 5'000'000, Property("rate") = 1234567.5));
+        std::cout << serialize(config) << '\n'; // -> {"bytes":5.0E+6,"rate":1.2345675E+6}
+        plain_digits(config);
+        std::cout << serialize(config) << '\n'; // -> {"bytes":5000000,"rate":1.2345675E+6}
+        //! [use of plain digits]
     }
 
     snippet("strings");
