@@ -29,9 +29,9 @@ struct ToInt : boost::static_visitor<int> {
 
     int operator()(const std::string& text) const {
         std::istringstream stream(text);
-        int number = 0;
-        stream >> number;
-        return number;
+        int result = 0;
+        stream >> result;
+        return result;
     }
 
     template <class Other>
