@@ -137,17 +137,25 @@ std::string StringOutput::take(const char* at) {
 
 namespace {
 
-bool locale_is_classic(const std::ostream& stream) {
-    return stream.getloc() == std::locale::classic();
+/// Whether a locale's facet is the classic locale's own.
+template <class Facet>
+bool has_classic(const std::locale& locale) {
+    return &std::use_facet<Facet>(locale) == &std::use_facet<Facet>(std::locale::classic());
 }
 
 } // namespace
+
+bool writes_as_classic(const std::locale& locale) {
+    // The comparison alone would do, were it not by name, which locales made by combine() keep.
+    return locale == std::locale::classic() && has_classic<std::num_put<char>>(locale) &&
+           has_classic<std::numpunct<char>>(locale) && has_classic<std::ctype<char>>(locale);
+}
 
 bool BufferedStreamOutput::applies_to(const std::ostream& stream) {
     const std::ios_base::fmtflags shaping =
         std::ios_base::basefield | std::ios_base::showpos | std::ios_base::unitbuf;
     return stream.good() && stream.width() == 0 && stream.tie() == nullptr &&
-           (stream.flags() & shaping) == std::ios_base::dec && locale_is_classic(stream);
+           (stream.flags() & shaping) == std::ios_base::dec && writes_as_classic(stream.getloc());
 }
 
 BufferedStreamOutput::BufferedStreamOutput(std::ostream& stream) noexcept

@@ -9,12 +9,16 @@
 
 #include <cstddef>
 #include <cstring>
+#include <locale>
 #include <memory>
 #include <ostream>
 #include <string>
 #include <vector>
 
 namespace foundation::json::detail {
+
+/// Whether integers, escapes and line ends are written as in the classic locale.
+bool writes_as_classic(const std::locale& locale);
 
 /// An output of the layout that fills a buffer. What becomes of a full buffer is the Sink's matter,
 /// which derives from this class and offers, each taking the cursor and giving the next:

@@ -72,12 +72,8 @@ std::string to_string_by_stream(const Value& value, bool pretty) {
     return buffer.take();
 }
 
-bool global_locale_is_classic() {
-    return std::locale() == std::locale::classic();
-}
-
 std::string to_string(const Value& value, bool pretty) {
-    if (detail::fast_number_text_applies() && global_locale_is_classic()) {
+    if (detail::fast_number_text_applies() && detail::writes_as_classic(std::locale())) {
         detail::StringOutput output;
         return output.take(write_layout(output, output.start(), value, pretty));
     }

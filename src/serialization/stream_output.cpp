@@ -41,7 +41,7 @@ void StreamOutput::insert(const Piece& piece) {
     }
     try {
         stream_ << piece;
-    } catch (const std::bad_alloc&) {
+    } catch (const std::bad_alloc&) { // GCOVR_EXCL_BR_LINE: whether it matches is the runtime's
         throw;
     } catch (...) {
         silence();

@@ -84,7 +84,7 @@ TEST(ParserAllocationFailures, OfStreamsAndFilesLeakNothing) {
     const std::string expected = serialize(parse(text));
     const std::size_t of_stream =
         fail_each_allocation([&text] { return std::make_unique<std::istringstream>(text); },
-                             [&expected](std::unique_ptr<std::istringstream>& stream) {
+                             [](std::unique_ptr<std::istringstream>& stream) {
                                  stream->clear();
                                  stream->seekg(0);
                                  const Value value = parse(*stream);

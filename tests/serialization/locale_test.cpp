@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <climits>
 #include <clocale>
@@ -49,6 +50,61 @@ Value every_kind() {
 }
 
 // ---- The locale of a stream ----------------------------------------------------------------
+
+struct GroupedByThree : std::numpunct<char> {
+    char do_thousands_sep() const override { return '_'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+struct WidensLineFeed : std::ctype<char> {
+    char do_widen(char byte) const override { return byte == '\n' ? '|' : byte; }
+    const char* do_widen(const char* from, const char* end, char* to) const override {
+        std::transform(from, end, to, [this](char byte) { return do_widen(byte); });
+        return end;
+    }
+};
+
+struct WritesStars : std::num_put<char> {
+    iter_type do_put(iter_type at, std::ios_base&, char, long) const override {
+        *at++ = '*';
+        return at;
+    }
+    iter_type do_put(iter_type at, std::ios_base&, char, long long) const override {
+        *at++ = '*';
+        return at;
+    }
+};
+
+/// The classic locale with another facet. Such a locale may keep the name of the classic one, by
+/// which locales are compared.
+template <class Facet, class Own>
+std::locale classic_but() {
+    const std::locale& classic = std::locale::classic();
+    return classic.combine<Facet>(std::locale(classic, new Own));
+}
+
+TEST(StreamLocale, CountsByItsFacetsWhateverItsName) {
+    EXPECT_EQ(written(Array{1234567LL}, classic_but<std::numpunct<char>, GroupedByThree>()),
+              "[1_234_567]");
+    EXPECT_EQ(written(Array{1234567LL}, classic_but<std::num_put<char>, WritesStars>()), "[*]");
+    EXPECT_EQ(written(Array{1LL}, classic_but<std::ctype<char>, WidensLineFeed>(), Layout::pretty),
+              "[|    1|]");
+}
+
+TEST(GlobalLocale, CountsByItsFacetsWhateverItsName) {
+    {
+        const ScopedGlobalLocale global(classic_but<std::numpunct<char>, GroupedByThree>());
+        EXPECT_EQ(serialize(Array{1234567LL}), "[1_234_567]");
+    }
+    {
+        const ScopedGlobalLocale global(classic_but<std::num_put<char>, WritesStars>());
+        EXPECT_EQ(serialize(Array{1234567LL}), "[*]");
+    }
+    {
+        const ScopedGlobalLocale global(classic_but<std::ctype<char>, WidensLineFeed>());
+        EXPECT_EQ(pretty_print(Array{1LL}), "[|    1|]");
+    }
+}
 
 TEST(StreamLocale, GroupsTheDigitsOfSixtyFourBitIntegers) {
     struct Case {
