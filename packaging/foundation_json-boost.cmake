@@ -5,6 +5,11 @@
 # CMake's own module for Boost is not used: newer versions of CMake warn of it, or are without it.
 set(Boost_MINIMUM 1.74)
 
+# What BOOST_ROOT means is said below. For this file alone: include() keeps policies apart.
+if(POLICY CMP0144)
+    cmake_policy(SET CMP0144 NEW)
+endif()
+
 if(NOT TARGET Boost::headers)
     # Somebody who names a folder wants no other Boost.
     set(Boost_only)

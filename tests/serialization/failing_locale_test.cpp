@@ -199,6 +199,16 @@ std::string text_of_stream(const Tree& tree, Layout layout, const Faults& faults
     return outcome;
 }
 
+/// Whether a stream asks for characters as soon as it is made, or only when it needs them, which
+/// depends on the standard library.
+bool asks_for_characters_when_made() {
+    const ScopedGlobalLocale global(failing_locale());
+    start({Fault::exception, 0, 1, 0});
+    const std::string outcome = outcome_of([] { return std::ostringstream().str(); });
+    stop();
+    return outcome == "(a facet's)";
+}
+
 // ---- Tests ---------------------------------------------------------------------------------
 
 TEST(FailingFacet, OfIntegersEndsTheTextThere) {
@@ -215,14 +225,16 @@ TEST(FailingFacet, OfIntegersEndsTheTextThere) {
 
 TEST(FailingFacet, OfFillCharactersEndsTheTextThere) {
     const Value value = std::vector<Value>{true, 1234567ULL, false};
-    EXPECT_EQ(text_of_library(value, Layout::compact, {Fault::exception, 0, 1, 0}), "[true,");
+    const char* const expected = asks_for_characters_when_made() ? "(a facet's)" : "[true,";
+    EXPECT_EQ(text_of_library(value, Layout::compact, {Fault::exception, 0, 1, 0}), expected);
 }
 
 TEST(FailingFacet, OfLineEndsThrowsWhereNoStreamLooks) {
     const Value value = std::vector<Value>{true};
     EXPECT_EQ(text_of_library(value, Layout::pretty, {Fault::exception, 0, 1, 0}), "(a facet's)");
     EXPECT_EQ(text_of_library(value, Layout::pretty, {Fault::not_an_exception, 0, 1, 0}), "(42)");
-    EXPECT_EQ(text_of_library(value, Layout::compact, {Fault::exception, 0, 1, 0}), "[true]");
+    const char* const compact = asks_for_characters_when_made() ? "(a facet's)" : "[true]";
+    EXPECT_EQ(text_of_library(value, Layout::compact, {Fault::exception, 0, 1, 0}), compact);
 }
 
 TEST(FailingFacet, ThrowsWhereNoStreamLooksAlsoAfterTheTextHasEnded) {
