@@ -154,8 +154,12 @@ bool writes_as_classic(const std::locale& locale) {
 bool BufferedStreamOutput::applies_to(const std::ostream& stream) {
     const std::ios_base::fmtflags shaping =
         std::ios_base::basefield | std::ios_base::showpos | std::ios_base::unitbuf;
-    return stream.good() && stream.width() == 0 && stream.tie() == nullptr &&
-           (stream.flags() & shaping) == std::ios_base::dec && writes_as_classic(stream.getloc());
+    const bool plain = stream.good() && stream.width() == 0 && stream.tie() == nullptr &&
+                       (stream.flags() & shaping) == std::ios_base::dec;
+    if (!plain) {
+        return false;
+    }
+    return writes_as_classic(stream.getloc());
 }
 
 BufferedStreamOutput::BufferedStreamOutput(std::ostream& stream) noexcept

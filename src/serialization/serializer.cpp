@@ -72,8 +72,12 @@ std::string to_string_by_stream(const Value& value, bool pretty) {
     return buffer.take();
 }
 
+bool global_locale_writes_as_classic() {
+    return detail::writes_as_classic(std::locale());
+}
+
 std::string to_string(const Value& value, bool pretty) {
-    if (detail::fast_number_text_applies() && detail::writes_as_classic(std::locale())) {
+    if (detail::fast_number_text_applies() && global_locale_writes_as_classic()) {
         detail::StringOutput output;
         return output.take(write_layout(output, output.start(), value, pretty));
     }
