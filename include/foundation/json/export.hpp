@@ -27,4 +27,15 @@
 #define FOUNDATION_JSON_LIFETIME_BOUND
 #endif
 
+#ifdef __has_attribute
+#if __has_attribute(standalone_debug)
+#define FOUNDATION_JSON_STANDALONE_DEBUG __attribute__((standalone_debug))
+#endif
+#endif
+#ifndef FOUNDATION_JSON_STANDALONE_DEBUG
+/// Marks a class that debug information describes wherever it is used. clang++ would leave out what
+/// it expects in the debug information of the library, which need not be there.
+#define FOUNDATION_JSON_STANDALONE_DEBUG
+#endif
+
 #endif

@@ -155,7 +155,7 @@ inline constexpr bool is_content =
 /// Where nothing else is said, members do not throw. Messages call the kinds as traits<T>::name
 /// does: "undefined", "JSON null", "JSON boolean", "JSON number", "JSON string", "JSON array",
 /// "JSON object", "float", "int64" and "uint64".
-class FOUNDATION_JSON_EXPORT Value {
+class FOUNDATION_JSON_STANDALONE_DEBUG FOUNDATION_JSON_EXPORT Value {
 public:
     class Or;
     class OrVisitor;
