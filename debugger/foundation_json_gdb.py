@@ -46,8 +46,10 @@ class FoundationJsonProgram:
         self.type = value_type
         word = pointer.sizeof
         little = int(gdb.Value((1).to_bytes(word, "little"), pointer)) == 1
+        layout = value_type and self.layout(value_type)
+        self.has_names = layout is not None
         self.memory = foundation_json_values.Memory(
-            self.read, word, "little" if little else "big", value_type and self.layout(value_type)
+            self.read, word, "little" if little else "big", layout
         )
 
     @classmethod
@@ -64,7 +66,7 @@ class FoundationJsonProgram:
 
     @staticmethod
     def layout(value_type):
-        """None if the debug information only declares the type."""
+        """None if the debug information only declares the type or that of its content."""
         try:
             variant = value_type["variant_"]
             which, storage = variant.type["which_"], variant.type["storage_"]
@@ -81,7 +83,7 @@ class FoundationJsonProgram:
         """What a value holds. By name where possible, since a value need not lie in memory, as when
         gdb has made a copy."""
         try:
-            if value.type.strip_typedefs().fields():
+            if self.has_names:
                 value.fetch_lazy()
                 variant = value["variant_"]
                 return self.memory.held(int(variant["which_"]), self.data(variant["storage_"]))
