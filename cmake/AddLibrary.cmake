@@ -17,7 +17,9 @@ option(FOUNDATION_JSON_STATIC_TOO "Build static libraries beside the shared ones
 function(foundation_json_compile target)
     target_compile_options(${target} PRIVATE -fno-semantic-interposition)
     target_compile_definitions(${target}
-        PRIVATE $<$<BOOL:${FOUNDATION_JSON_HARDENED}>:FOUNDATION_JSON_HARDENED>)
+        PRIVATE $<$<BOOL:${FOUNDATION_JSON_HARDENED}>:FOUNDATION_JSON_HARDENED>
+        # The tests of internals look at what is left.
+        PUBLIC $<BUILD_INTERFACE:$<$<BOOL:${FOUNDATION_JSON_PORTABLE}>:FOUNDATION_JSON_PORTABLE>>)
     set_target_properties(${target} PROPERTIES
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON

@@ -1,6 +1,7 @@
 #include "serialization/buffered_output.hpp"
 
 #include "serialization/fast_string_text.hpp"
+#include "serialization/shuffled_string_text.hpp"
 
 #include <algorithm>
 #include <locale>
@@ -28,6 +29,7 @@ template <class Number>
 template <class Sink>
 template <class Number>
 char* BufferedOutput<Sink>::integer(Cursor at, Number value) {
+    sink().before_integer();
     return fast_integer_text(ensure_room(at, fast_number_room), value);
 }
 
@@ -57,6 +59,8 @@ char* BufferedOutput<Sink>::string(Cursor at, const std::string& text) {
     constexpr std::ptrdiff_t block = 256;
     constexpr std::size_t room = 2 * block + 32;
     static_assert(room <= minimum_room);
+    // From this size on, copying costs more than what it takes to do without.
+    constexpr std::size_t long_text = 1024;
     const char* from = text.data();
     const char* const end = from + text.size();
     at = ensure_room(at, room);
@@ -66,9 +70,15 @@ char* BufferedOutput<Sink>::string(Cursor at, const std::string& text) {
         *at++ = '"';
         return at;
     }
+    if (text.size() >= long_text) {
+        if (const std::size_t clean = count_clean<VectorBytes>(from, end); clean >= long_text) {
+            at = ensure_room(sink().pass(at, from, clean), room);
+            from += clean;
+        }
+    }
     while (from != end) {
         const char* const block_end = end - from > block ? from + block : end;
-        const EscapedCopy copied = copy_escaped<VectorBytes>(at, from, block_end);
+        const EscapedCopy copied = copy_escaped_quickly(at, from, block_end);
         from = copied.from;
         at = copied.out;
         if (from != block_end) {
@@ -100,19 +110,29 @@ StringOutput::StringOutput() noexcept : begin_(first_) {
     end_ = first_ + sizeof first_;
 }
 
-char* StringOutput::make_room(const char* at) {
-    const auto size = static_cast<std::size_t>(at - begin_);
-    const std::size_t capacity = std::max(sizeof first_, (total_ + size) / 8);
-    Chunk chunk{std::unique_ptr<char[]>(new char[capacity]), 0};
-    (chunks_.empty() ? first_size_ : chunks_.back().size) = size;
+void StringOutput::end_piece(const char* text, std::size_t size) {
+    pieces_.emplace_back(text, size);
     total_ += size;
-    begin_ = chunk.text.get();
+}
+
+char* StringOutput::make_room(const char* at) {
+    end_piece(begin_, static_cast<std::size_t>(at - begin_));
+    const std::size_t capacity = std::max(sizeof first_, total_ / 8);
+    buffers_.emplace_back(new char[capacity]);
+    begin_ = buffers_.back().get();
     end_ = begin_ + capacity;
-    chunks_.push_back(std::move(chunk));
     return begin_;
 }
 
+char* StringOutput::pass(Cursor at, const char* text, std::size_t size) {
+    end_piece(begin_, static_cast<std::size_t>(at - begin_));
+    end_piece(text, size);
+    begin_ = at;
+    return at;
+}
+
 char* StringOutput::unicode_escape(Cursor at, unsigned char byte) {
+    ask_locale();
     constexpr char digits[] = "0123456789abcdef";
     at = ensure_room(text(at, "\\u00"), 2);
     *at++ = digits[byte >> 4];
@@ -122,17 +142,15 @@ char* StringOutput::unicode_escape(Cursor at, unsigned char byte) {
 
 std::string StringOutput::take(const char* at) {
     const auto size = static_cast<std::size_t>(at - begin_);
-    if (chunks_.empty()) {
-        return std::string(first_, size);
+    if (pieces_.empty()) {
+        return std::string(begin_, size);
     }
-    chunks_.back().size = size;
     std::string result;
     result.reserve(total_ + size);
-    result.append(first_, first_size_);
-    for (const Chunk& chunk : chunks_) {
-        result.append(chunk.text.get(), chunk.size);
+    for (const std::string_view piece : pieces_) {
+        result += piece;
     }
-    return result;
+    return result.append(begin_, size);
 }
 
 namespace {
@@ -140,15 +158,16 @@ namespace {
 /// Whether a locale's facet is the classic locale's own.
 template <class Facet>
 bool has_classic(const std::locale& locale) {
-    return &std::use_facet<Facet>(locale) == &std::use_facet<Facet>(std::locale::classic());
+    static const Facet& classic = std::use_facet<Facet>(std::locale::classic());
+    return &std::use_facet<Facet>(locale) == &classic;
 }
 
 } // namespace
 
 bool writes_as_classic(const std::locale& locale) {
-    // The comparison alone would do, were it not by name, which locales made by combine() keep.
-    return locale == std::locale::classic() && has_classic<std::num_put<char>>(locale) &&
-           has_classic<std::numpunct<char>>(locale) && has_classic<std::ctype<char>>(locale);
+    // Locales are compared by name, which those made by combine() keep.
+    return has_classic<std::num_put<char>>(locale) && has_classic<std::numpunct<char>>(locale) &&
+           has_classic<std::ctype<char>>(locale);
 }
 
 bool BufferedStreamOutput::applies_to(const std::ostream& stream) {
@@ -174,6 +193,12 @@ char* BufferedStreamOutput::hand_over(Cursor at) {
         stream_ << text;
     }
     return buffer_;
+}
+
+char* BufferedStreamOutput::pass(Cursor at, const char* text, std::size_t size) {
+    at = hand_over(at);
+    stream_ << std::string_view(text, size);
+    return at;
 }
 
 char* BufferedStreamOutput::line_end(Cursor at) {

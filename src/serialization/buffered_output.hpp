@@ -13,6 +13,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace foundation::json::detail {
@@ -24,7 +25,9 @@ bool writes_as_classic(const std::locale& locale);
 /// which derives from this class and offers, each taking the cursor and giving the next:
 ///
 ///     make_room(Cursor)                      makes room for at least minimum_room bytes
+///     pass(Cursor, const char*, std::size_t) writes many bytes that stay as they are until the end
 ///     unicode_escape(Cursor, unsigned char)  writes a byte as \u escape
+///     before_integer()                       is told that an integer comes
 template <class Sink>
 class BufferedOutput {
 public:
@@ -77,13 +80,22 @@ private:
 };
 
 /// Text into a string, by way of a chain of buffers: each is a fraction of the text before it, so
-/// that no more than the text, a copy and that fraction is in memory at once.
+/// that no more than the text, a copy and that fraction is in memory at once. Long strings that are
+/// written as they are stay where they are until the text is put together.
 class StringOutput : public BufferedOutput<StringOutput> {
 public:
     StringOutput() noexcept;
 
     Cursor start() noexcept { return first_; }
-    Cursor line_end(Cursor at) { return text(at, "\n"); }
+
+    Cursor line_end(Cursor at) {
+        ask_locale();
+        return text(at, "\n");
+    }
+
+    /// Whether a string stream would have been given a locale that says otherwise how a piece is
+    /// written. The text is not as it should be then.
+    bool is_wrong() const noexcept { return locale_ == Locale::counts; }
 
     /// The text up to the cursor; to be called once, at the end.
     std::string take(const char* at);
@@ -91,17 +103,29 @@ public:
 private:
     friend class BufferedOutput<StringOutput>;
 
-    struct Chunk {
-        std::unique_ptr<char[]> text;
-        std::size_t size;
-    };
-
     Cursor make_room(const char* at);
+    Cursor pass(Cursor at, const char* text, std::size_t size);
     Cursor unicode_escape(Cursor at, unsigned char byte);
 
+    /// To be called for each piece that depends on the locale. Most texts have none, and the answer
+    /// takes longer than a short text.
+    void ask_locale() {
+        if (locale_ == Locale::unknown) {
+            locale_ = writes_as_classic(std::locale()) ? Locale::does_not_count : Locale::counts;
+        }
+    }
+
+    void before_integer() { ask_locale(); }
+
+    void end_piece(const char* text, std::size_t size);
+
+    enum class Locale { unknown, does_not_count, counts };
+
+    Locale locale_ = Locale::unknown;
     char first_[4096];
-    std::size_t first_size_ = 0;
-    std::vector<Chunk> chunks_;
+    std::vector<std::unique_ptr<char[]>> buffers_;
+    /// The text before that of the present buffer from `begin_` on.
+    std::vector<std::string_view> pieces_;
     std::size_t total_ = 0;
     char* begin_;
 };
@@ -127,6 +151,10 @@ private:
     friend class BufferedOutput<BufferedStreamOutput>;
 
     Cursor make_room(Cursor at) { return hand_over(at); }
+    Cursor pass(Cursor at, const char* text, std::size_t size);
+    // The locale was asked already whether integers are written as they are.
+    void before_integer() const noexcept {}
+
     Cursor hand_over(Cursor at);
     Cursor unicode_escape(Cursor at, unsigned char byte);
 

@@ -10,9 +10,12 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__)
+// FOUNDATION_JSON_PORTABLE leaves out what only some processors have.
+#if !defined(FOUNDATION_JSON_PORTABLE) && defined(__SSE2__)
+#define FOUNDATION_JSON_SSE2
 #include <emmintrin.h>
-#elif defined(__ARM_NEON) && defined(__aarch64__)
+#elif !defined(FOUNDATION_JSON_PORTABLE) && defined(__ARM_NEON) && defined(__aarch64__)
+#define FOUNDATION_JSON_NEON
 #include <arm_neon.h>
 #endif
 
@@ -110,7 +113,7 @@ private:
     std::uint64_t second_;
 };
 
-#if defined(__SSE2__)
+#if defined(FOUNDATION_JSON_SSE2)
 
 class VectorBytes {
 public:
@@ -144,7 +147,7 @@ private:
     __m128i bytes_;
 };
 
-#elif defined(__ARM_NEON) && defined(__aarch64__)
+#elif defined(FOUNDATION_JSON_NEON)
 
 class VectorBytes {
 public:
@@ -217,6 +220,19 @@ bool copy_clean(char* out, const char* from, std::size_t size) noexcept {
         letters |= escape_letters[static_cast<unsigned char>(from[index])];
     }
     return letters == '\0';
+}
+
+/// How many bytes a string of at least sixteen begins with that are written as they are.
+template <class Bytes>
+std::size_t count_clean(const char* from, const char* to) noexcept {
+    const char* at = from;
+    while (to - at >= 16 && !Bytes(at).any_escaped()) {
+        at += 16;
+    }
+    // The last bytes are those behind whatever was found clean.
+    at = to - at >= 16 ? at : to - 16;
+    const unsigned clean = Bytes(at).first_escaped();
+    return static_cast<std::size_t>(at - from) + clean;
 }
 
 /// Where copy_escaped() stopped reading and writing.

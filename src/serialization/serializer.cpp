@@ -4,7 +4,6 @@
 #include "serialization/layout.hpp"
 #include "serialization/stream_output.hpp"
 
-#include <locale>
 #include <ostream>
 #include <streambuf>
 #include <utility>
@@ -72,14 +71,13 @@ std::string to_string_by_stream(const Value& value, bool pretty) {
     return buffer.take();
 }
 
-bool global_locale_writes_as_classic() {
-    return detail::writes_as_classic(std::locale());
-}
-
 std::string to_string(const Value& value, bool pretty) {
-    if (detail::fast_number_text_applies() && global_locale_writes_as_classic()) {
+    if (detail::fast_number_text_applies()) {
         detail::StringOutput output;
-        return output.take(write_layout(output, output.start(), value, pretty));
+        const char* const end = write_layout(output, output.start(), value, pretty);
+        if (!output.is_wrong()) {
+            return output.take(end);
+        }
     }
     return to_string_by_stream(value, pretty);
 }

@@ -59,6 +59,11 @@ private:
 };
 
 inline bool equal(const Value& left, const Value& right) {
+    // The commonest kind takes no visit.
+    if (const auto* const number = get_if<double>(&left)) {
+        const auto* const other = get_if<double>(&right);
+        return other != nullptr && *number == *other;
+    }
     return kind_of(left) == kind_of(right) && visit(Equal(right), left);
 }
 
@@ -114,6 +119,12 @@ private:
 };
 
 inline int compare(const Value& left, const Value& right) {
+    // The commonest kind takes no visit.
+    if (const auto* const number = get_if<double>(&left)) {
+        if (const auto* const other = get_if<double>(&right)) {
+            return compare(*number, *other);
+        }
+    }
     return visit(Compare(right), left);
 }
 

@@ -179,6 +179,10 @@ struct CopyShallow : boost::static_visitor<Variant> {
 
 /// A copy but, beyond the ordinary levels, for what is left to CopyDeferred.
 Variant copy(const Value& original) {
+    // The commonest kind takes no visit and no level.
+    if (const auto* const number = get_if<double>(&original)) {
+        return Variant(*number);
+    }
     const detail::NestingLevel level;
     return level.beyond_ordinary() ? copy_shallow(original)
                                    : Variant(detail::ValueAccess::variant(original));
@@ -192,7 +196,18 @@ Value::Value(const Value& other) : variant_(copy(other)) {
     }
 }
 
-Value::Value(Value&& other) = default;
+namespace {
+
+Variant take(Value& original) {
+    if (const auto* const number = get_if<double>(&original)) {
+        return Variant(*number);
+    }
+    return Variant(std::move(detail::ValueAccess::variant(original)));
+}
+
+} // namespace
+
+Value::Value(Value&& other) : variant_(take(other)) {}
 
 namespace {
 
@@ -233,24 +248,21 @@ struct ClearContainer : boost::static_visitor<> {
 
 /// Destroys the members of an object while that is counted as a level. A vector of values takes
 /// little stack to destroy, whatever the level.
-struct DestroyMembers : boost::static_visitor<> {
-    void operator()(Object& members) const {
-        const detail::NestingLevel level;
-        if (level.beyond_ordinary()) {
-            clear_members(members);
-        } else {
-            members.clear();
-        }
+void destroy_members(Object& members) {
+    const detail::NestingLevel level;
+    if (level.beyond_ordinary()) {
+        clear_members(members);
+    } else {
+        members.clear();
     }
-
-    template <class Other>
-    void operator()(const Other&) const {}
-};
+}
 
 } // namespace
 
 Value::~Value() {
-    visit(DestroyMembers(), *this);
+    if (auto* const members = get_if<Object>(this)) {
+        destroy_members(*members);
+    }
 }
 
 namespace {

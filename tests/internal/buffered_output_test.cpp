@@ -214,6 +214,20 @@ TEST(BufferedOutput, LosesNothingInStringsOfEveryLengthAboutABlock) {
     }
 }
 
+TEST(BufferedOutput, LosesNothingInLongStringsWhereverTheyAreFirstEscaped) {
+    for (const std::size_t size : {1023U, 1024U, 1025U, 1039U, 1040U, 5000U, 20000U}) {
+        expect_same_text({true, std::string(size, 'x'), 0.5, std::string(size, 'y'), 5LL});
+        for (const std::size_t at : {std::size_t{0}, std::size_t{1}, size / 2, std::size_t{1022},
+                                     std::size_t{1023}, size - 17, size - 16, size - 1}) {
+            for (const char byte : {'/', '\n', '\x01'}) {
+                std::string text(size, 'x');
+                text[at] = byte;
+                expect_same_text({text, false, text});
+            }
+        }
+    }
+}
+
 TEST(BufferedOutput, WritesAControlByteAtEveryDistanceFromTheEndOfABuffer) {
     for (const std::size_t end : {4096u, 8192u}) {
         for (std::size_t size = end - 20; size < end + 4; ++size) {

@@ -2,6 +2,7 @@
 /// String content copied and escaped many bytes at a time: as byte by byte, without a look outside
 /// the string and a write beyond the room.
 #include "serialization/fast_string_text.hpp"
+#include "serialization/shuffled_string_text.hpp"
 
 #include "support/edge_memory.hpp"
 #include "support/random_trees.hpp"
@@ -55,6 +56,9 @@ Copied copied_by_bytes(std::string_view content) {
     return result;
 }
 
+/// In place of the bytes to work on: those of the quickest way.
+struct QuickestBytes {};
+
 /// Copies content that lies at an edge of memory into exactly the room that is asked for.
 class EdgeCopier {
 public:
@@ -81,7 +85,12 @@ public:
     template <class Bytes>
     Copied copy() {
         char* const out = target_.end() - (2 * size_ + 16);
-        const EscapedCopy copied = copy_escaped<Bytes>(out, begin_, begin_ + size_);
+        EscapedCopy copied;
+        if constexpr (std::is_same_v<Bytes, QuickestBytes>) {
+            copied = copy_escaped_quickly(out, begin_, begin_ + size_);
+        } else {
+            copied = copy_escaped<Bytes>(out, begin_, begin_ + size_);
+        }
         return {static_cast<std::size_t>(copied.from - begin_), {out, copied.out}};
     }
 
@@ -121,11 +130,11 @@ protected:
 struct BytesNames {
     template <class Bytes>
     static std::string GetName(int index) {
-        return index == 0 ? "WithVectors" : "WithWords";
+        return index == 0 ? "WithVectors" : (index == 1 ? "WithWords" : "TheQuickestWay");
     }
 };
 
-using AllBytes = testing::Types<VectorBytes, PortableBytes>;
+using AllBytes = testing::Types<VectorBytes, PortableBytes, QuickestBytes>;
 TYPED_TEST_SUITE(CopyEscaped, AllBytes, BytesNames);
 
 TYPED_TEST(CopyEscaped, WritesShortEscapesAndStopsAtOtherControlBytes) {
@@ -215,7 +224,8 @@ protected:
     EdgeCopier copier;
 };
 
-TYPED_TEST_SUITE(CopyClean, AllBytes, BytesNames);
+using CleanBytes = testing::Types<VectorBytes, PortableBytes>;
+TYPED_TEST_SUITE(CopyClean, CleanBytes, BytesNames);
 
 TYPED_TEST(CopyClean, CopiesContentThatStaysAsItIs) {
     for (std::size_t size = 0; size <= 300; ++size) {
@@ -245,6 +255,26 @@ TYPED_TEST(CopyClean, RefusesEveryByteThatIsEscapedAtEveryPlace) {
                 }
                 content[at] = clean[at];
             }
+        }
+    }
+}
+
+template <class Bytes>
+class CountClean : public testing::Test {};
+
+TYPED_TEST_SUITE(CountClean, CleanBytes, BytesNames);
+
+TYPED_TEST(CountClean, CountsTheBytesBeforeTheFirstThatIsEscaped) {
+    for (std::size_t size = 16; size <= 70; ++size) {
+        std::string content = clean_content(size);
+        const char* const begin = content.data();
+        EXPECT_EQ(count_clean<TypeParam>(begin, begin + size), size);
+        content.back() = '"';
+        for (std::size_t at = size; at-- > 0;) {
+            const char clean = content[at];
+            content[at] = '\x1F';
+            ASSERT_EQ(count_clean<TypeParam>(begin, begin + size), at) << "of " << size;
+            content[at] = clean;
         }
     }
 }
