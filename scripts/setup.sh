@@ -35,6 +35,8 @@ icu          | ICU                      | libicu-dev
 llvm         | llvm-symbolizer          | llvm
 localedef    | localedef with sources   | locales
 meson        | Meson                    | meson
+mkdocs       | MkDocs                   | mkdocs
+mkdocs-theme | the theme "material"     | mkdocs-material
 ninja        | Ninja                    | ninja-build
 nm           | nm                       | binutils
 pkg-config   | pkg-config               | pkg-config
@@ -109,6 +111,7 @@ is_there() {
             [[ -e /usr/share/i18n/locales/de_DE ]] && type -P localedef >/dev/null || makes_locales
             ;;
         dpkg-dev) type -P dpkg-buildflags >/dev/null ;;
+        mkdocs-theme) mkdocs build --help 2>/dev/null | grep -q material ;;
         llvm) type -P llvm-symbolizer >/dev/null ;;
         *) type -P "$1" >/dev/null ;;
     esac
