@@ -7,6 +7,8 @@
 /// snippet, `// -> text` says that it writes this text; a line `// ->` says so of the lines of
 /// comment that follow. In a document, a block of text is what the block of C++ before it writes,
 /// and a block of JSON a file beside the programs.
+///
+/// The page of errors has every message that the libraries' sources contain.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -14,6 +16,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -251,6 +254,36 @@ const Snippet* find(const std::vector<Snippet>& snippets, const Lines& code) {
     return found == snippets.end() ? nullptr : &*found;
 }
 
+// ---- Messages ------------------------------------------------------------------------------
+
+/// What a source has between quotes, with two words at least: pieces of messages. Comments and what
+/// only compilers say are left out.
+Lines messages_in(const std::string& source) {
+    static const std::regex remark("//[^\n]*|static_assert\\([^;]*;");
+    static const std::regex joint("\"\\s*\"");
+    static const std::regex literal("\"((?:[^\"\\\\\n]|\\\\.)*)\"");
+    static const std::regex two_words("[a-zA-Z]+:? [a-zA-Z]+");
+    const std::string code = std::regex_replace(std::regex_replace(source, remark, ""), joint, "");
+    Lines messages;
+    for (std::sregex_iterator i(code.begin(), code.end(), literal), end; i != end; ++i) {
+        const std::string text = std::regex_replace((*i)[1].str(), std::regex("\\\\(.)"), "$1");
+        if (std::regex_search(text, two_words)) {
+            messages.push_back(text);
+        }
+    }
+    return messages;
+}
+
+std::string text_of_file(const fs::path& path) {
+    std::string text = joined(lines_of_file(path));
+    for (const auto& [code, sign] : {std::pair("&quot;", "\""), std::pair("\\|", "|")}) {
+        for (std::size_t at = 0; (at = text.find(code, at)) != std::string::npos;) {
+            text.replace(at, std::string(code).size(), sign);
+        }
+    }
+    return text;
+}
+
 // ---- Tests ---------------------------------------------------------------------------------
 
 TEST(Documents, ShowSnippetsOfThePrograms) {
@@ -307,6 +340,38 @@ TEST(Documents, HaveOneNameForTheLanguage) {
             }
         }
     }
+}
+
+TEST(Documents, ExplainEveryMessage) {
+    const std::string page = text_of_file(root / "docs/errors.md");
+    // The description of success, which no function returns.
+    const std::string unused = "No error";
+    std::size_t count = 0;
+    for (const char* folder : {"src/access", "src/parse_errors", "src/parser"}) {
+        for (const fs::directory_entry& entry : fs::directory_iterator(root / folder)) {
+            for (const std::string& message : messages_in(joined(lines_of_file(entry.path())))) {
+                EXPECT_TRUE(page.find(message) != std::string::npos || message == unused)
+                    << entry.path() << ": not in docs/errors.md: " << message;
+                ++count;
+            }
+        }
+    }
+    for (const char* header : {"content.hpp", "convert.hpp"}) {
+        const fs::path path = root / "include/foundation/json" / header;
+        for (const std::string& message : messages_in(joined(lines_of_file(path)))) {
+            EXPECT_TRUE(page.find(message) != std::string::npos)
+                << path << ": not in docs/errors.md: " << message;
+            ++count;
+        }
+    }
+    EXPECT_GT(count, 60u);
+}
+
+TEST(Messages, AreCutOutOfSources) {
+    const std::string source = "fail(\"a \\\"quoted\\\" word\" // \"a remark\"\n"
+                               "     \" goes on\" + name + \"one\");\n"
+                               "static_assert(ok, \"only compilers say this\");\n";
+    EXPECT_EQ(messages_in(source), Lines{"a \"quoted\" word goes on"});
 }
 
 TEST(Snippets, SayInCommentsWhatTheyWrite) {
