@@ -12,15 +12,15 @@
 ///     Value nested((Element(1), Element((Element(2), Element(3))))); // -> [1,[2,3]]
 ///     Value object((Property("a") = (Property("b") = true)));        // -> {"a":{"b":true}}
 ///
-/// Nesting is what copying an Element and assigning a Property mean here, by design: `Element
-/// e2(e)` holds one array of e's elements. Where a chain names a key twice the leftmost wins; where
-/// one Property is assigned twice the last wins.
+/// Copying an Element and assigning a Property nest, by design: `Element e2(e)` holds one array of
+/// e's elements. If a chain contains a key twice, the first wins; if one Property is assigned
+/// twice, the last assignment wins.
 ///
-/// Builders copy all that they are given, at every step. They are for literals of modest size
-/// written in code; bulk data is built with Value::push() and Value::operator[].
+/// Builders copy what they are given, at every step. Use them for literals of modest size in code,
+/// and Value::push() and Value::operator[] for large data.
 ///
-/// The comma and the assignment change a builder that is const, too: unlike a Value, a builder
-/// belongs to one thread, even where all threads have it by const reference.
+/// The comma and the assignment change even a const builder. So a builder, unlike a Value, belongs
+/// to one thread, even if others have it by const reference.
 #ifndef FOUNDATION_JSON_BUILDERS_HPP
 #define FOUNDATION_JSON_BUILDERS_HPP
 
@@ -36,17 +36,17 @@ namespace foundation::json {
 
 /// A term of an array.
 ///
-/// Where nothing else is said, members of both builders copy all that they are given or hold, take
-/// time linear in its size, and throw std::bad_alloc, which leaves everything as it was.
+/// Unless stated otherwise, the members of both builders copy what they are given or hold, take
+/// time linear in its size, and may throw std::bad_alloc, which leaves everything unchanged.
 class FOUNDATION_JSON_EXPORT Element {
 public:
     /// A chain of one element, a copy of v.
     explicit Element(const Value& v);
 
-    /// A chain of one element, the array of the other's elements: nesting, not a plain copy.
+    /// A chain of one element, which is the array of the other's elements: it nests.
     Element(const Element& other);
 
-    /// Copies of the other's elements in place of this chain's: no nesting.
+    /// Replaces the elements by copies of the other's: no nesting.
     /// @throws std::bad_alloc then this chain holds unspecified elements
     Element& operator=(const Element& other) FOUNDATION_JSON_LIFETIME_BOUND = default;
 
@@ -54,12 +54,12 @@ public:
 
     /// Appends copies of the other's elements, in order; `e, e` doubles e.
     /// @return this chain; valid as long as the left operand, mostly a temporary
-    /// @throws std::bad_alloc    memory runs out; then this chain is as it was
+    /// @throws std::bad_alloc    memory runs out; then this chain is unchanged
     /// @throws std::length_error the array would be too long; the same
     /// @complexity linear in the other's size, amortized; elements already held are not copied.
     const Element& operator,(const Element& other) const FOUNDATION_JSON_LIFETIME_BOUND;
 
-    /// An array holding copies of the elements. The chain keeps them and may be converted again.
+    /// An array of copies of the elements. The chain keeps its elements and may be converted again.
     [[nodiscard]] operator Value() const;
 
 private:
@@ -67,10 +67,10 @@ private:
     mutable std::vector<Value> elements_;
 };
 
-/// A term of an object: a name to be assigned, and the members gathered so far.
+/// A term of an object: a name to assign to, and the members collected so far.
 class FOUNDATION_JSON_EXPORT Property {
 public:
-    /// A term without members; unless assigned, it converts to an empty object.
+    /// A term without members. If nothing is assigned to it, it converts to an empty object.
     explicit Property(const std::string& name);
 
     /// A plain copy.
@@ -83,18 +83,18 @@ public:
     /// @throws std::bad_alloc then this term is as it was
     const Property& operator=(const Value& v) const FOUNDATION_JSON_LIFETIME_BOUND;
 
-    /// Makes an object of the other's members the member of this term's name: nesting, not a plain
-    /// assignment. The other's name plays no part.
+    /// Makes an object of the other's members the member of this term's name: it nests. The other's
+    /// name is not used.
     /// @return this term
     /// @throws std::bad_alloc then this term is as it was
     const Property& operator=(const Property& other) const FOUNDATION_JSON_LIFETIME_BOUND;
 
-    /// Adds copies of the other's members whose keys this term does not hold yet.
+    /// Adds copies of those members of the other whose keys this term does not contain yet.
     /// @return this term; valid as long as the left operand, mostly a temporary
     /// @throws std::bad_alloc then this term is as it was
     const Property& operator,(const Property& other) const FOUNDATION_JSON_LIFETIME_BOUND;
 
-    /// An object holding copies of the members. The term keeps them and may be converted again.
+    /// An object of copies of the members. The term keeps its members and may be converted again.
     [[nodiscard]] operator Value() const;
 
 private:
@@ -120,7 +120,7 @@ inline constexpr bool drops_builder =
 // clang-format takes the operator for a separator.
 // clang-format off
 
-/// The language's own comma, with a warning: in `(Element(1), "two")` it drops the element.
+/// Does what the built-in comma does, with a warning: `(Element(1), "two")` drops the element.
 /// @return the right operand; a copy if it is a temporary
 template <class Right, class = std::enable_if_t<detail::drops_builder<Element, Right>>>
 [[deprecated("this comma drops the Element before it; write Element(...) behind it, too")]]
@@ -128,7 +128,7 @@ Right operator,(const Element&, Right&& right) {
     return static_cast<std::remove_reference_t<Right>&>(right);
 }
 
-/// The same of `(Property("a") = 1, "two")`.
+/// The same for `(Property("a") = 1, "two")`.
 template <class Right, class = std::enable_if_t<detail::drops_builder<Property, Right>>>
 [[deprecated("this comma drops the Property before it; write Property(...) = behind it, too")]]
 Right operator,(const Property&, Right&& right) {

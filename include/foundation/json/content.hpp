@@ -1,6 +1,6 @@
 /// @file
-/// What a Value holds, in the vocabulary of std::variant. json.hpp leaves this header out: include
-/// it where values are read.
+/// Access to the content of a Value, with the vocabulary of std::variant. json.hpp does not include
+/// this header.
 ///
 ///     Value v((Property("name") = "tea", Property("grams") = 250, Property("hot") = true));
 ///     std::cout << get<std::string>(v["name"]) << '\n'; // -> tea
@@ -16,16 +16,17 @@
 ///         // name: JSON string
 ///     }
 ///
-/// Content is changed in place, by all that the standard containers offer:
+/// Content can be changed in place, with everything that the standard containers offer:
 ///
 ///     get<Object>(v).erase("name");
 ///     v["id"] = integer(std::size_t{7}); // a uint64
 ///     v["list"] = Array();
 ///     get<Array>(v["list"]) = std::move(elements); // copies no element
 ///
-/// References to content stay valid until the value is assigned, swapped or destroyed, and those to
-/// what a container holds as std::string, std::vector and std::map have it. Content of a temporary
-/// and types that no Value holds do not compile; the compiler's message says what to write instead.
+/// References to content stay valid until the value is assigned, swapped or destroyed; references
+/// into a container follow the rules of std::string, std::vector and std::map. Getting the content
+/// of a temporary, or a type that no Value holds, does not compile; the compiler's message says
+/// what to write instead.
 #ifndef FOUNDATION_JSON_CONTENT_HPP
 #define FOUNDATION_JSON_CONTENT_HPP
 
@@ -157,7 +158,7 @@ constexpr bool require_content() {
     return static_cast<Kind>(detail::ValueAccess::variant(value).which());
 }
 
-/// What messages call a kind, as traits<T>::name: "JSON array" and so on.
+/// The name of a kind in messages, as traits<T>::name: "JSON array" and so on.
 [[nodiscard]] inline const char* name_of(Kind kind) noexcept {
     switch (kind) {
     case Kind::undefined:
@@ -198,8 +199,8 @@ namespace detail {
 /// @endcond
 
 /// @name Content of one type
-/// T is what a Value can hold: Undefined, Null, bool, double, std::string, Array, Object, float,
-/// long long or unsigned long long. Constant time; nothing is copied.
+/// T is one of the types that a Value can hold: Undefined, Null, bool, double, std::string, Array,
+/// Object, float, long long or unsigned long long. Constant time; nothing is copied.
 /// @{
 
 /// Whether a value holds content of type T.
@@ -342,19 +343,19 @@ decltype(auto) visit_content(Callable&& callable, AnyValue& value) {
 /// @name Content of any type
 /// @{
 
-/// Calls a callable with the content of a value, by reference.
+/// Calls a callable with a reference to the content of a value.
 /// @param callable  takes each type of content, and returns the same type for all; a generic lambda
 ///                  or a class with overloads
 /// @param value     its content may be changed by the call
 /// @return what it returns
 /// @throws what it throws
-/// @complexity constant, beside the call
+/// @complexity constant, plus the call
 template <class Callable>
 decltype(auto) visit(Callable&& callable, Value& value) {
     return detail::visit_content(std::forward<Callable>(callable), value);
 }
 
-/// The same for a value that is only read.
+/// The same for a const value.
 template <class Callable>
 decltype(auto) visit(Callable&& callable, const Value& value) {
     return detail::visit_content(std::forward<Callable>(callable), value);
@@ -655,15 +656,16 @@ constexpr bool require_integer() {
 /// @name Numbers of any type
 /// @{
 
-/// The number of any of the four kinds of numbers, as another type.
+/// A number of any of the four kinds of numbers, converted to an arithmetic type.
 ///
-/// An integer type gets exactly that number, or an error. A floating-point type gets the nearest
-/// number there is and, of two as near, the even one: in every rounding mode, and with subnormal
-/// numbers whether or not the processor is told to flush them to zero. What is too large for it is
-/// an infinity; NaN stays NaN.
+/// An integer type gets exactly that number, or an exception. A floating-point type gets the
+/// nearest number, ties to even, whatever the rounding mode, and subnormal numbers even if the
+/// processor is set to flush them to zero. A number that is too large becomes an infinity; NaN
+/// stays NaN.
 ///
-/// @tparam Number  any arithmetic type but bool and the types of characters
-/// @throws std::runtime_error if the value is none: "invalid conversion: <kind> to JSON number"
+/// @tparam Number  any arithmetic type but bool and the character types
+/// @throws std::runtime_error the value is not a number: "invalid conversion: <kind> to JSON
+/// number"
 /// @throws std::out_of_range for an integer type: "2.5 is not a whole number", or "70000 is not
 ///         within 0 to 65535"
 /// @complexity constant
@@ -689,10 +691,10 @@ template <class Number>
     }
 }
 
-/// A value of the kind int64 or uint64 from an integer of any type: whole, where Value(number)
-/// would give a double for int, and which the language cannot choose for long and std::size_t.
-/// @param number  of any integer type but bool and the types of characters: those that are signed
-///                give an int64, the others a uint64
+/// A value of the kind int64 or uint64 from an integer of any type. Value(number) makes a double of
+/// an int, and is ambiguous for long and std::size_t.
+/// @param number  of any integer type but bool and the character types: signed types give an int64,
+///                unsigned ones a uint64
 template <class Integer>
 [[nodiscard]] Value integer(Integer number) {
     if constexpr (detail::require_integer<Integer>()) {

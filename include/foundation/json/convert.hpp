@@ -1,5 +1,5 @@
 /// @file
-/// Values into a program's own types, and back, by tables of members. Not part of json.hpp.
+/// Conversion of values into your own types and back, by tables of members. Not part of json.hpp.
 ///
 ///     struct Server {
 ///         std::string host;
@@ -13,7 +13,7 @@
 ///         defaulted("port", &Server::port),
 ///         defaulted("tags", &Server::tags));
 ///
-/// Then objects are made of values, and values of objects:
+/// Then values convert to objects of these types, and back:
 ///
 ///     Server server = to<Server>(value);                // a whole object, or ConversionError
 ///     int port = to_or(config, "/server/port", 8080);   // a fallback for what is missing
@@ -25,9 +25,9 @@
 /// enumerations by a table of `enumerators`; and all of these within each other. What is read into
 /// must have a default constructor. Tables stand outside of other namespaces, before their use.
 ///
-/// Conversion is strict: a wrong kind, a fraction for an integer, a number out of range, a length
-/// that does not fit are errors, and each names its place as a JSON Pointer, as in "at /tags/2:
-/// invalid conversion: JSON number to JSON string".
+/// Conversion is strict: a wrong kind, a fraction for an integer, a number out of range and a
+/// length that does not fit are errors. Each error names its place as a JSON Pointer, as in "at
+/// /tags/2: invalid conversion: JSON number to JSON string".
 #ifndef FOUNDATION_JSON_CONVERT_HPP
 #define FOUNDATION_JSON_CONVERT_HPP
 
@@ -92,10 +92,10 @@ inline std::string describe_place(std::string_view pointer) {
 } // namespace detail
 /// @endcond
 
-/// What a conversion throws. what() begins with the place, "at /servers/3/port: ", or "at the
-/// root: ", in which quotes, backslashes and control bytes are escaped as in a JSON string.
+/// The exception of a conversion. what() begins with the place, "at /servers/3/port: " or "at the
+/// root: "; quotes, backslashes and control bytes in it are escaped as in a JSON string.
 ///
-/// Throw it from checks of your own, too.
+/// You can throw it from checks of your own, too.
 class FOUNDATION_JSON_EXPORT ConversionError : public std::runtime_error {
 public:
     /// @param pointer  the place, as a JSON Pointer (RFC 6901)
@@ -109,15 +109,15 @@ public:
     ConversionError& operator=(const ConversionError&) = default; ///< never throws
     ~ConversionError() override = default;
 
-    /// The place, exactly: a JSON Pointer from the value that was converted, or from the root that
-    /// was given along with a pointer. The empty text is the root.
+    /// The place as a JSON Pointer, not escaped: from the value that was converted or, if a pointer
+    /// was given, from its root. The empty text is the root.
     const std::string& pointer() const noexcept { return *pointer_; }
 
 private:
     std::shared_ptr<const std::string> pointer_; // shared, so that copies cannot throw
 };
 
-/// What to() is to be strict about besides.
+/// Further settings of to().
 struct ConvertOptions {
     /// What becomes of members that a type's table does not name, at every depth.
     enum class UnknownMembers {
@@ -154,8 +154,8 @@ constexpr Member<Class, Type> make_member(std::string_view name, Type Class::*po
 /// @name Tables
 /// @{
 
-/// The table of a class's members, specialised by whoever wants the class converted: a std::tuple
-/// of what required() and defaulted() return. See the top of the page for an example.
+/// The table of a class's members. Specialise it for your class as a std::tuple of what required()
+/// and defaulted() return. See the top of the page for an example.
 ///
 /// A base's members are joined by `std::tuple_cat(members<Base>, std::tuple(...))`. For the members
 /// of a class template, specialise partially: `template <class T> inline constexpr auto
@@ -169,7 +169,7 @@ inline constexpr auto members = detail::NoTable{};
 template <class E>
 inline constexpr auto enumerators = detail::NoTable{};
 
-/// A member that has to be there; where it is missing or Undefined, to() throws.
+/// A required member; if it is missing or Undefined, to() throws.
 /// @param name     in JSON; must outlive the table
 /// @param pointer  to a data member of the class or of a base
 template <class Class, class Type>
@@ -177,8 +177,9 @@ constexpr auto required(std::string_view name, Type Class::*pointer) {
     return detail::make_member(name, pointer, true);
 }
 
-/// A member that keeps what the class's default constructor gave it where it is missing or
-/// Undefined. Null is not missing: it is a wrong kind for anything but std::optional and Value.
+/// A member with a default: if it is missing or Undefined, it keeps what the class's default
+/// constructor gave it. Null is not missing: it is a wrong kind for any type but std::optional and
+/// Value.
 /// @param name     in JSON; must outlive the table
 /// @param pointer  to a data member of the class or of a base
 template <class Class, class Type>
@@ -1156,12 +1157,12 @@ using FallbackFor = std::conditional_t<std::is_same_v<T, const char*> || std::is
 
 /// A value as a T.
 ///
-/// A class is made by its default constructor; then its members are read into it. Members that are
-/// classes, std::array, std::pair or std::tuple keep what that constructor gave them where nothing
-/// is read; containers and std::optional are emptied first.
-/// @throws ConversionError  something in the value does not fit: a wrong kind, a number out of
-///                          range or with a fraction, a length, a required member that is missing,
-///                          a name that is unknown, an element that a set has already
+/// An object of a class is made by the default constructor; then its members are read into it.
+/// Containers and std::optional are emptied first; members of other types keep what the constructor
+/// gave them if nothing is read into them.
+/// @throws ConversionError  the value does not fit: a wrong kind, a number out of range or with a
+///                          fraction, a wrong length, a required member that is missing, a name
+///                          that is unknown, an element that a set contains already
 /// @throws std::bad_alloc   memory runs out
 /// @complexity linear in the size of what is read, times the logarithm of the sizes of objects;
 ///             recursion as deep as the nesting of T.
@@ -1170,10 +1171,9 @@ T to(const Value& value, const ConvertOptions& options = {}) {
     return detail::read_value<T>(value, detail::Place(std::string_view()), options);
 }
 
-/// What lies at a place within a value, as a T.
-///
-/// If nothing is there, a std::optional is empty, and anything else is an error.
-/// @param root     where the pointer begins, and those in errors, too
+/// The value at a place within another, as a T. If there is none, a std::optional is empty, and
+/// every other type is an error.
+/// @param root     where the pointer begins, and also those in errors
 /// @param pointer  a JSON Pointer, as for find()
 /// @param options  what to accept
 /// @throws ConversionError        as above; also if nothing is there, or if a value on the way has
@@ -1193,11 +1193,11 @@ T to(const Value& root, std::string_view pointer, const ConvertOptions& options 
     return detail::read_value<T>(*value, place, options);
 }
 
-/// What lies at a place within a value, or a fallback where it is missing, Undefined or Null, or
-/// where one of the values on the way is. What is wrong still throws.
+/// The value at a place within another, or a fallback if it, or a value on the way, is missing,
+/// Undefined or Null. A value of a wrong kind still throws.
 /// @param root      where the pointer begins
 /// @param pointer   a JSON Pointer, as for find()
-/// @param fallback  of the type to convert to; a text, such as a literal, gives a std::string
+/// @param fallback  its type is that of the result; for a text, such as a literal, std::string
 /// @throws as to()
 template <class T>
 detail::FallbackFor<T> to_or(const Value& root, std::string_view pointer, T fallback) {
@@ -1209,13 +1209,13 @@ detail::FallbackFor<T> to_or(const Value& root, std::string_view pointer, T fall
     return detail::read_value<Result>(*value, detail::Place(pointer), {});
 }
 
-/// An object of a convertible type as a value.
+/// A value from an object of a convertible type.
 ///
-/// An int, and what the language promotes to int, becomes a double, as in Value; larger integers
-/// become int64 or uint64, a float stays one, and a long double becomes the nearest double. Classes
-/// become objects, and maps too; other containers, pairs and tuples become arrays. A std::optional
+/// An int, and any type that promotes to int, becomes a double, as in Value; larger integers become
+/// int64 or uint64, a float stays a float, and a long double becomes the nearest double. Classes
+/// and maps become objects; other containers, pairs and tuples become arrays. A std::optional
 /// without a value becomes Null; as a defaulted() member it is left out, unless the class's default
-/// constructor puts a value there. A Value that is Undefined is no member.
+/// constructor puts a value there. An Undefined Value becomes no member.
 /// @throws ConversionError  an enumerator has no name
 /// @throws std::bad_alloc   memory runs out
 /// @complexity linear in the size of the object, times the logarithm of the sizes of objects made.
@@ -1235,7 +1235,7 @@ Value from(const T& object) {
 /// member of an element of a member; `~0` in it stands for `~`, `~1` for `/`.
 /// @param root     where the pointer begins
 /// @param pointer  bytes, compared as they are; an index has no leading zeros
-/// @return null where there is nothing. References live as those of content.hpp do.
+/// @return null if there is no value. The pointer stays valid like the references of content.hpp.
 /// @throws std::invalid_argument  the text is no JSON Pointer
 /// @throws std::bad_alloc         memory runs out
 /// @complexity one lookup per token of the pointer

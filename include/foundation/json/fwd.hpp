@@ -1,13 +1,12 @@
 /// @file
-/// Declarations of the classes, for headers that do no more than pass values on by reference.
+/// Declarations of the classes, for headers that only pass values on by reference.
 ///
 ///     #include <foundation/json/fwd.hpp>
 ///
 ///     void save(const foundation::json::Value& settings);
 ///
-/// That costs a compiler next to nothing, where value.hpp brings in the containers and the variant
-/// that a value is made of. Declarations of the caller's own would stand in the way of changes
-/// here.
+/// This header compiles in almost no time, while value.hpp includes the containers and the variant
+/// of a value. Do not write such declarations yourself: a later version may change them.
 #ifndef FOUNDATION_JSON_FWD_HPP
 #define FOUNDATION_JSON_FWD_HPP
 

@@ -1,22 +1,21 @@
 /// @file
-/// The whole library in one include.
-///
-/// foundation::json models JSON data in memory and writes it as JSON text:
+/// The library foundation::json in one include: JSON data in memory, written as JSON text.
 ///
 /// - value.hpp: Value, a JSON value of one of ten kinds; the tags Null and Undefined
 /// - builders.hpp: Element and Property, arrays and objects as expressions
 /// - serializer.hpp: Serializer, serialize and pretty_print, values as JSON text
-/// - parse_errors.hpp: ParseResult and ParserException, how reading JSON text can fail
-/// - text_helpers.hpp: two text conversions for whoever writes a reader
+/// - parse_errors.hpp: ParseResult and ParserException, the errors of JSON parsers
+/// - text_helpers.hpp: two text conversions for a parser of your own
 /// - fwd.hpp: declarations of the classes, for headers that need no more
 ///
-/// Each header stands alone; include the one you need where compile time matters.
+/// Not included are content.hpp and convert.hpp, to read what values hold, and parse.hpp, to read
+/// JSON text. Each header can be included alone, which shortens compile time.
 
 /// @namespace foundation::json
 /// JSON data in memory, and its text.
 
 /// @namespace foundation::json::detail
-/// What whoever writes a reader of JSON text may use besides.
+/// Helpers for a JSON parser of your own.
 #ifndef FOUNDATION_JSON_JSON_HPP
 #define FOUNDATION_JSON_JSON_HPP
 

@@ -1,7 +1,7 @@
 /// @file
-/// The vocabulary of JSON reading errors. A reader, such as the one of parse.hpp, throws a
-/// ParserException with one of these codes and the position of the failure, and whoever calls the
-/// reader learns from it what went wrong and where:
+/// The errors of JSON parsers. A parser, such as that of parse.hpp, throws a ParserException with
+/// one of these codes and the position of the error; its caller finds out what went wrong and
+/// where:
 ///
 ///     try {
 ///         value = read(text);
@@ -21,7 +21,7 @@
 
 namespace foundation::json {
 
-/// How reading JSON text can end. get_parse_result_description() says each in English.
+/// The result of parsing. get_parse_result_description() describes each code in English.
 enum ParseResult : std::int32_t {
     NO_PARSE_ERROR = 0,
     NULL_MISMATCH = 1,
@@ -54,13 +54,12 @@ enum ParseResult : std::int32_t {
 /// @return a text in static storage
 [[nodiscard]] FOUNDATION_JSON_EXPORT const char* get_parse_result_description(ParseResult r);
 
-/// What a reader throws: a code, the position of the failure, and the piece of input around it.
-///
-/// what() is the message that the thrower gave. Copies are independent of each other.
+/// The exception of a parser: a code, the position of the error, and the piece of input around it.
+/// what() is the message that was given to the constructor. Copies are independent of each other.
 class FOUNDATION_JSON_EXPORT ParserException : public std::runtime_error {
 public:
-    /// What went wrong, and where.
-    /// @param message               what what() returns
+    /// An exception with all its parts.
+    /// @param message               the text of what()
     /// @param parse_result          what went wrong
     /// @param byte_position         offset of the failing byte in the input, from 0
     /// @param line_number           its line, from 1
@@ -80,7 +79,7 @@ public:
     /// stay.
     ParserException(ParserException&& other) noexcept;
 
-    /// Takes everything from the other.
+    /// Copies everything from the other.
     /// @throws std::bad_alloc if memory runs out; then the message and the numbers may already be
     ///         the other's, while the quoted text is still this one's
     ParserException& operator=(const ParserException& other);
@@ -92,8 +91,8 @@ public:
     ~ParserException() override;
 
     /// @name Accessors
-    /// They return what the constructor was given. All are constant time and never throw, but for
-    /// get_quoted_text(), which copies the text and may throw std::bad_alloc.
+    /// They return the constructor's arguments, in constant time and without throwing. Only
+    /// get_quoted_text() copies its text, which may throw std::bad_alloc.
     /// @{
     [[nodiscard]] ParseResult get_parse_result() const;  ///< what went wrong
     [[nodiscard]] std::size_t get_byte_position() const; ///< offset of the failing byte, from 0

@@ -1,5 +1,5 @@
 /// @file
-/// JSON text out of values: Serializer onto a stream, serialize and pretty_print into a string.
+/// JSON text of values: Serializer writes to a stream, serialize and pretty_print return a string.
 ///
 ///     Value v((Property("a") = (Element(1), Element(true))));
 ///     std::cout << serialize(v) << '\n'; // -> {"a":[1,true]}
@@ -16,13 +16,13 @@
 ///     // }
 ///
 /// Compact text has no whitespace outside strings. Pretty text puts every element and member on a
-/// line of its own, four spaces per level. Members come in the byte-wise order of their names.
-/// Worth knowing: Undefined writes nothing, yet its separators stay (`[1,,2]`); numbers of the
-/// double kind take the exponent form from one million (`1.0E+6`); NaN and the infinities become
-/// the strings "NaN", "Inf" and "-Inf"; a solidus is written `\/`; an empty container in pretty
-/// layout holds its own indentation between its brackets.
+/// line of its own, indented by four spaces per level. Members come in the byte-wise order of their
+/// names. Undefined writes nothing, yet its separators stay (`[1,,2]`); doubles and floats have an
+/// exponent from one million on (`1.0E+6`); NaN and the infinities become the strings "NaN", "Inf"
+/// and "-Inf"; a solidus is written `\/`; in pretty layout an empty container has its own
+/// indentation between its brackets.
 ///
-/// Strings are written byte for byte, without a look at their encoding. To make values, include
+/// Strings are written byte for byte, whatever their encoding. To make values, include
 /// value.hpp; this header only takes them by reference.
 #ifndef FOUNDATION_JSON_SERIALIZER_HPP
 #define FOUNDATION_JSON_SERIALIZER_HPP
@@ -35,9 +35,8 @@
 
 namespace foundation::json {
 
-/// Writes values onto streams, in compact or pretty layout.
-///
-/// Bound to no stream: one Serializer may write any number of values onto any streams.
+/// Writes values to streams, in compact or pretty layout. One Serializer can write any number of
+/// values to any streams.
 class FOUNDATION_JSON_EXPORT Serializer {
 public:
     /// A serializer of compact text.
@@ -46,28 +45,27 @@ public:
     Serializer(const Serializer&) = default;            ///< copies the layout
     Serializer& operator=(const Serializer&) = default; ///< copies the layout
 
-    /// Chooses the layout of later writes: pretty if true, compact if false.
+    /// Sets the layout of later writes: pretty if true, compact if false.
     void pretty_print(bool pretty);
 
-    /// Whether later writes are in pretty layout.
+    /// Whether the layout is pretty.
     [[nodiscard]] bool pretty_print() const;
 
     /// Writes the text of a value, with nothing before or after it.
     ///
-    /// Pretty layout flushes the stream at every line end. The stream's state is never tested: text
-    /// written onto a failed stream is lost, and exceptions the caller has enabled on the stream
-    /// pass through. A field width pads the first piece of text, as the stream's fill and
-    /// adjustment say, and is used up. The other flags and the locale shape the int64 and uint64
-    /// kinds and the digits of `\u` escapes; after such an escape the stream's fill character stays
-    /// the digit zero. Numbers of the double and float kind follow the radix character of the
-    /// process's C locale and the rounding direction of std::fegetround(), and nothing else of the
-    /// floating-point environment: neither a treatment of subnormal numbers as zero nor traps. They
-    /// raise no flag.
+    /// Pretty layout flushes the stream at every line end. The stream's state is not tested: text
+    /// written to a failed stream is lost, and exceptions that are enabled on the stream pass
+    /// through. A field width pads the first piece of text, with the stream's fill and adjustment,
+    /// and is then reset. The other flags and the stream's locale affect int64 and uint64 and the
+    /// digits of `\u` escapes; after such an escape the stream's fill character stays `0`. Doubles
+    /// and floats have the decimal separator of the C locale and are rounded in the direction of
+    /// std::fegetround(). Nothing else of the floating-point environment has an effect, neither
+    /// flushing subnormal numbers to zero nor traps, and writing raises no floating-point flag.
     ///
-    /// @param stream  where the text goes
-    /// @param value   what to write; only read
-    /// @throws std::bad_alloc if there is no memory for indentation. A stream that runs out of
-    ///         memory itself goes bad, and throws only if told to.
+    /// @param stream  where to write
+    /// @param value   what to write
+    /// @throws std::bad_alloc if there is no memory for the indentation. If the stream itself runs
+    ///         out of memory, it sets badbit, and throws only if enabled.
     /// @complexity linear in the length of the text; recursion as deep as the nesting.
     void write(std::ostream& stream, const Value& value);
 
@@ -77,17 +75,17 @@ private:
 
 /// The compact text of a value.
 ///
-/// The text is what Serializer writes onto a fresh std::ostringstream. The global C++ locale shapes
-/// the int64 and uint64 kinds, their digits and their grouping; the digits of `\u` escapes; and, in
-/// pretty_print(), the line ends, which its std::ctype facet may widen to another character. Where
-/// such a facet throws while an integer is formatted, the text ends there without an exception, as
-/// that stream keeps it to itself; what is thrown where a line end is widened passes.
+/// The text is what Serializer writes to a new std::ostringstream. The global C++ locale affects
+/// the digits and grouping of int64 and uint64, the digits of `\u` escapes and, in pretty_print(),
+/// the line ends, which its std::ctype facet may widen to another character. If a facet throws
+/// while an integer is formatted, the text ends there without an exception, as with that stream; an
+/// exception thrown while a line end is widened passes.
 /// @throws std::bad_alloc if memory runs out, also within a facet
 /// @complexity linear in the length of the text; recursion as deep as the nesting.
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::string serialize(const Value& value);
 
-/// The pretty text of a value, otherwise as serialize(). Mind that indentation makes the text of
-/// deeply nested values long: its length grows with the square of the depth.
+/// The pretty text of a value, otherwise like serialize(). Indentation makes the text of deeply
+/// nested values long: its length grows with the square of the depth.
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::string pretty_print(const Value& value);
 
 } // namespace foundation::json

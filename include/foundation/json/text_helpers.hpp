@@ -1,7 +1,7 @@
 /// @file
-/// Two text conversions for a reader of JSON text: UTF-16 to UTF-8 (for `\u` escapes) and number
-/// text to double. Both are independent of every locale, keep no state between calls and may run
-/// on any number of threads at once.
+/// Two text conversions for a JSON parser: UTF-16 to UTF-8 (for `\u` escapes) and number text to
+/// double. Both are independent of locales, keep no state between calls and may run in several
+/// threads at once.
 ///
 ///     char16_t pair[] = {0xD83D, 0xDE00};
 ///     std::string smile = detail::u16_to_u8(pair, 2);    // -> F0 9F 98 80
@@ -17,9 +17,9 @@ namespace foundation::json::detail {
 
 /// Converts UTF-16 code units to UTF-8.
 ///
-/// Surrogate pairs become one four-byte sequence; a surrogate without its partner becomes U+FFFD;
-/// zero units are content like any other. A converter is set up anew for every call, so one call
-/// for a long text is cheaper than many for its pieces.
+/// A surrogate pair becomes one four-byte sequence, an unpaired surrogate becomes U+FFFD, and zero
+/// units are converted like any other. Each call sets up a converter, so one call for a long text
+/// is faster than many for its pieces.
 ///
 /// @param text    the code units; only read. May be null when length is 0.
 /// @param length  how many of them to convert
@@ -33,14 +33,15 @@ namespace foundation::json::detail {
 
 /// Reads the number at the start of a text.
 ///
-/// The longest leading number in the form that std::from_chars reads counts: no leading blanks and
-/// no plus sign; `inf` and `nan` are numbers. What follows it is ignored. The decimal separator is
+/// Reads the longest number, in the form of std::from_chars, with which the text begins: no leading
+/// blanks and no plus sign; `inf` and `nan` are numbers. The rest is ignored. The decimal separator
+/// is
 /// `.` in every locale, and the result is the double nearest to the number. Never throws; allocates
 /// nothing.
 ///
 /// @param text  NUL-terminated; must not be null
-/// @return the number; 0 if the text does not begin with one; an infinity or a zero of the right
-///         sign if it is too large or too small for a double
+/// @return the number; 0 if the text does not begin with one; an infinity if it is too large, and
+///         a zero if it is too small for a double, with the number's sign
 /// @complexity linear in the length of the text
 [[nodiscard]] FOUNDATION_JSON_EXPORT double string_to_double(const char* text);
 

@@ -9,9 +9,9 @@
 ///     Value port = v["port"] || Value(8080);   // a default for what is missing or empty
 ///
 /// A Value holds exactly one of ten kinds: Undefined, Null, bool, double, string, array, object,
-/// float, int64 and uint64. An int becomes a double, the number kind of JSON. Nothing changes kind
-/// but by assignment and swap: indexing never turns a value into an array or object, and misuse
-/// throws std::runtime_error naming both kinds.
+/// float, int64 and uint64. An int becomes a double, the number kind of JSON. Only assignment and
+/// swap change the kind: indexing never turns a value into an array or object, and misuse throws
+/// std::runtime_error, whose message names both kinds.
 ///
 /// A Value is a plain value type: copies are deep and independent; any number of threads may read
 /// one value at once, and a write needs exclusive access. Copying, comparing, writing and
@@ -48,7 +48,7 @@ struct ValueAccess;
 /// The tag of JSON null.
 ///
 /// The default constructors of both tags are not noexcept, and must not become so: that makes bool
-/// the alternative a Value falls back to when an assignment runs out of memory half way.
+/// the alternative to which a Value falls back when an assignment runs out of memory.
 struct FOUNDATION_JSON_EXPORT Null {
     Null();
     [[nodiscard]] bool operator==(const Null&) const noexcept; ///< true
@@ -64,10 +64,10 @@ struct FOUNDATION_JSON_EXPORT Undefined {
     [[nodiscard]] bool operator<(const Undefined&) const noexcept;  ///< false
 };
 
-/// What is known of a native type: `name`, how messages call it, and `order`, its place when values
-/// of different kinds are ordered. Defined for what a Value may hold, and for int: its name is that
-/// of a conversion's target, its order is double's because a Value built from an int holds a
-/// double.
+/// Properties of a native type: `name`, its name in messages, and `order`, its rank when values of
+/// different kinds are ordered. Defined for the types that a Value may hold, and for int: messages
+/// name it as the target of a conversion, and its order is that of double, because a Value built
+/// from an int holds a double.
 template <class T>
 struct traits;
 
@@ -152,9 +152,9 @@ inline constexpr bool is_content =
 
 /// A JSON value. See value.hpp for a tour.
 ///
-/// Where nothing else is said, members do not throw. Messages call the kinds as traits<T>::name
-/// does: "undefined", "JSON null", "JSON boolean", "JSON number", "JSON string", "JSON array",
-/// "JSON object", "float", "int64" and "uint64".
+/// Members throw only what is listed with them. In messages the kinds have the names of
+/// traits<T>::name: "undefined", "JSON null", "JSON boolean", "JSON number", "JSON string",
+/// "JSON array", "JSON object", "float", "int64" and "uint64".
 class FOUNDATION_JSON_STANDALONE_DEBUG FOUNDATION_JSON_EXPORT Value {
 public:
     class Or;
@@ -163,33 +163,33 @@ public:
     class push_visitor;
 
     /// @name Construction
-    /// Scalars and tags are stored within the value; constant time, no allocation. Strings, arrays
-    /// and objects are copied, in time linear in the size of all that is copied; that may throw
+    /// Scalars and tags are stored within the value, in constant time and without allocation.
+    /// Strings, arrays and objects are copied, in time linear in their whole size, which may throw
     /// std::bad_alloc.
     /// @{
 
-    Value();                          ///< Undefined
-    Value(const Undefined&);          ///< Undefined
-    Value(const Null&);               ///< Null
-    Value(bool flag);                 ///< bool
-    Value(int number);                ///< double: there is no integer kind for int
-    Value(double number);             ///< double; NaN and the infinities are kept
-    Value(float number);              ///< float, not widened
-    Value(long long number);          ///< int64
-    Value(unsigned long long number); ///< uint64
-    Value(const char* text);          ///< string; the text is NUL-terminated, must not be null
-    Value(const std::string& text);   ///< string; zero bytes are content
-    Value(const std::vector<Value>& elements);          ///< array of deep copies
+    Value();                                   ///< Undefined
+    Value(const Undefined&);                   ///< Undefined
+    Value(const Null&);                        ///< Null
+    Value(bool flag);                          ///< bool
+    Value(int number);                         ///< double: there is no integer kind for int
+    Value(double number);                      ///< double; NaN and the infinities are kept
+    Value(float number);                       ///< float, not widened
+    Value(long long number);                   ///< int64
+    Value(unsigned long long number);          ///< uint64
+    Value(const char* text);                   ///< string; NUL-terminated, must not be null
+    Value(const std::string& text);            ///< string; may contain zero bytes
+    Value(const std::vector<Value>& elements); ///< array of deep copies
     Value(const std::map<std::string, Value>& members); ///< object of deep copies
     Value(const Value& other);                          ///< a deep copy
 
-    /// Takes over the other's content; constant time. The other keeps its kind: a string, array or
-    /// object is left empty, anything else as it was.
-    /// @throws std::bad_alloc for an array or object, which need a new, empty container; then the
-    ///         other is as it was
+    /// Takes over the other's content, in constant time. The other keeps its kind: a string, array
+    /// or object becomes empty, any other content stays.
+    /// @throws std::bad_alloc for an array or object, which needs a new, empty container; then the
+    ///         other is unchanged
     Value(Value&& other);
 
-    ~Value(); ///< linear in the size of all that is held
+    ~Value(); ///< linear in the whole size of the content
     /// @}
 
     /// @name Assignment and swap
@@ -197,67 +197,68 @@ public:
 
     /// Makes this value a deep copy of the other.
     ///
-    /// Arrays are assigned element by element, as std::vector does it: while there is room,
-    /// elements stay where they are, at any depth.
+    /// Arrays are assigned element by element, like a std::vector: while the capacity suffices,
+    /// elements keep their addresses, at any depth.
     ///
-    /// Assigning a value to itself does nothing. Neither value may lie within the other: the old
-    /// content would go before the new is copied. For `v = v["child"]` write
-    /// `v = Value(v["child"])`, and for `v["child"] = v` write `v["child"] = Value(v)`.
+    /// Assigning a value to itself does nothing. Neither value may lie within the other, since the
+    /// old content would be destroyed before the new is copied. Instead of `v = v["child"]` write
+    /// `v = Value(v["child"])`, and instead of `v["child"] = v` write `v["child"] = Value(v)`.
     ///
-    /// If memory runs out, what is then left depends on the kinds:
-    /// - the other is a string: this value as it was;
-    /// - both are arrays, or both objects: this kind, with unspecified content;
+    /// If memory runs out, the kinds decide what this value is then:
+    /// - the other is a string: unchanged;
+    /// - both are arrays, or both objects: of the same kind, with unspecified content;
     /// - the kind would have become array or object: a bool, false.
     ///
-    /// @throws std::bad_alloc memory runs out; what is then left is said above
+    /// @throws std::bad_alloc memory runs out; see above for the value that is left
     /// @complexity linear in the size of both.
     Value& operator=(const Value& other) FOUNDATION_JSON_LIFETIME_BOUND;
 
     /// Takes over the other's content.
     ///
-    /// Two arrays or two objects exchange their containers: the other is left with what this value
-    /// held. Where the kinds differ, a string, array or object is left empty. Assigning a value to
+    /// Two arrays or two objects exchange their containers: the other then holds what this value
+    /// held. If the kinds differ, a string, array or object becomes empty. Assigning a value to
     /// itself does nothing; neither may lie within the other, as above.
     ///
     /// @throws std::bad_alloc if the kind becomes array or object; then this value is a bool,
-    ///         false, and the other is as it was
-    /// @complexity constant but for the destruction of this value's old content.
+    ///         false, and the other is unchanged
+    /// @complexity constant, plus the destruction of this value's old content.
     Value& operator=(Value&& other) FOUNDATION_JSON_LIFETIME_BOUND;
 
     /// Exchanges two values, in constant time.
     ///
     /// Values of the same kind exchange their content in place: nothing is allocated, and elements
     /// and members keep their addresses.
-    /// @param other  neither within this value nor the other way round
+    /// @param other  must not lie within this value, nor this value within it
     /// @return this value
-    /// @throws std::bad_alloc if the kinds differ and one of them is array or object. Then both are
-    ///         as they were; or what the other held is lost, one of the two, either, holds what
-    ///         this value held, and the remaining one has become a bool, false.
+    /// @throws std::bad_alloc if the kinds differ and one of them is array or object. Then either
+    ///         both are unchanged; or the other's content is lost, one of the two holds the content
+    ///         of this value, and the remaining one is a bool, false.
     Value& swap(Value& other) FOUNDATION_JSON_LIFETIME_BOUND;
     /// @}
 
     /// @name Conversion
     /// @{
 
-    /// The flag of a bool. Strict: there is no truthiness; see operator|| for that.
+    /// The value of a bool. No other kind counts as true or false; see operator|| for that.
     /// @throws std::runtime_error "invalid conversion: <kind> to JSON boolean" for other kinds
     [[nodiscard]] explicit operator bool() const;
 
-    /// A number as an int: 0 for Undefined and Null, 0 or 1 for a bool, a double truncated toward
-    /// zero (NaN gives -2147483648), the number that a string begins with as std::istringstream
-    /// extracts it in the global locale (0 if there is none, the nearest limit if out of range).
+    /// An int from a value: 0 for Undefined and Null, 0 or 1 for a bool; a double is truncated
+    /// toward zero (NaN gives -2147483648); a string gives the number that it begins with, as
+    /// std::istringstream extracts it in the global locale (0 if there is none, the nearest limit
+    /// if it is out of range).
     /// @throws boost::numeric::negative_overflow a double is out of range; a std::bad_cast
     /// @throws boost::numeric::positive_overflow the same
-    /// @throws std::runtime_error "invalid conversion: <kind> to int" for the other kinds, float,
-    ///         int64 and uint64 among them
+    /// @throws std::runtime_error "invalid conversion: <kind> to int" for the other kinds,
+    ///         including float, int64 and uint64
     [[nodiscard]] explicit operator int() const;
     /// @}
 
     /// @name Comparison
     /// @{
 
-    /// Whether both have the same kind and equal content: no comparison of numbers across kinds.
-    /// Undefined and NaN are equal to nothing, so what holds them is not equal to itself.
+    /// Whether both have the same kind and equal content. Numbers of different kinds are not equal.
+    /// Undefined and NaN are equal to nothing, so a value that holds one is not equal to itself.
     /// @complexity linear in the size of the smaller; ends at the first difference.
     [[nodiscard]] bool operator==(const Value& other) const noexcept;
 
@@ -275,29 +276,30 @@ public:
     /// std::vector and std::map do: until the array grows, or the value is assigned or destroyed.
     /// @{
 
-    /// The member of an object. A missing one is inserted, Undefined, and stays: use the const
-    /// overloads or hasOwnProperty() to look without leaving a trace.
+    /// The member of an object. A missing member is inserted, as Undefined. To look without
+    /// inserting, use the const overloads or hasOwnProperty().
     /// @throws std::runtime_error "invalid conversion: <kind> to JSON object" for other kinds
     /// @throws std::bad_alloc     memory runs out; nothing was inserted
     /// @complexity logarithmic in the number of members
     Value& operator[](const std::string& key) FOUNDATION_JSON_LIFETIME_BOUND;
-    /// The same; the key is NUL-terminated, must not be null.
+    /// The same; the key is NUL-terminated and must not be null.
     Value& operator[](const char* key) FOUNDATION_JSON_LIFETIME_BOUND;
 
-    /// The element of an array. The index is not checked: outside 0 to length() - 1 it is a
-    /// precondition violation, which only a hardened build of the library notices.
+    /// The element of an array. The index is not checked: outside 0 to length() - 1 the behaviour
+    /// is undefined; only a hardened build of the library checks it.
     /// @throws std::runtime_error "invalid conversion: <kind> to JSON array" for other kinds
     /// @complexity constant
     Value& operator[](int index) FOUNDATION_JSON_LIFETIME_BOUND;
     Value& operator[](std::size_t index) FOUNDATION_JSON_LIFETIME_BOUND; ///< the same
 
-    /// By the key's kind: a double, truncated toward zero, is an index; a string is a name.
+    /// The element or member, by the key's kind: a double, truncated toward zero, is an index; a
+    /// string is a name.
     /// @throws std::runtime_error "Undefined value" if the key is of any other kind, int64 and
     ///         uint64 included; else as the overloads above
     Value& operator[](const Value& key) FOUNDATION_JSON_LIFETIME_BOUND;
 
-    /// As the non-const overloads, but a missing member is not inserted: the result then is a
-    /// constant Undefined value, the same one every time, that outlives everything.
+    /// Like the non-const overloads, but a missing member is not inserted: the result is then a
+    /// constant Undefined value, always the same one, which exists as long as the library does.
     [[nodiscard]] const Value&
     operator[](const std::string& key) const FOUNDATION_JSON_LIFETIME_BOUND;
     /// The same; the key must not be null.
@@ -327,8 +329,8 @@ public:
     /// copies what they hold.
     void push(const Value& v);
 
-    /// Whether this is an object with a member of that name, be it Undefined. False for every other
-    /// kind.
+    /// Whether this is an object with a member of that name, even an Undefined one. False for every
+    /// other kind.
     /// @throws std::bad_alloc memory runs out
     /// @complexity logarithmic in the number of members
     [[nodiscard]] bool hasOwnProperty(const std::string& key) const;
@@ -337,15 +339,13 @@ public:
     /// @name Fallback
     /// @{
 
-    /// `a || b` is a, unless a is Undefined, Null, false, a double zero or an empty string: then it
-    /// is b. Everything else counts as present: empty arrays and objects, and zeros of the kinds
-    /// float, int64 and uint64. Nothing is copied: convert the result, or copy it, within the
-    /// expression that made it.
+    /// `a || b` is b if a is Undefined, Null, false, a double zero or an empty string, else a.
+    /// Empty arrays and objects, and zeros of the kinds float, int64 and uint64, count as present.
+    /// Nothing is copied: convert or copy the result within the same expression.
     ///
     ///     Value name = record["name"] || Value("unnamed"); // copies at once: safe
     ///
-    /// The default must be a Value: with a plain number or text the language cannot tell this
-    /// operator from its own.
+    /// The right operand must be a Value: with a plain number or text the call is ambiguous.
     [[nodiscard]] Or operator||(const Value& right FOUNDATION_JSON_LIFETIME_BOUND) const noexcept
         FOUNDATION_JSON_LIFETIME_BOUND;
     /// @}
@@ -407,10 +407,10 @@ private:
     const Value* right_;
 };
 
-/// The predicate behind Value::hasOwnProperty(): is it an object with a member of a given name?
+/// The predicate behind Value::hasOwnProperty(): whether content is an object with a given member.
 class FOUNDATION_JSON_EXPORT Value::HasProperty : public boost::static_visitor<bool> {
 public:
-    /// Copying the name may throw std::bad_alloc, here and in the copy operations.
+    /// Looks for that name. Copying it may throw std::bad_alloc, here and in the copy operations.
     explicit HasProperty(const std::string& name);
     HasProperty(const HasProperty& other);                ///< asks for the same name
     HasProperty(HasProperty&& other) noexcept;            ///< leaves the other with an empty name
@@ -421,8 +421,8 @@ public:
     /// Whether there is a member of that name; logarithmic in the number of members.
     [[nodiscard]] bool operator()(const std::map<std::string, Value>& members) const;
 
-    /// The same of an object; false for other kinds. What converts to a Value, as builders and what
-    /// `a || b` returns, is taken for that Value.
+    /// The same for an object; false for other kinds. An argument that converts to a Value, such as
+    /// a builder or the result of `a || b`, counts as that Value.
     [[nodiscard]] bool operator()(const Value& value) const;
 
     /// false for content of the other kinds: only an object has members

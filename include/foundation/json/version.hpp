@@ -1,5 +1,5 @@
 /// @file
-/// Which version of the library the headers are of, for callers that compile with several.
+/// The version of the headers, for callers that compile with several versions.
 ///
 ///     #include <foundation/json/version.hpp>
 ///
@@ -7,7 +7,7 @@
 ///     #error "foundation::json 1.0.0 or later is needed"
 ///     #endif
 ///
-/// No other header includes this one. docs/versioning.md tells what the numbers promise.
+/// No other header includes this one. docs/versioning.md says what the numbers promise.
 #ifndef FOUNDATION_JSON_VERSION_HPP
 #define FOUNDATION_JSON_VERSION_HPP
 
