@@ -293,7 +293,9 @@ build() {
 }
 
 # run_tests NAME [OPTION...] runs the tests built in the folder NAME of the builds, with more options
-# for ctest. Prints what failed, with its output, and a summary; the full list goes to tests.log there.
+# for ctest. Prints what failed, in the order of the tests and not that of their ends, since tests of
+# what others are built on come first: of each test a few lines, of all together a few screens. Then
+# comes a summary; the full list goes to tests.log there.
 run_tests() {
     local -r folder=$builds/$1
     local -r log=$folder/tests.log
@@ -302,14 +304,47 @@ run_tests() {
     if [[ -t 1 ]]; then terminal=yes; fi
     ctest --test-dir "$folder" --output-on-failure --no-tests=error --parallel "$(nproc)" "$@" 2>&1 |
         tee "$log" | awk -v list="$log" -v terminal="$terminal" '
-            /^ +Start +[0-9]+: / { next }
-            /^ *[0-9]+\/[0-9]+ +Test +#[0-9]+: .* Passed +[0-9.]+ sec *$/ {
-                if (terminal) printf "\r%s ", $1
+            function print_failures(number, lines) {
+                for (number = 1; number <= last; ++number) {
+                    if (!(number in result)) continue
+                    if (lines > 120) break
+                    print result[number] output[number]
+                    if (hidden[number]) printf "... %d more lines\n", hidden[number]
+                    lines += 2 + shown[number]
+                    delete result[number]
+                    --failures
+                }
+                if (failures) printf "... and the output of %d more tests\n", failures
+                print ""
+            }
+            summary || /^ +Start +[0-9]+: / { if (summary) print; next }
+            /^ *[0-9]+\/[0-9]+ +Test +#[0-9]+: / {
+                number = $0
+                sub(/^[^#]*#/, "", number)
+                number += 0
+                if (/ Passed +[0-9.]+ sec *$/) {
+                    number = 0
+                } else {
+                    result[number] = $0
+                    if (number > last) last = number
+                    ++failures
+                }
+                if (terminal) printf "\r%s%s ", $1, failures ? ", " failures " failed" : ""
                 next
             }
-            terminal && !cleared && /^ *[0-9]+% tests passed/ { printf "\r"; cleared = 1 }
-            /^[0-9]+% tests passed/ { print "The result of each test is in " list "\n" }
-            { print; fflush() }'
+            /^[0-9]+% tests passed/ {
+                if (terminal) printf "\r"
+                if (failures) print_failures()
+                print "The result of each test is in " list "\n"
+                print
+                summary = 1
+                next
+            }
+            !number { if (NF) print; next }
+            !NF { next }
+            ++shown[number] <= 15 { output[number] = output[number] "\n" substr($0, 1, 400); next }
+            { --shown[number]; ++hidden[number] }
+            END { if (failures && !summary) print_failures() }'
 }
 
 # record NAME TEXT keeps the result of a run, with its date and the commit, for scripts/status.

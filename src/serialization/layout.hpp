@@ -25,16 +25,16 @@
 namespace foundation::json::detail {
 
 template <class Output, bool Pretty>
-class Layout;
+class LayoutWriter;
 
-/// Writes the visited content at the nesting level that a layout has reached.
+/// Writes the visited content at the nesting level that a LayoutWriter has reached.
 template <class Output, bool Pretty>
 class WriteVisitor : public boost::static_visitor<typename Output::Cursor> {
 public:
     using Cursor = typename Output::Cursor;
 
-    WriteVisitor(Layout<Output, Pretty>& layout, Output& output, Cursor at) noexcept
-        : layout_(layout), output_(output), at_(at) {}
+    WriteVisitor(LayoutWriter<Output, Pretty>& writer, Output& output, Cursor at) noexcept
+        : writer_(writer), output_(output), at_(at) {}
 
     /// Nothing; what surrounds an Undefined element or member is written all the same.
     Cursor operator()(const Undefined&) const { return at_; }
@@ -54,22 +54,22 @@ public:
     Cursor operator()(long long number) const { return output_.number(at_, number); }
     Cursor operator()(unsigned long long number) const { return output_.number(at_, number); }
     Cursor operator()(const std::string& text) const { return output_.string(at_, text); }
-    Cursor operator()(const Array& elements) const { return layout_.write(at_, elements); }
-    Cursor operator()(const Object& members) const { return layout_.write(at_, members); }
+    Cursor operator()(const Array& elements) const { return writer_.write(at_, elements); }
+    Cursor operator()(const Object& members) const { return writer_.write(at_, members); }
 
 private:
-    Layout<Output, Pretty>& layout_;
+    LayoutWriter<Output, Pretty>& writer_;
     Output& output_;
     Cursor at_;
 };
 
 /// Writes values, one level of nesting within another.
 template <class Output, bool Pretty>
-class Layout {
+class LayoutWriter {
 public:
     using Cursor = typename Output::Cursor;
 
-    explicit Layout(Output& output) noexcept : output_(output) {}
+    explicit LayoutWriter(Output& output) noexcept : output_(output) {}
 
     Cursor write(Cursor at, const Value& value) {
         return visit(WriteVisitor<Output, Pretty>(*this, output_, at), value);

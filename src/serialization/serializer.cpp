@@ -14,12 +14,14 @@ namespace {
 
 template <class Output>
 auto write_layout(Output& output, typename Output::Cursor at, const Value& value, bool pretty) {
-    return pretty ? detail::Layout<Output, true>(output).write(at, value)
-                  : detail::Layout<Output, false>(output).write(at, value);
+    return pretty ? detail::LayoutWriter<Output, true>(output).write(at, value)
+                  : detail::LayoutWriter<Output, false>(output).write(at, value);
 }
 
-/// Whether the text of a value ends in a piece of one byte: a bracket or a quotation mark.
-struct EndsInOneByte : boost::static_visitor<bool> {
+/// Whether the last piece of a value's text is a single byte, a bracket or a quotation mark, which
+/// BufferedStreamOutput::finish() needs: it inserts the last byte by itself, so that a stream which
+/// fails there is left as if it had failed at the last piece.
+struct LastPieceIsOneByte : boost::static_visitor<bool> {
     bool operator()(const std::string&) const { return true; }
     bool operator()(const Array&) const { return true; }
     bool operator()(const Object&) const { return true; }
@@ -31,7 +33,7 @@ struct EndsInOneByte : boost::static_visitor<bool> {
 };
 
 void write_value(std::ostream& stream, const Value& value, bool pretty) {
-    if (visit(EndsInOneByte(), value) && detail::fast_number_text_applies() &&
+    if (visit(LastPieceIsOneByte(), value) && detail::fast_number_text_applies() &&
         detail::BufferedStreamOutput::applies_to(stream)) {
         detail::BufferedStreamOutput output(stream);
         output.finish(write_layout(output, output.start(), value, pretty));

@@ -83,7 +83,7 @@ TEST(Fallback, GivesTheOperandItselfAndChangesNeither) {
         const Value& chosen = left.value || right;
         EXPECT_TRUE(&chosen == &left.value || &chosen == &right) << left.kind;
         EXPECT_EQ(describe(left.value), left.description);
-        EXPECT_EQ(serialize(right), R"(["right"])");
+        EXPECT_EQ(test::content_text(right), R"(["right"])");
     }
 }
 
@@ -96,25 +96,25 @@ TEST(Fallback, OfAValueWithItselfIsThatValue) {
 
 TEST(Fallback, MayBeCopiedFromTemporaries) {
     const Value right = Value() || Value("default");
-    EXPECT_EQ(serialize(right), R"("default")");
+    EXPECT_EQ(test::content_text(right), R"("default")");
     const Value left = Value("present") || Value("default");
-    EXPECT_EQ(serialize(left), R"("present")");
+    EXPECT_EQ(test::content_text(left), R"("present")");
     Value assigned;
     assigned = Value(false) || Value(Array{1});
-    EXPECT_EQ(serialize(assigned), "[1]");
+    EXPECT_EQ(test::content_text(assigned), "[1]");
 }
 
 TEST(Fallback, ACopyOfTheChoiceIsIndependentOfIt) {
     Value left(Array{1});
     const Value copy = left || Value();
     left.push(2);
-    EXPECT_EQ(serialize(copy), "[1]");
+    EXPECT_EQ(test::content_text(copy), "[1]");
 }
 
 TEST(Fallback, GivesADefaultForAMissingOrEmptyMember) {
     const Value record(Object{{"name", "x"}, {"empty", ""}, {"zero", 0}, {"zero64", 0LL}});
     const auto name_or_default = [&](const char* key) {
-        return serialize(record[key] || Value("unnamed"));
+        return test::content_text(record[key] || Value("unnamed"));
     };
     EXPECT_EQ(name_or_default("name"), R"("x")");
     EXPECT_EQ(name_or_default("empty"), R"("unnamed")");

@@ -50,13 +50,13 @@ std::vector<std::string> texts() {
 TEST(ParserAllocationFailures, LeaveNoValueAndLeakNothing) {
     for (const std::string& text : texts()) {
         SCOPED_TRACE(text.substr(0, 60));
-        const std::string expected = serialize(parse(text));
+        const std::string expected = test::content_text(parse(text));
         const std::size_t failures =
             fail_each_allocation([] { return std::optional<Value>(); },
                                  [&text](std::optional<Value>& value) { value = parse(text); },
                                  [](const std::optional<Value>& value) { EXPECT_FALSE(value); },
                                  [&expected](const std::optional<Value>& value) {
-                                     EXPECT_EQ(serialize(*value), expected);
+                                     EXPECT_EQ(test::content_text(*value), expected);
                                  });
         EXPECT_EQ(failures == 0, text == "1") << "only a number needs no memory";
     }
@@ -81,7 +81,7 @@ TEST(ParserAllocationFailures, OfErrorsLeakNothing) {
 
 TEST(ParserAllocationFailures, OfStreamsAndFilesLeakNothing) {
     const std::string text = long_array("\"" + long_text + "\"", 200);
-    const std::string expected = serialize(parse(text));
+    const std::string expected = test::content_text(parse(text));
     const std::size_t of_stream =
         fail_each_allocation([&text] { return std::make_unique<std::istringstream>(text); },
                              [](std::unique_ptr<std::istringstream>& stream) {

@@ -1,5 +1,6 @@
 #include <foundation/json/content.hpp>
 
+#include "support/describe.hpp"
 #include "support/thrown_message.hpp"
 
 #include <foundation/json/serializer.hpp>
@@ -77,12 +78,12 @@ std::string outcome(Value& value) {
 template <class T>
 void expect_content_of_one_kind(Kind expected, const std::string& name) {
     for (Row& row : one_of_each_kind()) {
-        const std::string before = serialize(row.value);
+        const std::string before = test::content_text(row.value);
         EXPECT_EQ(outcome<T>(row.value),
                   row.kind == expected
                       ? "content"
                       : std::string("invalid conversion: ") + row.name + " to " + name);
-        EXPECT_EQ(serialize(row.value), before);
+        EXPECT_EQ(test::content_text(row.value), before);
         EXPECT_EQ(kind_of(row.value), row.kind);
     }
 }
@@ -150,13 +151,13 @@ TEST(Content, IsTheValueItself) {
     get<double>(value["list"][0]) += 0.5;
     get<std::string>(value["list"][1]) += "!";
     get<Array>(value["list"]).push_back(true);
-    EXPECT_EQ(serialize(value), "{\"list\":[1.5,\"two!\",true]}");
+    EXPECT_EQ(test::content_text(value), "{\"list\":[1.5,\"two!\",true]}");
     get<bool>(value["list"][2]) = false;
     get<Object>(value).emplace("n", 1LL);
     get<long long>(value["n"]) -= 2;
-    EXPECT_EQ(serialize(value), "{\"list\":[1.5,\"two!\",false],\"n\":-1}");
+    EXPECT_EQ(test::content_text(value), "{\"list\":[1.5,\"two!\",false],\"n\":-1}");
     get<Object>(value).erase("list");
-    EXPECT_EQ(serialize(value), "{\"n\":-1}");
+    EXPECT_EQ(test::content_text(value), "{\"n\":-1}");
 }
 
 TEST(Content, CanBeGoneThroughAndChanged) {
@@ -167,7 +168,7 @@ TEST(Content, CanBeGoneThroughAndChanged) {
         get<double>(member) *= 10;
     }
     EXPECT_EQ(names, "ab");
-    EXPECT_EQ(serialize(value), "{\"a\":10,\"b\":20}");
+    EXPECT_EQ(test::content_text(value), "{\"a\":10,\"b\":20}");
 }
 
 TEST(Content, TakesOverAContainerWithoutCopyingItsElements) {
@@ -176,14 +177,14 @@ TEST(Content, TakesOverAContainerWithoutCopyingItsElements) {
     Value value(Object{{"list", Array()}});
     get<Array>(value["list"]) = std::move(elements);
     EXPECT_EQ(&value["list"][0], first);
-    EXPECT_EQ(serialize(value), "{\"list\":[\"one\",\"two\"]}");
+    EXPECT_EQ(test::content_text(value), "{\"list\":[\"one\",\"two\"]}");
 
     Object members{{"a", 1}};
     const Value* const member = &members.at("a");
     Value object{Object()};
     get<Object>(object) = std::move(members);
     EXPECT_EQ(&object["a"], member);
-    EXPECT_EQ(serialize(object), "{\"a\":1}");
+    EXPECT_EQ(test::content_text(object), "{\"a\":1}");
 }
 
 TEST(Content, HasNoSpareCapacityInAnArrayMadeFromOneThatHas) {

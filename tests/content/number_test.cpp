@@ -55,7 +55,7 @@ template <class Number>
 void expect(const std::vector<Row>& rows) {
     for (const Row& row : rows) {
         EXPECT_EQ(outcome<Number>(row.value), row.expected)
-            << name_of(kind_of(row.value)) << ' ' << serialize(row.value);
+            << name_of(kind_of(row.value)) << ' ' << test::content_text(row.value);
     }
 }
 
@@ -278,7 +278,7 @@ template <class Floating>
 void expect_bits(const std::vector<FloatingRow<Floating>>& rows, const std::string& where) {
     for (const auto& row : rows) {
         EXPECT_EQ(bits_of(number<Floating>(row.value)), row.bits)
-            << name_of(kind_of(row.value)) << ' ' << serialize(row.value) << ' ' << where;
+            << name_of(kind_of(row.value)) << ' ' << test::content_text(row.value) << ' ' << where;
     }
 }
 
@@ -312,7 +312,7 @@ TEST(NumberAsFloatingPoint, IsExactAsLongDouble) {
         {ULLONG_MAX, 18446744073709551615.0L},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(number<long double>(row.value), row.expected) << serialize(row.value);
+        EXPECT_EQ(number<long double>(row.value), row.expected) << test::content_text(row.value);
     }
     EXPECT_TRUE(std::signbit(number<long double>(Value(-0.0))));
     EXPECT_FALSE(std::signbit(number<long double>(Value(0.0))));

@@ -1,4 +1,5 @@
 // Random values, read back and compared with what they were made of.
+#include "support/describe.hpp"
 #include "support/random_trees.hpp"
 #include "support/rounds.hpp"
 #include "support/tree.hpp"
@@ -79,7 +80,7 @@ TEST(RandomContent, IsWhatTheValueWasMadeOf) {
     for (std::size_t round = 0; round < test_rounds(); ++round) {
         const Tree tree = trees.tree();
         const Value value = to_value(tree);
-        ASSERT_TRUE(agrees(value, tree)) << "round " << round << ": " << serialize(value);
+        ASSERT_TRUE(agrees(value, tree)) << "round " << round << ": " << test::content_text(value);
         ASSERT_TRUE(agrees(Value(value), tree)) << "a copy, round " << round;
     }
 }

@@ -266,17 +266,17 @@ template <bool Pretty>
 void expect_same_text_of_value(const Value& value) {
     ProbeStream plain;
     StreamOutput plain_output(plain);
-    Layout<StreamOutput, Pretty>(plain_output).write({}, value);
+    LayoutWriter<StreamOutput, Pretty>(plain_output).write({}, value);
 
     ProbeStream buffered;
     BufferedStreamOutput buffered_output(buffered);
-    buffered_output.finish(Layout<BufferedStreamOutput, Pretty>(buffered_output)
+    buffered_output.finish(LayoutWriter<BufferedStreamOutput, Pretty>(buffered_output)
                                .write(buffered_output.start(), value));
     EXPECT_EQ(buffered.log(), plain.log());
     EXPECT_EQ(buffered.fill(), plain.fill());
 
     StringOutput string;
-    EXPECT_EQ(string.take(Layout<StringOutput, Pretty>(string).write(string.start(), value)),
+    EXPECT_EQ(string.take(LayoutWriter<StringOutput, Pretty>(string).write(string.start(), value)),
               plain.bytes());
 }
 

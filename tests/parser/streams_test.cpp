@@ -1,4 +1,6 @@
 // Texts from streams and files, and values one after the other.
+#include "support/describe.hpp"
+
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
 
@@ -97,7 +99,7 @@ const std::string compact = "[1,\"two\",{\"three\":[4,5.5]},null]";
 TEST(ParseStream, ReadsToTheEndInPiecesOfEverySize) {
     for (const std::size_t piece : {1U, 2U, 3U, 7U, 100U}) {
         PiecewiseStream stream(document, piece);
-        EXPECT_EQ(serialize(parse(stream)), compact) << piece;
+        EXPECT_EQ(test::content_text(parse(stream)), compact) << piece;
         EXPECT_TRUE(stream.eof());
         EXPECT_FALSE(stream.fail());
     }
@@ -115,7 +117,7 @@ TEST(ParseStream, BeginsWhereTheStreamStands) {
     std::istringstream stream("skipped [1]");
     std::string word;
     stream >> word;
-    EXPECT_EQ(serialize(parse(stream)), "[1]");
+    EXPECT_EQ(test::content_text(parse(stream)), "[1]");
     std::istringstream faulty("skipped\n[1 2]");
     std::getline(faulty, word);
     try {
@@ -207,8 +209,9 @@ std::string system_error_of(const std::filesystem::path& path) {
 }
 
 TEST_F(ParseFile, ReadsRegularFiles) {
-    EXPECT_EQ(serialize(parse_file(write("a.json", document))), compact);
-    EXPECT_EQ(serialize(parse_file(write("long", "\"" + std::string(100000, 'x') + "\""))).size(),
+    EXPECT_EQ(test::content_text(parse_file(write("a.json", document))), compact);
+    EXPECT_EQ(test::content_text(parse_file(write("long", "\"" + std::string(100000, 'x') + "\"")))
+                  .size(),
               100002u);
     ParseOptions options;
     options.comments = true;
@@ -233,7 +236,7 @@ TEST_F(ParseFile, ReadsPipes) {
     });
     const Value value = parse_file(pipe);
     writer.join();
-    EXPECT_EQ(serialize(value), compact);
+    EXPECT_EQ(test::content_text(value), compact);
 }
 
 TEST_F(ParseFile, ReadsStandardInput) {
@@ -248,7 +251,7 @@ TEST_F(ParseFile, ReadsStandardInput) {
     dup2(before, 0);
     close(before);
     close(ends[0]);
-    EXPECT_EQ(serialize(value), compact);
+    EXPECT_EQ(test::content_text(value), compact);
 }
 
 TEST_F(ParseFile, NamesAFileThatCannotBeRead) {
@@ -270,7 +273,7 @@ std::vector<std::string> all_values(std::istream& stream, const ParseOptions& op
         try {
             more = values.next(value);
             if (more) {
-                result.push_back(serialize(value));
+                result.push_back(test::content_text(value));
             }
         } catch (const ParserException& error) {
             result.push_back(std::to_string(error.get_line_number()) + ':' +
@@ -431,7 +434,7 @@ TEST(ValueStream, TakesNoMoreThanAValueNeeds) {
         ValueStream values(stream);
         Value value;
         EXPECT_TRUE(values.next(value)) << c.value;
-        EXPECT_EQ(serialize(value), c.value);
+        EXPECT_EQ(test::content_text(value), c.value);
         EXPECT_THROW(values.next(value), BufferFailure);
         EXPECT_TRUE(stream.bad());
     }

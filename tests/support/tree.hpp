@@ -59,6 +59,14 @@ inline Value to_value(const Tree& tree) {
         tree.content);
 }
 
+/// The letter of a byte's short escape, `n` of a line feed, or nothing where it has none.
+inline char escape_letter(char byte) {
+    static constexpr char escaped[] = "\b\t\n\f\r\"/\\";
+    static constexpr char letters[] = "btnfr\"/\\";
+    const void* const found = std::memchr(escaped, byte, sizeof escaped - 1);
+    return found != nullptr ? letters[static_cast<const char*>(found) - escaped] : '\0';
+}
+
 /// Writes trees with one formatted insertion per piece of text, which is what writing a value onto
 /// a stream means, whatever the state of the stream.
 class PlainWriter {
@@ -137,12 +145,8 @@ private:
     }
 
     void write_byte(char byte) {
-        static constexpr char escaped[] = "\b\t\n\f\r\"/\\";
-        static constexpr char letters[] = "btnfr\"/\\";
-        const void* const found = std::memchr(escaped, byte, sizeof escaped - 1);
-        if (found != nullptr) {
-            const auto index = static_cast<const char*>(found) - escaped;
-            stream_ << std::string{'\\', letters[index]};
+        if (const char letter = escape_letter(byte); letter != '\0') {
+            stream_ << std::string{'\\', letter};
         } else if (static_cast<unsigned char>(byte) < 0x20) {
             write_code(byte);
         } else {

@@ -1,4 +1,5 @@
 // What threads do to values of their own, and the text helpers, which keep nothing between calls.
+#include "support/describe.hpp"
 #include "support/threads.hpp"
 
 #include <foundation/json/json.hpp>
@@ -28,7 +29,7 @@ TEST(ValuesOfManyThreads, GrowApart) {
             list.push(1000 * thread + number);
             text += (number == 0 ? "" : ",") + std::to_string(1000 * thread + number);
         }
-        EXPECT_EQ(serialize(list), text + "]");
+        EXPECT_EQ(test::content_text(list), text + "]");
     });
 }
 
@@ -42,8 +43,9 @@ TEST(ValuesOfManyThreads, AreChangedApart) {
         object["list"][1] = true;
         object["moved"] = std::move(object["copy"]);
         object["name"].swap(object["copy"]);
-        EXPECT_EQ(serialize(object), "{\"copy\":\"" + name + "\",\"list\":[\"" + name +
-                                         "\",true],\"moved\":[\"" + name + "\",null],\"name\":[]}");
+        EXPECT_EQ(test::content_text(object), "{\"copy\":\"" + name + "\",\"list\":[\"" + name +
+                                                  "\",true],\"moved\":[\"" + name +
+                                                  "\",null],\"name\":[]}");
     });
 }
 
@@ -52,7 +54,8 @@ TEST(ValuesOfManyThreads, AreWrittenAsExpressionsApart) {
         const std::string name = std::to_string(thread);
         const Value value(
             (Property("id") = name, Property("list") = Value((Element(name), Element(Null())))));
-        EXPECT_EQ(serialize(value), "{\"id\":\"" + name + "\",\"list\":[\"" + name + "\",null]}");
+        EXPECT_EQ(test::content_text(value),
+                  "{\"id\":\"" + name + "\",\"list\":[\"" + name + "\",null]}");
     });
 }
 
@@ -69,7 +72,7 @@ TEST(ValuesOfManyThreads, NestBeyondTheOrdinaryLevelsApart) {
         }
         Value copy;
         copy = nested;
-        EXPECT_EQ(serialize(copy),
+        EXPECT_EQ(test::content_text(copy),
                   std::string(levels - 1, '[') + "{}" + std::string(levels - 1, ']'));
     });
 }

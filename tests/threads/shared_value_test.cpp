@@ -1,5 +1,6 @@
 // Any number of threads may read one value at once. What every thread finds is checked here; that
 // none of them touches what another reads is for a build with the thread sanitizer to say.
+#include "support/describe.hpp"
 #include "support/threads.hpp"
 
 #include <foundation/json/content.hpp>
@@ -49,7 +50,7 @@ template <class Body>
 void read_in_threads(const Body& body) {
     const Value value = record();
     run_in_threads(rounds, [&](int) { body(value); });
-    EXPECT_EQ(serialize(value), record_text);
+    EXPECT_EQ(test::content_text(value), record_text);
 }
 
 TEST(OneValueInManyThreads, IsWrittenByAll) {
@@ -93,12 +94,12 @@ TEST(OneValueInManyThreads, ShowsItsMembersAndElements) {
 TEST(OneValueInManyThreads, HasOneUndefinedForWhatIsMissing) {
     const Value empty = Object{};
     const Value& missing = empty["missing"];
-    EXPECT_EQ(serialize(missing), "");
+    EXPECT_EQ(test::content_text(missing), "");
     read_in_threads([&](const Value& value) {
         EXPECT_EQ(&value["missing"], &missing);
         EXPECT_EQ(&value[std::string("absent")], &missing);
         EXPECT_EQ(&value[Value("nowhere")], &missing);
-        EXPECT_EQ(serialize(value["missing"]), "");
+        EXPECT_EQ(test::content_text(value["missing"]), "");
         EXPECT_FALSE(value.hasOwnProperty("missing"));
     });
 }
@@ -132,7 +133,7 @@ TEST(OneValueInManyThreads, IsCopiedByAll) {
         copy["new"] = value["object"];
         Value assigned;
         assigned = value;
-        EXPECT_EQ(serialize(assigned), record_text);
+        EXPECT_EQ(test::content_text(assigned), record_text);
         EXPECT_EQ(copy["array"].length(), std::size_t{5});
         EXPECT_EQ(copy["new"], value["object"]);
     });
@@ -146,7 +147,7 @@ TEST(OneValueInManyThreads, IsCopiedByAllBeyondTheOrdinaryLevels) {
     }
     run_in_threads(20, [&](int) {
         const Value copy(nested);
-        EXPECT_EQ(serialize(copy), std::string(levels, '[') + std::string(levels, ']'));
+        EXPECT_EQ(test::content_text(copy), std::string(levels, '[') + std::string(levels, ']'));
         EXPECT_TRUE(copy == nested);
     });
 }

@@ -1,5 +1,6 @@
 // Copying and assigning values of any depth: from the hundredth level on these operations go
 // another way, and nothing may tell where that begins.
+#include "support/describe.hpp"
 #include "support/nested.hpp"
 
 #include <foundation/json/serializer.hpp>
@@ -42,8 +43,8 @@ TEST(Nesting, ACopyHoldsTheSameAtAnyDepth) {
     for_each_nesting([](Nesting nesting, std::size_t depth) {
         const Nested nested = nest(nesting, depth, "innermost");
         const Value copy(nested.value);
-        EXPECT_EQ(serialize(copy), nested.text);
-        EXPECT_EQ(serialize(nested.value), nested.text);
+        EXPECT_EQ(test::content_text(copy), nested.text);
+        EXPECT_EQ(test::content_text(nested.value), nested.text);
     });
 }
 
@@ -52,8 +53,8 @@ TEST(Nesting, ACopyIsIndependentAtAnyDepth) {
         const Nested nested = nest(nesting, depth, "innermost");
         Value copy(nested.value);
         innermost(copy, depth) = "changed";
-        EXPECT_EQ(serialize(copy), nest(nesting, depth, "changed").text);
-        EXPECT_EQ(serialize(nested.value), nested.text);
+        EXPECT_EQ(test::content_text(copy), nest(nesting, depth, "changed").text);
+        EXPECT_EQ(test::content_text(nested.value), nested.text);
     });
 }
 
@@ -70,9 +71,9 @@ TEST(Nesting, AssigningReplacesWhatIsThereAtAnyDepth) {
         };
         for (Value& target : targets) {
             target = source.value;
-            EXPECT_EQ(serialize(target), source.text);
+            EXPECT_EQ(test::content_text(target), source.text);
             innermost(target, depth) = "changed";
-            EXPECT_EQ(serialize(source.value), source.text);
+            EXPECT_EQ(test::content_text(source.value), source.text);
         }
     });
 }
@@ -96,7 +97,7 @@ TEST(Nesting, ElementsKeepTheirAddressesWhenAnArrayIsAssigned) {
         const Value copy = within_arrays(source, level);
         outer = copy;
         ASSERT_EQ(&core_of(outer, level), &core);
-        EXPECT_EQ(serialize(core), R"(["one",[2],["three",[]],null])");
+        EXPECT_EQ(test::content_text(core), R"(["one",[2],["three",[]],null])");
         EXPECT_EQ(&core[0], element);
         EXPECT_EQ(&core[3], element + 3);
         EXPECT_EQ(&core[2][0], nested);
@@ -115,12 +116,12 @@ TEST(Nesting, AShorterArrayIsAssignedInPlaceAndLeavesRoomForALongerOne) {
         const Value first_copy = within_arrays(shorter, level);
         outer = first_copy;
         ASSERT_EQ(&core_of(outer, level), &core);
-        EXPECT_EQ(serialize(core), R"([6,"seven"])");
+        EXPECT_EQ(test::content_text(core), R"([6,"seven"])");
         EXPECT_EQ(&core[0], element);
         const Value second_copy = within_arrays(longer, level);
         outer = second_copy;
         ASSERT_EQ(&core_of(outer, level), &core);
-        EXPECT_EQ(serialize(core), R"([8,[9],10,{"a":11},12])");
+        EXPECT_EQ(test::content_text(core), R"([8,[9],10,{"a":11},12])");
         EXPECT_EQ(&core[0], element);
     }
 }
@@ -135,7 +136,7 @@ TEST(Nesting, AStringIsAssignedInPlace) {
         const Value copy = within_arrays(shorter_text, level);
         outer = copy;
         EXPECT_EQ(&core_of(outer, level), string);
-        EXPECT_EQ(serialize(*string), '"' + shorter_text + '"');
+        EXPECT_EQ(test::content_text(*string), '"' + shorter_text + '"');
     }
 }
 
@@ -157,7 +158,7 @@ std::vector<std::size_t> former_places(std::size_t level) {
     }
     const Value copy = within_arrays(after, level);
     outer = copy;
-    EXPECT_EQ(serialize(core_of(outer, level)), serialize(Value(after)));
+    EXPECT_EQ(test::content_text(core_of(outer, level)), test::content_text(Value(after)));
     std::vector<std::size_t> places;
     for (const std::string& name : names) {
         const auto found =
@@ -182,10 +183,10 @@ TEST(Nesting, WhatCameBeforeIsForgotten) {
     for (int i = 0; i != 150; ++i) {
         Value copy(nested.value);
         copy = flat;
-        EXPECT_EQ(serialize(copy), R"({"a":[1,"b"]})");
+        EXPECT_EQ(test::content_text(copy), R"({"a":[1,"b"]})");
     }
     const Value copy(nested.value);
-    EXPECT_EQ(serialize(copy), nested.text);
+    EXPECT_EQ(test::content_text(copy), nested.text);
 }
 
 } // namespace

@@ -259,7 +259,7 @@ TEST(Value, IsCopiedWhereAVectorOfValuesGrowsAndNotWhereItHasRoom) {
     EXPECT_NE(reinterpret_cast<std::uintptr_t>(&values[0][0]), element);
 }
 
-// ---- Layout --------------------------------------------------------------------------------
+// ---- Memory --------------------------------------------------------------------------------
 
 TEST(Value, IsAKindIndexBesideTheStorageOfAString) {
     EXPECT_EQ(sizeof(Value), alignof(std::string) + sizeof(std::string));
