@@ -17,7 +17,7 @@ BEGIN, END = "<!-- results: begin -->", "<!-- results: end -->"
 TASKS = ["serialize", "pretty_print", "write to a stream", "write to std::ostringstream",
          "write to std::ofstream", "parse and destroy", "copy and destroy", "==", "<",
          "read strings", "read numbers", "push", "insert all keys", "1,000 lookups", "to structs",
-         "to structs by hand", "from structs", "numbers", "strings"]
+         "to structs by hand", "from structs", "words", "numbers", "strings", "containers"]
 CHARTED_FAMILIES = ["text", "streams", "values", "arrays", "objects", "conversion"]
 
 
@@ -254,7 +254,7 @@ def main(arguments):
               "`GetDouble`, which do not look at the kind, `as_string` and `as_double`, `getString` "
               "and `asDouble`.", ""]
     lines += time_table(reading, ["std::variant", *PEERS])
-    lines += ["### Numbers and strings, one by one", "",
+    lines += ["### Values of each kind, one by one", "",
               "Arrays of 10,000 items (of 100 for strings of 10,000 bytes), serialized.", ""]
     lines += time_table(details)
     lines += ["### Memory", "",
@@ -276,9 +276,10 @@ def main(arguments):
     return 0
 
 
-try:
-    sys.exit(main(sys.argv[1:]))
-except OSError as error:
-    fail(f"{error.filename}: {error.strerror}")
-except ValueError as error:
-    fail(f"not the results of benchmarks: {error}")
+if __name__ == "__main__":
+    try:
+        sys.exit(main(sys.argv[1:]))
+    except OSError as error:
+        fail(f"{error.filename}: {error.strerror}")
+    except ValueError as error:
+        fail(f"not the results of benchmarks: {error}")

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -105,7 +106,7 @@ void add_growth() {
     }
 }
 
-/// Arrays of 10,000 equal items: what one number or string costs.
+/// Arrays of 10,000 items of one kind: what a value of each kind costs.
 template <class Contender>
 class Details {
 public:
@@ -128,6 +129,21 @@ public:
                       [](Sequence& s) { return static_cast<float>(s.below(10'000)) / 100; });
             add_items("numbers", "floats, 9 digits",
                       [](Sequence& s) { return static_cast<float>(180 * s.fraction()); });
+        }
+        if constexpr (Contender::is_this_library) {
+            using foundation::json::Value;
+            add_items("numbers", "unsigned 64-bit integers",
+                      [](Sequence& s) { return static_cast<unsigned long long>(s.next() >> 8); });
+            add_items("words", "null", [](Sequence&) { return foundation::json::Null(); });
+            add_items("words", "bools", [](Sequence& s) { return s.below(2) == 0; });
+            add_items("containers", "empty arrays", [](Sequence&) { return std::vector<Value>{}; });
+            add_items("containers", "arrays of 1",
+                      [](Sequence&) { return std::vector<Value>{true}; });
+            add_items("containers", "empty objects",
+                      [](Sequence&) { return std::map<std::string, Value>{}; });
+            add_items("containers", "objects of 1", [](Sequence&) {
+                return std::map<std::string, Value>{{"name", true}};
+            });
         }
         add_strings("8 bytes", 8, "");
         add_strings("100 bytes", 100, "");
