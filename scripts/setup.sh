@@ -346,12 +346,3 @@ run_tests() {
             { --shown[number]; ++hidden[number] }
             END { if (failures && !summary) print_failures() }'
 }
-
-# record NAME TEXT keeps the result of a run, with its date and the commit, for scripts/status.
-record() {
-    local commit
-    commit=$(git -C "$root" rev-parse --short HEAD 2>/dev/null || echo "no commit")
-    [[ -z $(git -C "$root" status --porcelain --untracked-files=no 2>/dev/null) ]] || commit+=", changed"
-    mkdir -p "$builds/last-runs"
-    printf '%s | %s, %s\n' "$2" "$(date +%F)" "$commit" >"$builds/last-runs/$1"
-}
