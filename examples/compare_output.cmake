@@ -1,9 +1,32 @@
-# Fails unless PROGRAM succeeds and writes exactly the content of the file EXPECTED.
+# Fails unless PROGRAM succeeds and writes exactly the content of the file EXPECTED. Shows the first
+# line that differs.
 file(READ ${EXPECTED} expected)
 execute_process(COMMAND ${PROGRAM} OUTPUT_VARIABLE output RESULT_VARIABLE status)
 if(NOT status EQUAL 0)
     message(FATAL_ERROR "${PROGRAM} ended with ${status}")
 endif()
-if(NOT output STREQUAL expected)
-    message(FATAL_ERROR "expected:\n${expected}\nbut it wrote:\n${output}")
-endif()
+
+# take_line(TEXT LINE) moves the first line of the text in the variable TEXT to LINE.
+macro(take_line text line)
+    string(FIND "${${text}}" "\n" end)
+    if(end EQUAL -1)
+        set(${line} "${${text}}")
+        set(${text} "")
+    else()
+        string(SUBSTRING "${${text}}" 0 ${end} ${line})
+        math(EXPR end "${end} + 1")
+        string(SUBSTRING "${${text}}" ${end} -1 ${text})
+    endif()
+endmacro()
+
+set(number 0)
+while(NOT output STREQUAL expected)
+    math(EXPR number "${number} + 1")
+    take_line(expected expected_line)
+    take_line(output line)
+    if(line STREQUAL expected_line AND (output STREQUAL "" OR expected STREQUAL ""))
+        message(FATAL_ERROR "${EXPECTED} and what was written end differently, at line ${number}")
+    elseif(NOT line STREQUAL expected_line)
+        message(FATAL_ERROR "line ${number} of ${EXPECTED}:\n${expected_line}\nbut it wrote:\n${line}")
+    endif()
+endwhile()

@@ -1,3 +1,4 @@
+// Element and Property: arrays and objects as expressions.
 #include <foundation/json/builders.hpp>
 
 #include "access/append.hpp"

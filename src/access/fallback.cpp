@@ -1,3 +1,4 @@
+// The fallback, left || right, and HasProperty.
 #include "value/value_access.hpp"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// Indexing, hasOwnProperty, length and push: looking into arrays and objects, and growing them.
 #include "access/indexing.hpp"
 
 #include "access/append.hpp"

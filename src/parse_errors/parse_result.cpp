@@ -1,3 +1,4 @@
+// The descriptions of error codes.
 #include <foundation/json/parse_errors.hpp>
 
 #include <iterator>

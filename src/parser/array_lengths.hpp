@@ -1,5 +1,5 @@
 /// @file
-/// How long arrays are going to be.
+/// Counts the elements of long arrays before they are read, so that the vector grows once.
 #ifndef FOUNDATION_JSON_SRC_PARSER_ARRAY_LENGTHS_HPP
 #define FOUNDATION_JSON_SRC_PARSER_ARRAY_LENGTHS_HPP
 

@@ -1,5 +1,5 @@
 /// @file
-/// Classes of bytes.
+/// Which bytes are blanks, digits, letters and hexadecimal digits.
 #ifndef FOUNDATION_JSON_SRC_PARSER_CHARACTERS_HPP
 #define FOUNDATION_JSON_SRC_PARSER_CHARACTERS_HPP
 

@@ -1,3 +1,4 @@
+// Errors as people see them: the place, the line and a caret.
 #include "parser/characters.hpp"
 #include "parser/errors.hpp"
 #include "parser/utf8.hpp"

@@ -1,5 +1,5 @@
 /// @file
-/// What the errors of a text say, and where they are.
+/// The parser's errors: makes the exception, with message, place and quoted line.
 #ifndef FOUNDATION_JSON_SRC_PARSER_ERRORS_HPP
 #define FOUNDATION_JSON_SRC_PARSER_ERRORS_HPP
 

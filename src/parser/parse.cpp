@@ -1,3 +1,4 @@
+// The functions that read one whole text, from memory, a stream or a file.
 #include "parser/parser.hpp"
 #include "parser/reading.hpp"
 

@@ -1,3 +1,4 @@
+// ValueStream: values one after the other, from a stream.
 #include "parser/parser.hpp"
 #include "parser/reading.hpp"
 #include "parser/value_finder.hpp"

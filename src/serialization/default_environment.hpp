@@ -1,5 +1,5 @@
 /// @file
-/// Floating-point arithmetic as the language describes it, whatever the caller has made of it.
+/// The floating-point environment that programs start with, set for a while.
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_DEFAULT_ENVIRONMENT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_DEFAULT_ENVIRONMENT_HPP
 

@@ -1,3 +1,4 @@
+// The writer as callers see it: it chooses the output for a stream or string.
 #include <foundation/json/serializer.hpp>
 
 #include "serialization/buffered_output.hpp"

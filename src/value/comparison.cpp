@@ -1,3 +1,4 @@
+// Equality and order of values.
 #include "value/value_access.hpp"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// What a value is: the names and order of the kinds, construction, assignment, destruction.
 #include "value/hardening.hpp"
 #include "value/nesting.hpp"
 #include "value/value_access.hpp"

@@ -1,5 +1,6 @@
 /// @file
-/// The way to a value's content for the library's own sources: that of content.hpp, and one more.
+/// Access to a value's content for the library's own sources: that of content.hpp, and the
+/// Undefined that stands for what is not there.
 #ifndef FOUNDATION_JSON_SRC_VALUE_VALUE_ACCESS_HPP
 #define FOUNDATION_JSON_SRC_VALUE_VALUE_ACCESS_HPP
 

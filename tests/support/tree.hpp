@@ -1,5 +1,6 @@
 /// @file
-/// A value as a test holds it: open, unlike Value, so that a test can say itself what is in it.
+/// A value as a test holds it, open, unlike Value; and PlainWriter, which states once more for the
+/// tests which text a value has: separators, indentation, escapes.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_TREE_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_TREE_HPP
 
