@@ -1,7 +1,8 @@
-# Fails unless PROGRAM succeeds and writes exactly the content of the file EXPECTED. Shows the first
-# line that differs.
+# Fails unless PROGRAM, called with the ARGUMENTS there may be, succeeds and writes exactly the content
+# of the file EXPECTED. Shows the first line that differs.
 file(READ ${EXPECTED} expected)
-execute_process(COMMAND ${PROGRAM} OUTPUT_VARIABLE output RESULT_VARIABLE status)
+separate_arguments(arguments UNIX_COMMAND "${ARGUMENTS}")
+execute_process(COMMAND ${PROGRAM} ${arguments} OUTPUT_VARIABLE output RESULT_VARIABLE status)
 if(NOT status EQUAL 0)
     message(FATAL_ERROR "${PROGRAM} ended with ${status}")
 endif()
