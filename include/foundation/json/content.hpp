@@ -483,24 +483,51 @@ inline NumberParts parts_of(unsigned long long number) noexcept {
     return {NumberParts::Class::finite, false, number, 0};
 }
 
-/// A number in a message, the same in every locale: with the digits that its type always keeps or,
-/// where those do not read back to it, with as many as that takes.
-template <class Floating>
-[[gnu::cold, gnu::noinline]] std::string text_of(const Floating& number) {
-    using Format = FloatingFormat<Floating>;
-    const NumberParts parts = parts_of(number);
-    if (parts.type == NumberParts::Class::nan) {
+/// The parts of the number that a value holds.
+/// @throws std::runtime_error "invalid conversion: <kind> to JSON number"
+inline NumberParts number_parts(const Value& value) {
+    switch (kind_of(value)) {
+    case Kind::number:
+        return parts_of(ValueAccess::content<double>(value));
+    case Kind::float32:
+        return parts_of(ValueAccess::content<float>(value));
+    case Kind::int64:
+        return parts_of(ValueAccess::content<long long>(value));
+    case Kind::uint64:
+        return parts_of(ValueAccess::content<unsigned long long>(value));
+    default:
+        throw_invalid_conversion(kind_of(value), traits<double>::name);
+    }
+}
+
+/// Whether a text reads back to a number: as a float, or as a double.
+inline bool reads_back(const char* text, const NumberParts& number, bool is_float) {
+    using Double = FloatingFormat<double>;
+    using Float = FloatingFormat<float>;
+    const NumberParts read = Double::parts_of(std::strtod(text, nullptr));
+    return is_float
+               ? Float::bits_of(Float::nearest(read)) == Float::bits_of(Float::nearest(number))
+               : Double::bits_of(Double::nearest(read)) == Double::bits_of(Double::nearest(number));
+}
+
+/// A float or double in a message, the same in every locale: with the digits that its type always
+/// keeps or, where those do not read back to it, with as many as that takes.
+[[gnu::cold, gnu::noinline]] inline std::string text_of(const NumberParts& number, bool is_float) {
+    if (number.type == NumberParts::Class::nan) {
         return "NaN";
     }
-    if (parts.type == NumberParts::Class::infinite) {
-        return parts.negative ? "-Inf" : "Inf";
+    if (number.type == NumberParts::Class::infinite) {
+        return number.negative ? "-Inf" : "Inf";
     }
-    const double widened = FloatingFormat<double>::nearest(parts);
+    using Float = std::numeric_limits<float>;
+    using Double = std::numeric_limits<double>;
+    const double widened = FloatingFormat<double>::nearest(number);
     char buffer[40];
-    std::snprintf(buffer, sizeof buffer, "%.*G", Format::Limits::digits10, widened);
-    const Floating read_back = Format::nearest(parts_of(std::strtod(buffer, nullptr)));
-    if (Format::bits_of(read_back) != Format::bits_of(number)) {
-        std::snprintf(buffer, sizeof buffer, "%.*G", Format::Limits::max_digits10, widened);
+    std::snprintf(buffer, sizeof buffer, "%.*G", is_float ? Float::digits10 : Double::digits10,
+                  widened);
+    if (!reads_back(buffer, number, is_float)) {
+        std::snprintf(buffer, sizeof buffer, "%.*G",
+                      is_float ? Float::max_digits10 : Double::max_digits10, widened);
     }
     std::string text = buffer;
     // Whatever is none of these is the locale's radix character.
@@ -511,15 +538,10 @@ template <class Floating>
     return text;
 }
 
-[[noreturn, gnu::cold, gnu::noinline]] inline void throw_not_whole(const std::string& number) {
-    throw std::out_of_range(number + " is not a whole number");
-}
-
-template <class Integer>
-[[noreturn, gnu::cold, gnu::noinline]] void throw_not_within(const std::string& number) {
-    using Limits = std::numeric_limits<Integer>;
-    throw std::out_of_range(number + " is not within " + std::to_string(Limits::min()) + " to " +
-                            std::to_string(Limits::max()));
+/// A whole number, in a message.
+inline std::string text_of(bool negative, std::uint64_t magnitude) {
+    std::string text = negative ? "-" : "";
+    return text += std::to_string(magnitude);
 }
 
 /// Whether a number has no fraction; the infinities have none.
@@ -536,26 +558,42 @@ inline bool has_64_bits(const NumberParts& whole) noexcept {
             (whole.exponent < 64 && whole.significand >> (64 - whole.exponent) == 0));
 }
 
-template <class Integer, class Number>
-Integer to_integer(const Number& number) {
-    const NumberParts parts = parts_of(number);
-    if constexpr (std::is_floating_point_v<Number>) {
-        if (!is_whole(parts)) {
-            throw_not_whole(text_of(number));
-        }
-        if (!has_64_bits(parts)) {
-            throw_not_within<Integer>(text_of(number));
-        }
+/// The magnitude of a whole number that has 64 bits.
+inline std::uint64_t magnitude_of(const NumberParts& whole) noexcept {
+    return whole.exponent < 0 ? whole.significand >> -whole.exponent
+                              : whole.significand << whole.exponent;
+}
+
+/// Throws what there is to say of a number that to_integer() cannot give.
+[[noreturn, gnu::cold, gnu::noinline]] inline void throw_out_of_range(const NumberParts& number,
+                                                                      bool is_float,
+                                                                      std::uint64_t lowest,
+                                                                      std::uint64_t highest) {
+    if (!is_whole(number)) {
+        throw std::out_of_range(text_of(number, is_float) += " is not a whole number");
     }
-    const std::uint64_t magnitude = parts.exponent < 0 ? parts.significand >> -parts.exponent
-                                                       : parts.significand << parts.exponent;
-    constexpr auto lowest = static_cast<std::uint64_t>(std::numeric_limits<Integer>::min());
+    std::string problem = has_64_bits(number) ? text_of(number.negative, magnitude_of(number))
+                                              : text_of(number, is_float);
+    problem += " is not within ";
+    problem += text_of(lowest != 0, lowest);
+    problem += " to ";
+    throw std::out_of_range(problem += text_of(false, highest));
+}
+
+template <class Integer>
+Integer to_integer(const Value& value) {
+    // The magnitudes of both.
+    constexpr auto lowest = 0 - static_cast<std::uint64_t>(std::numeric_limits<Integer>::min());
     constexpr auto highest = static_cast<std::uint64_t>(std::numeric_limits<Integer>::max());
-    if (magnitude > (parts.negative ? 0 - lowest : highest)) {
-        throw_not_within<Integer>((parts.negative ? "-" : "") + std::to_string(magnitude));
+    const NumberParts number = number_parts(value);
+    const bool fits = is_whole(number) && has_64_bits(number) &&
+                      magnitude_of(number) <= (number.negative ? lowest : highest);
+    if (!fits) {
+        throw_out_of_range(number, kind_of(value) == Kind::float32, lowest, highest);
     }
+    const std::uint64_t magnitude = magnitude_of(number);
     // One less and one more, since the lowest number of all has no positive counterpart.
-    return parts.negative && magnitude != 0
+    return number.negative && magnitude != 0
                ? static_cast<Integer>(-1 - static_cast<std::int64_t>(magnitude - 1))
                : static_cast<Integer>(magnitude);
 }
@@ -576,35 +614,15 @@ inline long double to_long_double(const NumberParts& parts) noexcept {
     return parts.negative ? -magnitude : magnitude;
 }
 
-template <class Floating, class Number>
-Floating to_floating(const Number& number) noexcept {
-    if constexpr (std::is_same_v<Floating, Number>) {
-        return number;
-    } else if constexpr (std::is_same_v<Floating, long double>) {
-        return to_long_double(parts_of(number));
+template <class Floating>
+Floating to_floating(const Value& value) {
+    if constexpr (std::is_same_v<Floating, long double>) {
+        return to_long_double(number_parts(value));
     } else {
-        return FloatingFormat<Floating>::nearest(parts_of(number));
+        return holds<Floating>(value) ? ValueAccess::content<Floating>(value)
+                                      : FloatingFormat<Floating>::nearest(number_parts(value));
     }
 }
-
-/// Converts content that is a number.
-template <class Number>
-struct ToNumber {
-    Number operator()(const double& number) const { return convert(number); }
-    Number operator()(const float& number) const { return convert(number); }
-    Number operator()(long long number) const { return convert(number); }
-    Number operator()(unsigned long long number) const { return convert(number); }
-
-private:
-    template <class Content>
-    static Number convert(const Content& content) {
-        if constexpr (std::is_integral_v<Number>) {
-            return to_integer<Number>(content);
-        } else {
-            return to_floating<Number>(content);
-        }
-    }
-};
 
 /// The integer types; bool and the types of characters are none.
 using SignedIntegers = TypeList<signed char, short, int, long, long long>;
@@ -672,19 +690,10 @@ constexpr bool require_integer() {
 template <class Number>
 [[nodiscard]] Number number(const Value& value) {
     if constexpr (detail::require_number<Number>()) {
-        using detail::ValueAccess;
-        const detail::ToNumber<Number> to_number;
-        switch (kind_of(value)) {
-        case Kind::number:
-            return to_number(ValueAccess::content<double>(value));
-        case Kind::float32:
-            return to_number(ValueAccess::content<float>(value));
-        case Kind::int64:
-            return to_number(ValueAccess::content<long long>(value));
-        case Kind::uint64:
-            return to_number(ValueAccess::content<unsigned long long>(value));
-        default:
-            detail::throw_invalid_conversion(kind_of(value), traits<double>::name);
+        if constexpr (std::is_integral_v<Number>) {
+            return detail::to_integer<Number>(value);
+        } else {
+            return detail::to_floating<Number>(value);
         }
     } else {
         detail::refused();

@@ -103,7 +103,7 @@ public:
     /// @throws std::bad_alloc if memory runs out
     ConversionError(std::string pointer, const std::string& problem)
         : std::runtime_error(detail::describe_place(pointer) + problem),
-          pointer_(std::make_shared<const std::string>(std::move(pointer))) {}
+          pointer_(new std::string(std::move(pointer))) {}
 
     ConversionError(const ConversionError&) = default;            ///< never throws
     ConversionError& operator=(const ConversionError&) = default; ///< never throws
@@ -249,6 +249,17 @@ fail_conversion(const Place& place, const Value& value, const char* target) {
     fail(place, std::string("invalid conversion: ") + name_of(kind_of(value)) + " to " + target);
 }
 
+/// Gives the exception under way a place, unless it is that memory has run out.
+[[noreturn, gnu::cold, gnu::noinline]] inline void fail_as_caught(const Place& place) {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& error) {
+        fail(place, error.what());
+    }
+}
+
 /// `head` and the quoted texts, if there are any: `; known are "a", "b"`.
 inline std::string list_of(const char* head, const std::string_view* texts, std::size_t count) {
     std::string result;
@@ -387,13 +398,19 @@ private:
 class Writer {
 public:
     Array& make_array(Value& target) {
-        assign_empty<Array>(target, array_);
-        return get<Array>(target);
+        if (!holds<Array>(array_)) {
+            array_ = Value(Array());
+        }
+        target = array_;
+        return ValueAccess::content<Array>(target);
     }
 
     Object& make_object(Value& target) {
-        assign_empty<Object>(target, object_);
-        return get<Object>(target);
+        if (!holds<Object>(object_)) {
+            object_ = Value(Object());
+        }
+        target = object_;
+        return ValueAccess::content<Object>(target);
     }
 
     /// The new member of that name; mostly they come in order.
@@ -402,17 +419,9 @@ public:
     }
 
 private:
-    /// A copy of an empty container costs one allocation; moved into a value, it would cost two.
-    template <class Container>
-    static void assign_empty(Value& target, std::optional<Value>& empty) {
-        if (!empty) {
-            empty.emplace(Container());
-        }
-        target = *empty;
-    }
-
-    std::optional<Value> array_;
-    std::optional<Value> object_;
+    // A copy of an empty container costs one allocation; moved into a value, it would cost two.
+    Value array_;
+    Value object_;
 };
 
 // ---- Which types ---------------------------------------------------------------------------
@@ -657,10 +666,8 @@ struct Converter<T, Category::number> {
     static void read(T& target, const Value& value, const Place& place, Session&) {
         try {
             target = number<T>(value);
-        } catch (const std::bad_alloc&) {
-            throw;
-        } catch (const std::exception& error) {
-            fail(place, error.what());
+        } catch (...) {
+            fail_as_caught(place);
         }
     }
 
@@ -823,7 +830,7 @@ struct Converter<std::optional<T>, Category::other> {
 template <class T, class Container>
 void write_elements(Value& target, const Container& content, const Place& place, Writer& writer) {
     Array& elements = writer.make_array(target);
-    elements.resize(content.size());
+    elements = Array(content.size());
     std::size_t i = 0;
     for (const T& element : content) {
         Converter<T>::write(elements[i], element, Place(place, i), writer);
@@ -839,8 +846,7 @@ struct SequenceConverter {
     static void read(Container& target, const Value& value, const Place& place, Session& session) {
         const Array& elements = content_at<Array>(value, place);
         if constexpr (require_default<T>()) {
-            target.clear();
-            target.resize(elements.size());
+            target = Container(elements.size(), target.get_allocator());
             read_elements(target, elements, place, session);
         }
     }
