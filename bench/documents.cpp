@@ -178,14 +178,49 @@ void append_coordinates(std::string& out, Sequence& sequence, std::size_t bytes)
     out += "]}}]}";
 }
 
+void append_urls(std::string& out, Sequence& sequence, std::size_t bytes) {
+    out += '[';
+    append_many(out, bytes, [&] {
+        out += R"({"url":"https://www.example.org/)";
+        for (std::uint64_t part = 1 + sequence.below(5); part > 0; --part) {
+            append_integer(out, sequence.below(1'000'000));
+            out += '/';
+        }
+        out += R"(","image":"https://images.example.org/p/)";
+        append_integer(out, sequence.next());
+        out += R"(/large.png"})";
+    });
+    out += ']';
+}
+
+void append_small_objects(std::string& out, Sequence& sequence, std::size_t bytes) {
+    out += '[';
+    append_many(out, bytes, [&] {
+        out += R"({"x":)";
+        append_integer(out, sequence.below(1'000));
+        out += R"(,"y":)";
+        append_integer(out, sequence.below(1'000));
+        out += R"(,"name":"p"})";
+    });
+    out += ']';
+}
+
+void append_scripts(std::string& out, Sequence& sequence, std::size_t bytes) {
+    out += '[';
+    append_many(out, bytes, [&] { append_words(out, sequence, 5 + sequence.below(60)); });
+    out += ']';
+}
+
+using Append = void(std::string&, Sequence&, std::size_t);
+
+Document generated(std::string name, Append append, std::size_t bytes) {
+    Document document{std::move(name), {}};
+    Sequence sequence;
+    append(document.text, sequence, bytes);
+    return document;
+}
+
 std::vector<Document> generated_documents() {
-    using Append = void(std::string&, Sequence&, std::size_t);
-    const auto generated = [](std::string name, Append append, std::size_t bytes) {
-        Document document{std::move(name), {}};
-        Sequence sequence;
-        append(document.text, sequence, bytes);
-        return document;
-    };
     return {generated("records", append_records, 600'000),
             generated("catalogue", append_catalogue, 1'700'000),
             generated("coordinates", append_coordinates, 2'200'000)};
@@ -242,6 +277,17 @@ const std::vector<Document>& documents() {
     static const std::vector<Document> all = std::string_view(FOUNDATION_JSON_CORPUS).empty()
                                                  ? generated_documents()
                                                  : documents_in(FOUNDATION_JSON_CORPUS);
+    return all;
+}
+
+const std::vector<Document>& written_documents() {
+    static const std::vector<Document> all = [] {
+        std::vector<Document> result = documents();
+        result.push_back(generated("URLs", append_urls, 500'000));
+        result.push_back(generated("small objects", append_small_objects, 500'000));
+        result.push_back(generated("scripts", append_scripts, 500'000));
+        return result;
+    }();
     return all;
 }
 

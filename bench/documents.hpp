@@ -25,6 +25,10 @@ struct Document {
 /// @throws std::runtime_error if the folder holds no document
 const std::vector<Document>& documents();
 
+/// The same, and generated ones of what else is written often: "URLs" has hardly anything else,
+/// "small objects" are of three members, "scripts" is text of many scripts.
+const std::vector<Document>& written_documents();
+
 /// A generated document of about that many bytes, with parts of all three sorts.
 std::string document_of_size(std::size_t bytes);
 

@@ -3,6 +3,7 @@
 
 #include "tasks/conversion.hpp"
 #include "tasks/family.hpp"
+#include "tasks/messages.hpp"
 #include "tasks/parsing.hpp"
 #include "tasks/reading.hpp"
 #include "tasks/text.hpp"
@@ -13,6 +14,8 @@ namespace {
 const bool added = [] {
     auto& all = bench::families();
     all.push_back({"text", bench::add_text<Contender>});
+    all.push_back({"messages", bench::add_messages<Contender>});
+    all.push_back({"scattered", bench::add_scattered<Contender>});
     all.push_back({"parsing", bench::add_parsing<Contender>});
     all.push_back({"streams", bench::add_streams<Contender>});
     all.push_back({"values", bench::add_values<Contender>});

@@ -38,7 +38,7 @@ void time_text(benchmark::State& state, MakeText make_text) {
 
 template <class Contender>
 void add_text() {
-    for (const Document& document : documents()) {
+    for (const Document& document : written_documents()) {
         const auto value =
             std::make_shared<const typename Contender::Value>(Contender::parse(document.text));
         require<Contender>(same_value(Contender::serialize(*value), document.text), "serialize");

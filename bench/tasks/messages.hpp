@@ -1,0 +1,77 @@
+/// @file
+/// Texts of other sorts than the documents: short ones, and those of values that lie all over a
+/// used heap.
+#ifndef FOUNDATION_JSON_BENCH_TASKS_MESSAGES_HPP
+#define FOUNDATION_JSON_BENCH_TASKS_MESSAGES_HPP
+
+#include "documents.hpp"
+#include "tasks/family.hpp"
+#include "tasks/text.hpp"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace bench {
+
+template <class Contender>
+void add_messages() {
+    const std::pair<const char*, const char*> messages[] = {
+        {"a number", "7"},
+        {"three members", R"({"id":7,"name":"tea","paid":true})"},
+        {"an answer", R"({"id":"a4f1","result":{"items":[{"name":"tea","price":2.5},)"
+                      R"({"name":"milk","price":0.75}],"total":3.25},"status":"ok"})"},
+    };
+    for (const auto& [subject, text] : messages) {
+        const auto value =
+            std::make_shared<const typename Contender::Value>(Contender::parse(text));
+        require<Contender>(same_value(Contender::serialize(*value), text), "serialize");
+        add<Contender>("message", subject, [value](benchmark::State& state) {
+            time_text(state, [&] { return Contender::serialize(*value); });
+        });
+    }
+}
+
+/// Memory of a program that has been running for long: blocks of many sizes, most of them free.
+class UsedHeap {
+public:
+    UsedHeap() {
+        std::vector<std::unique_ptr<char[]>> blocks;
+        for (int i = 0; i < 600'000; ++i) {
+            blocks.emplace_back(new char[24 + 8 * sequence_.below(14)]);
+        }
+        for (std::size_t i = blocks.size(); i > 1; --i) {
+            std::swap(blocks[i - 1], blocks[sequence_.below(i)]);
+        }
+        for (std::size_t i = 0; i < blocks.size(); i += 8) {
+            used_.push_back(std::move(blocks[i]));
+        }
+    }
+
+private:
+    Sequence sequence_;
+    std::vector<std::unique_ptr<char[]>> used_;
+};
+
+template <class Contender>
+void add_scattered() {
+    for (const Document& document : documents()) {
+        struct Subject {
+            typename Contender::Value parsed;
+            UsedHeap heap;
+            typename Contender::Value value;
+        };
+        const auto subject = std::make_shared<Subject>();
+        subject->parsed = Contender::parse(document.text);
+        subject->value = Contender::copy(subject->parsed);
+        add<Contender>("serialize scattered", document.name, [subject](benchmark::State& state) {
+            time_text(state, [&] { return Contender::serialize(subject->value); });
+        });
+    }
+}
+
+} // namespace bench
+
+#endif
