@@ -13,6 +13,10 @@ constexpr bool is_digit(char byte) noexcept {
     return byte >= '0' && byte <= '9';
 }
 
+constexpr bool begins_number(char byte) noexcept {
+    return is_digit(byte) || byte == '-';
+}
+
 constexpr bool is_letter(char byte) noexcept {
     return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_';
 }

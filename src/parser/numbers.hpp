@@ -40,10 +40,10 @@ constexpr std::ptrdiff_t count_digits(std::uint64_t word) noexcept {
 /// The number that eight digits are: neighbours are joined to pairs, pairs to fours, fours to all.
 /// Zero bytes count as digits, too.
 constexpr std::uint64_t eight_digits(std::uint64_t word) noexcept {
-    word &= 0x0F0F0F0F0F0F0F0F;
-    word = (word * 10 + (word >> 8)) & 0x00FF00FF00FF00FF;
-    word = (word * 100 + (word >> 16)) & 0x0000FFFF0000FFFF;
-    return (word * 10000 + (word >> 32)) & 0x00000000FFFFFFFF;
+    // Each factor adds ten, a hundred or ten thousand times the lower neighbour to the higher.
+    word = (word & 0x0F0F0F0F0F0F0F0F) * (10 << 8 | 1) >> 8;
+    word = (word & 0x00FF00FF00FF00FF) * (100 << 16 | 1) >> 16;
+    return (word & 0x0000FFFF0000FFFF) * (std::uint64_t{10000} << 32 | 1) >> 32;
 }
 
 inline std::uint64_t load_first_lowest(const char* from) noexcept {

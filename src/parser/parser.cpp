@@ -175,11 +175,14 @@ const char* Parser::read_elements(const char* place) {
     bool after_comma = std::exchange(child_closed_, false);
     bool more = after_comma ? find_next(place, ']', Within::array) : find_first(place, ']');
     while (more) {
-        if (is_opening(place)) {
-            return open_container(place, ElementSink(*this));
-        }
         element_ = place;
-        place = read_scalar(place, ElementSink(*this), Within::array, after_comma);
+        if (place != end_ && begins_number(*place)) {
+            place = read_number(place, ElementSink(*this));
+        } else if (is_opening(place)) {
+            return open_container(place, ElementSink(*this));
+        } else {
+            place = read_scalar(place, ElementSink(*this), Within::array, after_comma);
+        }
         more = find_next(place, ']', Within::array);
         after_comma = true;
     }
@@ -265,7 +268,7 @@ const char* Parser::read_scalar(const char* place, const Sink& sink, Within with
     case 'f':
         return read_word(place, "false", false, sink);
     default:
-        if (*place != '-' && !is_digit(*place)) {
+        if (!begins_number(*place)) {
             errors_.no_value(place, within, after_comma);
         }
         return read_number(place, sink);
@@ -291,7 +294,7 @@ const char* Parser::read_word(const char* begin, const char (&word)[Size], Conte
 /// Reads a number, if it is like most.
 /// @return null if it is not
 template <class Sink>
-inline const char* Parser::read_usual_number(const char* place, const Sink& sink) {
+[[gnu::always_inline]] inline const char* Parser::read_usual_number(const char* place, const Sink& sink) {
     const bool negative = *place == '-';
     if (end_ - place <= usual_number_room) {
         return nullptr;
@@ -314,13 +317,13 @@ inline const char* Parser::read_usual_number(const char* place, const Sink& sink
 }
 
 template <class Sink>
-const char* Parser::read_number(const char* place, const Sink& sink) {
+inline const char* Parser::read_number(const char* place, const Sink& sink) {
     const char* const end = read_usual_number(place, sink);
     return end != nullptr ? end : read_any_number(place, sink);
 }
 
 template <class Sink>
-const char* Parser::read_any_number(const char* place, const Sink& sink) {
+[[gnu::noinline]] const char* Parser::read_any_number(const char* place, const Sink& sink) {
     const NumberToken token = scan_number(place, end_);
     if (token.error != NO_PARSE_ERROR) {
         errors_.bad_number(token);
