@@ -139,20 +139,31 @@ struct UsualNumber {
     int exponent; ///< of ten, at most 0
 };
 
+/// How many digits before the point are few.
+constexpr std::ptrdiff_t few_digits = 3;
+
 /// How many bytes scan_usual_number() may look at.
-constexpr std::ptrdiff_t usual_number_room = 4 * digits_at_once + 2;
+constexpr std::ptrdiff_t usual_number_room = few_digits + 4 * digits_at_once + 2;
 
 /// Reads a number without its sign, if it is like most.
 inline UsualNumber scan_usual_number(const char* from) noexcept {
     constexpr UsualNumber unusual{nullptr, 0, 0};
     std::uint64_t digits = 0;
-    const char* place = from + scan_word(from, digits);
-    std::ptrdiff_t count = place - from;
-    if (count == digits_at_once) {
-        place += scan_word(place, digits);
-        count = place - from;
+    const char* place = from;
+    // One by one, since the processor guesses how many they are.
+    while (place - from != few_digits && is_digit(*place)) {
+        digits = digits * 10 + static_cast<std::uint64_t>(*place - '0');
+        ++place;
     }
-    if (count == 0 || count == 2 * digits_at_once || (*from == '0' && count > 1)) {
+    if (place - from == few_digits) {
+        std::ptrdiff_t more = scan_word(place, digits);
+        place += more;
+        if (more == digits_at_once) {
+            place += scan_word(place, digits);
+        }
+    }
+    std::ptrdiff_t count = place - from;
+    if (count == 0 || count == few_digits + 2 * digits_at_once || (*from == '0' && count > 1)) {
         return unusual;
     }
     int exponent = 0;
