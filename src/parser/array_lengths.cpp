@@ -3,6 +3,7 @@
 #include "parser/byte_block.hpp"
 #include "parser/scanning.hpp"
 
+#include <utility>
 #include <vector>
 
 namespace foundation::json::detail {
@@ -10,9 +11,7 @@ namespace foundation::json::detail {
 /// One count, of an array and of the long ones within.
 class ArrayLengths::Count {
 public:
-    Count(ArrayLengths& lengths, const char* element) : lengths_(lengths), place_(element) {
-        open_.push_back({nullptr, 0});
-    }
+    Count(ArrayLengths& lengths, const char* element) : lengths_(lengths), place_(element) {}
 
     /// The number of elements up to the end of the array.
     std::size_t run() {
@@ -24,13 +23,13 @@ public:
                 take(byte);
             }
         }
-        return open_.front().commas + 1;
+        return (open_.empty() ? commas_ : open_.front().commas_before) + 1;
     }
 
 private:
     struct Container {
         const char* begin;
-        std::size_t commas;
+        std::size_t commas_before; ///< in what it lies in
     };
 
     void take_block() {
@@ -54,14 +53,14 @@ private:
         switch (*byte) {
         case '[':
         case '{':
-            open_.push_back({byte, 0});
+            open_.push_back({byte, std::exchange(commas_, 0)});
             break;
         case ']':
         case '}':
             close();
             break;
         case ',':
-            ++open_.back().commas;
+            ++commas_;
             break;
         case '"':
             skip_string();
@@ -77,15 +76,15 @@ private:
     }
 
     void close() {
-        if (open_.size() == 1) {
+        if (open_.empty()) {
             done_ = true;
             return;
         }
-        const Container closed = open_.back();
-        open_.pop_back();
-        if (closed.commas >= least - 1) {
-            lengths_.known_.emplace(closed.begin, closed.commas + 1);
+        if (commas_ >= least - 1) {
+            lengths_.known_.emplace(open_.back().begin, commas_ + 1);
         }
+        commas_ = open_.back().commas_before;
+        open_.pop_back();
     }
 
     void skip_string() {
@@ -123,7 +122,8 @@ private:
 
     ArrayLengths& lengths_;
     const char* place_;
-    std::vector<Container> open_; ///< the first is the array that is counted
+    std::vector<Container> open_; ///< within the array that is counted
+    std::size_t commas_ = 0;      ///< in the innermost of them
     bool done_ = false;
 };
 
