@@ -36,10 +36,10 @@ private:
         const char* const block = place_;
         place_ += Block::size;
         for (auto found = Block(block).structural(); !found.empty(); found.remove_first()) {
-            const char* const byte = block + found.first();
-            if (byte >= place_ || done_) {
+            if (done_) {
                 return;
             }
+            const char* const byte = block + found.first();
             if (*byte == '"' || *byte == '/') {
                 place_ = byte + 1; // which take() moves on
                 take(byte);

@@ -46,7 +46,7 @@ public:
     static constexpr int exponent(int q) noexcept { return (q * 152170 >> 16) - 127; }
 
     /// Whether 128 bits hold 5^q.
-    static constexpr bool is_exact(int q) noexcept { return q >= 0 && q <= 55; }
+    static constexpr bool is_exact(int q) noexcept { return static_cast<unsigned>(q) <= 55; }
 
 private:
     Wide bits_[largest_exponent - least_exponent + 1];
@@ -90,8 +90,8 @@ inline Rounding nearest_normal(std::uint64_t digits, int q, double& number) noex
             if (!PowersOf5::is_exact(q)) {
                 return Rounding::undecided;
             }
-            const bool tie = low == 0 && static_cast<std::uint64_t>(low_product) == 0;
-            bits -= tie ? bits & 1 : 0;
+            const bool tie = (low | static_cast<std::uint64_t>(low_product)) == 0;
+            bits -= bits & std::uint64_t{tie};
         }
     }
     int biased = excess + 128 + PowersOf5::exponent(q) + q - normal_shift + exponent_bias;

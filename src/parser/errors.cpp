@@ -51,16 +51,16 @@ std::string name_of_ascii(char byte) {
     case '\'':
         return "a single quote";
     default:
-        return is_control(byte) || byte == 0x7F
-                   ? hexadecimal(static_cast<unsigned char>(byte), 2, "byte 0x")
-                   : in_quotes({&byte, 1});
+        break;
     }
+    if (is_control(byte) || byte == 0x7F) {
+        return hexadecimal(static_cast<unsigned char>(byte), 2, "byte 0x");
+    }
+    return in_quotes({&byte, 1});
 }
 
-std::string container_name(Within within) {
-    return within == Within::array    ? "an array"
-           : within == Within::object ? "an object"
-                                      : "the value";
+std::string_view container_name(Within within) noexcept {
+    return within == Within::array ? "an array" : "an object";
 }
 
 char lower(char byte) noexcept {
@@ -149,11 +149,8 @@ void Errors::fail(ParseResult result, const char* place, const std::string& what
                           std::string(text_.substr(begin, end - begin)));
 }
 
-/// How messages call what is at a place.
+/// How messages call the character at a place, which is not the end.
 std::string Errors::name_of(const char* place) const {
-    if (place == end()) {
-        return "the end of the text";
-    }
     if (is_ascii(*place)) {
         return name_of_ascii(*place);
     }
@@ -163,7 +160,10 @@ std::string Errors::name_of(const char* place) const {
     }
     const std::string_view bytes(place, sequence.length);
     const std::uint32_t code = code_point(bytes);
-    return is_visible(code) ? in_quotes(bytes) : hexadecimal(code, 4, "U+");
+    if (is_visible(code)) {
+        return in_quotes(bytes);
+    }
+    return hexadecimal(code, 4, "U+");
 }
 
 std::string_view Errors::word_at(const char* place) const noexcept {
@@ -183,10 +183,8 @@ void Errors::check_comment(const char* place, ParseResult result) const {
 }
 
 /// Fails if a word begins right behind a string or number.
+/// @param place  neither the beginning nor the end
 void Errors::check_glued(const char* place, ParseResult result) const {
-    if (place == end() || place == text_.data()) {
-        return;
-    }
     if (place[-1] == '"' && is_word(*place)) {
         fail(UNESCAPED_QUOTE, place,
              "found " + name_of(place) +
@@ -205,7 +203,7 @@ void Errors::no_value(const char* place, Within within, bool after_comma) const 
         }
         const bool begun = within == Within::array && !after_comma;
         fail(begun ? MISSING_ARRAY_CLOSE : UNEXPECTED_END_OF_INPUT, place,
-             "the text ends within " + container_name(within));
+             "the text ends within " + std::string(container_name(within)));
     }
     if (*place == ']' && after_comma) {
         fail(MISSING_ARRAY_CLOSE, place,
@@ -289,7 +287,6 @@ void Errors::too_large(const char* number, const char* number_end) const {
 void Errors::bad_string(const StringToken& token) const {
     const char* const place = token.end;
     switch (token.error) {
-    case StringError::none:
     case StringError::text_ends:
         fail(MISSING_TRAILING_QUOTE, place, "the text ends within a string");
     case StringError::line_ends:
@@ -310,10 +307,9 @@ void Errors::bad_string(const StringToken& token) const {
         }
         fail(*place == '"' ? INCOMPLETE_ESCAPE_SEQUENCE : INVALID_UNICODE_ESCAPE, place,
              "found " + name_of(place) + " within the four hexadecimal digits after \\u");
-    case StringError::utf8:
-        break;
+    default:
+        not_utf8(place);
     }
-    not_utf8(place);
 }
 
 void Errors::not_utf8(const char* place) const {
@@ -338,14 +334,16 @@ void Errors::no_name(const char* place, bool after_comma) const {
         fail(after_comma ? UNEXPECTED_END_OF_INPUT : MISSING_OBJECT_CLOSE, place,
              "the text ends within an object");
     }
-    if (*place == '}' && after_comma) {
+    if (*place == '}') { // else it would have closed the object
         fail(MISSING_OBJECT_CLOSE, place,
              "found '}' after a comma: the option trailing_commas allows it");
     }
     check_comment(place, MISSING_LEADING_QUOTE);
     const std::string_view word = word_at(place);
-    const std::string found =
-        *place == '\'' || word.empty() ? name_of(place) : in_quotes(shortened(word));
+    std::string found = in_quotes(shortened(word));
+    if (word.empty()) {
+        found = name_of(place);
+    }
     fail(MISSING_LEADING_QUOTE, place,
          "found " + found + " where a name should begin: names are written in double quotes");
 }
@@ -364,7 +362,7 @@ void Errors::no_separator(const char* place, Within within) const {
     const bool array = within == Within::array;
     const ParseResult result = array ? MISSING_ARRAY_CLOSE : MISSING_OBJECT_CLOSE;
     if (place == end()) {
-        fail(result, place, "the text ends within " + container_name(within));
+        fail(result, place, "the text ends within " + std::string(container_name(within)));
     }
     check_comment(place, result);
     check_glued(place, result);

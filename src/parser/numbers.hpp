@@ -188,10 +188,9 @@ inline UsualNumber scan_usual_number(const char* from) noexcept {
     return {place, digits, exponent};
 }
 
-/// Whether a double holds a whole number exactly.
+/// Whether a double holds a whole number exactly, which is not 0.
 constexpr bool is_exact_double(std::uint64_t number) noexcept {
-    constexpr std::uint64_t limit = std::uint64_t{1} << 53;
-    return number <= limit || number >> __builtin_ctzll(number) < limit;
+    return number >> __builtin_ctzll(number) < std::uint64_t{1} << 53;
 }
 
 /// The whole number of a text of digits.

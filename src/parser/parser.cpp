@@ -5,7 +5,6 @@
 #include <boost/variant/get.hpp>
 
 #include <algorithm>
-#include <exception>
 #include <tuple>
 #include <utility>
 
@@ -31,7 +30,7 @@ void reserve_more(Array& array, std::size_t count) {
 void reserve_if_possible(Array& array, std::size_t length) {
     try {
         array.reserve(length);
-    } catch (const std::exception&) {
+    } catch (...) {
         // The array grows as it is read.
     }
 }
@@ -294,7 +293,8 @@ const char* Parser::read_word(const char* begin, const char (&word)[Size], Conte
 /// Reads a number, if it is like most.
 /// @return null if it is not
 template <class Sink>
-[[gnu::always_inline]] inline const char* Parser::read_usual_number(const char* place, const Sink& sink) {
+[[gnu::always_inline]] inline const char* Parser::read_usual_number(const char* place,
+                                                                    const Sink& sink) {
     const bool negative = *place == '-';
     if (end_ - place <= usual_number_room) {
         return nullptr;
@@ -329,7 +329,7 @@ template <class Sink>
         errors_.bad_number(token);
     }
     double number = 0;
-    if (token.whole && token.magnitude.digits <= largest_exact && token.magnitude.exponent == 0) {
+    if (token.whole && token.magnitude.digits <= largest_exact) { // and thus all of its digits
         number = static_cast<double>(static_cast<std::int64_t>(token.magnitude.digits));
         number = token.negative ? -number : number;
     } else if (token.whole && options_.integers == ParseOptions::Integers::exact) {
@@ -449,6 +449,7 @@ void Parser::take_pending(Array& array, std::size_t first) {
     pending_.shrink(first);
 }
 
+/// Makes an element of what is pending and no number.
 void Parser::take(Array& array, const PendingElement& element) {
     using Kind = PendingElement::Kind;
     switch (element.tag.kind()) {
@@ -457,9 +458,6 @@ void Parser::take(Array& array, const PendingElement& element) {
         break;
     case Kind::boolean:
         array.emplace_back(element.boolean);
-        break;
-    case Kind::number:
-        array.emplace_back(element.number);
         break;
     case Kind::int64:
         array.emplace_back(element.int64);
@@ -478,7 +476,7 @@ void Parser::take(Array& array, const PendingElement& element) {
         content_of<Array>(array.emplace_back(no_elements_)).swap(*element.array);
         arrays_.pop();
         break;
-    case Kind::object:
+    default:
         content_of<Object>(array.emplace_back(no_members_)).swap(*element.object);
         objects_.pop();
         break;

@@ -58,7 +58,7 @@ std::string_view GrowingText::join() {
 void set_state(std::istream& stream, std::ios_base::iostate bits) noexcept {
     try {
         stream.setstate(bits);
-    } catch (const std::ios_base::failure&) {
+    } catch (...) {
         // The state is set all the same.
     }
 }
@@ -108,11 +108,11 @@ namespace {
 
 class File {
 public:
-    explicit File(const std::filesystem::path& path)
-        : path_(path), descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-        if (descriptor_ < 0) {
-            fail(path_, errno);
-        }
+    explicit File(const std::filesystem::path& path) : path_(path) {
+        do {
+            descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        } while (was_interrupted(descriptor_));
+        check(descriptor_);
     }
     ~File() { ::close(descriptor_); }
     File(const File&) = delete;
@@ -120,10 +120,8 @@ public:
 
     /// The length of a regular file; 0 for anything else.
     std::size_t size() const {
-        struct stat status {};
-        if (::fstat(descriptor_, &status) != 0) {
-            fail(path_, errno);
-        }
+        struct stat status {}; // that of no regular file, should there be none to be had
+        static_cast<void>(::fstat(descriptor_, &status));
         return S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
     }
 
@@ -132,16 +130,23 @@ public:
         ssize_t count = 0;
         do {
             count = ::read(descriptor_, out, size);
-        } while (count < 0 && errno == EINTR);
-        if (count < 0) {
-            fail(path_, errno);
-        }
+        } while (was_interrupted(count));
+        check(count);
         return static_cast<std::size_t>(count);
     }
 
 private:
+    /// Whether a signal has ended a system call early.
+    static bool was_interrupted(ssize_t result) noexcept { return result < 0 && errno == EINTR; }
+
+    void check(ssize_t result) const {
+        if (result < 0) {
+            fail(path_, errno);
+        }
+    }
+
     const std::filesystem::path& path_;
-    int descriptor_;
+    int descriptor_ = -1;
 };
 
 } // namespace
@@ -157,7 +162,7 @@ GrowingText read_file(const std::filesystem::path& path) {
         text.add(count);
     } while (count != 0);
     // Files that the system makes up may hold less than their size at any time.
-    if (text.size() < size && file.size() < size) {
+    if (std::max(text.size(), file.size()) < size) {
         fail(path, EIO, ", which became shorter meanwhile");
     }
     return text;

@@ -39,7 +39,7 @@ public:
 
     [[gnu::noinline]] void grow() {
         const std::size_t capacity = capacity_ == 0 ? first_capacity : 2 * capacity_;
-        std::unique_ptr<Item[]> items(new Item[capacity]);
+        auto items = std::make_unique<Item[]>(capacity);
         if (size_ != 0) {
             std::memcpy(items.get(), items_.get(), size_ * sizeof(Item));
         }

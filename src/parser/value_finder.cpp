@@ -38,8 +38,6 @@ ValueFinder::Status ValueFinder::finish() const noexcept {
     case State::fraction:
     case State::exponent:
         return open_.empty() ? Status::complete : Status::failed;
-    case State::complete:
-        return Status::complete;
     default:
         return Status::failed;
     }
@@ -140,12 +138,20 @@ bool ValueFinder::close(char bracket) {
         return false;
     }
     open_.pop_back();
-    return end_value();
+    end_value();
+    return true;
 }
 
-bool ValueFinder::end_value() {
+void ValueFinder::end_string() {
+    if (is_name_) {
+        state_ = State::colon;
+    } else {
+        end_value();
+    }
+}
+
+void ValueFinder::end_value() {
     state_ = open_.empty() ? State::complete : State::separator;
-    return true;
 }
 
 /// Ends a number or word before a byte.
@@ -182,8 +188,8 @@ bool ValueFinder::take_in_string(char byte) {
         break;
     }
     if (byte == '"') {
-        state_ = State::colon;
-        return is_name_ || end_value();
+        end_string();
+        return true;
     }
     if (byte == '\\') {
         state_ = State::escape;
@@ -194,7 +200,7 @@ bool ValueFinder::take_in_string(char byte) {
 
 /// Begins a character beyond ASCII, in a string or comment.
 bool ValueFinder::begin_sequence(unsigned char lead) {
-    after_sequence_ = state_ == State::star ? State::block_comment : state_;
+    after_sequence_ = state_;
     state_ = State::continuation;
     expected_ = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
     lowest_ = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;

@@ -79,7 +79,8 @@ private:
     bool begin_sequence(unsigned char lead);
     bool open(char bracket);
     bool close(char bracket);
-    bool end_value();
+    void end_string();
+    void end_value();
     bool end_scalar(char byte);
 
     const ParseOptions& options_;

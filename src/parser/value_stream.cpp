@@ -146,7 +146,7 @@ Value ValueStream::Implementation::parse_value() {
         return value;
     } catch (const ParserException& error) {
         value_ = std::min(error.get_byte_position() - begin_.byte, text_.size());
-        skips_line_ = value_ < text_.size() || !ended_;
+        skips_line_ = value_ < text_.size();
         finder_.restart();
         status_ = Status::nothing;
         end_ = value_;

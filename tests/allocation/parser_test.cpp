@@ -9,12 +9,14 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -103,6 +105,40 @@ TEST(ParserAllocationFailures, OfStreamsAndFilesLeakNothing) {
                              [](const std::optional<Value>& value) { EXPECT_FALSE(value); });
     EXPECT_GE(of_file, 200u);
     std::filesystem::remove(path);
+}
+
+const std::filesystem::path& scratch_file() {
+    static const std::filesystem::path path =
+        std::filesystem::temp_directory_path() /
+        ("foundation_json_parser_scratch." + std::to_string(getpid()));
+    return path;
+}
+
+TEST(ParseFileThatChanges, ATextThatBecomesShorterMeanwhileIsNamed) {
+    const std::string text = '"' + std::string(100000, 'x') + '"';
+    std::ofstream(scratch_file()) << text;
+    try {
+        // The memory for the text is allocated between the looks at its size and at its content.
+        const WatchedAllocation watched(text.size(),
+                                        [] { std::filesystem::resize_file(scratch_file(), 10); });
+        parse_file(scratch_file());
+        ADD_FAILURE() << "was read";
+    } catch (const std::system_error& error) {
+        EXPECT_EQ(error.what(), "cannot read '" + scratch_file().string() +
+                                    "', which became shorter meanwhile: Input/output error");
+        EXPECT_EQ(error.code(), std::error_code(EIO, std::generic_category()));
+    }
+    std::filesystem::remove(scratch_file());
+}
+
+TEST(ParseFileThatChanges, ATextThatBecomesLongerMeanwhileIsReadToItsEnd) {
+    std::ofstream(scratch_file()) << '"' + std::string(100000, 'x');
+    const WatchedAllocation watched(100000, [] {
+        std::ofstream(scratch_file(), std::ios::app) << std::string(100000, 'y') + '"';
+    });
+    EXPECT_EQ(parse_file(scratch_file()),
+              Value(std::string(100000, 'x') + std::string(100000, 'y')));
+    std::filesystem::remove(scratch_file());
 }
 
 struct Reading {

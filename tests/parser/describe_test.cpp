@@ -54,6 +54,16 @@ TEST(Describe, PutsTheCaretBelowWideAndCombiningCharacters) {
     EXPECT_EQ(description("[\"\xF0\x9F\x98\x80\" 2]"), "1:6: a comma is missing before '2'\n"
                                                        "[\"\xF0\x9F\x98\x80\" 2]\n"
                                                        "      ^\n");
+    // A letter of full width, and an emoji of two that a joiner holds together.
+    EXPECT_EQ(description("[\"\xEF\xBC\xA1\" 2]"), "1:6: a comma is missing before '2'\n"
+                                                   "[\"\xEF\xBC\xA1\" 2]\n"
+                                                   "      ^\n");
+    const std::string joined = "\xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x92\xBB";
+    EXPECT_EQ(description("[\"" + joined + "\" 2]"), "1:8: a comma is missing before '2'\n"
+                                                     "[\"" +
+                                                         joined +
+                                                         "\" 2]\n"
+                                                         "        ^\n");
 }
 
 TEST(Describe, ShowsWhatDoesNotPrintAsADot) {

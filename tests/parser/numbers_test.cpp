@@ -109,6 +109,44 @@ TEST(ParserNumbers, WholeNumbersThatNoDoubleHoldsKeepAllDigits) {
     }
 }
 
+TEST(ParserNumbers, AreTheSameWhereverTheyStand) {
+    const struct {
+        const char* text;
+        Value number;
+    } cases[] = {
+        {"7", 7},
+        {"-0.5", -0.5},
+        {"0.00", 0},
+        {"4503599627370497.5", 4503599627370498.0}, // half way between two doubles
+        {"1e3", 1000},
+        {"12345678901234567", 12345678901234567LL},
+        {"-12345678901234567", -12345678901234567LL},
+        {"12345678901234568", 12345678901234568.0},
+        {"18446744073709551615", 18446744073709551615ULL},
+        {"-18446744073709551615", -18446744073709551616.0},
+        {"0.00000000000000000000000000000000001", 1e-35},
+        {"4.9406564584124654e-324", 4.9406564584124654e-324},
+        {"1.7976931348623157e308", 1.7976931348623157e308},
+    };
+    const std::string blanks(40, ' ');
+    for (const auto& c : cases) {
+        for (const std::string& behind : {std::string(), blanks}) {
+            const std::string text = c.text + behind;
+            EXPECT_EQ(parse(text), c.number) << text;
+            EXPECT_EQ(parse("[" + text + "]"), Value(std::vector<Value>{c.number})) << text;
+            EXPECT_EQ(parse("{\"a\":" + text + "}"),
+                      Value(std::map<std::string, Value>{{"a", c.number}}))
+                << text;
+        }
+    }
+    for (const std::string& large : {std::string("1e309"), "-" + std::string(310, '9')}) {
+        for (const std::string& text : {large, "[" + large + "]", "{\"a\":" + large + "}"}) {
+            EXPECT_THROW(parse(text), ParserException) << text;
+            EXPECT_THROW(parse(text + blanks), ParserException) << text;
+        }
+    }
+}
+
 TEST(ParserNumbers, WholeNumbersBeyond64BitsAreTheNearestDouble) {
     EXPECT_EQ(parse("-9223372036854775809"), Value(-9223372036854775808.0));
     EXPECT_EQ(parse("18446744073709551617"), Value(18446744073709551616.0));

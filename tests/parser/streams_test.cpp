@@ -7,12 +7,16 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
+#include <chrono>
+#include <csignal>
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
@@ -239,6 +243,52 @@ TEST_F(ParseFile, ReadsPipes) {
     EXPECT_EQ(test::content_text(value), compact);
 }
 
+/// While it lives, a thread is interrupted by a signal again and again.
+class Interruptions {
+public:
+    explicit Interruptions(pthread_t thread) {
+        struct sigaction action {};
+        action.sa_handler = [](int) {};
+        sigaction(SIGUSR1, &action, &before_);
+        sender_ = std::thread([this, thread] {
+            while (!done_) {
+                pthread_kill(thread, SIGUSR1);
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+        });
+    }
+    ~Interruptions() {
+        done_ = true;
+        sender_.join();
+        sigaction(SIGUSR1, &before_, nullptr);
+    }
+    Interruptions(const Interruptions&) = delete;
+    Interruptions& operator=(const Interruptions&) = delete;
+
+private:
+    struct sigaction before_ {};
+    std::atomic<bool> done_{false};
+    std::thread sender_;
+};
+
+TEST_F(ParseFile, GoesOnAfterSignals) {
+    const std::filesystem::path pipe = path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const Interruptions interruptions(pthread_self());
+    const auto pause = [] { std::this_thread::sleep_for(std::chrono::milliseconds(50)); };
+    std::thread writer([&] {
+        pause(); // while the pipe is being opened
+        const int end = ::open(pipe.c_str(), O_WRONLY | O_CLOEXEC);
+        pause(); // while it is being read
+        EXPECT_EQ(::write(end, document.data(), document.size()),
+                  static_cast<ssize_t>(document.size()));
+        ::close(end);
+    });
+    const Value value = parse_file(pipe);
+    writer.join();
+    EXPECT_EQ(serialize(value), compact);
+}
+
 TEST_F(ParseFile, ReadsStandardInput) {
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
@@ -317,6 +367,26 @@ TEST(ValueStream, TakesTheOptions) {
         EXPECT_EQ(all_values("{\"a\"://\xC3\xA9\n1,}/***/2", piece, options),
                   (Texts{"{\"a\":1}", "2"}));
     }
+    const char* const texts[] = {
+        "[1] /* \xC3\xA9 *\xE3\x81\x82* */ [2 // c",
+        "[ /x",
+        "1 /",
+        "[/* / * / */ 1]",
+        "[1 /*",
+        "[1] // \xFF",
+        "[1] /* *\x80",
+        "// one \xC3",
+    };
+    for (const std::string text : texts) {
+        const Texts whole = all_values(text, 1000, options);
+        for (const std::size_t piece : {1U, 2U, 3U}) {
+            EXPECT_EQ(all_values(text, piece, options), whole) << text;
+        }
+    }
+    EXPECT_EQ(all_values(texts[0], 1, options),
+              (Texts{"[1]", "1:24: the text ends within an array"}));
+    EXPECT_EQ(all_values(texts[1], 1, options),
+              (Texts{"1:3: found '/' where a value should begin"}));
     options.max_depth = 1;
     EXPECT_EQ(
         all_values("[[1]]\n[1]", 3, options),
@@ -451,6 +521,40 @@ TEST(ValueStream, AFailingStreamIsNoEnd) {
         EXPECT_THROW(values.next(value), std::ios_base::failure) << size;
         EXPECT_THROW(values.next(value), std::ios_base::failure) << size;
     }
+}
+
+TEST(ValueStream, RefusesWhatTheParserRefusesOfUtf8) {
+    for (int lead = 0x80; lead != 0x100; ++lead) {
+        for (const int second : {0x22, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0}) {
+            for (const char* const rest : {"", "\x80", "\x80\xBF", "\x80\x22"}) {
+                const std::string text = std::string("\"") + static_cast<char>(lead) +
+                                         static_cast<char>(second) + rest + '"';
+                std::string expected;
+                try {
+                    expected = serialize(parse(text));
+                } catch (const ParserException& error) {
+                    expected = "1:" + std::to_string(error.get_column()) + ": " + error.what();
+                }
+                if (expected.find("after the end") == std::string::npos &&
+                    expected.find("after a string") == std::string::npos) {
+                    EXPECT_EQ(all_values(text, 1), Texts{expected}) << text;
+                }
+            }
+        }
+    }
+}
+
+TEST(ValueStream, AnErrorWhoseLineCannotBeReadIsReportedOnceTheStreamIsWell) {
+    PiecewiseStream stream("[1 2", 1, Failing::by_throwing);
+    ValueStream values(stream);
+    Value value;
+    EXPECT_THROW(values.next(value), BufferFailure);
+    EXPECT_THROW(values.next(value), std::ios_base::failure);
+    std::stringbuf rest("] 3\n4");
+    stream.rdbuf(&rest); // clears the state, too
+    EXPECT_THROW(values.next(value), ParserException);
+    EXPECT_TRUE(values.next(value));
+    EXPECT_EQ(value, Value(4));
 }
 
 TEST(ValueStream, LeavesTheValueAsItIsWhereThereIsNone) {

@@ -138,6 +138,24 @@ TEST(Parser, TheLastOfEqualNamesWins) {
     EXPECT_EQ(parse(R"({"a":"long enough to be allocated","a":"x"})"), Value(Members{{"a", "x"}}));
 }
 
+TEST(Parser, EveryKindMayHaveAnyName) {
+    const std::string contents[] = {
+        "null",  "true",    "1.5", "9007199254740993", "18446744073709551615",
+        "\"a\"", "\"\\n\"", "[1]", "{\"c\":2}"};
+    for (const std::string& first : contents) {
+        for (const std::string& last : contents) {
+            const std::string result = serialize(parse("{\"a\":" + last + ",\"b\":" + last + "}"));
+            // Written plainly or escaped, new or known.
+            EXPECT_EQ(serialize(parse("{\"a\":" + first + ",\"\\u0062\":" + first +
+                                      ",\"\\u0061\":" + last + ",\"b\":" + last + "}")),
+                      result);
+            EXPECT_EQ(serialize(parse("{\"\\u0061\":" + first + ",\"b\":" + first +
+                                      ",\"a\":" + last + ",\"\\u0062\":" + last + "}")),
+                      result);
+        }
+    }
+}
+
 TEST(Parser, NamesDifferInCaseAndInFormsOfTheSameCharacter) {
     ParseOptions options;
     options.duplicate_names = ParseOptions::DuplicateNames::error;
@@ -166,6 +184,9 @@ TEST(Parser, SkipsCommentsWhereTheyAreAllowed) {
 TEST(Parser, SkipsOneTrailingCommaWhereItIsAllowed) {
     ParseOptions options;
     options.trailing_commas = true;
+    EXPECT_EQ(parse("[1,[2],3]", options), Value(Elements{1, Elements{2}, 3}));
+    EXPECT_EQ(parse("{\"a\":1,\"b\":{},\"c\":2}", options),
+              Value(Members{{"a", 1}, {"b", Members{}}, {"c", 2}}));
     EXPECT_EQ(parse("[1,2,]", options), Value(Elements{1, 2}));
     EXPECT_EQ(parse("[[],\n]", options), Value(Elements{Value(Elements{})}));
     EXPECT_EQ(parse("{\"a\":1,}", options), Value(Members{{"a", 1}}));
@@ -237,6 +258,40 @@ TEST(Parser, ReadsLongArraysWithinLongArrays) {
     }
 }
 
+TEST(Parser, SkipsCommentsInLongArrays) {
+    ParseOptions options;
+    options.comments = true;
+    const std::string comments[] = {"/**/",          "/*,[{\"*/", "/* // */", "//,]}\n",
+                                    "// \"[\n",      "/***/",     "/*/,*/",   "// a\r b ,\n/* c */",
+                                    "/* * / , ** */"};
+    for (const std::string& comment : comments) {
+        std::string text = "[";
+        std::string nested = "[";
+        std::string meant = "[";
+        for (int i = 0; i != 600; ++i) {
+            text += comment + "[1" + comment + ",2]" + comment + (i == 599 ? "" : ",");
+            meant += i == 599 ? "[1,2]" : "[1,2],";
+        }
+        EXPECT_EQ(serialize(parse(text + "]" + comment, options)), meant + "]") << comment;
+    }
+}
+
+TEST(Parser, ReadsALongArrayDeepWithinManyShortOnes) {
+    std::string text;
+    for (int level = 0; level != 15; ++level) {
+        text += "[";
+        for (int i = 0; i != 255; ++i) {
+            text += "1,";
+        }
+    }
+    text += "[2";
+    for (int i = 1; i != 600; ++i) {
+        text += ",2";
+    }
+    text += std::string(16, ']');
+    EXPECT_EQ(serialize(parse(text)), text);
+}
+
 TEST(Parser, ALongArrayThatIsNoneFailsAsAShortOneDoes) {
     std::string text = "[1";
     for (int i = 1; i != 1000; ++i) {
@@ -245,15 +300,36 @@ TEST(Parser, ALongArrayThatIsNoneFailsAsAShortOneDoes) {
     const struct {
         std::string rest;
         std::size_t behind;
-    } cases[] = {{std::string(100000, ','), 1}, {"", 0}, {",\"", 2}, {",[[[[{{{{", 6}, {"]]", 1}};
-    for (const auto& c : cases) {
+    } cases[] = {{std::string(100000, ','), 1},
+                 {"", 0},
+                 {",\"", 2},
+                 {",[[[[{{{{", 6},
+                 {"]]", 1},
+                 {",\"\\", 3},
+                 {",\"\xC3\xA9\x01", 4},
+                 {",/", 1},
+                 {",/*", 1},
+                 {"},1", 0},
+                 {",\"a" + std::string(40, 'b'), 43}};
+    const auto expect_failure_behind = [&text](std::size_t count, const std::string& rest,
+                                               const ParseOptions& options) {
         try {
-            parse(text + c.rest);
-            ADD_FAILURE() << c.rest.substr(0, 10);
+            parse(text + rest, options);
+            ADD_FAILURE() << rest.substr(0, 10);
         } catch (const ParserException& error) {
-            EXPECT_EQ(error.get_byte_position(), text.size() + c.behind) << c.rest.substr(0, 10);
+            EXPECT_EQ(error.get_byte_position(), text.size() + count) << rest.substr(0, 10);
         }
+    };
+    for (const auto& c : cases) {
+        expect_failure_behind(c.behind, c.rest, {});
     }
+    ParseOptions options;
+    options.comments = true;
+    expect_failure_behind(1, ",/", options);
+    expect_failure_behind(1, ",/x]", options);
+    expect_failure_behind(3, ",//", options);
+    expect_failure_behind(3, ",/*", options);
+    expect_failure_behind(5, ",/* *", options);
 }
 
 /// Texts of every sort of token, to end anywhere.

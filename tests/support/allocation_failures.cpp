@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include <malloc.h>
 
@@ -21,6 +22,14 @@ std::size_t most_bytes = 0;
 std::size_t until_failure = never; // 1: the next allocation fails
 bool failing_goes_on = false;
 bool has_failed = false;
+std::size_t watched_size = 0;
+void (*watcher)() = nullptr;
+
+void call_watcher(std::size_t size) {
+    if (watcher != nullptr && size >= watched_size) {
+        std::exchange(watcher, nullptr)();
+    }
+}
 
 bool is_to_fail() noexcept {
     if (until_failure == never) {
@@ -38,6 +47,7 @@ bool is_to_fail() noexcept {
 }
 
 void* allocate(std::size_t size, std::size_t alignment) noexcept {
+    call_watcher(size);
     if (is_to_fail()) {
         return nullptr;
     }
@@ -92,6 +102,15 @@ std::size_t peak_bytes() noexcept {
 
 void restart_peak() noexcept {
     most_bytes = bytes;
+}
+
+WatchedAllocation::WatchedAllocation(std::size_t size, void (*function)()) noexcept {
+    watched_size = size;
+    watcher = function;
+}
+
+WatchedAllocation::~WatchedAllocation() {
+    watcher = nullptr;
 }
 
 FailingAllocation::FailingAllocation(std::size_t n, Failing mode) noexcept {

@@ -77,6 +77,16 @@ public:
     bool happened() const noexcept;
 };
 
+/// While it lives, a function is called once, before the first allocation of at least so many
+/// bytes.
+class WatchedAllocation {
+public:
+    WatchedAllocation(std::size_t size, void (*function)()) noexcept;
+    ~WatchedAllocation();
+    WatchedAllocation(const WatchedAllocation&) = delete;
+    WatchedAllocation& operator=(const WatchedAllocation&) = delete;
+};
+
 namespace detail {
 
 /// More allocations than this are expected of no operation.
