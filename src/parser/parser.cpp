@@ -61,7 +61,7 @@ public:
     }
 
     void open_array(const char* place) const { parser_.open(parser_.arrays_.push(), place); }
-    void open_object(const char* place) const { parser_.open(parser_.objects_.push(), place); }
+    void open_object() const { parser_.open(parser_.objects_.push()); }
 
 private:
     Parser& parser_;
@@ -84,9 +84,7 @@ public:
         parser_.open(content_of<Array>(insert(parser_.no_elements_)), place);
     }
 
-    void open_object(const char* place) const {
-        parser_.open(content_of<Object>(insert(parser_.no_members_)), place);
-    }
+    void open_object() const { parser_.open(content_of<Object>(insert(parser_.no_members_))); }
 
 private:
     template <class Content>
@@ -117,9 +115,9 @@ public:
         parser_.open(content_of<Array>(root_), place);
     }
 
-    void open_object(const char* place) const {
+    void open_object() const {
         root_ = Value(parser_.no_members_);
-        parser_.open(content_of<Object>(root_), place);
+        parser_.open(content_of<Object>(root_));
     }
 
 private:
@@ -161,7 +159,7 @@ void Parser::read(Value& root) {
     place = is_opening(place) ? open_container(place, sink)
                               : read_scalar(place, sink, Within::document, false);
     while (!open_.empty()) {
-        place = open_.top().array != nullptr ? read_elements(place) : read_members(place);
+        place = open_.top().is_array() ? read_elements(place) : read_members(place);
     }
     place = skip_space(place);
     if (place != end_) {
@@ -239,7 +237,7 @@ const char* Parser::open_container(const char* place, const Sink& sink) {
     if (*place == '[') {
         sink.open_array(place);
     } else {
-        sink.open_object(place);
+        sink.open_object();
     }
     return place + 1;
 }
@@ -385,11 +383,11 @@ Value& Parser::insert(Object& members, const StringToken& name, const Content& c
 // ---- Containers ------------------------------------------------------------------------------
 
 void Parser::open(Array& array, const char* begin) {
-    open_.push({&array, nullptr, pending_.size(), begin});
+    open_.push(Open(array, pending_.size(), begin));
 }
 
-void Parser::open(Object& object, const char* begin) {
-    open_.push({nullptr, &object, 0, begin});
+void Parser::open(Object& object) {
+    open_.push(Open(object));
 }
 
 void Parser::close_array(const char* end) {
@@ -406,7 +404,7 @@ void Parser::close_object(const char* end) {
 void Parser::close(const char* end, const PendingElement& closed) {
     open_.pop();
     child_closed_ = true;
-    if (!open_.empty() && open_.top().array != nullptr) {
+    if (!open_.empty() && open_.top().is_array()) {
         element_ = end + 1;
         add_pending(closed);
         // Within an element the stack is higher than behind it, so it would hardly be full here.
@@ -418,12 +416,15 @@ void Parser::close(const char* end, const PendingElement& closed) {
 
 // ---- Elements --------------------------------------------------------------------------------
 
-/// Makes elements of those that are pending of the innermost open array, if they are many.
+/// Makes elements of those that are pending of the innermost open array, if they are many. Else has
+/// room for one more.
 [[gnu::noinline]] void Parser::make_room() {
     const Open& open = open_.top();
     const std::size_t count = pending_.size() - open.first_pending;
     if (count < ArrayLengths::least || count < pending_.size() / 2) {
-        pending_.grow();
+        if (pending_.full()) {
+            pending_.grow();
+        }
         return;
     }
     Array& array = *open.array;
@@ -447,6 +448,8 @@ void Parser::take_pending(Array& array, std::size_t first) {
         }
     }
     pending_.shrink(first);
+    arrays_.release();
+    objects_.release();
 }
 
 /// Makes an element of what is pending and no number.

@@ -101,12 +101,22 @@ public:
     void read(Value& root);
 
 private:
-    /// A container that has been opened: the one of the two that is not null.
+    /// A container that has been opened.
     struct Open {
-        Array* array;
-        Object* object;
+        explicit Open(Object& opened) noexcept
+            : object(&opened), first_pending(0), begin(nullptr) {}
+        Open(Array& opened, std::size_t first, const char* bracket) noexcept
+            : array(&opened), first_pending(first), begin(bracket) {}
+        Open() = default;
+
+        bool is_array() const noexcept { return begin != nullptr; }
+
+        union {
+            Array* array;
+            Object* object;
+        };
         std::size_t first_pending; ///< of an array
-        const char* begin;         ///< its opening bracket
+        const char* begin;         ///< the opening bracket of an array
     };
 
     class ElementSink;
@@ -138,7 +148,7 @@ private:
     void take_large_integer(const char* place, const NumberToken& token, const Sink& sink);
 
     void open(Array& array, const char* begin);
-    void open(Object& object, const char* begin);
+    void open(Object& object);
     void add_pending(const PendingElement& element);
     void make_room();
     void close_array(const char* end);

@@ -38,7 +38,8 @@ public:
     void shrink(std::size_t size) noexcept { size_ = size; }
 
     [[gnu::noinline]] void grow() {
-        const std::size_t capacity = capacity_ == 0 ? first_capacity : 2 * capacity_;
+        // Not by as much again, since the old items are in memory along with the new ones.
+        const std::size_t capacity = capacity_ == 0 ? first_capacity : capacity_ + capacity_ / 2;
         auto items = std::make_unique<Item[]>(capacity);
         if (size_ != 0) {
             std::memcpy(items.get(), items_.get(), size_ * sizeof(Item));
@@ -55,8 +56,8 @@ private:
     std::size_t capacity_ = 0;
 };
 
-/// A stack of containers that keep their addresses. Those taken off it stay for the next to come,
-/// so they have to be empty.
+/// A stack of containers that keep their addresses. Some of those taken off it stay for the next to
+/// come, so they have to be empty.
 template <class Container>
 class Pool {
 public:
@@ -70,6 +71,13 @@ public:
     }
 
     void pop() noexcept { --size_; }
+
+    /// Releases most of those that were taken off.
+    void release() noexcept {
+        while (size_ + 2 * chunk_size <= chunks_.size() * chunk_size) {
+            chunks_.pop_back();
+        }
+    }
 
 private:
     static constexpr std::size_t chunk_size = 32;

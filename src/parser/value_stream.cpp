@@ -38,10 +38,11 @@ private:
     const ParseOptions options_;
     detail::ValueFinder finder_;
 
-    std::string text_;      ///< what has been taken from the stream, but for what is done with
-    detail::Place begin_;   ///< of that text
-    std::size_t value_ = 0; ///< where the next value begins, or blanks before it
-    std::size_t end_ = 0;   ///< what the finder has gone over
+    std::string text_;         ///< what has been taken from the stream, but for what is done with
+    detail::Place known_;      ///< of the last error, or where that text begins if that is later
+    std::size_t known_at_ = 0; ///< where that is in the text
+    std::size_t value_ = 0;    ///< where the next value begins, or blanks before it
+    std::size_t end_ = 0;      ///< what the finder has gone over
     Status status_ = Status::nothing;
     bool started_ = false;
     bool ended_ = false;
@@ -142,10 +143,15 @@ Value ValueStream::Implementation::parse_value() {
     const std::size_t end = status_ == Status::complete ? end_ : text_.size();
     try {
         Value value;
-        detail::Parser(text().substr(value_, end - value_), text(), begin_, options_).read(value);
+        // Nothing before the last error can be part of the line of another.
+        detail::Parser(text().substr(value_, end - value_), text().substr(known_at_), known_,
+                       options_)
+            .read(value);
         return value;
     } catch (const ParserException& error) {
-        value_ = std::min(error.get_byte_position() - begin_.byte, text_.size());
+        value_ = known_at_ + (error.get_byte_position() - known_.byte);
+        known_ = {error.get_byte_position(), error.get_line_number(), error.get_column()};
+        known_at_ = value_;
         skips_line_ = value_ < text_.size();
         finder_.restart();
         status_ = Status::nothing;
@@ -178,8 +184,12 @@ void ValueStream::Implementation::forget_before(std::size_t position) {
     const std::size_t kept = std::min(position, detail::most_quoted);
     const std::size_t forgotten = position - kept;
     if (forgotten >= text_.size() / 2 && forgotten != 0) {
-        begin_.advance(text().substr(0, forgotten));
+        if (forgotten > known_at_) {
+            known_.advance(text().substr(known_at_, forgotten - known_at_));
+            known_at_ = forgotten;
+        }
         text_.erase(0, forgotten);
+        known_at_ -= forgotten;
         value_ -= forgotten;
         end_ -= forgotten;
     }

@@ -187,6 +187,14 @@ TEST(PeakMemory, OfReadingIsLittleMoreThanTheValue) {
     expect_little_memory(long_array(long_array("[1,2]", 300), 150));
     expect_little_memory('"' + std::string(3000000, 'x') + '"');
     expect_little_memory(std::string(1000, '[') + std::string(1000, ']'));
+    // A long array as deep as so many elements are pending that it is few of them.
+    std::string opening;
+    for (int i = 0; i != 700; ++i) {
+        opening += "[[],";
+    }
+    for (const std::size_t count : {256U, 300U, 699U, 700U, 701U, 5000U}) {
+        expect_little_memory(opening + long_array("[]", count) + std::string(700, ']'));
+    }
     std::string escapes;
     for (int i = 0; i != 150000; ++i) {
         escapes += "\\u0041";

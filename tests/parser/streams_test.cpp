@@ -436,6 +436,40 @@ TEST(ValueStream, GoesOnWithTheNextLineHoweverLongTheRestOfALineIs) {
     }
 }
 
+TEST(ValueStream, LocatesEveryOneOfManyErrors) {
+    std::string text;
+    Texts expected;
+    std::vector<std::size_t> positions;
+    for (std::size_t i = 0; i != 200; ++i) {
+        const std::string before(i * 7 % 400, i % 3 == 0 ? '\n' : ' ');
+        text += before + "[\xC3\xA9 1]" + before;
+        positions.push_back(text.size() - before.size() - 5);
+        text += i % 5 == 0 ? "{}\n" : "\n[]\n";
+    }
+    for (const std::size_t piece : {1U, 100U, 100000U}) {
+        PiecewiseStream stream(text, piece);
+        ValueStream values(stream);
+        Value value;
+        for (const std::size_t position : positions) {
+            for (bool failed = false; !failed;) {
+                try {
+                    ASSERT_TRUE(values.next(value));
+                } catch (const ParserException& error) {
+                    const std::string_view read = std::string_view(text).substr(0, position);
+                    const std::size_t line_begin = read.rfind('\n') + 1; // 0 if there is none
+                    EXPECT_EQ(error.get_byte_position(), position);
+                    EXPECT_EQ(error.get_line_number(), 1 + static_cast<std::size_t>(std::count(
+                                                               read.begin(), read.end(), '\n')));
+                    EXPECT_EQ(error.get_column(), position - line_begin + 1);
+                    EXPECT_EQ(error.get_quoted_byte_position(),
+                              std::min<std::size_t>(position - line_begin, 160));
+                    failed = true;
+                }
+            }
+        }
+    }
+}
+
 TEST(ValueStream, ATextThatEndsWithinAValueIsAnErrorAndThenTheEnd) {
     for (const std::size_t piece : {1U, 1000U}) {
         EXPECT_EQ(all_values("1\n[1,\n2", piece),

@@ -1,0 +1,241 @@
+// Usage: parser_growth [SMALL LARGE]
+// Reads texts of SMALL and of LARGE kilobytes of many shapes, hostile ones among them, and writes
+// how long that takes per byte. Fails if a shape takes so much longer per byte when it is large
+// that the time cannot be in proportion to the text.
+#include <foundation/json/parse.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+#include <ctime>
+#include <functional>
+#include <iomanip>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using foundation::json::parse;
+using foundation::json::ParseOptions;
+using foundation::json::ParserException;
+using foundation::json::Value;
+using foundation::json::ValueStream;
+
+/// What is between an opening and a closing text, as often as it takes.
+std::string filled(std::size_t size, const std::string& open, const std::string& filling,
+                   const std::string& close) {
+    std::string text = open;
+    text.reserve(size + open.size() + filling.size() + close.size());
+    while (text.size() < size) {
+        text += filling;
+    }
+    return text + close;
+}
+
+/// As filled(), with texts that a function makes of numbers.
+template <class Make>
+std::string counted(std::size_t size, const std::string& open, Make make,
+                    const std::string& close) {
+    std::string text = open;
+    for (std::size_t i = 0; text.size() < size; ++i) {
+        text += make(i);
+    }
+    return text + close;
+}
+
+std::string nested(std::size_t levels, const std::string& open, const std::string& close) {
+    std::string text;
+    for (std::size_t i = 0; i != levels; ++i) {
+        text += open;
+    }
+    text += '0';
+    for (std::size_t i = 0; i != levels; ++i) {
+        text += close;
+    }
+    return text;
+}
+
+/// A number that looks random.
+std::size_t scattered(std::size_t i) {
+    return i * 2654435761U % 4294967296U;
+}
+
+std::string name(std::size_t number) {
+    return "\"" + std::to_string(number) + "\":1,";
+}
+
+void read_text(const std::string& text) {
+    ParseOptions options;
+    options.comments = true;
+    options.max_depth = 50000;
+    try {
+        const Value value = parse(text, options);
+    } catch (const ParserException&) {
+        // Refusing takes its time, too.
+    }
+}
+
+void read_stream(const std::string& text) {
+    std::istringstream stream(text);
+    ValueStream values(stream);
+    Value value;
+    for (bool more = true; more;) {
+        try {
+            more = values.next(value);
+        } catch (const ParserException&) {
+            // The next line.
+        }
+    }
+}
+
+struct Shape {
+    const char* name;
+    std::function<std::string(std::size_t)> make;
+    void (*read)(const std::string&) = read_text;
+};
+
+const std::vector<Shape>& shapes() {
+    static const std::string many_short = nested(900, "[", "]") + ",";
+    static const std::vector<Shape> all{
+        {"records",
+         [](std::size_t size) {
+             return counted(
+                 size, "[",
+                 [](std::size_t i) {
+                     return R"({"id":)" + std::to_string(i) +
+                            R"(,"name":"some one","at":[1.25,-0.5],"tags":["a","b"]},)";
+                 },
+                 "0]");
+         }},
+        {"pairs of numbers",
+         [](std::size_t size) { return filled(size, "[", "[-65.613616999999977,43.42],", "0]"); }},
+        {"an array of zeros", [](std::size_t size) { return filled(size, "[", "0,", "0]"); }},
+        {"an array of empty arrays",
+         [](std::size_t size) { return filled(size, "[", "[],", "0]"); }},
+        {"long arrays in a long array",
+         [](std::size_t size) {
+             return filled(size, "[", filled(1000, "[", "0,", "0]") + ",", "0]");
+         }},
+        {"a long array deep within others",
+         [](std::size_t size) {
+             return nested(300, "[[],", "]").substr(0, 1200) +
+                    filled(size, "[", "[],", "0]" + std::string(300, ']'));
+         }},
+        {"names that ascend",
+         [](std::size_t size) {
+             return counted(
+                 size, "{", [](std::size_t i) { return name(1'000'000'000 + i); }, "\"\":0}");
+         }},
+        {"names that descend",
+         [](std::size_t size) {
+             return counted(
+                 size, "{", [](std::size_t i) { return name(1'000'000'000 - i); }, "\"\":0}");
+         }},
+        {"names in no order",
+         [](std::size_t size) {
+             return counted(
+                 size, "{", [](std::size_t i) { return name(scattered(i)); }, "\"\":0}");
+         }},
+        {"equal names",
+         [](std::size_t size) { return filled(size, "{", "\"name\":0,", "\"name\":0}"); }},
+        {"equal names of arrays",
+         [](std::size_t size) { return filled(size, "{", "\"name\":[0],", "\"name\":0}"); }},
+        {"many deep arrays", [](std::size_t size) { return filled(size, "[", many_short, "0]"); }},
+        {"one deep array",
+         [](std::size_t size) {
+             return nested(std::min<std::size_t>(size / 50, 50000), "[", "]");
+         }},
+        {"one deep object",
+         [](std::size_t size) {
+             return nested(std::min<std::size_t>(size / 50, 50000), "{\"\":", "}");
+         }},
+        {"brackets that nothing closes",
+         [](std::size_t size) { return filled(size, "", "[", ""); }},
+        {"an array that nothing closes",
+         [](std::size_t size) { return filled(size, "", "[0],", "").insert(0, "["); }},
+        {"a string", [](std::size_t size) { return filled(size, "\"", "letters", "\""); }},
+        {"a string that nothing closes",
+         [](std::size_t size) { return filled(size, "[0,\"", "letters", ""); }},
+        {"a string of escapes", [](std::size_t size) { return filled(size, "\"", "\\n", "\""); }},
+        {"a string of long escapes",
+         [](std::size_t size) { return filled(size, "\"", "\\u00e9", "\""); }},
+        {"a string beyond ASCII",
+         [](std::size_t size) { return filled(size, "\"", "\xE6\x97\xA5\xC3\xA9", "\""); }},
+        {"strings of a quote",
+         [](std::size_t size) { return filled(size, "[", "\"\\\"\",", "0]"); }},
+        {"a number of many digits", [](std::size_t size) { return filled(size, "0.", "7", ""); }},
+        {"a number of many zeros", [](std::size_t size) { return filled(size, "0.", "0", "7"); }},
+        {"a number too large by far", [](std::size_t size) { return filled(size, "", "7", ""); }},
+        {"a large exponent", [](std::size_t size) { return filled(size, "7e", "0", "1"); }},
+        {"blanks", [](std::size_t size) { return filled(size, "[", "\n    \t", "0]"); }},
+        {"comments", [](std::size_t size) { return filled(size, "[", "/**///\n", "0]"); }},
+        {"a comment", [](std::size_t size) { return filled(size, "/*", "* ", "*/0"); }},
+        {"a stream of lines",
+         [](std::size_t size) { return filled(size, "", "{\"level\":1}\n", ""); }, read_stream},
+        {"a stream of one line", [](std::size_t size) { return filled(size, "", "[0] ", ""); },
+         read_stream},
+        {"a stream of errors", [](std::size_t size) { return filled(size, "", "[oops]\n", ""); },
+         read_stream},
+        {"a stream of a long array", [](std::size_t size) { return filled(size, "[", "0,", "0]"); },
+         read_stream},
+        {"a stream of a long error", [](std::size_t size) { return filled(size, "]", "0 ", ""); },
+         read_stream},
+        {"a stream of blanks", [](std::size_t size) { return filled(size, "", " \n", ""); },
+         read_stream},
+    };
+    return all;
+}
+
+double processor_seconds() {
+    std::timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+/// The least of a few.
+double seconds_to_read(const Shape& shape, const std::string& text) {
+    double least = 1e9;
+    for (int i = 0; i != 3; ++i) {
+        const double begin = processor_seconds();
+        shape.read(text);
+        least = std::min(least, processor_seconds() - begin);
+    }
+    return least;
+}
+
+/// Whether a shape takes no longer per byte when it is large, but for what caches make of that.
+bool measure(const Shape& shape, std::size_t small, std::size_t large) {
+    const std::string small_text = shape.make(small * 1000);
+    const std::string large_text = shape.make(large * 1000);
+    const double small_time =
+        1e9 * seconds_to_read(shape, small_text) / static_cast<double>(small_text.size());
+    const double large_time =
+        1e9 * seconds_to_read(shape, large_text) / static_cast<double>(large_text.size());
+    std::cout << std::left << std::setw(34) << shape.name << std::right << std::fixed
+              << std::setprecision(2) << std::setw(10) << small_time << std::setw(10) << large_time
+              << std::endl;
+    // Texts have other work done before they are read, such as an allocation.
+    return large_time < 20 * (small_time + 1);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::size_t small = argc == 3 ? std::strtoull(argv[1], nullptr, 10) : 20;
+    const std::size_t large = argc == 3 ? std::strtoull(argv[2], nullptr, 10) : 2000;
+    if ((argc != 1 && argc != 3) || small == 0 || large <= small) {
+        std::cerr << "usage: parser_growth [SMALL LARGE], in kilobytes\n";
+        return 2;
+    }
+    std::cout << "nanoseconds per byte of " << small << " and " << large << " kB\n";
+    bool grows_evenly = true;
+    for (const Shape& shape : shapes()) {
+        if (!measure(shape, small, large)) {
+            std::cout << "  grows faster than the text\n";
+            grows_evenly = false;
+        }
+    }
+    return grows_evenly ? 0 : 1;
+}
