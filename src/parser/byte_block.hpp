@@ -7,9 +7,12 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__)
+// FOUNDATION_JSON_PORTABLE leaves out what only some processors have.
+#if !defined(FOUNDATION_JSON_PORTABLE) && defined(__SSE2__)
+#define FOUNDATION_JSON_PARSER_SSE2
 #include <emmintrin.h>
-#elif defined(__ARM_NEON) && defined(__aarch64__)
+#elif !defined(FOUNDATION_JSON_PORTABLE) && defined(__ARM_NEON) && defined(__aarch64__)
+#define FOUNDATION_JSON_PARSER_NEON
 #include <arm_neon.h>
 #endif
 
@@ -116,7 +119,7 @@ private:
     std::uint64_t second_;
 };
 
-#if defined(__SSE2__)
+#if defined(FOUNDATION_JSON_PARSER_SSE2)
 
 class Block {
 public:
@@ -167,7 +170,7 @@ private:
     __m128i bytes_;
 };
 
-#elif defined(__ARM_NEON) && defined(__aarch64__)
+#elif defined(FOUNDATION_JSON_PARSER_NEON)
 
 class Block {
 public:
