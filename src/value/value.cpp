@@ -5,7 +5,6 @@
 
 #include <boost/variant/get.hpp>
 
-#include <algorithm>
 #include <cstddef>
 #include <utility>
 
@@ -289,32 +288,21 @@ void assign(Variant& target, Source&& source) {
 
 void assign_elements(Array& target, const Array& source);
 
-/// Assigns the visited content, which is that of a value, to another value.
-class AssignDeep : public boost::static_visitor<> {
-public:
-    AssignDeep(Value& target, const Value& source) noexcept : target_(target), source_(source) {}
+[[gnu::noinline]] void assign_content(Value& target, const Value& source) {
+    assign(detail::ValueAccess::variant(target), detail::ValueAccess::variant(source));
+}
 
-    void operator()(const Array& elements) const {
-        if (auto* const target = get_if<Array>(&target_)) {
-            assign_elements(*target, elements);
-        } else {
-            assign_content();
-        }
+/// Assigns a value to another one. No visit: at every level, a visitor would take its place on the
+/// stack.
+inline void assign_deep(Value& target, const Value& source) {
+    auto* const elements = get_if<Array>(&target);
+    const auto* const source_elements = get_if<Array>(&source);
+    if (elements != nullptr && source_elements != nullptr) {
+        assign_elements(*elements, *source_elements);
+    } else {
+        assign_content(target, source);
     }
-
-    template <class Other>
-    void operator()(const Other&) const {
-        assign_content();
-    }
-
-private:
-    [[gnu::noinline]] void assign_content() const {
-        assign(detail::ValueAccess::variant(target_), detail::ValueAccess::variant(source_));
-    }
-
-    Value& target_;
-    const Value& source_;
-};
+}
 
 /// Assigns elements without recursion: all that need more room than there is, or else those that
 /// come after the target's elements. Elements that the target has and the source has not are
@@ -332,9 +320,8 @@ private:
 
 [[gnu::noinline]] void assign_elements(Array& target, const Array& source) {
     if (source.size() <= target.capacity()) {
-        const std::size_t in_place = std::min(target.size(), source.size());
-        for (std::size_t i = 0; i != in_place; ++i) {
-            visit(AssignDeep(target[i], source[i]), source[i]);
+        for (std::size_t i = 0; i < target.size() && i < source.size(); ++i) {
+            assign_deep(target[i], source[i]);
         }
     }
     assign_rest(target, source);
@@ -346,7 +333,7 @@ Value& Value::operator=(const Value& other) {
     if (this != &other) {
         const detail::NestingLevel level;
         if (level.beyond_ordinary()) {
-            visit(AssignDeep(*this, other), other);
+            assign_deep(*this, other);
         } else {
             assign(variant_, other.variant_);
         }
