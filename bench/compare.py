@@ -1,7 +1,7 @@
 """Usage: compare.py RESULTS
 
 Prints the time of every benchmark here divided by its time in another revision. The folder RESULTS
-has the results of several rounds, in here.1.json and revision.1.json, here.2.json and so on.
+has the results of several rounds, in files such as here.1.text.json and revision.1.text.json.
 """
 
 import json
@@ -17,7 +17,7 @@ def fail(message):
 
 
 def times(file):
-    """The results of one round: {(task, subject): nanoseconds}."""
+    """The results of one family in one round: {(task, subject): nanoseconds}."""
     rows = {}
     for run in json.loads(file.read_text())["benchmarks"]:
         if run.get("error_occurred"):
@@ -27,8 +27,19 @@ def times(file):
     return rows
 
 
+def rounds_of(folder):
+    """Of each round the results here and those of the revision."""
+    rounds = {}
+    for file in sorted(folder.glob("*.json")):
+        side, number, _, _ = file.name.split(".")
+        if side not in ("here", "revision"):
+            fail(f"{file} is not a result of here or revision")
+        rounds.setdefault(number, {"here": {}, "revision": {}})[side] |= times(file)
+    return [(both["here"], both["revision"]) for both in rounds.values()]
+
+
 def verdict(low, high):
-    """What can be said where half of the rounds lie between two ratios."""
+    """What can be said where all rounds but two lie between these ratios."""
     return "slower" if low > 1.02 else "faster" if high < 0.98 else ""
 
 
@@ -37,16 +48,17 @@ def main(arguments):
         print(__doc__.splitlines()[0], file=sys.stderr)
         return 2
     folder = Path(arguments[0])
-    rounds = [(times(file), times(file.with_name(file.name.replace("here", "revision", 1))))
-              for file in sorted(folder.glob("here.*.json"))]
-    if len(rounds) < 2:
-        fail(f"no results of two rounds in {folder}")
-    print(f"{'':52}{'here':>10}{'ratio':>8}   middle half")
+    rounds = rounds_of(folder)
+    if len(rounds) < 4:
+        fail(f"no results of four rounds in {folder}")
+    print(f"{'':52}{'here':>10}{'ratio':>8}   spread")
     for task, subject in sorted(rounds[0][0], key=lambda row: in_order(*row)):
         key = task, subject
         here = statistics.median(ours[key] for ours, _ in rounds)
         ratios = [ours[key] / other[key] for ours, other in rounds]
-        low, middle, high = statistics.quantiles(ratios, n=4, method="inclusive")
+        # The rounds but for the extreme ones, which tell of the machine.
+        low, *_, high = sorted(ratios)[1:-1]
+        middle = statistics.median(ratios)
         unit = unit_of(here)
         print(f"{task + ', ' + subject:52}{time_text(here, unit) + ' ' + unit:>10}"
               f"{middle:8.3f}   {low:.3f} to {high:.3f}  {verdict(low, high)}".rstrip())
@@ -54,4 +66,9 @@ def main(arguments):
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+    try:
+        sys.exit(main(sys.argv[1:]))
+    except OSError as error:
+        fail(f"{error.filename}: {error.strerror}")
+    except (KeyError, ValueError) as error:
+        fail(f"not the results of benchmarks: {error}")
