@@ -80,11 +80,12 @@ private:
             done_ = true;
             return;
         }
-        if (commas_ >= least - 1) {
-            lengths_.known_.emplace(open_.back().begin, commas_ + 1);
-        }
-        commas_ = open_.back().commas_before;
+        const Container closed = open_.back();
         open_.pop_back();
+        if (commas_ >= least - 1) {
+            lengths_.known_.emplace(closed.begin, commas_ + 1);
+        }
+        commas_ = closed.commas_before;
     }
 
     void skip_string() {

@@ -79,17 +79,17 @@ Decimal leading_digits(const char* from, const char* end, std::int64_t exponent)
     return result;
 }
 
-bool whole_number(const char* from, const char* end, std::uint64_t& number) noexcept {
+std::optional<std::uint64_t> whole_number(const char* from, const char* end) noexcept {
     constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
-    number = 0;
+    std::uint64_t number = 0;
     for (; from != end; ++from) {
         const auto digit = static_cast<std::uint64_t>(*from - '0');
         if (number > most / 10 || number * 10 > most - digit) {
-            return false;
+            return std::nullopt;
         }
         number = number * 10 + digit;
     }
-    return true;
+    return number;
 }
 
 bool number_value(const char* from, const NumberToken& token, double& number) noexcept {

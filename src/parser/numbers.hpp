@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <optional>
 
 namespace foundation::json::detail {
 
@@ -193,9 +194,8 @@ constexpr bool is_exact_double(std::uint64_t number) noexcept {
     return number >> __builtin_ctzll(number) < std::uint64_t{1} << 53;
 }
 
-/// The whole number of a text of digits.
-/// @return false if it takes more than 64 bits
-bool whole_number(const char* from, const char* end, std::uint64_t& number) noexcept;
+/// The whole number of a text of digits; nothing if it takes more than 64 bits.
+std::optional<std::uint64_t> whole_number(const char* from, const char* end) noexcept;
 
 /// The double nearest to a number that was read, its sign included.
 /// @param from  where the number begins

@@ -343,15 +343,14 @@ template <class Sink>
 template <class Sink>
 void Parser::take_large_integer(const char* place, const NumberToken& token, const Sink& sink) {
     constexpr std::uint64_t most_negative = std::uint64_t{1} << 63;
-    std::uint64_t magnitude = 0;
-    if (whole_number(place + (token.negative ? 1 : 0), token.end, magnitude) &&
-        !is_exact_double(magnitude)) {
-        if (magnitude < most_negative) {
-            const auto number = static_cast<long long>(magnitude);
+    const auto magnitude = whole_number(place + (token.negative ? 1 : 0), token.end);
+    if (magnitude && !is_exact_double(*magnitude)) {
+        if (*magnitude < most_negative) {
+            const auto number = static_cast<long long>(*magnitude);
             return sink(token.negative ? -number : number);
         }
         if (!token.negative) {
-            return sink(static_cast<unsigned long long>(magnitude));
+            return sink(static_cast<unsigned long long>(*magnitude));
         }
     }
     double number = 0;

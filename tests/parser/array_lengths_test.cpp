@@ -1,0 +1,92 @@
+// How long arrays are, as it is counted ahead of reading them. A wrong count would cost time and
+// memory, but change no value.
+#include "parser/array_lengths.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace foundation::json::detail {
+namespace {
+
+std::string array_of(const std::string& element, std::size_t count) {
+    std::string text = "[" + element;
+    for (std::size_t i = 1; i != count; ++i) {
+        text += "," + element;
+    }
+    return text + "]";
+}
+
+/// The length of the array that a text begins with, counted from its first element on.
+std::size_t length_of(std::string_view text, bool comments = false) {
+    ArrayLengths lengths(text.data() + text.size(), comments);
+    return lengths.length(text.data(), text.data() + 1, 0);
+}
+
+TEST(ArrayLengths, AreThoseOfElementsOfEveryKind) {
+    for (const char* const element :
+         {"1", "-1.5e3", "\"\"", "\"a,b]\"", "\"\\\"],\"", "\"\\\\\"", "[]", "[1,2]", "{}",
+          "{\"a\":1,\"b\":[2,3]}", "[[[],[]]]", " null ", "\n        true", "\"\xC3\xA9,\xC3\xA9\"",
+          "\"a string that is longer than a block, with [ and , and } in it\""}) {
+        for (const std::size_t count : {1U, 2U, 3U, 10U, 300U}) {
+            EXPECT_EQ(length_of(array_of(element, count)), count) << element;
+            EXPECT_EQ(length_of(array_of(element, count) + ",1,[2],3]"), count) << element;
+        }
+    }
+}
+
+TEST(ArrayLengths, CountFromAnElementOn) {
+    const std::string text = "[0,1,2,[3,3],4]";
+    ArrayLengths lengths(text.data() + text.size(), false);
+    EXPECT_EQ(lengths.length(text.data(), &text[1], 0), 5u);
+    EXPECT_EQ(lengths.length(text.data(), &text[5], 2), 5u);
+    EXPECT_EQ(lengths.length(text.data(), &text[13], 4), 5u);
+}
+
+TEST(ArrayLengths, SkipCommentsWhereTheyAreAllowed) {
+    for (const char* const comment : {"/*,*/", "//,]\n", "/*]*/", "/**/", "/*/,*/", "/***/",
+                                      "/*,**/", "/* a comment of more than a block, or two */"}) {
+        EXPECT_EQ(length_of(array_of(std::string("1") + comment, 300), true), 300u) << comment;
+        EXPECT_EQ(length_of(array_of(std::string(comment) + "[2]", 300), true), 300u) << comment;
+    }
+    // Else they are an error, to be found by the parser.
+    EXPECT_EQ(length_of("[1/*,*/,2]", false), 3u);
+    EXPECT_EQ(length_of("[1//,]\n,2]", false), 2u);
+    EXPECT_EQ(length_of("[1/,2]", true), 2u);
+}
+
+TEST(ArrayLengths, OfTextThatEndsAreCountedToItsEnd) {
+    for (const char* const text : {"[1,2", "[1,2,\"a,", "[1,2,\"\\", "[1,2,[3,4", "[1,2,{\"a\":1,",
+                                   "[1,2,[3,4],\"a string of more than a block"}) {
+        EXPECT_GE(length_of(text), 2u) << text;
+        EXPECT_LE(length_of(text), 4u) << text;
+    }
+    EXPECT_EQ(length_of("[1,2/*,", true), 2u);
+    EXPECT_EQ(length_of("[1,2//,", true), 2u);
+    EXPECT_EQ(length_of("[1,2/*,*", true), 2u);
+    EXPECT_EQ(length_of("[1,2/", true), 2u);
+    EXPECT_EQ(length_of("[", true), 1u);
+}
+
+TEST(ArrayLengths, OfLongArraysWithinAreRemembered) {
+    const std::string inner = array_of("[0]", 256);
+    const std::string text = "[" + inner + "," + array_of("0", 255) + "," + inner + "]";
+    std::string changed = text;
+    ArrayLengths lengths(changed.data() + changed.size(), false);
+    EXPECT_EQ(lengths.length(changed.data(), &changed[1], 0), 3u);
+    // What is counted again would be short.
+    for (char& byte : changed) {
+        byte = byte == ',' ? ' ' : byte;
+    }
+    const std::size_t last = text.size() - 1 - inner.size();
+    EXPECT_EQ(lengths.length(&changed[1], &changed[2], 0), 256u);
+    EXPECT_EQ(lengths.length(&changed[inner.size() + 2], &changed[inner.size() + 3], 0), 1u);
+    EXPECT_EQ(lengths.length(&changed[last], &changed[last + 1], 0), 256u);
+    // Once only, since each array is read once.
+    EXPECT_EQ(lengths.length(&changed[1], &changed[2], 0), 1u);
+}
+
+} // namespace
+} // namespace foundation::json::detail
