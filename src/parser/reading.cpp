@@ -83,10 +83,10 @@ GrowingText read_all(std::istream& stream) {
     begin_reading(stream);
     GrowingText text(0);
     try {
-        std::streamsize count = 0;
         do {
             char* const room = text.room();
-            count = stream.rdbuf()->sgetn(room, static_cast<std::streamsize>(text.room_size()));
+            const std::streamsize count =
+                stream.rdbuf()->sgetn(room, static_cast<std::streamsize>(text.room_size()));
             text.add(static_cast<std::size_t>(count));
         } while (text.room_size() == 0);
     } catch (...) {
