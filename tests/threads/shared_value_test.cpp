@@ -4,16 +4,35 @@
 #include "support/threads.hpp"
 
 #include <foundation/json/content.hpp>
+#include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <vector>
+
+namespace {
+
+struct Record {
+    double number = 0;
+    long long id = 0;
+    std::tuple<int, std::string, std::optional<int>, std::vector<int>> array;
+    std::map<std::string, std::string> object;
+};
+
+} // namespace
+
+template <>
+inline constexpr auto foundation::json::members<Record> =
+    std::tuple(required("double", &Record::number), required("int64", &Record::id),
+               required("array", &Record::array), required("object", &Record::object));
 
 namespace {
 
@@ -175,6 +194,46 @@ TEST(OneValueInManyThreads, ShowsItsContent) {
                   sizeof(float));
         EXPECT_THROW(static_cast<void>(get<bool>(value["text"])), std::runtime_error);
         EXPECT_THROW(static_cast<void>(number<int>(value["double"])), std::out_of_range);
+    });
+}
+
+TEST(OneValueInManyThreads, BecomesObjectsOfAClass) {
+    read_in_threads([](const Value& value) {
+        const auto record = to<Record>(value);
+        EXPECT_EQ(record.number, 1.5);
+        EXPECT_EQ(record.id, -7);
+        EXPECT_EQ(std::get<std::string>(record.array), "two");
+        EXPECT_EQ(record.object.at("inner"), "a text that is too long for a string's own storage");
+        EXPECT_EQ(to_or(value, "/object/missing", 3), 3);
+        try {
+            to<bool>(value, "/array/1");
+            ADD_FAILURE() << "no exception";
+        } catch (const ConversionError& error) {
+            EXPECT_EQ(error.pointer(), "/array/1");
+            EXPECT_STREQ(error.what(),
+                         "at /array/1: invalid conversion: JSON string to JSON boolean");
+        }
+    });
+}
+
+TEST(OneObjectInManyThreads, BecomesAValueInEach) {
+    const auto object = to<Record>(record());
+    run_in_threads(rounds, [&](int) {
+        const Value value = from(object);
+        EXPECT_EQ(get<Array>(value["array"]).size(), std::size_t{4});
+        EXPECT_EQ(number<int>(value["int64"]), -7);
+        EXPECT_EQ(get<std::string>(value["object"]["inner"]),
+                  "a text that is too long for a string's own storage");
+    });
+}
+
+TEST(OneConversionErrorInManyThreads, IsCopiedByAll) {
+    const ConversionError error("/a place/that is too long for a string's own storage", "too long");
+    run_in_threads(rounds, [&](int) {
+        const ConversionError copy(error); // NOLINT(performance-unnecessary-copy-initialization)
+        EXPECT_EQ(copy.pointer(), "/a place/that is too long for a string's own storage");
+        EXPECT_STREQ(copy.what(),
+                     "at /a place/that is too long for a string's own storage: too long");
     });
 }
 
