@@ -1,11 +1,14 @@
-"""Breaks the libraries' sources mechanically and tells which of the mutants the tests kill.
+"""Breaks the libraries' sources, and the headers that are more than declarations, mechanically and
+tells which of the mutants the tests kill.
 
 Usage: mutate.py ROOT SEED COUNT JOBS [--list] [PATTERN...]; to be started by scripts/mutate, which
 has built the unbroken library and its tests in ROOT/build/mutate.
 
 A mutant differs from the sources in one place, by one of the rules below. Only what depends on the
 broken file is compiled again, into a folder of the worker's own; the test programs that use the
-shared libraries are given the broken ones by the loader, the others are linked again.
+shared libraries are given the broken ones by the loader, the others are linked again. What a header
+defines is in the test programs: each of its test sources becomes a program of its own, so that
+none has the same function from a source that is not broken.
 """
 
 import concurrent.futures
@@ -35,6 +38,8 @@ LINKED = (*LIBRARIES, INTERNAL, PARSER)
 LONG = "*Random*:AnyStream.*:*OutOfMemory.*:PeakMemory.*:ParserReference.*"
 RUNS = [(p, f"-{LONG}") for p in PROGRAMS] + [(p, LONG) for p in PROGRAMS]
 MEMORY = 4 << 30
+HEADERS = ("include/foundation/json/content.hpp", "include/foundation/json/convert.hpp")
+HEADER_TESTS = re.compile(r"tests/.*\.dir/(?:(content|convert)/|allocation/(content|convert)_test)")
 
 # ---- The rules -----------------------------------------------------------------------------
 
@@ -155,7 +160,7 @@ class Mutant:
 def all_mutants(root, seed):
     """The mutants of each file, in an order that the seed decides."""
     by_file = {}
-    for path in sorted((root / "src").rglob("*.?pp")):
+    for path in sorted([*(root / "src").rglob("*.?pp"), *(root / header for header in HEADERS)]):
         file = str(path.relative_to(root))
         text = path.read_text()
         rng = random.Random(f"{seed} {file}")
@@ -259,6 +264,14 @@ class Project:
         linked = {w for name in LINKED for w in self.link[name]}
         return sorted(o for o in outputs if o in linked)
 
+    def header_tests_of(self, file):
+        """(object, test program) for the test sources of a header, those of its own name first."""
+        outputs = self.dependents.get(str(self.root / file), set())
+        own = pathlib.PurePath(file).stem
+        found = [(o, name) for name in (PUBLIC, ALLOCATION) for o in outputs
+                 if o in self.link[name] and HEADER_TESTS.match(o)]  # fmt: skip
+        return sorted(found, key=lambda f: (own not in f[0], "random" in f[0], "allocation" in f[0], f))
+
 
 def run(command, folder, seconds, environment=None):
     """The exit status of a command, or None if it took too long."""
@@ -279,12 +292,13 @@ class Worker:
         self.project = project
         self.folder = project.root / "build" / "mutate-work" / str(number)
         shutil.rmtree(self.folder, ignore_errors=True)
-        shutil.copytree(project.root / "src", self.folder / "src")
+        for name in ("src", "include"):
+            shutil.copytree(project.root / name, self.folder / name)
         (self.folder / "objects").mkdir()
 
     def build_object(self, output, to):
-        sources, mine = f"{self.project.root}/src", f"{self.folder}/src"
-        words = [re.sub(rf"{re.escape(sources)}(?=/|$)", mine, w) for w in self.project.compile[output]]
+        ours, mine = f"{re.escape(str(self.project.root))}/(src|include)(?=/|$)", rf"{self.folder}/\1"
+        words = [re.sub(ours, mine, w) for w in self.project.compile[output]]
         return run([*words, "-w", "-c", "-o", to], self.project.base, 300) == 0
 
     def link(self, name, replaced):
@@ -302,12 +316,41 @@ class Worker:
         status = run(command, self.folder, seconds, environment)
         return "took too long" if status is None else f"status {status}" if status else None
 
+    def header_test(self, name, output, replacement, seconds):
+        """None if the tests of one source pass, else how they fail."""
+        program = str(self.folder / "header_test")
+        words = [replacement if w == output else w for w in self.project.link[name]
+                 if not w.endswith(".o") or w == output or "/support/" in w]  # fmt: skip
+        words[words.index("-o") + 1] = program
+        if run(words, self.project.base, 300) != 0:
+            return "does not link"
+        environment = dict(os.environ, LD_LIBRARY_PATH=str(self.project.base), GTEST_BRIEF="1",
+                           LOCPATH=str(self.project.base / "tests" / "locales"))  # fmt: skip
+        status = run([program, "--gtest_fail_fast"], self.folder, seconds, environment)
+        return "took too long" if status is None else f"status {status}" if status else None
+
+    def header_outcome(self, mutant):
+        changed = False
+        to = str(self.folder / "objects" / "header_test.o")
+        for output, name in self.project.header_tests_of(mutant.file):
+            if not self.build_object(output, to):
+                return "does not compile", ""
+            if filecmp.cmp(to, self.project.base / output, shallow=False):
+                continue
+            changed = True
+            failure = self.header_test(name, output, to, 10 + 5 * self.project.seconds[output])
+            if failure:
+                return "killed", f"{output.split('/')[-1].removesuffix('.cpp.o')}: {failure}"
+        return ("survived", "") if changed else ("unchanged", "the same program")
+
     def outcome(self, mutant):
         """(outcome, detail): killed, survived, unchanged or does not compile."""
         target = self.folder / mutant.file
         original = target.read_text()
         target.write_text(mutant.text)
         try:
+            if mutant.file in HEADERS:
+                return self.header_outcome(mutant)
             replaced, changed = {}, False
             for number, output in enumerate(self.project.objects_of(mutant.file)):
                 to = str(self.folder / "objects" / f"{number}.o")
@@ -352,14 +395,20 @@ def main():
 
     # First the unbroken library: it must pass, and shows how long that takes.
     worker = workers.get()
-    if not all(worker.link(name, {}) for name in LINKED):
+    files = {mutant.file for mutant in mutants}
+    runs = RUNS if files - set(HEADERS) else []
+    if runs and not all(worker.link(name, {}) for name in LINKED):
         sys.exit("mutate: the unbroken libraries cannot be linked")
-    for name, which in RUNS:
+    header_tests = {test for file in files & set(HEADERS) for test in project.header_tests_of(file)}
+    tests = {run: (run[0], lambda run=run: worker.test(*run, 600)) for run in runs}
+    tests |= {output: (output, lambda o=output, n=name: worker.header_test(n, o, o, 600))
+              for output, name in header_tests}  # fmt: skip
+    for key, (name, test) in tests.items():
         begin = time.monotonic()
-        failure = worker.test(name, which, 600)
+        failure = test()
         if failure:
             sys.exit(f"mutate: the unbroken library fails its tests: {name}: {failure}")
-        project.seconds[name, which] = time.monotonic() - begin
+        project.seconds[key] = time.monotonic() - begin
     workers.put(worker)
 
     def examine(mutant):
