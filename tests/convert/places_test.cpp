@@ -6,13 +6,19 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
 #include <exception>
+#include <map>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace foundation::json {
 namespace {
@@ -244,6 +250,47 @@ TEST(ConversionErrors, SayWhereAndWhat) {
     EXPECT_STREQ(error.what(), "at /a\\\"b: is odd");
     EXPECT_STREQ(ConversionError("", "is odd").what(), "at the root: is odd");
     EXPECT_STREQ(ConversionError("/", "is odd").what(), "at /: is odd");
+}
+
+/// What to() says of a value that is no T and lies below names with all that has to be escaped: a
+/// slash, a tilde, a quote, NUL, and no character at all.
+template <class T>
+std::string error_below_odd_names(const Value& wrong) {
+    const std::string odd("a/~\"\0b", 6);
+    const Value root = Object{{odd, Object{{"", wrong}}}};
+    const auto convert = [&] {
+        to<std::map<std::string, std::map<std::string, T>>>(
+            root, {ConvertOptions::UnknownMembers::error});
+    };
+    EXPECT_EQ(error_pointer(convert).substr(0, 10), std::string("/a~1~0\"\0b/", 10));
+    return conversion_error(convert);
+}
+
+TEST(ConversionErrors, OfEverySortNameTheirPlace) {
+    const std::string place = R"(at /a~1~0\"\u0000b/)";
+    EXPECT_EQ(error_below_odd_names<int>(true),
+              place + ": invalid conversion: JSON boolean to JSON number");
+    EXPECT_EQ(error_below_odd_names<std::uint16_t>(70000),
+              place + ": 70000 is not within 0 to 65535");
+    EXPECT_EQ(error_below_odd_names<int>(2.5), place + ": 2.5 is not a whole number");
+    EXPECT_EQ((error_below_odd_names<std::pair<int, int>>(Array{1})),
+              place + ": the array has length 1, not 2");
+    EXPECT_EQ((error_below_odd_names<std::tuple<int>>(Array())),
+              place + ": the array has length 0, not 1");
+    EXPECT_EQ((error_below_odd_names<std::array<int, 2>>(Array{1, 2, 3})),
+              place + ": the array has length 3, not 2");
+    EXPECT_EQ(error_below_odd_names<std::set<int>>(Array{7, 7}),
+              place + "/1: the set has this element already");
+    EXPECT_EQ(error_below_odd_names<fleet::Level>("lo\"w"),
+              place + R"(: the enumerator "lo\"w" is unknown; known are "low", "middle", "high", )"
+                      R"("top")");
+    EXPECT_EQ(error_below_odd_names<fleet::Server>(Object()),
+              place + R"(: the required member "host" is missing)");
+    EXPECT_EQ(error_below_odd_names<fleet::Server>(Object{{"host", "a"}, {"~/", 1}}),
+              place + R"(/~0~1: the member "~/" is unknown; known are "host", "port", "tags", )"
+                      R"("load")");
+    EXPECT_EQ(error_below_odd_names<std::vector<std::optional<double>>>(Array{1, Null(), "x"}),
+              place + "/2: invalid conversion: JSON string to JSON number");
 }
 
 TEST(ConversionErrors, AreCopiedWithoutAFailure) {
