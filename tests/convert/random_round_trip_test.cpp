@@ -30,14 +30,15 @@ class RandomRoundTrip : public testing::Test {};
 using Server = fleet::Server;
 using Types = testing::Types<
     bool, signed char, unsigned char, short, unsigned short, int, unsigned, long, unsigned long,
-    long long, unsigned long long, float, double, std::string, std::vector<int>, std::vector<bool>,
-    std::vector<std::string>, std::deque<double>, std::list<std::string>, std::set<std::string>,
-    std::set<int>, std::array<float, 3>, std::array<bool, 2>, std::map<std::string, long>,
-    std::unordered_map<std::string, std::string>, std::optional<int>,
-    std::vector<std::optional<std::string>>, std::pair<std::string, int>,
+    long long, unsigned long long, float, double, long double, std::string, Value, Array, Object,
+    std::vector<int>, std::vector<bool>, std::vector<std::string>, std::deque<double>,
+    std::list<std::string>, std::set<std::string>, std::set<int>, std::array<float, 3>,
+    std::array<bool, 2>, std::map<std::string, long>, std::unordered_map<std::string, std::string>,
+    std::optional<int>, std::vector<std::optional<std::string>>, std::pair<std::string, int>,
     std::tuple<bool, std::string, double>, fleet::Level, Server, fleet::Cluster,
     std::map<std::string, std::unordered_map<std::string, std::set<std::uint8_t>>>,
     std::vector<std::array<std::pair<fleet::Level, std::optional<Server>>, 2>>,
+    std::map<std::string, std::pair<Value, Array>>,
     std::tuple<std::list<std::deque<bool>>, std::optional<std::vector<std::vector<short>>>>>;
 
 struct NameOfType {

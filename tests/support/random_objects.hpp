@@ -41,6 +41,9 @@ private:
         number = trees_.number<Number>();
     }
 
+    /// Of a long double, only what a double holds as well survives.
+    void fill(long double& number) { number = trees_.number<double>(); }
+
     template <class Integer>
     std::enable_if_t<std::is_integral_v<Integer>> fill(Integer& integer) {
         using Limits = std::numeric_limits<Integer>;
@@ -71,6 +74,35 @@ private:
         fill(cluster.name);
         fill(cluster.servers);
         fill(cluster.levels);
+    }
+
+    /// Containers are so seldom that values end.
+    void fill(Value& value) {
+        switch (trees_.below(8)) {
+        case 0:
+            value = Null();
+            break;
+        case 1:
+            value = make<bool>();
+            break;
+        case 2:
+            value = make<double>();
+            break;
+        case 3:
+            value = make<float>();
+            break;
+        case 4:
+            value = make<long long>();
+            break;
+        case 5:
+            value = make<std::string>();
+            break;
+        case 6:
+            value = make<Array>();
+            break;
+        default:
+            value = make<Object>();
+        }
     }
 
     template <class T>
