@@ -31,16 +31,16 @@ std::size_t grown_capacity(const Array& elements, std::size_t count) {
     return std::min(std::max(needed, 2 * elements.capacity()), elements.max_size());
 }
 
-/// Exchanges values with as many others from which they were moved, or which were moved from them.
-/// Those have kept their kinds, so that this cannot fail.
+/// Swaps values with as many others from which they were moved, or which were moved from them.
+/// Moving keeps the kind, so this cannot fail.
 void exchange(Value* values, const Value* values_end, Value* others) noexcept {
     for (; values != values_end; ++values, ++others) {
         values->swap(*others);
     }
 }
 
-/// Moves values to the end of an array that has room for them. If anything throws, they are where
-/// they were.
+/// Moves values to the end of an array with sufficient capacity. If anything throws, they stay
+/// where they were.
 void move_over(Array& target, Array& values) {
     const std::size_t old_size = target.size();
     try {
@@ -56,7 +56,7 @@ void move_over(Array& target, Array& values) {
 void append_growing(Array& elements, const Value* values, std::size_t count) {
     Array grown;
     grown.reserve(grown_capacity(elements, count));
-    // The copies come before the moves: they may be of what is about to be moved.
+    // Copies before moves, since the copied values may be among those that are moved.
     Array copies(values, values + count);
     move_over(grown, elements);
     try {

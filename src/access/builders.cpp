@@ -32,7 +32,7 @@ Property::Property(const Property& other) = default;
 Property::~Property() = default;
 
 const Property& Property::operator=(const Value& v) const {
-    // The copy is made in a node of its own, so that putting it in place cannot fail.
+    // The copy is made in a separate node, so that inserting it cannot fail.
     Object single;
     single.emplace(name_, v);
     members_.erase(name_);

@@ -46,7 +46,7 @@ Value::HasProperty::HasProperty(const std::string& name) : name_(name) {}
 
 Value::HasProperty::HasProperty(const HasProperty& other) = default;
 
-// A moved-from string's content is left open by the standard; ours is promised to be empty.
+// The standard leaves the content of a moved-from string open; this library promises an empty one.
 Value::HasProperty::HasProperty(HasProperty&& other) noexcept
     : name_(std::exchange(other.name_, std::string())) {}
 

@@ -7,12 +7,12 @@
 
 namespace foundation::json::detail {
 
-/// The ordinary conversion of a double to an unsigned 64-bit index, defined for every double:
-/// truncation toward zero; -1 and less wrap around as a negative integer does; what no 64-bit
-/// integer can hold, NaN included, gives the index with only the top bit set.
+/// The usual conversion of a double to an unsigned 64-bit index, defined for every double:
+/// truncation toward zero; -1 and less wrap around like a negative integer; a double that no 64-bit
+/// integer can represent, including NaN, gives the index with only the top bit set.
 std::uint64_t to_index(double number) noexcept;
 
-/// The same of an int: -1 and less wrap around.
+/// The same for an int: -1 and less wrap around.
 constexpr std::uint64_t to_index(int number) noexcept {
     return static_cast<std::uint64_t>(number);
 }

@@ -7,7 +7,7 @@ namespace foundation::json {
 
 namespace {
 
-/// By code. The first entry completes the table and is never given out.
+/// By code. The first entry completes the table and is never returned.
 constexpr const char* descriptions[] = {
     "No error",
     "Failed to match the string 'null'",
@@ -29,14 +29,14 @@ constexpr const char* descriptions[] = {
     "No trailing '}' while parsing value of type object (possible missing comma?)",
     "No ':' after name while parsing value of type object",
     "Unexpected end of input",
-    // The two misspelt words are part of the text that callers know.
+    // The two misspelt words are part of the promised text.
     "Invalid intergal value while parsing interger array",
 };
 
 } // namespace
 
 const char* get_parse_result_description(ParseResult r) {
-    // Counting from 1 in unsigned arithmetic leaves out 0, which is no error, and negative numbers.
+    // Unsigned arithmetic from 1 excludes 0, which is not an error, and negative numbers.
     const std::uint32_t from_one = static_cast<std::uint32_t>(r) - 1;
     if (from_one >= std::size(descriptions) - 1) {
         return "Unrecognized error code";

@@ -18,7 +18,7 @@ ParserException::ParserException(const std::string& message, ParseResult parse_r
 
 ParserException::ParserException(const ParserException& other) = default;
 
-// The base is copied on purpose: its own move may leave the other without its message.
+// The base is copied on purpose: moving it may leave the other without its message.
 ParserException::ParserException(ParserException&& other) noexcept
     : std::runtime_error(static_cast<const std::runtime_error&>(other)),
       parse_result_(other.parse_result_),

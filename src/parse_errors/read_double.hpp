@@ -1,5 +1,5 @@
 /// @file
-/// Number text to double, whatever the locale.
+/// Number text to double, independent of locales.
 #ifndef FOUNDATION_JSON_SRC_PARSE_ERRORS_READ_DOUBLE_HPP
 #define FOUNDATION_JSON_SRC_PARSE_ERRORS_READ_DOUBLE_HPP
 
@@ -9,8 +9,8 @@ namespace foundation::json::detail {
 
 /// Reads the longest leading number among `count` characters, in the form std::from_chars reads.
 ///
-/// @return the nearest double; an infinity or zero of the right sign if out of range; 0 if the text
-///         does not begin with a number
+/// @return the nearest double; an infinity or zero with the number's sign if out of range; 0 if the
+///         text does not begin with a number
 double read_double(const char* text, std::size_t count) noexcept;
 
 } // namespace foundation::json::detail

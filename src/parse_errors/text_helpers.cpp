@@ -11,8 +11,8 @@ namespace foundation::json::detail {
 std::string u16_to_u8(char16_t* text, int length) {
     const Utf16Converter converter("UTF-8", true);
     if (length < 0) {
-        // A string of so many units would be too long; each standard library words that its own
-        // way.
+        // A string of that length would be too long; the message of each standard library is
+        // different.
         throw std::length_error("string too long");
     }
     return converter.convert(std::u16string(text, static_cast<std::size_t>(length)));

@@ -11,7 +11,8 @@ namespace foundation::json::detail {
 
 namespace {
 
-/// Throws what an ICU error stands for; `fallback` makes the exception for all but lack of memory.
+/// Throws the exception for an ICU error: std::bad_alloc if memory ran out, else what `fallback`
+/// throws.
 template <class MakeError>
 void check(UErrorCode status, MakeError fallback) {
     if (status == U_MEMORY_ALLOCATION_ERROR) {
@@ -44,7 +45,7 @@ std::string Utf16Converter::convert(const std::u16string& text) const {
     const char16_t* source = text.data();
     const char16_t* const source_end = source + text.size();
     UErrorCode status = U_BUFFER_OVERFLOW_ERROR;
-    // Piece by piece, since ICU's one-call conversion counts in 32 bits.
+    // In pieces, since ICU's conversion in one call counts in 32 bits.
     while (status == U_BUFFER_OVERFLOW_ERROR) {
         char piece[1024];
         char* target = piece;

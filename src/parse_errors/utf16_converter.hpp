@@ -10,7 +10,7 @@ struct UConverter;
 
 namespace foundation::json::detail {
 
-/// A converter into one encoding. Not for use by two threads at once.
+/// A converter to one encoding. Two threads must not use it at once.
 class Utf16Converter {
 public:
     /// @param encoding    the name of the encoding, as ICU knows it

@@ -18,7 +18,7 @@ char* BufferedOutput<Sink>::real_number(Cursor at, NumberBits<Number> bits) {
     return fast_or_plain_number_text(at, bits);
 }
 
-/// Apart from the common case, which need not save registers.
+/// Separate from the common case, which then need not save registers.
 template <class Sink>
 template <class Number>
 [[gnu::noinline]] char* BufferedOutput<Sink>::real_number_in_new_room(Cursor at,
@@ -187,7 +187,7 @@ BufferedStreamOutput::BufferedStreamOutput(std::ostream& stream) noexcept
 }
 
 char* BufferedStreamOutput::hand_over(Cursor at) {
-    // Formatted insertion, as for every piece, so that a failure leaves the same state.
+    // A formatted insertion, as for single pieces, so that a failure leaves the same state.
     const std::string_view text(buffer_, static_cast<std::size_t>(at - buffer_));
     if (!text.empty()) {
         stream_ << text;
@@ -208,15 +208,15 @@ char* BufferedStreamOutput::line_end(Cursor at) {
 }
 
 char* BufferedStreamOutput::unicode_escape(Cursor at, unsigned char byte) {
-    // Leaves its traces on the stream: the fill character, and a width where the stream has failed.
+    // This changes the stream's fill character, and uses up its width if the stream has failed.
     at = hand_over(at);
     plain_.unicode_escape(byte);
     return at;
 }
 
 void BufferedStreamOutput::finish(Cursor at) {
-    // The last piece goes by itself: it tells a stream that failed before it from one that failed
-    // with it.
+    // The last piece is inserted separately: whether the stream fails before it or at it makes a
+    // difference to the stream's state.
     const char last = *--at;
     hand_over(at);
     stream_ << last;

@@ -1,6 +1,6 @@
 /// @file
-/// Text into memory first: the same bytes as from StreamOutput, without a stream's cost for every
-/// piece.
+/// Writing text to memory first: the same bytes as from StreamOutput, without the cost of a stream
+/// operation for every piece.
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_BUFFERED_OUTPUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_BUFFERED_OUTPUT_HPP
 
@@ -21,8 +21,8 @@ namespace foundation::json::detail {
 /// Whether integers, escapes and line ends are written as in the classic locale.
 bool writes_as_classic(const std::locale& locale);
 
-/// An output of the layout that fills a buffer. What becomes of a full buffer is the Sink's matter,
-/// which derives from this class and offers, each taking the cursor and giving the next:
+/// An output of the layout that fills a buffer. The Sink, which derives from this class, empties a
+/// full buffer. It has these functions, which take a cursor and return the next one:
 ///
 ///     make_room(Cursor)                      makes room for at least minimum_room bytes
 ///     pass(Cursor, const char*, std::size_t) writes many bytes that stay as they are until the end
@@ -79,9 +79,9 @@ private:
     Cursor integer(Cursor at, Number value);
 };
 
-/// Text into a string, by way of a chain of buffers: each is a fraction of the text before it, so
-/// that no more than the text, a copy and that fraction is in memory at once. Long strings that are
-/// written as they are stay where they are until the text is put together.
+/// Text into a string, through a chain of buffers. The size of each is a fraction of the text
+/// before it, so that at most the text, a copy and that fraction are in memory at once. Long
+/// strings that need no escapes are not copied until the text is put together.
 class StringOutput : public BufferedOutput<StringOutput> {
 public:
     StringOutput() noexcept;
@@ -97,7 +97,7 @@ public:
     /// written. The text is not as it should be then.
     bool is_wrong() const noexcept { return locale_ == Locale::counts; }
 
-    /// The text up to the cursor; to be called once, at the end.
+    /// The text up to the cursor. Call it once, at the end.
     std::string take(const char* at);
 
 private:
@@ -130,12 +130,12 @@ private:
     char* begin_;
 };
 
-/// Text onto a stream, in large pieces. Only for a stream that cannot tell them from small ones;
-/// see applies_to().
+/// Text to a stream, in large pieces. Only for streams for which that makes no difference; see
+/// applies_to().
 class BufferedStreamOutput : public BufferedOutput<BufferedStreamOutput> {
 public:
-    /// Whether the stream's state lets nobody tell the difference: it is good, pads nothing,
-    /// flushes nothing along with every piece, and writes integers as they are.
+    /// Whether large pieces make no observable difference: the stream is good, has no width, does
+    /// not flush after every piece, and formats integers as plain decimal digits.
     static bool applies_to(const std::ostream& stream);
 
     explicit BufferedStreamOutput(std::ostream& stream) noexcept;
@@ -143,8 +143,8 @@ public:
     Cursor start() noexcept { return buffer_; }
     Cursor line_end(Cursor at);
 
-    /// Hands the rest over; to be called once, at the end, and only after a text whose last byte is
-    /// a piece of its own.
+    /// Inserts the rest. Call it once, at the end, and only after a text whose last byte is a piece
+    /// of its own.
     void finish(Cursor at);
 
 private:

@@ -7,12 +7,12 @@
 
 namespace foundation::json::detail {
 
-/// Sets the environment that a program starts with, but for the rounding direction, which stays
-/// what std::fegetround() says. When destroyed, restores the caller's: its flags, its traps, and
-/// what else the machine has, such as a treatment of subnormal numbers as zero.
+/// Sets the default floating-point environment, but keeps the rounding direction of
+/// std::fegetround(). The destructor restores the caller's environment: flags, traps, and other
+/// settings of the machine, such as flushing subnormal numbers to zero.
 ///
-/// Compilers move arithmetic across the two changes. What is to be computed in between belongs into
-/// a function that is not inlined and takes its numbers by reference.
+/// Compilers may move arithmetic across both changes. So put the computation into a function that
+/// is not inlined and takes its numbers by reference.
 class DefaultEnvironment {
 public:
     DefaultEnvironment() noexcept {

@@ -16,7 +16,7 @@ namespace foundation::json::detail {
 
 namespace {
 
-/// Apart from the fast way, which needs no such buffer.
+/// Separate from the fast path, which needs no such buffer.
 template <class Number>
 [[gnu::noinline]] char* plain_number_text(char* out, NumberBits<Number> bits) noexcept {
     NumberBuffer buffer;
@@ -26,16 +26,17 @@ template <class Number>
 
 } // namespace
 
-// Digits are worked out in 128-bit integers and laid out in registers, the first one lowest.
-// Machines that lack either have the plain rule. Nothing here computes with floating-point numbers:
-// no setting of the caller's reaches the text, and no flag is raised.
+// Digits are computed in 128-bit integers and arranged in registers, the first digit lowest.
+// Machines without 128-bit integers or of the other byte order use the reference algorithm. Nothing
+// here computes with floating-point numbers: the caller's settings have no effect, and no flag is
+// raised.
 #if defined(__SIZEOF_INT128__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
 
 namespace {
 
 __extension__ using Wide = unsigned __int128;
 
-/// The powers of ten that are digits of a number's text, up to 10^19.
+/// The powers of ten up to 10^19.
 struct PowersOf10 {
     std::uint64_t power[20];
 
@@ -50,8 +51,8 @@ constexpr PowersOf10 powers_of_10;
 
 /// The leading 128 bits of the powers of ten that scale a number to its digits.
 ///
-/// Each is worked out from the one before and cut off, so that it is less than 2^10 units of its
-/// last place below the power.
+/// Each is computed from the one before and truncated, so that it is less than 2^10 units of its
+/// last place below the exact power.
 class ScalingPowers {
 public:
     static constexpr int least = -292;
@@ -70,7 +71,7 @@ public:
     /// The highest bit of 128 is set.
     Wide leading_bits(int k) const noexcept { return bits_[k - least]; }
 
-    /// 10^k is that times 2 to this.
+    /// The exponent of two: 10^k is the significand times 2 to this power.
     static constexpr int exponent(int k) noexcept { return ((k * 1741647) >> 19) - 127; }
 
 private:
@@ -91,7 +92,7 @@ private:
 
 constexpr ScalingPowers scaling_powers;
 
-/// What distinguishes the two kinds of number: their bits, and the digits of the two formats.
+/// What differs between double and float: their bits, and the digits of the two formats.
 template <class Number>
 struct Kind;
 
@@ -108,13 +109,13 @@ template <>
 struct Kind<float> : NumberBits<float> {
     static constexpr int bias = 150;
     static constexpr int spare_bits = 1;
-    // Its text is read as a double first, which may round it onto the middle between two floats.
+    // Its text is read as a double first, which may round it to the half-way point of two floats.
     static constexpr std::uint64_t doubt = std::uint64_t{1} << 30;
     static constexpr int few_digits = 6;
     static constexpr int many_digits = 9;
 };
 
-/// How many digits a Decimal has, trailing zeros included: as many as any format asks for.
+/// The number of digits of a Decimal, including trailing zeros: the maximum of all formats.
 constexpr int decimal_digits = 17;
 
 /// The number digits * 10^(exponent - 16).
@@ -123,7 +124,7 @@ struct Decimal {
     int exponent;
 };
 
-/// A number of Digits digits as a Decimal. Rounding up may have given it one more.
+/// A number of Digits digits as a Decimal. Rounding up may have added a digit.
 template <int Digits>
 Decimal make_decimal(std::uint64_t number, int exponent) noexcept {
     if (number == powers_of_10.power[Digits]) {
@@ -132,11 +133,11 @@ Decimal make_decimal(std::uint64_t number, int exponent) noexcept {
     return {number * powers_of_10.power[decimal_digits - Digits], exponent};
 }
 
-/// The number `mantissa * 2^exponent * 10^k`, cut off to 52 bits behind the point: it is less than
-/// two units of 2^-52 more.
+/// The number `mantissa * 2^exponent * 10^k`, truncated to 52 bits after the point: the exact
+/// number is greater by less than two units of 2^-52.
 ///
 /// For a mantissa of 53 bits and a k that makes the number one of 17 or 18 digits, or for 25 bits
-/// and 9 or 10 digits. The point then lies so that every part below is a matter of one word or two.
+/// and 9 or 10 digits. Then every part below fits into one or two words.
 class Product {
 public:
     static constexpr std::uint64_t one = std::uint64_t{1} << 52;
@@ -153,10 +154,10 @@ public:
 
     std::uint64_t whole() const noexcept { return high_ << (64 - shift_) | low_ >> shift_; }
 
-    /// What is behind the point, in units of 2^-52.
+    /// The fraction, in units of 2^-52.
     std::uint64_t rest() const noexcept { return (low_ >> (shift_ - 52)) & (one - 1); }
 
-    /// What half of the mantissa's place 2^bit comes to, in units of 2^-52.
+    /// Half of the value of the mantissa's bit 2^bit, in units of 2^-52.
     std::uint64_t half_step(int bit) const noexcept {
         return high_of_power_ >> (shift_ - 51 - bit);
     }
@@ -165,25 +166,26 @@ private:
     std::uint64_t high_of_power_;
     std::uint64_t high_;
     std::uint64_t low_;
-    int shift_; ///< how many bits of the words are behind the point, from 54 to 63
+    int shift_; ///< how many bits of the words are after the point, from 54 to 63
 };
 
 /// The digits of the positive normal number `mantissa * 2^exponent`, if 128 bits of its power of
-/// ten tell them.
+/// ten determine them.
 ///
-/// Scaled by 10^k so that the many digits stand before the point, the number is a whole one and a
-/// rest, known to 52 bits: from `rest` to less than `rest + 2` units of 2^-52. The correctly
-/// rounded digits of either format follow, and so does whether the few digits read back: they do if
-/// they are off by less than half the distance between neighbours.
+/// Scaled by 10^k, the number has the digits of the longer format before the point, and a fraction
+/// that is known to 52 bits: at least `rest` and less than `rest + 2` units of 2^-52. This
+/// determines the correctly rounded digits of both formats, and whether the shorter one reads back
+/// as the same number: it does if its error is less than half the distance to the next number.
 ///
-/// @return false if the bits do not tell: the number lies half way between two texts, or a text
-///         half way between two numbers, or all but so
+/// @return false if the bits do not decide: at half-way cases, of the number between two texts or
+/// of
+///         a text between two numbers, and very close to them
 template <class Number>
 bool scaled_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexcept {
     using K = Kind<Number>;
     mantissa <<= K::spare_bits;
     exponent -= K::spare_bits;
-    // floor(log10(2^n)) for the exponent n of the leading bit; the number's own may be one more.
+    // floor(log10(2^n)) for the exponent n of the leading bit; that of the number may be one more.
     int decimal_exponent = ((exponent + K::mantissa_bits + K::spare_bits) * 315653) >> 20;
     Product scaled(mantissa, exponent, K::many_digits - 1 - decimal_exponent);
     if (scaled.whole() >= powers_of_10.power[K::many_digits]) {
@@ -194,7 +196,7 @@ bool scaled_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexc
     const std::uint64_t rest = scaled.rest();
     constexpr std::uint64_t one = Product::one;
 
-    // Which way a number rounds is anybody's guess, so that is worked out without branches.
+    // The rounding direction is unpredictable, so it is computed without branches.
     constexpr std::uint64_t many_to_few = powers_of_10.power[K::many_digits - K::few_digits];
     const std::uint64_t few = (whole + many_to_few / 2) / many_to_few;
     const std::uint64_t many = whole + rest / (one / 2);
@@ -203,7 +205,7 @@ bool scaled_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexc
     const auto distance = static_cast<std::uint64_t>(std::abs(off));
     std::uint64_t reach = scaled.half_step(K::spare_bits);
     if (mantissa == std::uint64_t{1} << (K::mantissa_bits + K::spare_bits) && off < 0) {
-        reach /= 2; // below a power of two the neighbour is only half as far
+        reach /= 2; // the next number below a power of two is half as far away
     }
 
     if (rest - (one / 2 - K::doubt) <= 2 * K::doubt ||
@@ -218,7 +220,7 @@ bool scaled_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexc
     return true;
 }
 
-/// Eight decimal digits as the values of eight bytes, by dividing pairs and pairs of pairs at once.
+/// Eight decimal digits as eight bytes: divides pairs, and pairs of pairs, in parallel.
 std::uint64_t spread_digits(std::uint32_t number) noexcept {
     const std::uint64_t fours = number / 10000 | static_cast<std::uint64_t>(number % 10000) << 32;
     const std::uint64_t hundreds = ((fours * 10486) >> 20) & 0x0000007F0000007F;
@@ -236,7 +238,7 @@ char* write_8_digits(char* out, std::uint32_t number) noexcept {
     return out + 8;
 }
 
-/// Writes a number below 10^8 in as many digits as it has. Stores eight bytes at any rate.
+/// Writes a number below 10^8 without leading zeros. Always stores eight bytes.
 char* write_up_to_8_digits(char* out, std::uint32_t number) noexcept {
     const std::uint64_t digits = spread_digits(number);
     const int leading_zeros = __builtin_ctzll(digits | std::uint64_t{1} << 56) / 8;
@@ -265,7 +267,7 @@ struct Digits {
         const std::uint64_t behind_first = number % (base * base);
         const auto last_eight = static_cast<std::uint32_t>(behind_first % base);
         const auto high = spread_digits(static_cast<std::uint32_t>(behind_first / base));
-        // Numbers of up to nine digits are common enough to be spared the work.
+        // A shortcut, since numbers of up to nine digits are common.
         const auto low = last_eight != 0 ? spread_digits(last_eight) : 0;
         first = static_cast<char>('0' + number / (base * base));
         rest = static_cast<Wide>(low | eight_zeros) << 64 | (high | eight_zeros);
@@ -293,7 +295,7 @@ char* write_exponent(char* out, int exponent) noexcept {
     return out;
 }
 
-// Text is stored in whole words, beyond its end, into the room that the caller has left.
+// Text is stored in whole words, which may write beyond its end, within the caller's buffer.
 
 /// For numbers below one million that are not whole.
 char* write_plain(char* out, const Decimal& decimal) noexcept {
@@ -319,7 +321,7 @@ char* write_plain(char* out, const Decimal& decimal) noexcept {
     return write_exponent(out + (digits.count > 1 ? digits.count + 1 : 1), decimal.exponent);
 }
 
-/// For numbers of one million and more. There is always a digit after the point.
+/// For numbers from one million on. There is always a digit after the point.
 char* write_scientific(char* out, const Decimal& decimal) noexcept {
     const Digits digits(decimal.digits);
     out[0] = digits.first;
@@ -329,13 +331,13 @@ char* write_scientific(char* out, const Decimal& decimal) noexcept {
 }
 
 int count_digits(std::uint64_t number) noexcept {
-    // log10(2) times the bits gives the count or one less.
+    // log10(2) times the number of bits is the number of digits or one less.
     const int estimate = (64 - __builtin_clzll(number | 1)) * 1233 >> 12;
     return estimate + (number >= powers_of_10.power[estimate] ? 1 : 0);
 }
 
-/// For whole numbers of seven to nine digits, such as most identifiers are: write_scientific() in
-/// words of half the size.
+/// For whole numbers of seven to nine digits, such as most identifiers: like write_scientific(),
+/// with words of half the size.
 char* write_millions(char* out, std::uint32_t number) noexcept {
     constexpr auto base = static_cast<std::uint32_t>(powers_of_10.power[8]);
     char exponent = '8';
@@ -358,7 +360,7 @@ char* write_millions(char* out, std::uint32_t number) noexcept {
     return out + 3;
 }
 
-/// For whole numbers, which are their own digits.
+/// For whole numbers, whose digits need no computation.
 char* write_whole(char* out, std::uint64_t number) noexcept {
     if (number < 1000000) {
         return write_up_to_8_digits(out, static_cast<std::uint32_t>(number));
@@ -370,7 +372,7 @@ char* write_whole(char* out, std::uint64_t number) noexcept {
     return write_scientific(out, {number * powers_of_10.power[decimal_digits - count], count - 1});
 }
 
-/// The bits of a whole number that has no more of them than a mantissa.
+/// The bits of a whole number that has at most as many bits as a mantissa.
 template <class Number>
 constexpr typename Kind<Number>::Word bits_of_whole(std::uint64_t number) noexcept {
     using K = Kind<Number>;
@@ -386,12 +388,12 @@ constexpr typename Kind<Number>::Word bits_of_whole(std::uint64_t number) noexce
     return std::copy_n(text, std::strlen(text), out);
 }
 
-/// What writes the positive numbers that are left.
+/// Writes the remaining positive numbers.
 template <class Number>
 using Rest = char* (*)(char*, NumberBits<Number>) noexcept;
 
-/// For normal numbers that are not whole, and for large ones. A function of its own, so that small
-/// whole numbers need not save registers for it.
+/// For normal numbers that are not whole, and for large ones. A separate function, so that the code
+/// for small whole numbers need not save registers.
 template <class Number>
 [[gnu::noinline]] char* write_digits(char* out, NumberBits<Number> bits,
                                      Rest<Number> write_rest) noexcept {
@@ -410,12 +412,12 @@ template <class Number>
     using K = Kind<Number>;
     *out = '-';
     char* const behind_sign = out + (bits.is_negative() ? 1 : 0);
-    // How many bits of the mantissa are before the point, beside the implicit one. Wraps below 1.
+    // The number of mantissa bits before the point, without the implicit one. Wraps below 1.
     const auto before_point = bits.exponent() - (K::bias - K::mantissa_bits);
     if (before_point < K::mantissa_bits) {
         if (bits.word << (K::sign_bit + 1 - K::mantissa_bits + before_point) == 0) {
-            // Either format gives all digits of a whole number of that size: fewer read back as
-            // another.
+            // Both formats give all digits of a whole number of that size: fewer digits would
+            // read back as another number.
             return write_whole(behind_sign, bits.mantissa() >> (K::mantissa_bits - before_point));
         }
     } else if (bits.magnitude() == 0) {
@@ -425,7 +427,7 @@ template <class Number>
         return write_text(out, non_finite_text(bits));
     } else if (bits.exponent() == 0 ||
                (std::is_same_v<Number, float> && bits.magnitude() == K::largest)) {
-        // Subnormal numbers have fewer bits and other rules, the largest float has ten digits.
+        // Subnormal numbers have fewer bits and other rules; the largest float has ten digits.
         return write_rest(behind_sign, bits.without_sign());
     }
     return write_digits(behind_sign, bits, write_rest);
@@ -463,7 +465,7 @@ char* fast_integer_text(char* out, unsigned long long number) noexcept {
 }
 
 char* fast_integer_text(char* out, long long number) noexcept {
-    // Negated as unsigned, which is right for the lowest number too.
+    // Negated as unsigned, which is correct for the lowest number, too.
     const auto bits = static_cast<std::uint64_t>(number);
     *out = '-';
     return number < 0 ? write_integer(out + 1, 0 - bits) : write_integer(out, bits);
@@ -472,7 +474,7 @@ char* fast_integer_text(char* out, long long number) noexcept {
 #else
 
 bool fast_number_text_applies() noexcept {
-    return true; // the plain rule, which is all there is, depends on nothing else
+    return true; // the reference algorithm, the only one here, has no other conditions
 }
 
 char* fast_number_text(char*, NumberBits<double>) noexcept {

@@ -1,5 +1,5 @@
 /// @file
-/// The text of number_text(), found by integer arithmetic instead of trial and error.
+/// The text of number_text(), computed by integer arithmetic instead of trial and error.
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_FAST_NUMBER_TEXT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_FAST_NUMBER_TEXT_HPP
 
@@ -9,21 +9,21 @@
 
 namespace foundation::json::detail {
 
-/// Room for every text of fast_number_text(), with some to spare for working in place.
+/// Room for every text of fast_number_text(), with a reserve for computing in place.
 constexpr std::size_t fast_number_room = 40;
 
-/// Whether number_text() depends on nothing but the number: the radix character is `.` and the
-/// rounding mode is to nearest.
+/// Whether number_text() depends on the number alone: the radix character is `.` and the rounding
+/// mode is to nearest.
 bool fast_number_text_applies() noexcept;
 
-/// Writes the text of number_text(), without a terminator, where fast_number_text_applies(). No
-/// other part of the floating-point environment counts, and none is changed.
+/// Writes the text of number_text(), without a terminator, if fast_number_text_applies(). No other
+/// part of the floating-point environment has an effect, and none is changed.
 ///
-/// @return the end of the text, or null for the few numbers that only the plain rule serves
+/// @return the end of the text, or null for the few numbers that need the reference algorithm
 char* fast_number_text(char* out, NumberBits<double> bits) noexcept;
 char* fast_number_text(char* out, NumberBits<float> bits) noexcept;
 
-/// The same for every number: by the plain rule where only that serves.
+/// The same for every number: by the reference algorithm where necessary.
 char* fast_or_plain_number_text(char* out, NumberBits<double> bits) noexcept;
 char* fast_or_plain_number_text(char* out, NumberBits<float> bits) noexcept;
 

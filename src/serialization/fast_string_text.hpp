@@ -1,5 +1,5 @@
 /// @file
-/// Copying string content and escaping it on the way, sixteen bytes at a time.
+/// Copying and escaping string content, sixteen bytes at a time.
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_FAST_STRING_TEXT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_FAST_STRING_TEXT_HPP
 
@@ -21,8 +21,8 @@
 
 namespace foundation::json::detail {
 
-/// What the bytes of a string become: 0 stands for themselves, `u` for a \u escape, any other
-/// letter for that letter after a backslash.
+/// How each byte of a string is written: 0 means as it is, `u` as a \u escape, any other letter as
+/// a backslash and that letter.
 constexpr std::array<char, 256> make_escape_letters() noexcept {
     std::array<char, 256> letters{};
     for (std::size_t byte = 0; byte < letters.size(); ++byte) {
@@ -46,7 +46,7 @@ void store_word(char* out, Word word) noexcept {
     std::memcpy(out, &word, sizeof word);
 }
 
-/// Two words as the one that they are when one lies behind the other in memory.
+/// One word of two that are adjacent in memory.
 inline std::uint64_t join_words(std::uint32_t first, std::uint32_t second) noexcept {
 #if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
     return first | static_cast<std::uint64_t>(second) << 32;
@@ -85,12 +85,12 @@ private:
         return byte * std::uint64_t{0x0101010101010101};
     }
 
-    /// The top bit of every byte of the result tells whether that byte of the word is zero.
+    /// The top bit of each byte of the result says whether that byte of the word is zero.
     static std::uint64_t zeros(std::uint64_t word) noexcept {
         return ~(((word & repeat(0x7F)) + repeat(0x7F)) | word) & repeat(0x80);
     }
 
-    /// The top bit of every byte of the result tells whether that byte of the word is escaped.
+    /// The top bit of each byte of the result says whether that byte of the word is escaped.
     static std::uint64_t escaped_bits(std::uint64_t word) noexcept {
         const std::uint64_t controls = ~(((word & repeat(0x7F)) + repeat(0x60)) | word);
         return (controls & repeat(0x80)) | zeros(word ^ repeat('"')) | zeros(word ^ repeat('\\')) |
@@ -167,7 +167,7 @@ public:
     }
 
 private:
-    /// Four bits for every byte.
+    /// Four bits for each byte.
     std::uint64_t escaped_mask() const noexcept {
         const uint8x16_t escaped = vorrq_u8(
             vorrq_u8(vcltq_u8(bytes_, vdupq_n_u8(0x20)), vceqq_u8(bytes_, vdupq_n_u8('"'))),
@@ -185,11 +185,11 @@ using VectorBytes = PortableBytes;
 
 #endif
 
-/// Copies string content of which every byte is written as it is, as most content is.
+/// Copies string content that contains no byte to escape, which is the common case.
 ///
-/// Short content is copied in overlapping words, so that its size takes few decisions.
+/// Short content is copied in overlapping words, to need few branches on its size.
 /// @param out  with room for the content
-/// @return false if a byte is written otherwise; what is at `out` is of no use then
+/// @return false if a byte must be escaped; then the content of `out` is undefined
 template <class Bytes>
 bool copy_clean(char* out, const char* from, std::size_t size) noexcept {
     if (size >= 16) {

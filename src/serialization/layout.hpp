@@ -1,18 +1,18 @@
 /// @file
 /// The layout of JSON text: which pieces are written for a value, in which order.
 ///
-/// Written once for every place that text can go. An Output has a Cursor, the position behind the
-/// text so far, and writes a piece at one, giving the next:
+/// One implementation for all destinations. An Output has a Cursor, the position after the text so
+/// far. Its functions write a piece at a cursor and return the next one:
 ///
 ///     text(Cursor, const char (&)[N])     one piece of fixed text
 ///     number(Cursor, NumberBits<T>)       a double or float
 ///     number(Cursor, T)                   a long long or unsigned long long
 ///     string(Cursor, const std::string&)  a quoted and escaped string
-///     line_end(Cursor)                    a line feed, and a flush where there is one to do
+///     line_end(Cursor)                    a line feed, and a flush of a stream
 ///     spaces(Cursor, std::size_t)         one piece of that many spaces
 ///
-/// The cursor goes from hand to hand, in a register, because every piece needs it first of all:
-/// read from an object in memory, it would make each piece wait for the one before to put it there.
+/// The cursor is passed on in a register, because every piece needs it first: in an object in
+/// memory, each piece would have to wait until the one before had stored it.
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 
@@ -36,7 +36,7 @@ public:
     WriteVisitor(LayoutWriter<Output, Pretty>& writer, Output& output, Cursor at) noexcept
         : writer_(writer), output_(output), at_(at) {}
 
-    /// Nothing; what surrounds an Undefined element or member is written all the same.
+    /// Writes nothing. The separators around an Undefined element or member are still written.
     Cursor operator()(const Undefined&) const { return at_; }
 
     Cursor operator()(const Null&) const { return output_.text(at_, "null"); }
@@ -75,7 +75,7 @@ public:
         return visit(WriteVisitor<Output, Pretty>(*this, output_, at), value);
     }
 
-    // The functions that recurse, one for each container; each takes little of the stack.
+    // The recursive functions, one for each container; each needs little stack.
 
     [[gnu::noinline]] Cursor write(Cursor at, const Array& elements) {
         at = output_.text(at, "[");
@@ -90,7 +90,7 @@ public:
     }
 
 private:
-    // A part of the functions that recurse: a call of its own would take its share of the stack.
+    // Inlined into the recursive functions, since a separate call would need stack of its own.
     template <class Container>
     [[gnu::always_inline]] inline Cursor write_items(Cursor at, const Container& items) {
         if (!items.empty()) {
@@ -104,7 +104,7 @@ private:
             --depth_;
             at = end_line(at);
         }
-        // An empty container holds its indentation between its brackets.
+        // An empty container has its indentation between its brackets.
         return indent(at);
     }
 
@@ -116,7 +116,7 @@ private:
         const auto& [name, value] = *member;
         at = output_.string(at, name);
         at = output_.text(at, ":");
-        // Members lie anywhere in memory. While the value is written, the next name is on its way.
+        // Members are scattered in memory: prefetch the next name while the value is written.
         if (++member != members.end()) {
             __builtin_prefetch(member->first.data());
         }

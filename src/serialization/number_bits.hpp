@@ -1,7 +1,7 @@
 /// @file
-/// The representation of a double or float, which tells what is to be known about it without
-/// floating-point arithmetic: that takes subnormal numbers for zero, raises flags and traps, all as
-/// the caller's environment says.
+/// The representation of a double or float, to examine it without floating-point arithmetic, which
+/// may flush subnormal numbers to zero, raise flags and trap, depending on the caller's
+/// environment.
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_NUMBER_BITS_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_NUMBER_BITS_HPP
 
@@ -12,8 +12,8 @@
 
 namespace foundation::json::detail {
 
-/// The bits of a number. Handed from call to call instead of the number itself, which may go by way
-/// of a register that changes a signalling NaN.
+/// The bits of a number. Functions pass the bits instead of the number, which may pass through a
+/// register that changes a signalling NaN.
 template <class Number>
 struct NumberBits {
     static_assert(std::numeric_limits<Number>::is_iec559);
@@ -44,12 +44,12 @@ struct NumberBits {
         return result;
     }
 
-    /// Ordered as the numbers without their signs are.
+    /// Ordered like the absolute values of the numbers.
     Word magnitude() const noexcept { return word & ((Word{1} << sign_bit) - 1); }
 
     bool is_finite() const noexcept { return magnitude() < infinity; }
 
-    /// As stored, 0 for zero and subnormal numbers.
+    /// As stored: 0 for zero and subnormal numbers.
     Word exponent() const noexcept { return word >> mantissa_bits & infinity >> mantissa_bits; }
 
     /// Of a normal number.

@@ -26,8 +26,8 @@ constexpr Formats float_plain{"%.6G", "%.9G"};
 constexpr Formats float_exponent{"%#.5E", "%#.8E"};
 constexpr Formats float_largest{"%#.5E", "%#.9E"};
 
-/// Whether both readers, the locale-independent one and the C library's, read the text as exactly
-/// this number. Either alone is not enough: in a locale with another radix character they differ.
+/// Whether both conversions, the locale-independent one and the C library's, read the text as
+/// exactly this number. In a locale with another radix character they differ, so one is not enough.
 template <class Number>
 bool round_trips(const char* text, Number number) {
     return static_cast<Number>(read_double(text, std::strlen(text))) == number &&
@@ -47,7 +47,7 @@ void format(NumberBuffer& buffer, const Formats& formats, Number number) {
 #pragma GCC diagnostic pop
 }
 
-/// Drops the leading zeros of the exponent, but for a last one: E+06 becomes E+6.
+/// Removes leading zeros of the exponent, but keeps one digit: E+06 becomes E+6.
 void trim_exponent(char* text) {
     char* const letter = std::strchr(text, 'E');
     if (letter == nullptr) {
@@ -58,9 +58,9 @@ void trim_exponent(char* text) {
     std::memmove(digits, digits + zeros, std::strlen(digits + zeros) + 1);
 }
 
-/// Drops the trailing zeros of the digits before the exponent, but for one right after the point.
-/// Only `.` counts as the point: where the locale has another radix character, all zeros go. The
-/// first digit is no zero.
+/// Removes trailing zeros of the digits before the exponent, but keeps one right after the point.
+/// Only `.` counts as the point: in a locale with another radix character, all zeros are removed.
+/// The first digit is not zero.
 void trim_mantissa(char* text) {
     char* const letter = std::strchr(text, 'E');
     char* end = letter;

@@ -1,7 +1,7 @@
 /// @file
-/// The text of doubles and floats: the shorter of two fixed precisions that reads back to exactly
-/// the same number, in plain notation below one million and in a trimmed exponent notation from one
-/// million up.
+/// The reference algorithm for the text of doubles and floats: the lower of two precisions at which
+/// the text reads back as the same number, in plain notation below one million, and with an
+/// exponent from one million on.
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_NUMBER_TEXT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_NUMBER_TEXT_HPP
 
@@ -12,15 +12,15 @@ namespace foundation::json::detail {
 /// Holds any text of number_text(), NUL-terminated.
 using NumberBuffer = char[80];
 
-/// The text of a number; a quoted one for NaN and the infinities.
+/// The text of a number, quoted for NaN and the infinities.
 ///
-/// Follows the radix character of the process's C locale and the direction of std::fegetround(),
-/// and nothing else of the floating-point environment, which is left as it was.
+/// Depends on the radix character of the C locale and the rounding direction of std::fegetround(),
+/// but on nothing else of the floating-point environment, which stays unchanged.
 /// @return the text, in the buffer or in static storage
 const char* number_text(NumberBuffer& buffer, NumberBits<double> bits);
 const char* number_text(NumberBuffer& buffer, NumberBits<float> bits);
 
-/// Fills the buffer with the text of a finite number, computing in the environment as it is.
+/// Writes the text of a finite number to the buffer, in the current floating-point environment.
 void format_double(NumberBuffer& buffer, const double& number);
 void format_float(NumberBuffer& buffer, const float& number);
 

@@ -44,15 +44,15 @@ void write_value(std::ostream& stream, const Value& value, bool pretty) {
     }
 }
 
-/// The buffer of a string stream that says so when it runs out of memory: those of some standard
-/// libraries only fail then.
+/// The buffer of a string stream that reports running out of memory: those of some standard
+/// libraries only fail.
 class TextBuffer : public std::streambuf {
 public:
     std::string take() { return std::move(text_); }
 
 protected:
     int_type overflow(int_type byte) override {
-        text_ += traits_type::to_char_type(byte); // streams ask for nothing else
+        text_ += traits_type::to_char_type(byte); // streams never pass the end of file
         return byte;
     }
 
@@ -65,7 +65,7 @@ private:
     std::string text_;
 };
 
-/// The text as a new string stream would have it, but that want of memory shows.
+/// The text as a new string stream would contain it, but reports running out of memory.
 std::string to_string_by_stream(const Value& value, bool pretty) {
     TextBuffer buffer;
     std::ostream stream(&buffer);

@@ -10,7 +10,7 @@ namespace foundation::json::detail {
 
 namespace {
 
-/// Gives a stream the flags again that it had, also when it throws.
+/// Restores the flags of a stream, also if it throws.
 class FlagsRestorer {
 public:
     explicit FlagsRestorer(std::ios_base& stream) : stream_(stream), flags_(stream.flags()) {}
@@ -28,7 +28,7 @@ private:
 StreamOutput::StreamOutput(std::ostream& stream, Failure failure)
     : stream_(stream), failure_(failure) {
     if (failure == Failure::silent) {
-        // Else the stream would keep want of memory to itself too.
+        // Otherwise the stream would hide running out of memory, too.
         stream.exceptions(std::ios_base::badbit);
     }
 }
@@ -49,9 +49,9 @@ void StreamOutput::insert(const Piece& piece) {
 }
 
 /// Ends an exception as a stream with an empty mask does: the stream stays bad, so that no later
-/// insertion writes anything. Such a stream does not end all of them: what is thrown where it does
-/// not look leaves it good, or came after the first. Nor is a thread's cancellation one to be
-/// ended; it is no exception of the language, of which there is none then.
+/// insertion writes anything. Passes exceptions on that such a stream does not catch, after which
+/// it is good, or was bad before. Also passes on the cancellation of a thread, which is not a C++
+/// exception: there is no current exception then.
 void StreamOutput::silence() {
     const bool thrown_by_stream = stream_.exceptions() != std::ios_base::goodbit && stream_.bad();
     if (!thrown_by_stream || std::current_exception() == nullptr) {
@@ -118,7 +118,7 @@ void StreamOutput::escaped(unsigned char byte) {
 }
 
 void StreamOutput::unicode_escape(unsigned char byte) {
-    // The fill character is meant to stay zero.
+    // The fill character stays zero on purpose.
     const FlagsRestorer flags(stream_);
     insert("\\u");
     stream_.width(4);

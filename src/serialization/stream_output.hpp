@@ -1,6 +1,5 @@
 /// @file
-/// Text onto a stream, piece by piece: what the text of a value means for every stream in every
-/// state.
+/// Text to a stream, piece by piece: the reference for every stream in every state.
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_STREAM_OUTPUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_STREAM_OUTPUT_HPP
 
@@ -13,20 +12,20 @@
 namespace foundation::json::detail {
 
 /// An output of the layout: one formatted insertion per piece. A field width pads the first piece
-/// and is used up by it, and the stream's flags and locale reach the integers.
+/// and is then reset; the stream's flags and locale affect the integers.
 class StreamOutput {
 public:
-    /// The stream knows itself where it is.
+    /// Empty, since the stream itself knows its position.
     struct Cursor {};
 
-    /// What becomes of an exception that an insertion meets.
+    /// What happens to an exception during an insertion.
     enum class Failure {
         as_the_stream_says, ///< the stream's exception mask decides
         silent,             ///< as with an empty mask, but that std::bad_alloc passes
     };
 
-    /// @param stream   where the text goes; if failures are to be silent one of the output's own,
-    ///                 whose exception mask it sets
+    /// @param stream   where to write; for silent failures a stream of the output's own, whose
+    ///                 exception mask it sets
     explicit StreamOutput(std::ostream& stream, Failure failure = Failure::as_the_stream_says);
 
     Cursor text(Cursor at, const char* piece);
@@ -38,7 +37,7 @@ public:
     Cursor line_end(Cursor at);
     Cursor spaces(Cursor at, std::size_t count);
 
-    /// Writes a byte as \u escape. The stream's flags shape the digits, and its fill character
+    /// Writes a byte as \u escape. The stream's flags affect the digits, and its fill character
     /// stays the digit zero.
     void unicode_escape(unsigned char byte);
 

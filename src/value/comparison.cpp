@@ -31,8 +31,8 @@ bool Undefined::operator<(const Undefined&) const noexcept {
 
 namespace {
 
-// The functions that recurse, one for each container, are kept apart from the visits of what they
-// hold, so that a level of nesting takes no more of the stack than a few words.
+// The recursive functions, one for each container, are separate from the visits of the content, so
+// that a level of nesting needs only a few words of stack.
 
 bool equal(const Array& left, const Array& right);
 bool equal(const Object& left, const Object& right);
@@ -99,7 +99,7 @@ int compare(const Scalar& left, const Scalar& right) {
     return static_cast<int>(right < left) - static_cast<int>(left < right);
 }
 
-/// Three-way comparison, negative, zero or positive, where zero says that neither is less.
+/// Three-way comparison: negative, zero or positive; zero means that neither is less.
 ///
 /// One three-way comparison per pair of elements keeps `<` linear: asking `a < b` and then `b < a`
 /// would double the work at every level of nesting.

@@ -20,7 +20,7 @@ struct ToInt : boost::static_visitor<int> {
     int operator()(bool flag) const { return flag ? 1 : 0; }
 
     int operator()(double number) const {
-        // NaN passes every range test, and casting it would be undefined.
+        // NaN passes every range check, and casting it would be undefined behaviour.
         if (std::isnan(number)) {
             return std::numeric_limits<int>::min();
         }

@@ -20,7 +20,7 @@ inline constexpr bool hardened = false;
 inline void require_index([[maybe_unused]] std::size_t index, [[maybe_unused]] std::size_t size) {
     if constexpr (hardened) {
         if (index >= size) {
-            // Shown as signed: what is out of range most often was a negative int.
+            // Shown as signed, since an index out of range often was a negative int.
             std::fprintf(stderr, "foundation::json: index %td is out of range of %zu elements\n",
                          static_cast<std::ptrdiff_t>(index), size);
             std::abort();

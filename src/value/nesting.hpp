@@ -5,12 +5,12 @@
 
 namespace foundation::json::detail {
 
-/// Counts the levels of nesting of copies, assignments and destructions in this thread, by living
-/// as long as each.
+/// Counts the levels of nesting of copies, assignments and destructions in this thread: one object
+/// exists per level.
 ///
-/// Left to variants, vectors and maps, these operations take a few hundred bytes of stack for every
-/// level. That is the fastest way and does for ordinary values. What lies beyond the ordinary
-/// levels goes by functions of ours that take little stack.
+/// Variants, vectors and maps by themselves need a few hundred bytes of stack for every level. That
+/// is the fastest way, and sufficient for ordinary values. Deeper levels are handled by functions
+/// of this library that need little stack.
 class NestingLevel {
 public:
     NestingLevel() noexcept { ++level; }
@@ -27,7 +27,8 @@ public:
 private:
     static constexpr int ordinary_levels = 100;
 
-    // Initial-exec, since the general way to a thread's variable costs more than copying a number.
+    // Initial-exec, since the general access to a thread's variable costs more than copying a
+    // number.
     [[gnu::tls_model("initial-exec")]] inline static thread_local int level = 0;
 };
 

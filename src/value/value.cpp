@@ -55,8 +55,8 @@ Value::Value(const Object& members) : variant_(members) {}
 
 namespace {
 
-// The functions that recurse are kept apart from those that do the work of a level, so that no more
-// of the stack than a few words is taken for each.
+// The recursive functions are separate from those that do the work of a level, so that each level
+// needs only a few words of stack.
 
 void copy_members(Array& target, const Array& source);
 void copy_members(Object& target, const Object& source);
@@ -177,7 +177,7 @@ struct CopyShallow : boost::static_visitor<Variant> {
     return visit(CopyShallow(), original);
 }
 
-/// A copy but, beyond the ordinary levels, for what is left to CopyDeferred.
+/// A copy; beyond the ordinary levels, CopyDeferred does the rest.
 Variant copy(const Value& original) {
     // The commonest kind takes no visit and no level.
     if (const auto* const number = get_if<double>(&original)) {
@@ -230,7 +230,7 @@ struct ClearContainer : boost::static_visitor<> {
     members.clear();
 }
 
-// Bottom up, so that what is left for each container's own clear() holds nothing but empty ones.
+// Bottom up, so that each container's own clear() only finds empty containers.
 
 [[gnu::noinline]] void clear_members(Array& elements) {
     for (Value& element : elements) {
@@ -246,8 +246,8 @@ struct ClearContainer : boost::static_visitor<> {
     clear(members);
 }
 
-/// Destroys the members of an object while that is counted as a level. A vector of values takes
-/// little stack to destroy, whatever the level.
+/// Destroys the members of an object, counted as a level. Destroying a vector of values needs
+/// little stack at any level.
 void destroy_members(Object& members) {
     const detail::NestingLevel level;
     if (level.beyond_ordinary()) {
@@ -267,8 +267,8 @@ Value::~Value() {
 
 namespace {
 
-/// Assigns one variant to another. When the kind would have become array or object and memory ran
-/// out, the variant has fallen back to a bool without a value of its own: give it one.
+/// Assigns one variant to another. If the kind would have become array or object and memory runs
+/// out, the variant falls back to an uninitialised bool, which is set to false here.
 template <class Variant, class Source>
 void assign(Variant& target, Source&& source) {
     try {
@@ -283,8 +283,8 @@ void assign(Variant& target, Source&& source) {
     }
 }
 
-// What a vector's assignment does, on little stack. All that it assigns by recursion is an array to
-// an array. What else lies deeper is copied, on little stack too, or not changed.
+// The effect of a vector's assignment, with little stack. It recurses only to assign an array to an
+// array. Everything else that lies deeper is copied, also with little stack, or not changed.
 
 void assign_elements(Array& target, const Array& source);
 
@@ -304,9 +304,8 @@ inline void assign_deep(Value& target, const Value& source) {
     }
 }
 
-/// Assigns elements without recursion: all that need more room than there is, or else those that
-/// come after the target's elements. Elements that the target has and the source has not are
-/// destroyed.
+/// Assigns elements without recursion: all of them if the capacity does not suffice, otherwise
+/// those after the target's elements. Excess elements of the target are destroyed.
 [[gnu::noinline]] void assign_rest(Array& target, const Array& source) {
     if (source.size() > target.capacity()) {
         target = source;
@@ -342,7 +341,7 @@ Value& Value::operator=(const Value& other) {
 }
 
 Value& Value::operator=(Value&& other) {
-    // A string moved into itself would come out empty.
+    // A string moved to itself would become empty.
     if (this != &other) {
         assign(variant_, std::move(other.variant_));
     }
