@@ -1,6 +1,5 @@
-# What the commands of this project share; to be sourced. Sets `root`, the project's folder, and
-# `builds`, where everything is built. Everything here is silent, or nearly so, when there is nothing
-# to do.
+# Functions that the commands of this project share; to be sourced. Sets `root`, the project's folder,
+# and `builds`, the folder of all builds. Prints almost nothing if there is nothing to do.
 set +o posix # bash started as sh
 set -euo pipefail
 
@@ -8,13 +7,13 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 builds=${FOUNDATION_JSON_BUILD_FOLDER:-$root/build}
 [[ $builds == /* ]] || builds=$PWD/$builds
 
-# What it takes to build the library and the demonstration, what the tests add to that, and what they
-# do without where it is not to be had.
+# What the library and the demonstration need, what the tests need in addition, and what they can do
+# without.
 build_needs=(compiler cmake ninja boost icu fast_float)
 test_needs=(gtest pkg-config localedef nm python3)
 test_wishes=(gdb meson)
 
-# Per line: a need, what people call it, and Debian's package of it.
+# Per line: a need, its name for people, and its Debian package.
 readonly known_needs="\
 abidw        | libabigail               | abigail-tools
 benchmark    | Google Benchmark         | libbenchmark-dev
@@ -48,12 +47,12 @@ fail() {
     exit "${2:-1}"
 }
 
-# need_field NEED NUMBER prints a part of a need's line.
+# need_field NEED NUMBER prints a field of a need's line.
 need_field() {
     awk -F ' *[|] *' -v need="$1" -v number="$2" '$1 == need { print $number }' <<<"$known_needs"
 }
 
-# make_builds makes the folder of the builds.
+# make_builds creates the folder of the builds.
 make_builds() {
     { mkdir -p "$builds" && [[ -w $builds ]]; } 2>/dev/null ||
         fail "cannot write to $builds; FOUNDATION_JSON_BUILD_FOLDER may name another folder to build in"
@@ -61,7 +60,7 @@ make_builds() {
 
 # ---- What there is -------------------------------------------------------------------------
 
-# compiles COMMAND: it makes programs of C++17.
+# compiles COMMAND: whether it compiles C++17.
 compiles() {
     local program status=0
     program=$(mktemp)
@@ -88,7 +87,7 @@ find_compiler() {
     return 1
 }
 
-# makes_locales: localedef has the source of a locale, wherever that may be.
+# makes_locales: whether localedef finds the source of a locale.
 makes_locales() {
     local folder status=0
     folder=$(mktemp -d)
@@ -97,7 +96,7 @@ makes_locales() {
     return "$status"
 }
 
-# is_there NEED, which is no library.
+# is_there NEED: whether a need other than a library is there.
 is_there() {
     case $1 in
         compiler) find_compiler ;;
@@ -117,8 +116,8 @@ is_there() {
     esac
 }
 
-# probe_libraries NEED... prints those that can be used. What was found stays so as long as its
-# header does and nothing else is asked for by the environment.
+# probe_libraries NEED... prints those that can be used. A result stays valid while the library's
+# header exists and the environment asks for the same settings.
 probe_libraries() {
     local -r known=$builds/libraries
     local key name path missing=()
@@ -138,8 +137,8 @@ probe_libraries() {
     cut -d ' ' -f 1 "$builds/probe.txt"
 }
 
-# look_for NEED... sets `missing` to those that are not there. It takes tools to look for libraries;
-# without them, these count as missing.
+# look_for NEED... sets `missing` to those that are not there. Without the tools to look for libraries,
+# all libraries count as missing.
 missing=()
 look_for() {
     local name found libraries=()
@@ -162,8 +161,8 @@ look_for() {
 
 # ---- What is installed ---------------------------------------------------------------------
 
-# apt_install PACKAGE... tries to install packages. Nothing that is installed is removed or replaced.
-# `obstacle` says what stood in the way, if something did.
+# apt_install PACKAGE... tries to install packages. It does not remove or replace installed packages.
+# If it fails, `obstacle` says why.
 obstacle=
 apt_updated=
 apt_install() {
@@ -189,8 +188,8 @@ apt_install() {
         -o DPkg::Lock::Timeout=120 "$@" >>"$log" 2>&1 </dev/null || true
 }
 
-# install_missing installs the packages of what look_for found missing: first of tools only, if some
-# are, since it takes these to see which libraries are there.
+# install_missing installs the packages of what look_for found missing: if tools are missing, only
+# these, since they are needed to look for libraries.
 install_missing() {
     local name tools=() libraries=()
     for name in "${missing[@]}"; do
@@ -202,7 +201,7 @@ install_missing() {
     if ((${#tools[@]})); then apt_install "${tools[@]}"; else apt_install "${libraries[@]}"; fi
 }
 
-# missing_text names what look_for found missing, and Debian's packages of it.
+# missing_text names what look_for found missing, with Debian's packages.
 missing_text() {
     local name text=
     for name in "${missing[@]}"; do
@@ -211,7 +210,7 @@ missing_text() {
     echo "$text"
 }
 
-# provide NEED... looks for these, and installs what is missing as far as it can.
+# provide NEED... looks for these, and installs what is missing, as far as possible.
 provide() {
     local lock _
     make_builds
@@ -233,7 +232,7 @@ need() {
     ((${#missing[@]} == 0)) || fail "$obstacle; missing: $(missing_text)"
 }
 
-# wish NEED... goes on without what is not there and cannot be installed.
+# wish NEED... continues without those that are not there and cannot be installed.
 wish() {
     provide "$@"
     ((${#missing[@]} == 0)) || echo "${0##*/}: going on without $(missing_text): $obstacle" >&2
@@ -248,8 +247,8 @@ missing_packages() {
     done
 }
 
-# install_packages PACKAGE... installs those that are missing, or fails naming them: for what is
-# particular to Debian.
+# install_packages PACKAGE... installs those that are missing, or fails and names them. For tools that
+# only Debian has.
 install_packages() {
     local missing
     mapfile -t missing < <(missing_packages "$@")
@@ -262,8 +261,8 @@ install_packages() {
 
 # ---- Building ------------------------------------------------------------------------------
 
-# is_usable FOLDER COMPILER: what was configured there is of this project and for this compiler. A
-# build folder that was copied along with the project from elsewhere is of no use.
+# is_usable FOLDER COMPILER: whether the folder was configured for this project and compiler. A build
+# folder that was copied along with the project cannot be used.
 is_usable() {
     local -r cache=$1/CMakeCache.txt
     [[ -f $cache ]] || return 0
