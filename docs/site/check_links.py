@@ -45,7 +45,8 @@ def main():
             place = urllib.parse.unquote(address.fragment)
             if not file.is_file() or (place and file in pages and place not in pages[file].ids):
                 problems.append(f"{name} has a link that leads nowhere: {target}")
-    print("\n".join(dict.fromkeys(problems)))
+    for problem in dict.fromkeys(problems):
+        print(problem)
     return 1 if problems or not pages else 0
 
 
