@@ -285,9 +285,9 @@ std::string outcome(const StreamState& state, const Write& write) {
 void write_by_pieces(std::ostream& stream, const Value& value, bool pretty) {
     detail::StreamOutput output(stream);
     if (pretty) {
-        detail::Layout<detail::StreamOutput, true>(output).write({}, value);
+        detail::LayoutWriter<detail::StreamOutput, true>(output).write({}, value);
     } else {
-        detail::Layout<detail::StreamOutput, false>(output).write({}, value);
+        detail::LayoutWriter<detail::StreamOutput, false>(output).write({}, value);
     }
 }
 
