@@ -192,22 +192,26 @@ struct Contender {
     }
     static double number(const Node& node) { return foundation::json::get<double>(node); }
     template <class Leaves>
-    static void find_leaves(const Node& node, Leaves& leaves) {
+    static void find_leaves(Node& node, Leaves& leaves) {
         using namespace foundation::json;
         switch (kind_of(node)) {
         case Kind::array:
-            for (const Node& element : get<Array>(node)) {
+            for (Node& element : get<Array>(node)) {
                 find_leaves(element, leaves);
             }
             break;
         case Kind::object:
-            for (const auto& member : get<Object>(node)) {
+            for (auto& member : get<Object>(node)) {
                 find_leaves(member.second, leaves);
             }
             break;
         case Kind::string:
             leaves.strings.push_back(&node);
             break;
+        case Kind::int64:
+        case Kind::uint64:
+            node = foundation::json::number<double>(node);
+            [[fallthrough]];
         case Kind::number:
             leaves.numbers.push_back(&node);
             break;
