@@ -415,7 +415,10 @@ public:
 
     /// The new member of that name; mostly they come in order.
     static Value& add_member(Object& object, std::string_view name) {
-        return object.try_emplace(object.end(), std::string(name))->second;
+        return object
+            .emplace_hint(object.end(), std::piecewise_construct, std::forward_as_tuple(name),
+                          std::tuple<>())
+            ->second;
     }
 
 private:
