@@ -184,12 +184,10 @@ void ValueStream::Implementation::forget_before(std::size_t position) {
     const std::size_t kept = std::min(position, detail::most_quoted);
     const std::size_t forgotten = position - kept;
     if (forgotten >= text_.size() / 2 && forgotten != 0) {
-        if (forgotten > known_at_) {
-            known_.advance(text().substr(known_at_, forgotten - known_at_));
-            known_at_ = forgotten;
-        }
+        const std::size_t known = std::max(known_at_, forgotten);
+        known_.advance(text().substr(known_at_, known - known_at_));
         text_.erase(0, forgotten);
-        known_at_ -= forgotten;
+        known_at_ = known - forgotten;
         value_ -= forgotten;
         end_ -= forgotten;
     }
