@@ -49,22 +49,22 @@ void check_number(const test::Environment& environment, const Number& number) {
         std::fesetround(environment.direction);
         expected = test::expected_number_text(number);
     }
-    std::string plain;
+    std::string reference;
     std::string fast = expected;
     std::string either = expected;
     const int flags = test::flags_raised_in(environment, [&] {
         detail::NumberBuffer buffer;
-        plain = detail::number_text(buffer, bits);
+        reference = detail::number_text(buffer, bits);
         if (detail::fast_number_text_applies()) {
             char room[detail::fast_number_room];
             char* const text = room;
-            either.assign(text, detail::fast_or_plain_number_text(text, bits));
+            either.assign(text, detail::fast_or_reference_number_text(text, bits));
             if (char* const end = detail::fast_number_text(text, bits)) {
                 fast.assign(text, end);
             }
         }
     });
-    expect_equal(plain, expected, "the plain text of a number");
+    expect_equal(reference, expected, "the reference text of a number");
     expect_equal(fast, expected, "the fast text of a number");
     expect_equal(either, expected, "the text of a number");
     expect(flags == 0, "no flag is raised: " + test::name_of(environment));

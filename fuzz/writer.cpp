@@ -293,7 +293,7 @@ void write_by_pieces(std::ostream& stream, const Value& value, bool pretty) {
 
 void check_streams(const StreamState& state, const Tree& tree, const Value& value, bool pretty) {
     const std::string expected = outcome(
-        state, [&](std::ostream& stream) { test::PlainWriter(stream, pretty).write(tree); });
+        state, [&](std::ostream& stream) { test::ReferenceWriter(stream, pretty).write(tree); });
     expect_equal(outcome(state,
                          [&](std::ostream& stream) {
                              Serializer serializer;
@@ -310,7 +310,7 @@ void check_strings(const StreamState& state, const Tree& tree, const Value& valu
     std::ostringstream stream;
     std::string text;
     test::flags_raised_in(state.arithmetic, [&] {
-        test::PlainWriter(stream, pretty).write(tree);
+        test::ReferenceWriter(stream, pretty).write(tree);
         text = pretty ? pretty_print(value) : serialize(value);
     });
     expect_equal(text, stream.str(), "the text as a string");

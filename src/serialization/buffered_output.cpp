@@ -15,7 +15,7 @@ char* BufferedOutput<Sink>::real_number(Cursor at, NumberBits<Number> bits) {
     if (!has_room(at, fast_number_room)) {
         return real_number_in_new_room(at, bits);
     }
-    return fast_or_plain_number_text(at, bits);
+    return fast_or_reference_number_text(at, bits);
 }
 
 /// Separate from the common case, which then need not save registers.
@@ -23,7 +23,7 @@ template <class Sink>
 template <class Number>
 [[gnu::noinline]] char* BufferedOutput<Sink>::real_number_in_new_room(Cursor at,
                                                                       NumberBits<Number> bits) {
-    return fast_or_plain_number_text(sink().make_room(at), bits);
+    return fast_or_reference_number_text(sink().make_room(at), bits);
 }
 
 template <class Sink>
@@ -173,16 +173,16 @@ bool writes_as_classic(const std::locale& locale) {
 bool BufferedStreamOutput::applies_to(const std::ostream& stream) {
     const std::ios_base::fmtflags shaping =
         std::ios_base::basefield | std::ios_base::showpos | std::ios_base::unitbuf;
-    const bool plain = stream.good() && stream.width() == 0 && stream.tie() == nullptr &&
-                       (stream.flags() & shaping) == std::ios_base::dec;
-    if (!plain) {
+    const bool ordinary = stream.good() && stream.width() == 0 && stream.tie() == nullptr &&
+                          (stream.flags() & shaping) == std::ios_base::dec;
+    if (!ordinary) {
         return false;
     }
     return writes_as_classic(stream.getloc());
 }
 
 BufferedStreamOutput::BufferedStreamOutput(std::ostream& stream) noexcept
-    : stream_(stream), plain_(stream) {
+    : stream_(stream), by_pieces_(stream) {
     end_ = buffer_ + sizeof buffer_;
 }
 
@@ -203,14 +203,14 @@ char* BufferedStreamOutput::pass(Cursor at, const char* text, std::size_t size) 
 
 char* BufferedStreamOutput::line_end(Cursor at) {
     at = hand_over(at);
-    plain_.line_end({});
+    by_pieces_.line_end({});
     return at;
 }
 
 char* BufferedStreamOutput::unicode_escape(Cursor at, unsigned char byte) {
     // This changes the stream's fill character, and uses up its width if the stream has failed.
     at = hand_over(at);
-    plain_.unicode_escape(byte);
+    by_pieces_.unicode_escape(byte);
     return at;
 }
 

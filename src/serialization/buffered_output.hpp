@@ -159,7 +159,7 @@ private:
     Cursor unicode_escape(Cursor at, unsigned char byte);
 
     std::ostream& stream_;
-    StreamOutput plain_;
+    StreamOutput by_pieces_;
     char buffer_[8192];
 };
 

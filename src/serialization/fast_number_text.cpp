@@ -18,7 +18,7 @@ namespace {
 
 /// Separate from the fast path, which needs no such buffer.
 template <class Number>
-[[gnu::noinline]] char* plain_number_text(char* out, NumberBits<Number> bits) noexcept {
+[[gnu::noinline]] char* reference_number_text(char* out, NumberBits<Number> bits) noexcept {
     NumberBuffer buffer;
     const char* const text = number_text(buffer, bits);
     return std::copy_n(text, std::strlen(text), out);
@@ -452,12 +452,12 @@ char* fast_number_text(char* out, NumberBits<float> bits) noexcept {
     return write_number(out, bits, leave);
 }
 
-char* fast_or_plain_number_text(char* out, NumberBits<double> bits) noexcept {
-    return write_number(out, bits, plain_number_text);
+char* fast_or_reference_number_text(char* out, NumberBits<double> bits) noexcept {
+    return write_number(out, bits, reference_number_text);
 }
 
-char* fast_or_plain_number_text(char* out, NumberBits<float> bits) noexcept {
-    return write_number(out, bits, plain_number_text);
+char* fast_or_reference_number_text(char* out, NumberBits<float> bits) noexcept {
+    return write_number(out, bits, reference_number_text);
 }
 
 char* fast_integer_text(char* out, unsigned long long number) noexcept {
@@ -485,12 +485,12 @@ char* fast_number_text(char*, NumberBits<float>) noexcept {
     return nullptr;
 }
 
-char* fast_or_plain_number_text(char* out, NumberBits<double> bits) noexcept {
-    return plain_number_text(out, bits);
+char* fast_or_reference_number_text(char* out, NumberBits<double> bits) noexcept {
+    return reference_number_text(out, bits);
 }
 
-char* fast_or_plain_number_text(char* out, NumberBits<float> bits) noexcept {
-    return plain_number_text(out, bits);
+char* fast_or_reference_number_text(char* out, NumberBits<float> bits) noexcept {
+    return reference_number_text(out, bits);
 }
 
 char* fast_integer_text(char* out, unsigned long long number) noexcept {

@@ -24,8 +24,8 @@ char* fast_number_text(char* out, NumberBits<double> bits) noexcept;
 char* fast_number_text(char* out, NumberBits<float> bits) noexcept;
 
 /// The same for every number: by the reference algorithm where necessary.
-char* fast_or_plain_number_text(char* out, NumberBits<double> bits) noexcept;
-char* fast_or_plain_number_text(char* out, NumberBits<float> bits) noexcept;
+char* fast_or_reference_number_text(char* out, NumberBits<double> bits) noexcept;
+char* fast_or_reference_number_text(char* out, NumberBits<float> bits) noexcept;
 
 /// Writes an integer in decimal, in the same room.
 /// @return the end of the text, of at most 20 characters

@@ -235,7 +235,7 @@ TEST(Allocations, OfWritingOntoAStreamAreNone) {
                 << sample.kind;
         }
     }
-    stream.flags(std::ios_base::hex); // the plain way, piece by piece
+    stream.flags(std::ios_base::hex); // the way of the reference, piece by piece
     EXPECT_EQ(allocations_of([&] { write(stream, large); }), 0u);
     EXPECT_TRUE(stream.good());
 }

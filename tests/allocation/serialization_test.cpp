@@ -124,7 +124,7 @@ void throwing_bad_alloc(Write write_onto) {
     }
 }
 
-/// A width sends text the plain way, piece by piece, where nothing else does.
+/// A width sends text the way of the reference, piece by piece, where nothing else does.
 constexpr std::streamsize widths[] = {0, 1};
 
 /// Expects the first part of a text, or all of it.

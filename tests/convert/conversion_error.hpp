@@ -1,5 +1,5 @@
 /// @file
-/// What a conversion complains about, and where.
+/// The message of a failed conversion, with its place.
 #ifndef FOUNDATION_JSON_TESTS_CONVERT_CONVERSION_ERROR_HPP
 #define FOUNDATION_JSON_TESTS_CONVERT_CONVERSION_ERROR_HPP
 

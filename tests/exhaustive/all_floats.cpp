@@ -1,5 +1,5 @@
 /// @file
-/// Compares the fast text of every float there is with that of the plain rule.
+/// Compares the text of every float by the fast path with that of the reference algorithm.
 ///
 /// Usage: all_floats [THREADS [FIRST [LAST]]]
 ///
@@ -27,7 +27,7 @@ constexpr std::uint64_t block = 1 << 20;
 
 std::atomic<std::uint64_t> next_block;
 std::atomic<std::uint64_t> compared;
-std::atomic<std::uint64_t> left_to_the_plain_rule;
+std::atomic<std::uint64_t> left_to_the_reference;
 std::atomic<std::uint64_t> differences;
 
 void compare(std::uint32_t bits) {
@@ -37,14 +37,14 @@ void compare(std::uint32_t bits) {
     const char* const end = fast_number_text(fast, NumberBits(number));
     ++compared;
     if (end == nullptr) {
-        ++left_to_the_plain_rule;
+        ++left_to_the_reference;
         return;
     }
     const std::string_view text(fast, static_cast<std::size_t>(end - fast));
     NumberBuffer buffer;
-    if (const char* const plain = number_text(buffer, NumberBits(number)); text != plain) {
+    if (const char* const reference = number_text(buffer, NumberBits(number)); text != reference) {
         ++differences;
-        std::printf("%08x: plain %s, fast %.*s\n", static_cast<unsigned>(bits), plain,
+        std::printf("%08x: reference %s, fast %.*s\n", static_cast<unsigned>(bits), reference,
                     static_cast<int>(text.size()), text.data());
     }
 }
@@ -97,10 +97,10 @@ int main(int argc, char** argv) {
         worker.join();
     }
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-    std::printf("%llu floats compared in %.0f s, %llu of them left to the plain rule, "
+    std::printf("%llu floats compared in %.0f s, %llu of them left to the reference algorithm, "
                 "%llu differences\n",
                 static_cast<unsigned long long>(compared), seconds.count(),
-                static_cast<unsigned long long>(left_to_the_plain_rule),
+                static_cast<unsigned long long>(left_to_the_reference),
                 static_cast<unsigned long long>(differences));
     return differences == 0 ? 0 : 1;
 }

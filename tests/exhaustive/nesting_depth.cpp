@@ -97,14 +97,14 @@ class Discard : public std::streambuf {
     std::streamsize xsputn(const char*, std::streamsize count) override { return count; }
 };
 
-enum class Path { fast, plain };
+enum class Path { fast, reference };
 
 /// Writes the value onto a stream of which the fast way of writing can make nothing, if that way is
 /// not meant.
 void write(const Value& value, bool pretty, Path path) {
     Discard discard;
     std::ostream stream(&discard);
-    if (path == Path::plain) {
+    if (path == Path::reference) {
         stream << std::showpos;
     }
     Serializer serializer;
@@ -128,9 +128,9 @@ const NamedOperation operations[] = {
     {"serialize, parse, serialize", [](Value* a, Value*) { result = reads_text_of(*a); }},
     {"parse what is cut off", [](Value* a, Value*) { result = refuses_part_of(*a); }},
     {"write compact", [](Value* a, Value*) { write(*a, false, Path::fast); }},
-    {"write compact, plain way", [](Value* a, Value*) { write(*a, false, Path::plain); }},
+    {"write compact, reference", [](Value* a, Value*) { write(*a, false, Path::reference); }},
     {"write pretty", [](Value* a, Value*) { write(*a, true, Path::fast); }, a_hundred_thousand},
-    {"write pretty, plain way", [](Value* a, Value*) { write(*a, true, Path::plain); },
+    {"write pretty, reference", [](Value* a, Value*) { write(*a, true, Path::reference); },
      a_hundred_thousand},
     {"copy", [](Value* a, Value*) { new Value(*a); }},
     {"copy assignment, same shape", [](Value* a, Value* b) { *a = *b; }},

@@ -82,7 +82,7 @@ auto write_pieces(Output& output, typename Output::Cursor at, const Pieces& piec
     return output.text(at, "]");
 }
 
-void write_plainly(std::ostream& stream, const Pieces& pieces) {
+void write_by_the_reference(std::ostream& stream, const Pieces& pieces) {
     StreamOutput output(stream);
     write_pieces(output, {}, pieces);
 }
@@ -115,13 +115,13 @@ std::string outcome(ProbeStream& stream, const std::function<void(std::ostream&)
 
 /// Expects the same text of all three outputs.
 void expect_same_text(const Pieces& pieces) {
-    ProbeStream plain;
+    ProbeStream reference;
     ProbeStream buffered;
     const std::string expected =
-        outcome(plain, [&](std::ostream& stream) { write_plainly(stream, pieces); });
+        outcome(reference, [&](std::ostream& stream) { write_by_the_reference(stream, pieces); });
     EXPECT_EQ(outcome(buffered, [&](std::ostream& stream) { write_buffered(stream, pieces); }),
               expected);
-    EXPECT_EQ(string_text(pieces), plain.bytes());
+    EXPECT_EQ(string_text(pieces), reference.bytes());
 }
 
 // ---- Texts ---------------------------------------------------------------------------------
@@ -138,7 +138,7 @@ TEST(BufferedOutput, WritesEveryPiece) {
     expect_same_text(pieces);
 }
 
-TEST(BufferedOutput, HasThePlainTextOfNumbersThatTheFastOneLeavesOut) {
+TEST(BufferedOutput, HasTheReferenceTextOfNumbersThatTheFastOneLeavesOut) {
     EXPECT_EQ(string_text({5e-324, 2.2250738585072009e-308, FLT_MAX, -FLT_MAX, 1.4e-45f, 1e-40f,
                            -2.5e-310}),
               "4.94065645841247E-324"
@@ -264,20 +264,20 @@ TEST(BufferedOutput, KeepsTheOrderThroughManyBuffers) {
 
 template <bool Pretty>
 void expect_same_text_of_value(const Value& value) {
-    ProbeStream plain;
-    StreamOutput plain_output(plain);
-    LayoutWriter<StreamOutput, Pretty>(plain_output).write({}, value);
+    ProbeStream reference;
+    StreamOutput reference_output(reference);
+    LayoutWriter<StreamOutput, Pretty>(reference_output).write({}, value);
 
     ProbeStream buffered;
     BufferedStreamOutput buffered_output(buffered);
     buffered_output.finish(LayoutWriter<BufferedStreamOutput, Pretty>(buffered_output)
                                .write(buffered_output.start(), value));
-    EXPECT_EQ(buffered.log(), plain.log());
-    EXPECT_EQ(buffered.fill(), plain.fill());
+    EXPECT_EQ(buffered.log(), reference.log());
+    EXPECT_EQ(buffered.fill(), reference.fill());
 
     StringOutput string;
     EXPECT_EQ(string.take(LayoutWriter<StringOutput, Pretty>(string).write(string.start(), value)),
-              plain.bytes());
+              reference.bytes());
 }
 
 TEST(BufferedOutput, IndentsDeeplyNestedValues) {
@@ -291,7 +291,7 @@ TEST(BufferedOutput, IndentsDeeplyNestedValues) {
     expect_same_text_of_value<false>(value);
 }
 
-TEST(RandomBufferedOutput, HasThePlainTextOfValues) {
+TEST(RandomBufferedOutput, HasTheReferenceTextOfValues) {
     const std::uint64_t seed = test::random_seed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     test::RandomTrees trees(seed, test::RandomTrees::Kinds::all);
@@ -348,7 +348,7 @@ private:
     }
 };
 
-TEST(RandomBufferedOutput, ShowsAnyStreamThatItAppliesToWhatThePlainOneShows) {
+TEST(RandomBufferedOutput, ShowsAnyStreamThatItAppliesToWhatTheReferenceShows) {
     const std::uint64_t seed = test::random_seed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     RandomPieces random(seed);
@@ -381,7 +381,7 @@ TEST(RandomBufferedOutput, ShowsAnyStreamThatItAppliesToWhatThePlainOneShows) {
             EXPECT_TRUE(BufferedStreamOutput::applies_to(stream));
             return outcome(stream, [&](std::ostream& s) { write(s, pieces); });
         };
-        EXPECT_EQ(outcome_of(write_buffered), outcome_of(write_plainly));
+        EXPECT_EQ(outcome_of(write_buffered), outcome_of(write_by_the_reference));
     }
 }
 

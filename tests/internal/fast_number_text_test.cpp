@@ -1,6 +1,6 @@
 /// @file
-/// The fast text of numbers: the same as by the plain rule, for every number that is not left to
-/// it.
+/// The text of numbers by the fast path: the same as by the reference algorithm, for every number
+/// that is not left to it.
 #include "serialization/fast_number_text.hpp"
 
 #include "serialization/number_text.hpp"
@@ -71,19 +71,19 @@ TEST(FastIntegerText, HasAsManyDigitsAsTheNumber) {
 
 // ---- Helpers -------------------------------------------------------------------------------
 
-const char left_to_the_plain_rule[] = "(left to the plain rule)";
+const char left_to_the_reference[] = "(left to the reference algorithm)";
 
 template <class Number>
 std::string fast_text(Number number) {
     char text[fast_number_room];
     char* const end = fast_number_text(text, NumberBits(number));
-    return end != nullptr ? std::string(text, end) : left_to_the_plain_rule;
+    return end != nullptr ? std::string(text, end) : left_to_the_reference;
 }
 
 #if defined(__SIZEOF_INT128__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
 
-/// Compares the fast text of a number with the plain one, which may be all there is only where that
-/// is expected.
+/// Compares the fast text of a number with that of the reference algorithm, which may be the only
+/// one where that is expected.
 template <class Number>
 void compare_one(Number number, bool may_be_left) {
     char fast[fast_number_room];
@@ -92,14 +92,14 @@ void compare_one(Number number, bool may_be_left) {
         return;
     }
     NumberBuffer buffer;
-    const char* const plain = number_text(buffer, NumberBits(number));
+    const char* const reference = number_text(buffer, NumberBits(number));
     if (end == nullptr) {
-        ADD_FAILURE() << plain << " was left to the plain rule";
+        ADD_FAILURE() << reference << " was left to the reference algorithm";
         return;
     }
     const std::string_view text(fast, static_cast<std::size_t>(end - fast));
-    if (text != plain) {
-        ADD_FAILURE() << "fast " << text << ", plain " << plain;
+    if (text != reference) {
+        ADD_FAILURE() << "fast " << text << ", reference " << reference;
     }
 }
 
@@ -152,7 +152,7 @@ bool has_text_between_numbers(Number number, int digits) {
     return false;
 }
 
-/// Whether the plain rule may have to serve a number.
+/// Whether the reference algorithm may have to serve a number.
 template <class Number>
 bool may_be_left(Number number) {
     using L = Limits<Number>;
@@ -363,30 +363,30 @@ TEST(FastFloatText, IsThatOfTheRule) {
     }
 }
 
-TEST(FastNumberText, LeavesSubnormalNumbersAndTheLargestFloatToThePlainRule) {
+TEST(FastNumberText, LeavesSubnormalNumbersAndTheLargestFloatToTheReferenceAlgorithm) {
     for (const double number : {5e-324, 1e-310, 2.2250738585072009e-308}) {
-        EXPECT_EQ(fast_text(number), left_to_the_plain_rule);
-        EXPECT_EQ(fast_text(-number), left_to_the_plain_rule);
+        EXPECT_EQ(fast_text(number), left_to_the_reference);
+        EXPECT_EQ(fast_text(-number), left_to_the_reference);
     }
     for (const float number : {1.4e-45f, 1e-40f, 1.17549421e-38f, FLT_MAX}) {
-        EXPECT_EQ(fast_text(number), left_to_the_plain_rule);
-        EXPECT_EQ(fast_text(-number), left_to_the_plain_rule);
+        EXPECT_EQ(fast_text(number), left_to_the_reference);
+        EXPECT_EQ(fast_text(-number), left_to_the_reference);
     }
 }
 
-/// Numbers that the arithmetic leaves, and their texts by the plain rule.
+/// Numbers that the arithmetic leaves, and their texts by the reference algorithm.
 template <class Number>
-void expect_left_to_the_plain_rule(const std::vector<std::pair<Number, std::string>>& cases) {
+void expect_left_to_the_reference(const std::vector<std::pair<Number, std::string>>& cases) {
     for (const auto& [number, text] : cases) {
-        EXPECT_EQ(fast_text(number), left_to_the_plain_rule) << text;
-        EXPECT_EQ(fast_text(-number), left_to_the_plain_rule) << text;
+        EXPECT_EQ(fast_text(number), left_to_the_reference) << text;
+        EXPECT_EQ(fast_text(-number), left_to_the_reference) << text;
         NumberBuffer buffer;
         EXPECT_STREQ(number_text(buffer, NumberBits(number)), text.c_str());
     }
 }
 
-TEST(FastNumberText, LeavesNumbersHalfWayBetweenTextsToThePlainRule) {
-    expect_left_to_the_plain_rule<double>({
+TEST(FastNumberText, LeavesNumbersHalfWayBetweenTextsToTheReferenceAlgorithm) {
+    expect_left_to_the_reference<double>({
         {562949953421312.125, "5.6294995342131212E+14"},
         {562949953421312.375, "5.6294995342131238E+14"},
         {1125899906842624.25, "1.1258999068426242E+15"},
@@ -394,14 +394,14 @@ TEST(FastNumberText, LeavesNumbersHalfWayBetweenTextsToThePlainRule) {
         {0x1p-25, "2.9802322387695312E-8"},
         {0x3p-25, "8.9406967163085938E-8"},
     });
-    expect_left_to_the_plain_rule<float>({
+    expect_left_to_the_reference<float>({
         {999999.9375f, "999999.938"},
         {0x1p-14f, "6.10351562E-5"},
     });
 }
 
-TEST(FastNumberText, LeavesNumbersWithATextHalfWayToTheNextToThePlainRule) {
-    expect_left_to_the_plain_rule<double>({
+TEST(FastNumberText, LeavesNumbersWithATextHalfWayToTheNextToTheReferenceAlgorithm) {
+    expect_left_to_the_reference<double>({
         {1e23, "1.0E+23"},
         {std::nextafter(1e23, HUGE_VAL), "1.0000000000000001E+23"},
     });
@@ -422,7 +422,7 @@ struct NumberNames {
 using Numbers = testing::Types<double, float>;
 TYPED_TEST_SUITE(FastNumberText, Numbers, NumberNames);
 
-TYPED_TEST(FastNumberText, IsThePlainTextAroundEveryPowerOfTenAndItsMultiples) {
+TYPED_TEST(FastNumberText, IsTheReferenceTextAroundEveryPowerOfTenAndItsMultiples) {
     using L = Limits<TypeParam>;
     for (int power = L::lowest_power_of_ten; power <= L::highest_power_of_ten; ++power) {
         for (int factor = 1; factor <= 9; ++factor) {
@@ -435,7 +435,7 @@ TYPED_TEST(FastNumberText, IsThePlainTextAroundEveryPowerOfTenAndItsMultiples) {
     }
 }
 
-TYPED_TEST(FastNumberText, IsThePlainTextWhereRoundingCarries) {
+TYPED_TEST(FastNumberText, IsTheReferenceTextWhereRoundingCarries) {
     using L = Limits<TypeParam>;
     for (int power = L::lowest_power_of_ten; power < L::highest_power_of_ten; ++power) {
         std::string nines = "9.";
@@ -448,7 +448,7 @@ TYPED_TEST(FastNumberText, IsThePlainTextWhereRoundingCarries) {
 }
 
 // Every exponent, and so every power of ten and every shift that the arithmetic knows.
-TYPED_TEST(FastNumberText, IsThePlainTextForEveryBinaryExponent) {
+TYPED_TEST(FastNumberText, IsTheReferenceTextForEveryBinaryExponent) {
     using Limit = std::numeric_limits<TypeParam>;
     std::mt19937_64 random(Limit::digits);
     std::uniform_real_distribution<TypeParam> mantissa(1, 2);
@@ -461,7 +461,7 @@ TYPED_TEST(FastNumberText, IsThePlainTextForEveryBinaryExponent) {
     }
 }
 
-TYPED_TEST(FastNumberText, IsThePlainTextAroundTheBoundariesOfTheNotations) {
+TYPED_TEST(FastNumberText, IsTheReferenceTextAroundTheBoundariesOfTheNotations) {
     for (const double boundary :
          {1e-5,       1e-4, 1e-3, 0.01, 0.1,  1.0,  10.0,   1e5,    1e6,    1e7,
           16777216.0, 1e9,  1e14, 1e15, 1e16, 1e17, 0x1p52, 0x1p53, 0x1p63, 0x1p64}) {
@@ -475,7 +475,7 @@ TYPED_TEST(FastNumberText, IsThePlainTextAroundTheBoundariesOfTheNotations) {
 
 // Half way cases exist only where the number has one digit more than the format, a five, so that it
 // is an odd multiple of a power of 2 times a power of 5 that brings it to that many digits.
-TYPED_TEST(FastNumberText, IsThePlainTextHalfWayBetweenDecimals) {
+TYPED_TEST(FastNumberText, IsTheReferenceTextHalfWayBetweenDecimals) {
     using L = Limits<TypeParam>;
     for (const int digits : {L::few_digits, 16, L::many_digits}) {
         for (int power = 1; power < 28; ++power) {
@@ -490,7 +490,7 @@ TYPED_TEST(FastNumberText, IsThePlainTextHalfWayBetweenDecimals) {
     }
 }
 
-TYPED_TEST(FastNumberText, IsThePlainTextForWholeNumbers) {
+TYPED_TEST(FastNumberText, IsTheReferenceTextForWholeNumbers) {
     for (int number = 0; number < 20000; ++number) {
         compare(static_cast<TypeParam>(number));
     }
@@ -568,7 +568,7 @@ template <class Number>
 using RandomFastNumberText = FastNumberText<Number>;
 TYPED_TEST_SUITE(RandomFastNumberText, Numbers, NumberNames);
 
-TYPED_TEST(RandomFastNumberText, IsThePlainText) {
+TYPED_TEST(RandomFastNumberText, IsTheReferenceText) {
     const std::uint64_t seed = test::random_seed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     RandomNumbers<TypeParam> numbers(seed);
@@ -622,11 +622,11 @@ TEST(FastNumberTextApplies, NotWhileRoundingInAnotherDirection) {
 
 template <class Number>
 void expect_left(Number number) {
-    EXPECT_EQ(fast_text(number), left_to_the_plain_rule);
-    EXPECT_EQ(fast_text(-number), left_to_the_plain_rule);
+    EXPECT_EQ(fast_text(number), left_to_the_reference);
+    EXPECT_EQ(fast_text(-number), left_to_the_reference);
 }
 
-TEST(FastNumberText, LeavesEveryNumberToThePlainRuleWithoutWideIntegers) {
+TEST(FastNumberText, LeavesEveryNumberToTheReferenceAlgorithmWithoutWideIntegers) {
     for (const double number : {0.0, 1.0, 0.1, 0.5, 1.0 / 3, 123456.789, 1e6, 1e100, DBL_MAX,
                                 5e-324, HUGE_VAL, std::nan("")}) {
         expect_left(number);

@@ -1,6 +1,6 @@
 /// @file
-/// The text of random numbers in random floating-point environments, by the fast way, by the plain
-/// rule, and by the rule written out once more.
+/// The text of random numbers in random floating-point environments, by the fast path, by the
+/// reference rule, and by the rule written out once more.
 #include "serialization/fast_number_text.hpp"
 #include "serialization/number_text.hpp"
 #include "support/float_environments.hpp"
@@ -23,7 +23,7 @@ using test::Environment;
 using test::flags_raised_in;
 
 template <class Number>
-std::string plain_text(NumberBits<Number> bits) {
+std::string reference_text(NumberBits<Number> bits) {
     NumberBuffer buffer;
     return number_text(buffer, bits);
 }
@@ -31,7 +31,7 @@ std::string plain_text(NumberBits<Number> bits) {
 template <class Number>
 std::string fast_text(NumberBits<Number> bits) {
     char text[fast_number_room];
-    return {text, fast_or_plain_number_text(text, bits)};
+    return {text, fast_or_reference_number_text(text, bits)};
 }
 
 template <class Number>
@@ -43,9 +43,9 @@ void expect_the_rule(const Environment& environment, const Number& number) {
         std::fesetround(environment.direction);
         expected = test::expected_number_text(number);
     }
-    std::string plain;
-    EXPECT_EQ(flags_raised_in(environment, [&] { plain = plain_text(bits); }), 0);
-    EXPECT_EQ(plain, expected) << test::name_of(environment);
+    std::string reference;
+    EXPECT_EQ(flags_raised_in(environment, [&] { reference = reference_text(bits); }), 0);
+    EXPECT_EQ(reference, expected) << test::name_of(environment);
     std::string fast = expected;
     const int flags = flags_raised_in(environment, [&] {
         if (fast_number_text_applies()) {

@@ -71,7 +71,7 @@ bool is_utf8(const std::string& text) {
 
 std::string plain_text(const test::Tree& tree, bool pretty) {
     std::ostringstream stream;
-    test::PlainWriter(stream, pretty).write(tree);
+    test::ReferenceWriter(stream, pretty).write(tree);
     return stream.str();
 }
 

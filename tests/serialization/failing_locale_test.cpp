@@ -151,7 +151,7 @@ std::string outcome_of(Make make) {
 
 std::string text_on_new_stream(const Tree& tree, Layout layout) {
     std::ostringstream stream;
-    test::PlainWriter(stream, layout == Layout::pretty).write(tree);
+    test::ReferenceWriter(stream, layout == Layout::pretty).write(tree);
     return stream.str();
 }
 

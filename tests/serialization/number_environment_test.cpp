@@ -89,7 +89,7 @@ std::map<int, Texts> expected_in_every_direction() {
 
 // ---- The ways to write it ------------------------------------------------------------------
 
-/// A width sends text the plain way, piece by piece.
+/// A width sends text the way of the reference, piece by piece.
 std::string text_on_stream(const Value& value, Layout layout, std::streamsize width) {
     std::ostringstream stream;
     stream.width(width);

@@ -167,11 +167,11 @@ std::string outcome(const StreamSetup& setup,
 /// that.
 void expect_equivalence(const test::Tree& tree, Layout layout, const StreamSetup& setup) {
     const Value value = to_value(tree);
-    const auto write_plainly = [&](std::ostream& stream) {
-        test::PlainWriter(stream, layout == Layout::pretty).write(tree);
+    const auto write_by_the_reference = [&](std::ostream& stream) {
+        test::ReferenceWriter(stream, layout == Layout::pretty).write(tree);
     };
     EXPECT_EQ(outcome(setup, [&](std::ostream& stream) { write(stream, value, layout); }),
-              outcome(setup, write_plainly));
+              outcome(setup, write_by_the_reference));
 }
 
 /// As above, on a random stream.

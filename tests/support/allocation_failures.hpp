@@ -1,5 +1,5 @@
 /// @file
-/// What happens when memory runs out, tried out on every single allocation of an operation.
+/// What happens when memory runs out, tested for every single allocation of an operation.
 ///
 ///     struct Operands { Value target; Value source; };
 ///

@@ -1,7 +1,7 @@
 /// @file
 /// A value's kind and content as one line, so that a whole value is one expectation. The line is
-/// compact JSON text, made without the library's writer: where that is broken, only tests of text
-/// fail.
+/// compact JSON text, made without the library's writer: if the writer is broken, only tests of
+/// text fail.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_DESCRIBE_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_DESCRIBE_HPP
 

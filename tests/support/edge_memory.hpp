@@ -1,5 +1,5 @@
 /// @file
-/// Memory with nothing behind it and nothing before it.
+/// Memory with inaccessible pages before and after it.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_EDGE_MEMORY_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_EDGE_MEMORY_HPP
 
@@ -11,8 +11,8 @@
 
 namespace foundation::json::test {
 
-/// A page between two pages that nobody may touch: whoever reads or writes a byte too many or too
-/// early ends the program, in every kind of build.
+/// A page between two inaccessible pages: reading or writing a byte before or after it ends the
+/// program, in every kind of build.
 class EdgeMemory {
 public:
     EdgeMemory() : page_(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))) {

@@ -1,5 +1,5 @@
 /// @file
-/// A stream that needs no memory of its own to take a text.
+/// A stream that allocates nothing while it is written.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_FIXED_STREAM_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_FIXED_STREAM_HPP
 
@@ -11,7 +11,7 @@
 
 namespace foundation::json::test {
 
-/// A stream buffer with room for so many bytes, all of it made beforehand. Takes no more than that.
+/// A stream buffer of a fixed size, allocated beforehand. It accepts no more bytes than that.
 class FixedBuffer : public std::streambuf {
 public:
     explicit FixedBuffer(std::size_t room) : room_(room) {

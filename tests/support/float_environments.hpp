@@ -220,7 +220,7 @@ inline MachineSetting without_traps(MachineSetting setting) {
 
 #endif
 
-/// What arithmetic tells about the environment it is done in.
+/// What arithmetic reveals about its environment.
 struct Behaviour {
     bool zeroes_results;
     bool zeroes_operands;
@@ -246,7 +246,7 @@ struct Behaviour {
                                 : FE_TONEAREST};
 }
 
-/// Whether the machine takes a setting and does as it says. Emulators accept some without effect.
+/// Whether a setting has an effect on this machine. Emulators accept some that have none.
 inline bool is_offered(MachineSetting setting) {
     const EnvironmentKeeper keeper;
     set_machine(setting);
@@ -258,7 +258,7 @@ inline bool is_offered(MachineSetting setting) {
            observed.rounding == rounding(setting);
 }
 
-/// The settings that the machine offers; one at least.
+/// The settings that work on this machine; at least one.
 inline const std::vector<MachineSetting>& machine_settings() {
     static const std::vector<MachineSetting> offered = [] {
         const EnvironmentKeeper keeper;

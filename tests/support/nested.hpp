@@ -51,7 +51,7 @@ inline Nested within_object(Nested nested) {
                                   nested.text + R"(,"y":[7,],"z":})"};
 }
 
-/// A text within so many levels. Where they alternate, the outermost is an array.
+/// A text within that many levels. If they alternate, the outermost is an array.
 inline Nested nest(Nesting nesting, std::size_t depth, const std::string& innermost) {
     Nested nested{innermost, '"' + innermost + '"'};
     for (std::size_t level = depth; level-- != 0;) {
@@ -62,7 +62,7 @@ inline Nested nest(Nesting nesting, std::size_t depth, const std::string& innerm
     return nested;
 }
 
-/// The value that lies so many levels within another.
+/// The value that lies that many levels within another.
 inline Value& innermost(Value& value, std::size_t depth) {
     Value* at = &value;
     while (depth-- != 0) {
@@ -71,8 +71,8 @@ inline Value& innermost(Value& value, std::size_t depth) {
     return *at;
 }
 
-/// A value within so many arrays that hold nothing else. It is moved there, so that its arrays keep
-/// the room they have.
+/// A value within that many arrays that hold nothing else. It is moved there, so that its arrays
+/// keep their capacity.
 inline Value within_arrays(Value core, std::size_t depth) {
     for (; depth != 0; --depth) {
         Value outer(std::vector<Value>{Value()});

@@ -1,6 +1,5 @@
 /// @file
-/// Numbers, by their bits, whose text is likely to go wrong where arithmetic is not what it usually
-/// is.
+/// Numbers, by their bits, whose text is likely to be wrong if arithmetic behaves unusually.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_NOTABLE_NUMBERS_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_NOTABLE_NUMBERS_HPP
 

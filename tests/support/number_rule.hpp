@@ -1,7 +1,8 @@
 /// @file
-/// The text of numbers, said once more for the tests: format with few digits, read back, format
-/// with more digits if that is not the same number, tidy up. Holds where the radix character is a
-/// point, in every floating-point environment: only its rounding direction counts.
+/// The text of numbers, implemented once more for the tests: format with few digits, read back,
+/// format with more digits if that is not the same number, remove zeros. Valid if the radix
+/// character is a point; of the floating-point environment, only the rounding direction has an
+/// effect.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_NUMBER_RULE_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_NUMBER_RULE_HPP
 
@@ -56,7 +57,7 @@ inline std::string tidied(const std::string& text, bool tidy_mantissa) {
 }
 
 /// @param few   significant digits that are tried first
-/// @param many  significant digits that always do
+/// @param many  significant digits that always suffice
 template <class Number>
 std::string two_format_text(Number number, int few, int many) {
     const bool plain = std::fabs(number) < Number(1000000);

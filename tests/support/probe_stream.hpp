@@ -1,5 +1,5 @@
 /// @file
-/// A stream that remembers what reached its buffer, and that can be told when to fail.
+/// A stream that records what reaches its buffer, and that fails on request.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_PROBE_STREAM_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_PROBE_STREAM_HPP
 
@@ -13,15 +13,15 @@ namespace foundation::json::test {
 
 /// How a ProbeBuffer fails once its allowance is used up.
 enum class Refusal {
-    forever,     ///< takes nothing any more
-    once,        ///< refuses a single time and then takes everything again
+    forever,     ///< accepts nothing any more
+    once,        ///< refuses once and then accepts everything again
     by_throwing, ///< throws ProbeFailure
 };
 
-/// What a throwing ProbeBuffer throws. Deliberately no std::exception: it must pass untouched.
+/// What a throwing ProbeBuffer throws. Not a std::exception on purpose: it must pass through.
 struct ProbeFailure {};
 
-/// An unbuffered stream buffer with a log of the bytes it took and of its flushes.
+/// An unbuffered stream buffer with a log of the accepted bytes and of its flushes.
 class ProbeBuffer : public std::streambuf {
 public:
     /// Takes everything.

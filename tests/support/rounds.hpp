@@ -1,5 +1,5 @@
 /// @file
-/// How long the random tests try.
+/// The number of rounds of random tests.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_ROUNDS_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_ROUNDS_HPP
 

@@ -16,7 +16,7 @@ using Object = std::map<std::string, Value>;
 
 struct Sample {
     Value value;
-    std::string kind;        ///< as messages call it
+    std::string kind;        ///< its name in messages
     std::string description; ///< what describe() says of it
     std::string left_behind; ///< what describe() says of it once its content was moved out
 

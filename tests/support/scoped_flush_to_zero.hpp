@@ -1,5 +1,5 @@
 /// @file
-/// Subnormal numbers as zeros, for a while.
+/// Flushes subnormal numbers to zero within a scope.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_SCOPED_FLUSH_TO_ZERO_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_SCOPED_FLUSH_TO_ZERO_HPP
 
@@ -9,8 +9,8 @@
 
 namespace foundation::json::test {
 
-/// Makes the processor take subnormal numbers for zeros and give zeros in place of them, until
-/// destroyed; only where that is known how to do.
+/// Makes the processor treat subnormal operands and results as zero, until destroyed. Has an effect
+/// only on processors that it knows.
 class ScopedFlushToZero {
 public:
     ScopedFlushToZero(const ScopedFlushToZero&) = delete;

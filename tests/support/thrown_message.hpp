@@ -1,5 +1,5 @@
 /// @file
-/// What an action complains about.
+/// The message of the exception that an action throws.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_THROWN_MESSAGE_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_THROWN_MESSAGE_HPP
 

@@ -1,6 +1,6 @@
 /// @file
-/// A value as a test holds it, open, unlike Value; and PlainWriter, which states once more for the
-/// tests which text a value has: separators, indentation, escapes.
+/// A value as a test holds it, open, unlike Value; and ReferenceWriter, which states once more for
+/// the tests which text a value has: separators, indentation, escapes.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_TREE_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_TREE_HPP
 
@@ -70,9 +70,9 @@ inline char escape_letter(char byte) {
 
 /// Writes trees with one formatted insertion per piece of text, which is what writing a value onto
 /// a stream means, whatever the state of the stream.
-class PlainWriter {
+class ReferenceWriter {
 public:
-    PlainWriter(std::ostream& stream, bool pretty) : stream_(stream), pretty_(pretty) {}
+    ReferenceWriter(std::ostream& stream, bool pretty) : stream_(stream), pretty_(pretty) {}
 
     void write(const Tree& tree, std::size_t depth = 0) {
         std::visit([&](const auto& content) { write_content(content, depth); }, tree.content);
