@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <locale>
 #include <string_view>
+#include <utility>
 
 namespace foundation::json::detail {
 
@@ -60,7 +61,7 @@ char* BufferedOutput<Sink>::string(Cursor at, const std::string& text) {
     constexpr std::size_t room = 2 * block + 32;
     static_assert(room <= minimum_room);
     // From this size on, copying costs more than what it takes to do without.
-    constexpr std::size_t long_text = 1024;
+    constexpr std::size_t long_text = 4096;
     const char* from = text.data();
     const char* const end = from + text.size();
     at = ensure_room(at, room);
@@ -118,8 +119,9 @@ void StringOutput::end_piece(const char* text, std::size_t size) {
 char* StringOutput::make_room(const char* at) {
     end_piece(begin_, static_cast<std::size_t>(at - begin_));
     const std::size_t capacity = std::max(sizeof first_, total_ / 8);
-    buffers_.emplace_back(new char[capacity]);
-    begin_ = buffers_.back().get();
+    std::unique_ptr<char[]> buffer(new char[capacity]);
+    begin_ = buffer.get();
+    buffers_.push_back(std::move(buffer));
     end_ = begin_ + capacity;
     return begin_;
 }
@@ -150,7 +152,8 @@ std::string StringOutput::take(const char* at) {
     for (const std::string_view piece : pieces_) {
         result += piece;
     }
-    return result.append(begin_, size);
+    result.append(begin_, size);
+    return result;
 }
 
 namespace {
