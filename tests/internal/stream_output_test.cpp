@@ -1,6 +1,6 @@
 /// @file
-/// Text onto a stream whose failures are to be silent: as onto one with an empty exception mask,
-/// whatever happens after the first failure.
+/// The bytes of each piece onto a stream; and failures that are to be silent: as onto a stream with
+/// an empty exception mask, whatever happens after the first failure.
 #include "serialization/stream_output.hpp"
 
 #include <gtest/gtest.h>
@@ -9,12 +9,33 @@
 #include <locale>
 #include <new>
 #include <ostream>
+#include <sstream>
 #include <stdexcept>
 #include <streambuf>
 #include <string>
 
 namespace foundation::json::detail {
 namespace {
+
+TEST(StreamOutput, WritesThePiecesOneBehindTheOther) {
+    std::ostringstream stream;
+    StreamOutput output(stream);
+    output.text({}, "[");
+    output.line_end({});
+    output.spaces({}, 2);
+    output.number({}, NumberBits<double>(1.5));
+    output.number({}, NumberBits<float>(0.25f));
+    output.number({}, -7LL);
+    output.number({}, 8ULL);
+    output.text({}, "null");
+    EXPECT_EQ(stream.str(), "[\n  1.50.25-78null");
+}
+
+TEST(StreamOutput, EscapesStrings) {
+    std::ostringstream stream;
+    StreamOutput(stream).string({}, "a \b\t\n\f\r\"/\\\x01\x1F\x7F");
+    EXPECT_EQ(stream.str(), "\"a \\b\\t\\n\\f\\r\\\"\\/\\\\\\u0001\\u001f\x7F\"");
+}
 
 /// Takes a few bytes, then throws.
 template <class Exception>
