@@ -281,8 +281,7 @@ namespace foundation::json::detail {
 /// The same as copy_escaped(), with as much room, in the quickest way that this processor has.
 inline EscapedCopy copy_escaped_quickly(char* out, const char* from, const char* to) noexcept {
 #if defined(FOUNDATION_JSON_SHUFFLES)
-    // No processor at hand takes both branches.
-    return has_shuffles() // GCOVR_EXCL_BR_LINE
+    return has_shuffles() // GCOVR_EXCL_BR_LINE: a processor takes only one of these
                ? copy_escaped_by_shuffles(out, from, to)
                : copy_escaped<VectorBytes>(out, from, to);
 #else
