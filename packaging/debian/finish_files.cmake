@@ -1,6 +1,6 @@
 # Finishes the files of the Debian packages before they are packed: adds the documents that Debian
-# asks for and the examples, strips the libraries, and lists their symbols. CPack runs this; who installs in another way
-# gets the libraries as they were linked, and no documents.
+# asks for and the examples, strips the libraries, and lists their symbols. CPack runs this; other ways
+# to install copy the libraries as they were linked, and no documents.
 set(here ${CMAKE_CURRENT_LIST_DIR})
 set(staged ${CPACK_TEMPORARY_DIRECTORY})
 
@@ -21,7 +21,8 @@ function(list_symbols library soname package)
         foreach(interface IN LISTS interfaces)
             file(STRINGS ${interface} found LIMIT_COUNT 1 REGEX "<elf-symbol name='${symbol}'")
             if(found)
-                get_filename_component(since ${interface} NAME_WLE)
+                # The file is named after the library and the version.
+                string(REGEX REPLACE "^.*-([0-9.]+)[.]abi$" "\\1" since ${interface})
                 break()
             endif()
         endforeach()

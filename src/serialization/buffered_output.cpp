@@ -161,8 +161,7 @@ namespace {
 /// Whether a locale's facet is the classic locale's own.
 template <class Facet>
 bool has_classic(const std::locale& locale) {
-    static const auto& classic = std::use_facet<Facet>(std::locale::classic());
-    return &std::use_facet<Facet>(locale) == &classic;
+    return &std::use_facet<Facet>(locale) == &std::use_facet<Facet>(std::locale::classic());
 }
 
 } // namespace

@@ -111,7 +111,8 @@ private:
     /// takes longer than a short text.
     void ask_locale() {
         if (locale_ == Locale::unknown) {
-            locale_ = writes_as_classic(std::locale()) ? Locale::does_not_count : Locale::counts;
+            const std::locale global;
+            locale_ = writes_as_classic(global) ? Locale::does_not_count : Locale::counts;
         }
     }
 
