@@ -172,6 +172,11 @@ bool writes_as_classic(const std::locale& locale) {
            has_classic<std::ctype<char>>(locale);
 }
 
+void StringOutput::find_out_locale() {
+    const std::locale global;
+    locale_ = writes_as_classic(global) ? Locale::does_not_count : Locale::counts;
+}
+
 bool BufferedStreamOutput::applies_to(const std::ostream& stream) {
     const std::ios_base::fmtflags shaping =
         std::ios_base::basefield | std::ios_base::showpos | std::ios_base::unitbuf;

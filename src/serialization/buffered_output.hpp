@@ -111,10 +111,11 @@ private:
     /// takes longer than a short text.
     void ask_locale() {
         if (locale_ == Locale::unknown) {
-            const std::locale global;
-            locale_ = writes_as_classic(global) ? Locale::does_not_count : Locale::counts;
+            find_out_locale();
         }
     }
+
+    void find_out_locale();
 
     void before_integer() { ask_locale(); }
 

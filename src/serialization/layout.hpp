@@ -72,7 +72,9 @@ public:
     explicit LayoutWriter(Output& output) noexcept : output_(output) {}
 
     Cursor write(Cursor at, const Value& value) {
-        return visit(WriteVisitor<Output, Pretty>(*this, output_, at), value);
+        // Past visit(), which would take its share of the stack at every level.
+        const WriteVisitor<Output, Pretty> visitor(*this, output_, at);
+        return ValueAccess::variant(value).apply_visitor(visitor);
     }
 
     // The recursive functions, one for each container; each needs little stack.
