@@ -420,6 +420,26 @@ TEST(ValueStream, GoesOnWithTheNextLineAfterAnError) {
     }
 }
 
+TEST(ValueStream, FindsWhatCannotFollowANumber) {
+    for (const std::string number : {"1", "0", "-20", "1.5", "1e5", "1.5E-7"}) {
+        for (const std::string follower : {"+", "-", "_", "x"}) {
+            for (const std::size_t piece : {1U, 1000U}) {
+                const Texts found = all_values(number + follower + "\n2", piece);
+                ASSERT_EQ(found.size(), 2U) << number << follower;
+                const std::string place = "1:" + std::to_string(number.size() + 1) + ": ";
+                EXPECT_EQ(found[0].substr(0, place.size()), place) << number << follower;
+                EXPECT_EQ(found[1], "2") << number << follower;
+            }
+        }
+    }
+    for (const std::string number : {"1.5", "1e5", "0.25E+1"}) {
+        const Texts found = all_values(number + ".\n2", 1);
+        ASSERT_EQ(found.size(), 2U) << number;
+        const std::string place = "1:" + std::to_string(number.size() + 1) + ": ";
+        EXPECT_EQ(found[0].substr(0, place.size()), place) << number;
+    }
+}
+
 TEST(ValueStream, GoesOnWithTheNextLineHoweverLongTheRestOfALineIs) {
     for (const std::size_t length : {0U, 1U, 159U, 160U, 161U, 1000U, 10000U}) {
         const std::string rest(length, ' ');
