@@ -50,7 +50,7 @@ inline constexpr auto foundation::json::members<Settings> =
 Settings read_settings(const std::string& file) {
     ConvertOptions strict;
     strict.unknown_members = ConvertOptions::UnknownMembers::error;
-    const auto settings = to<Settings>(parse_file(file), strict);
+    auto settings = to<Settings>(parse_file(file), strict);
     if (settings.workers < 1 || settings.workers > 64) {
         throw ConversionError("/workers",
                               std::to_string(settings.workers) + " is not within 1 to 64");

@@ -450,13 +450,12 @@ enum class Category { number, enumeration, object, other };
 
 template <class T>
 constexpr Category category_of() {
-    if constexpr (std::is_const_v<T> || std::is_volatile_v<T>) {
-        return Category::other;
-    } else if constexpr (std::is_arithmetic_v<T>) {
+    constexpr bool unqualified = std::is_same_v<T, std::remove_cv_t<T>>;
+    if constexpr (unqualified && std::is_arithmetic_v<T>) {
         return std::is_same_v<T, bool> || is_character<T>() ? Category::other : Category::number;
-    } else if constexpr (std::is_enum_v<T>) {
+    } else if constexpr (unqualified && std::is_enum_v<T>) {
         return has_enumerators<T> ? Category::enumeration : Category::other;
-    } else if constexpr (std::is_class_v<T>) {
+    } else if constexpr (unqualified && std::is_class_v<T>) {
         return has_members<T> ? Category::object : Category::other;
     } else {
         return Category::other;
@@ -733,7 +732,7 @@ template <class T>
 struct Converter<T, Category::object> {
     static void read(T& target, const Value& value, const Place& place, Session& session) {
         if constexpr (require_members<T>()) {
-            const Object& object = content_at<Object>(value, place);
+            const auto& object = content_at<Object>(value, place);
             const Value* found[Names<T>::count + 1] = {}; // there are no arrays of length 0
             MemberFinder(Names<T>::view, object).find(found, place, session);
             read_members(target, found, place, session,
@@ -847,7 +846,7 @@ struct SequenceConverter {
     using T = typename Container::value_type;
 
     static void read(Container& target, const Value& value, const Place& place, Session& session) {
-        const Array& elements = content_at<Array>(value, place);
+        const auto& elements = content_at<Array>(value, place);
         if constexpr (require_default<T>()) {
             target = Container(elements.size(), target.get_allocator());
             read_elements(target, elements, place, session);
@@ -886,7 +885,7 @@ struct Converter<std::vector<bool, Allocator>, Category::other> {
 
     static void read(std::vector<bool, Allocator>& target, const Value& value, const Place& place,
                      Session&) {
-        const Array& elements = content_at<Array>(value, place);
+        const auto& elements = content_at<Array>(value, place);
         target.assign(elements.size(), false);
         for (std::size_t i = 0; i < elements.size(); ++i) {
             target[i] = content_at<bool>(elements[i], Place(place, i));
@@ -904,7 +903,7 @@ struct Converter<std::array<T, Length>, Category::other> {
 
     static void read(std::array<T, Length>& target, const Value& value, const Place& place,
                      Session& session) {
-        const Array& elements = content_at<Array>(value, place);
+        const auto& elements = content_at<Array>(value, place);
         check_length(elements, Length, place);
         SequenceConverter<std::array<T, Length>>::read_elements(target, elements, place, session);
     }
@@ -920,7 +919,7 @@ struct Converter<std::set<T, Compare, Allocator>, Category::other> {
 
     static void read(std::set<T, Compare, Allocator>& target, const Value& value,
                      const Place& place, Session& session) {
-        const Array& elements = content_at<Array>(value, place);
+        const auto& elements = content_at<Array>(value, place);
         target.clear();
         if constexpr (require_default<T>()) {
             for (std::size_t i = 0; i < elements.size(); ++i) {
@@ -947,7 +946,7 @@ struct MapConverter {
     using T = typename Map::mapped_type;
 
     static void read(Map& target, const Value& value, const Place& place, Session& session) {
-        const Object& object = content_at<Object>(value, place);
+        const auto& object = content_at<Object>(value, place);
         target.clear();
         if constexpr (require_default<T>()) {
             for (const auto& [name, member] : object) {
@@ -984,7 +983,7 @@ template <class Tuple, class... Types>
 struct TupleConverter {
 
     static void read(Tuple& target, const Value& value, const Place& place, Session& session) {
-        const Array& elements = content_at<Array>(value, place);
+        const auto& elements = content_at<Array>(value, place);
         check_length(elements, sizeof...(Types), place);
         read_elements(target, elements, place, session, std::index_sequence_for<Types...>());
     }
@@ -1086,11 +1085,11 @@ inline const Value* find_element(const Array& elements, std::string_view token) 
 }
 
 inline const Value* find_child(const Value& value, std::string_view token) {
-    if (const Object* const object = get_if<Object>(&value)) {
+    if (const auto* const object = get_if<Object>(&value)) {
         const auto found = object->find(unescaped(token));
         return found != object->end() ? &found->second : nullptr;
     }
-    const Array* const elements = get_if<Array>(&value);
+    const auto* const elements = get_if<Array>(&value);
     return elements != nullptr ? find_element(*elements, token) : nullptr;
 }
 
