@@ -450,15 +450,18 @@ enum class Category { number, enumeration, object, other };
 
 template <class T>
 constexpr Category category_of() {
-    constexpr bool unqualified = std::is_same_v<T, std::remove_cv_t<T>>;
-    if constexpr (unqualified && std::is_arithmetic_v<T>) {
-        return std::is_same_v<T, bool> || is_character<T>() ? Category::other : Category::number;
-    } else if constexpr (unqualified && std::is_enum_v<T>) {
-        return has_enumerators<T> ? Category::enumeration : Category::other;
-    } else if constexpr (unqualified && std::is_class_v<T>) {
-        return has_members<T> ? Category::object : Category::other;
-    } else {
+    if constexpr (!std::is_same_v<T, std::remove_cv_t<T>>) {
         return Category::other;
+    } else if constexpr (std::is_enum_v<T>) {
+        constexpr bool known = has_enumerators<T>;
+        return known ? Category::enumeration : Category::other;
+    } else if constexpr (std::is_class_v<T>) {
+        constexpr bool known = has_members<T>;
+        return known ? Category::object : Category::other;
+    } else {
+        constexpr bool number =
+            std::is_arithmetic_v<T> && !std::is_same_v<T, bool> && !is_character<T>();
+        return number ? Category::number : Category::other;
     }
 }
 
