@@ -93,8 +93,8 @@ public:
         return text(at, "\n");
     }
 
-    /// Whether a string stream would have been given a locale that says otherwise how a piece is
-    /// written. The text is not as it should be then.
+    /// Whether the text has a piece that the global locale writes differently. The text is of no
+    /// use then, and has to be written to a stream.
     bool is_wrong() const noexcept { return locale_ == Locale::counts; }
 
     /// The text up to the cursor. Call it once, at the end.
