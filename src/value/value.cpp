@@ -72,6 +72,10 @@ template <class Content>
     return target.emplace_hint(target.end(), name, content)->second;
 }
 
+[[gnu::noinline]] void reserve(Array& target, std::size_t size) {
+    target.reserve(size);
+}
+
 template <class Container>
 [[gnu::noinline]] Container& append_empty(Array& target) {
     return detail::ValueAccess::content<Container>(target.emplace_back(Container()));
@@ -128,7 +132,7 @@ private:
 };
 
 [[gnu::noinline]] void copy_members(Array& target, const Array& source) {
-    target.reserve(source.size());
+    reserve(target, source.size());
     for (const Value& element : source) {
         visit(CopyElement(target), element);
     }
