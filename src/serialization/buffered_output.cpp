@@ -106,9 +106,24 @@ char* BufferedOutput<Sink>::spaces(Cursor at, std::size_t count) {
 template class BufferedOutput<StringOutput>;
 template class BufferedOutput<BufferedStreamOutput>;
 
-StringOutput::StringOutput() noexcept : begin_(first_) {
+namespace {
+
+/// Whether a new stream asks the global locale's facets for nothing until it formats a piece that
+/// depends on them. Others may ask when they are made, and so fail with a facet that throws.
+#if defined(_GLIBCXX_RELEASE) && _GLIBCXX_RELEASE < 16
+constexpr bool streams_are_made_without_facets = true;
+#else
+constexpr bool streams_are_made_without_facets = false;
+#endif
+
+} // namespace
+
+StringOutput::StringOutput() : begin_(first_) {
     static_assert(sizeof first_ >= minimum_room);
     end_ = first_ + sizeof first_;
+    if constexpr (!streams_are_made_without_facets) {
+        find_out_locale();
+    }
 }
 
 void StringOutput::end_piece(const char* text, std::size_t size) {

@@ -84,7 +84,7 @@ private:
 /// strings that need no escapes are not copied until the text is put together.
 class StringOutput : public BufferedOutput<StringOutput> {
 public:
-    StringOutput() noexcept;
+    StringOutput();
 
     Cursor start() noexcept { return first_; }
 

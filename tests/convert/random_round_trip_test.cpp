@@ -15,6 +15,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <unordered_map>
@@ -41,10 +42,24 @@ using Types = testing::Types<
     std::map<std::string, std::pair<Value, Array>>,
     std::tuple<std::list<std::deque<bool>>, std::optional<std::vector<std::vector<short>>>>>;
 
+/// Names of the types, in their order.
 struct NameOfType {
     template <class T>
     static std::string GetName(int index) {
-        return "Type" + std::to_string(index);
+        std::istringstream names(
+            "Bool SignedChar UnsignedChar Short UnsignedShort Int Unsigned Long "
+            "UnsignedLong LongLong UnsignedLongLong Float Double LongDouble String Value "
+            "Array Object VectorOfInts VectorOfBools VectorOfStrings DequeOfDoubles "
+            "ListOfStrings SetOfStrings SetOfInts ArrayOfThreeFloats ArrayOfTwoBools "
+            "MapToLongs UnorderedMapToStrings OptionalInt VectorOfOptionalStrings "
+            "PairOfStringAndInt TupleOfThree Enumeration Struct StructOfStructs "
+            "MapToUnorderedMapsToSets VectorOfArraysOfPairs MapToPairsOfValues "
+            "TupleOfListsOfDeques");
+        std::string name;
+        for (int i = 0; i <= index; ++i) {
+            names >> name;
+        }
+        return name;
     }
 };
 
