@@ -8,7 +8,7 @@
 
 namespace foundation::json::detail {
 
-/// One count, of an array and of the long ones within.
+/// One scan, which counts the elements of an array and of the long arrays within it.
 class ArrayLengths::Count {
 public:
     Count(ArrayLengths& lengths, const char* element) : lengths_(lengths), place_(element) {}
@@ -29,7 +29,7 @@ public:
 private:
     struct Container {
         const char* begin;
-        std::size_t commas_before; ///< in what it lies in
+        std::size_t commas_before; ///< of the enclosing container, before this one
     };
 
     void take_block() {
@@ -41,7 +41,7 @@ private:
             }
             const char* const byte = block + found.first();
             if (*byte == '"' || *byte == '/') {
-                place_ = byte + 1; // which take() moves on
+                place_ = byte + 1; // take() moves it behind the string or comment
                 take(byte);
                 return;
             }
@@ -123,8 +123,8 @@ private:
 
     ArrayLengths& lengths_;
     const char* place_;
-    std::vector<Container> open_; ///< within the array that is counted
-    std::size_t commas_ = 0;      ///< in the innermost of them
+    std::vector<Container> open_; ///< containers within the array that is counted
+    std::size_t commas_ = 0;      ///< so far, in the innermost open container
     bool done_ = false;
 };
 

@@ -10,20 +10,20 @@ namespace foundation::json::detail {
 
 /// Counts the elements of long arrays ahead of reading them.
 ///
-/// No byte is gone over twice, however arrays lie within one another: the lengths of long arrays
-/// within another that is counted are kept. Text that is not JSON gives some length or other.
+/// No byte is scanned twice, however arrays are nested: a scan keeps the lengths of all long arrays
+/// within the one that it counts. The length is unspecified where the text is not JSON.
 class ArrayLengths {
 public:
-    /// What makes an array long, in elements.
+    /// An array with at least this many elements is long.
     static constexpr std::size_t least = 256;
 
     /// @param comments  whether the text may have comments
     ArrayLengths(const char* end, bool comments) noexcept : end_(end), comments_(comments) {}
 
-    /// How many elements a long array has from one on.
-    /// @param array    its opening bracket
-    /// @param element  the place of the element, within the array
-    /// @param before   how many there are before that
+    /// Finds the length of a long array, counting from one of its elements on.
+    /// @param array    the opening bracket of the array
+    /// @param element  the element: its first byte, or the one behind it
+    /// @param before   the number of elements before it
     /// @throws std::bad_alloc
     std::size_t length(const char* array, const char* element, std::size_t before);
 

@@ -1,5 +1,5 @@
 /// @file
-/// Sixteen bytes of text, and which of them are of some class.
+/// Blocks of sixteen bytes of text, which find their blanks, quotes, brackets and so on.
 #ifndef FOUNDATION_JSON_SRC_PARSER_BYTE_BLOCK_HPP
 #define FOUNDATION_JSON_SRC_PARSER_BYTE_BLOCK_HPP
 
@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
-// FOUNDATION_JSON_PORTABLE leaves out what only some processors have.
+// FOUNDATION_JSON_PORTABLE leaves out instructions that only some processors have.
 #if !defined(FOUNDATION_JSON_PORTABLE) && defined(__SSE2__)
 #define FOUNDATION_JSON_PARSER_SSE2
 #include <emmintrin.h>
@@ -18,21 +18,21 @@
 
 namespace foundation::json::detail {
 
-// A block has a type Mask for a set of its bytes, in which functions find the first.
+// Every class of blocks has a type Mask: a set of the bytes of a block, which finds the first.
 
 /// Sixteen bytes as two words; for machines without vectors.
 class PortableBlock {
 public:
     static constexpr std::size_t size = 16;
 
-    /// A set of bytes: the top bits of the bytes of two words.
+    /// A set of bytes, kept as the top bit of each byte of two words.
     class Mask {
     public:
         Mask(std::uint64_t first, std::uint64_t second) noexcept : first_(first), second_(second) {}
 
         bool empty() const noexcept { return (first_ | second_) == 0; }
 
-        /// The index of the first byte of a set that is not empty.
+        /// The index of the first byte; the set must not be empty.
         std::size_t first() const noexcept {
             return first_ != 0 ? index_in(first_) : 8 + index_in(second_);
         }
@@ -68,13 +68,13 @@ public:
         std::memcpy(&second_, from + sizeof first_, sizeof second_);
     }
 
-    /// All but space, tab, line feed and carriage return.
+    /// All bytes but spaces, tabs, line feeds and carriage returns.
     Mask not_blank() const noexcept {
         return {~blanks(first_) & tops, ~blanks(second_) & tops};
     }
 
-    /// What is not content of a string that stands for itself in ASCII: quotes, backslashes,
-    /// control bytes and all beyond ASCII.
+    /// The bytes of a string that cannot be skipped: quotes, backslashes, control bytes and all
+    /// beyond ASCII.
     Mask special_in_string() const noexcept {
         return {special(first_), special(second_)};
     }
@@ -176,7 +176,7 @@ class Block {
 public:
     static constexpr std::size_t size = 16;
 
-    /// A set of bytes: four bits for each, all alike.
+    /// A set of bytes, kept as four equal bits for each byte.
     class Mask {
     public:
         explicit Mask(uint8x16_t bytes) noexcept

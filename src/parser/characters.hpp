@@ -33,7 +33,7 @@ constexpr bool is_control(char byte) noexcept {
     return static_cast<unsigned char>(byte) < 0x20;
 }
 
-/// Whether a byte is one of those of a UTF-8 sequence behind its first.
+/// Whether a byte continues a UTF-8 sequence: 10xxxxxx in binary.
 constexpr bool is_continuation(char byte) noexcept {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }

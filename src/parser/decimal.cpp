@@ -6,7 +6,7 @@ namespace foundation::json::detail {
 
 namespace {
 
-/// A large number for making the table below; the lowest 32 bits come first.
+/// A large integer for computing the table below; the lowest 32 bits come first.
 class Large {
 public:
     static constexpr int words = 31;
@@ -42,7 +42,7 @@ public:
         return result;
     }
 
-    /// The highest 128 bits, the first of them set; what lies below is cut off.
+    /// 128 bits, from the highest that is set on; lower ones are cut off.
     constexpr Wide leading_bits() const noexcept {
         Wide result = 0;
         int bits = 0;
@@ -64,7 +64,7 @@ constexpr PowersOf5::PowersOf5() noexcept : bits_{} {
         bits_[q - least_exponent] = power.leading_bits();
         power.times_5();
     }
-    // 5^-342 has its first bit 795 places behind the point, and 128 bits are wanted.
+    // The first set bit of 5^-342 is 795 places behind the point, and 128 bits are needed.
     Large inverse(Large::words * 32 - 1);
     for (int q = 0; q >= least_exponent; --q) {
         bits_[q - least_exponent] = inverse.leading_bits();

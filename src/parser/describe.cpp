@@ -1,4 +1,4 @@
-// Errors as people see them: the place, the line and a caret.
+// describe(): shows an error to people, with its place, the line of text and a caret.
 #include "parser/characters.hpp"
 #include "parser/errors.hpp"
 #include "parser/utf8.hpp"
@@ -25,11 +25,11 @@ struct Shown {
     std::size_t width;
 };
 
-/// Whether showing a character does no more than showing it.
+/// Whether a character is safe to show: it controls neither the terminal nor the direction of text.
 bool prints(UChar32 code) noexcept {
     constexpr std::uint32_t harmful =
         U_GC_CC_MASK | U_GC_CF_MASK | U_GC_CS_MASK | U_GC_ZL_MASK | U_GC_ZP_MASK;
-    constexpr UChar32 zero_width_joiner = 0x200D; // holds emoji together
+    constexpr UChar32 zero_width_joiner = 0x200D; // joins several characters to one emoji
     return (U_GET_GC_MASK(code) & harmful) == 0 || code == zero_width_joiner;
 }
 
@@ -52,7 +52,7 @@ Shown shown(std::string_view sequence, bool complete) {
     return {std::string(sequence), width_of(code)};
 }
 
-/// The characters of a text, those that are cut off or not UTF-8 byte by byte.
+/// The characters of a text; every byte of a character that is cut off or not UTF-8 counts as one.
 std::vector<Shown> characters(std::string_view text) {
     std::vector<Shown> result;
     while (!text.empty()) {
@@ -78,7 +78,7 @@ std::string printable(std::string_view text) {
 constexpr const char* ellipsis = "...";
 constexpr std::size_t ellipsis_width = 3;
 
-// The columns that are shown of a long line, before the place and from it on.
+// How many columns of a long line are shown, before the place and from it on.
 constexpr std::size_t most_before = 40;
 constexpr std::size_t most_after = 39;
 
@@ -136,7 +136,8 @@ std::string describe(const ParserException& error, std::string_view name) {
     const std::string quoted = error.get_quoted_text();
     const std::size_t place = std::min(error.get_quoted_byte_position(), quoted.size());
     const std::string_view text = quoted;
-    // Less than the most is quoted only where the line begins or ends; characters stay whole.
+    // A shorter quote than this means that the line begins or ends there; only whole characters are
+    // quoted.
     constexpr std::size_t longest_sequence = 4;
     constexpr std::size_t full = detail::most_quoted - longest_sequence;
     const auto columns = static_cast<std::size_t>(

@@ -8,7 +8,7 @@ namespace foundation::json::detail {
 
 namespace {
 
-/// How much of a word, number or name a message quotes, in bytes.
+/// The most bytes of a word, number or name that a message quotes.
 constexpr std::size_t longest_in_message = 40;
 
 std::string in_quotes(std::string_view text) {
@@ -25,7 +25,7 @@ std::string hexadecimal(std::uint32_t number, int digits, std::string prefix) {
     return prefix;
 }
 
-/// Whether a character beyond ASCII shows where it stands by itself.
+/// Whether a character beyond ASCII is visible by itself.
 bool is_visible(std::uint32_t code) noexcept {
     struct Range {
         std::uint32_t first;
@@ -77,7 +77,7 @@ bool is_not_finite(std::string_view word) noexcept {
            same_but_for_case(word, "inf");
 }
 
-/// The literal that a word is but for its case; empty if it is none.
+/// The literal that a word equals but for upper and lower case; empty if there is none.
 std::string_view literal_like(std::string_view word) noexcept {
     constexpr std::array<std::string_view, 3> literals{"null", "true", "false"};
     const auto* const found =
@@ -86,8 +86,7 @@ std::string_view literal_like(std::string_view word) noexcept {
     return found == literals.end() ? std::string_view() : *found;
 }
 
-/// Moves a place in a text to the next character that begins there or before it, not before
-/// `begin`.
+/// Moves a place in a text back to where its character begins, but not before `begin`.
 std::size_t character_begin(std::string_view text, std::size_t begin, std::size_t place) noexcept {
     while (place > begin && place < text.size() && is_continuation(text[place])) {
         --place;
@@ -95,7 +94,7 @@ std::size_t character_begin(std::string_view text, std::size_t begin, std::size_
     return place;
 }
 
-/// A text cut to what a message may hold.
+/// A text, cut to the length that a message quotes.
 std::string shortened(std::string_view text) {
     if (text.size() <= longest_in_message) {
         return std::string(text);
@@ -104,7 +103,7 @@ std::string shortened(std::string_view text) {
     return std::string(text.substr(0, size)) + "...";
 }
 
-/// The length of the byte order mark that a text begins with, if it does.
+/// The length of the byte order mark at the start of a text; 0 if there is none.
 std::size_t marked(std::string_view text) noexcept {
     return text.substr(0, byte_order_mark.size()) == byte_order_mark ? byte_order_mark.size() : 0;
 }
@@ -149,7 +148,8 @@ void Errors::fail(ParseResult result, const char* place, const std::string& what
                           std::string(text_.substr(begin, end - begin)));
 }
 
-/// How messages call the character at a place, which is not the end.
+/// The name of the character at a place in messages.
+/// @param place  not the end
 std::string Errors::name_of(const char* place) const {
     if (is_ascii(*place)) {
         return name_of_ascii(*place);
@@ -174,7 +174,7 @@ std::string_view Errors::word_at(const char* place) const noexcept {
 
 // ---- Values ----------------------------------------------------------------------------------
 
-/// Fails if a comment begins at a place, which it may not without that option.
+/// Fails if a comment begins at a place and the option comments is off.
 void Errors::check_comment(const char* place, ParseResult result) const {
     if (!options_.comments && end() - place >= 2 && place[0] == '/' &&
         (place[1] == '/' || place[1] == '*')) {
@@ -183,7 +183,7 @@ void Errors::check_comment(const char* place, ParseResult result) const {
 }
 
 /// Fails if a word begins right behind a string or number.
-/// @param place  neither the beginning nor the end
+/// @param place  neither the beginning nor the end of the text
 void Errors::check_glued(const char* place, ParseResult result) const {
     if (place[-1] == '"' && is_word(*place)) {
         fail(UNESCAPED_QUOTE, place,
@@ -334,7 +334,7 @@ void Errors::no_name(const char* place, bool after_comma) const {
         fail(after_comma ? UNEXPECTED_END_OF_INPUT : MISSING_OBJECT_CLOSE, place,
              "the text ends within an object");
     }
-    if (*place == '}') { // else it would have closed the object
+    if (*place == '}') { // without a comma before it, it closes the object
         fail(MISSING_OBJECT_CLOSE, place,
              "found '}' after a comma: the option trailing_commas allows it");
     }
@@ -390,7 +390,7 @@ void Errors::too_deep(const char* place) const {
 }
 
 void Errors::duplicate_name(const char* place, const StringToken& name) const {
-    // As it is written, since what is escaped may not print.
+    // As it is written, since a decoded escape may not be printable.
     fail(MISSING_OBJECT_CLOSE, place,
          "the name \"" + shortened({name.text, name.size()}) +
              "\" occurs twice in an object: the option duplicate_names allows it");

@@ -1,5 +1,5 @@
 /// @file
-/// The parser's errors: makes the exception, with message, place and quoted line.
+/// Makes and throws the parser's exceptions, with message, place and quoted line.
 #ifndef FOUNDATION_JSON_SRC_PARSER_ERRORS_HPP
 #define FOUNDATION_JSON_SRC_PARSER_ERRORS_HPP
 
@@ -16,29 +16,29 @@ namespace foundation::json::detail {
 
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
-/// A place in what is read, which a text may be a part of.
+/// A place in the whole input, of which a text may be a part.
 struct Place {
     std::size_t byte = 0;
     std::size_t line = 1;
     std::size_t column = 1;
 
-    /// Goes over a text, from here on. A byte order mark at the start of everything takes no
-    /// column.
+    /// Moves to the end of a text that begins here. A byte order mark at the start of the input
+    /// takes no column.
     void advance(std::string_view text) noexcept;
 };
 
-/// How much of a line an error quotes on either side of the place, in bytes.
+/// The most bytes of a line that an error quotes on either side of the place.
 constexpr std::size_t most_quoted = 160;
 
-/// What an error lies within.
+/// The innermost container at the place of an error, or the document.
 enum class Within { document, array, object };
 
 /// Throws the errors of a text.
 ///
-/// Each function is given the first byte that cannot continue the text, or its end.
+/// Each function takes the first byte that cannot continue the text, or the end of the text.
 class Errors {
 public:
-    /// @param begin  where the text begins in what is read
+    /// @param begin  where the text begins in the whole input
     Errors(std::string_view text, const Place& begin, const ParseOptions& options) noexcept
         : text_(text), begin_(begin), options_(options) {}
 

@@ -10,8 +10,8 @@ namespace foundation::json::detail {
 
 namespace {
 
-/// The environment that a program starts with, for a while: rounding to nearest, subnormal numbers
-/// as they are, no traps. What was set before comes back, flags included.
+/// Sets the floating-point environment that programs start with: rounding to nearest, subnormal
+/// numbers not flushed to zero, no traps. Its destructor restores the previous one, with its flags.
 class DefaultEnvironment {
 public:
     DefaultEnvironment() noexcept {
@@ -26,20 +26,21 @@ private:
     std::fenv_t previous_;
 };
 
-/// The nearest double for every number, somewhat slower.
+/// Finds the nearest double for every number; slower than nearest_double().
 /// @return false if it is too large
 [[gnu::noinline]] bool read_any(const char* from, const char* end, double& number) noexcept {
     const DefaultEnvironment environment;
     fast_float::from_chars(from, end, number);
-    // By its bits: comparing might move out of the environment, where a subnormal number may trap.
+    // Tests the bits: compilers might move a comparison of doubles behind the end of the
+    // environment, where a subnormal number may trap.
     std::uint64_t bits = 0;
     std::memcpy(&bits, &number, sizeof bits);
     constexpr std::uint64_t exponent = std::uint64_t{0x7FF} << 52;
     return (bits & exponent) != exponent;
 }
 
-// A larger exponent cannot be made up for by the digits that a text has room for, and leaves room
-// for adding their count.
+// Larger exponents are cut to this: no text has enough digits to make up for it, and adding the
+// number of digits to it does not overflow.
 constexpr std::int64_t most_exponent = std::int64_t{1} << 60;
 
 } // namespace

@@ -16,20 +16,20 @@ namespace foundation::json::detail {
 
 /// A number as it stands in a text.
 struct NumberToken {
-    const char* end;   ///< behind its last byte, or at the first byte that cannot continue it
+    const char* end;   ///< the byte behind it, or the first byte that cannot continue it
     ParseResult error; ///< NO_PARSE_ERROR, or what is wrong at the end
     bool negative;
     bool whole;        ///< written without point and exponent
-    Decimal magnitude; ///< unless there is an error
+    Decimal magnitude; ///< only if there is no error
 };
 
 constexpr std::ptrdiff_t digits_at_once = 8;
 
-/// The powers of ten up to that of as many digits.
+/// The powers of ten, from 10^0 to 10^digits_at_once.
 inline constexpr std::uint64_t power_of_10[digits_at_once + 1] = {
     1, 10, 100, 1000, 10'000, 100'000, 1'000'000, 10'000'000, 100'000'000};
 
-/// How many digits a word of text begins with, its first byte lowest.
+/// The number of digits at the start of a word of text, whose first byte is its lowest.
 constexpr std::ptrdiff_t count_digits(std::uint64_t word) noexcept {
     constexpr std::uint64_t every = 0x0101010101010101;
     const std::uint64_t amounts = word ^ every * '0'; // 0 to 9 for digits
@@ -38,10 +38,10 @@ constexpr std::ptrdiff_t count_digits(std::uint64_t word) noexcept {
     return others == 0 ? digits_at_once : __builtin_ctzll(others) / 8;
 }
 
-/// The number that eight digits are: neighbours are joined to pairs, pairs to fours, fours to all.
-/// Zero bytes count as digits, too.
+/// The value of eight digits: joins neighbours to pairs, pairs to groups of four, and these to one
+/// number. Bytes that are 0 count as the digit 0.
 constexpr std::uint64_t eight_digits(std::uint64_t word) noexcept {
-    // Each factor adds ten, a hundred or ten thousand times the lower neighbour to the higher.
+    // Each product adds 10, 100 or 10000 times the lower neighbour to the higher one.
     word = (word & 0x0F0F0F0F0F0F0F0F) * (10 << 8 | 1) >> 8;
     word = (word & 0x00FF00FF00FF00FF) * (100 << 16 | 1) >> 16;
     return (word & 0x0000FFFF0000FFFF) * (std::uint64_t{10000} << 32 | 1) >> 32;
@@ -56,20 +56,20 @@ inline std::uint64_t load_first_lowest(const char* from) noexcept {
     return word;
 }
 
-/// Appends the digits that a word of text begins with to a number, modulo 2^64.
-/// @return how many they are, at most digits_at_once
+/// Appends the digits at the start of a word of text to a number, modulo 2^64.
+/// @return their count, at most digits_at_once
 inline std::ptrdiff_t scan_word(const char* from, std::uint64_t& number) noexcept {
     const std::uint64_t word = load_first_lowest(from);
     const std::ptrdiff_t count = count_digits(word);
     if (count != 0) {
-        // Fewer digits than eight are moved behind zeros.
+        // The shift puts zeros before fewer than eight digits.
         number = number * power_of_10[count] + eight_digits(word << (64 - 8 * count));
     }
     return count;
 }
 
-/// Appends digits of a text to a number, modulo 2^64.
-/// @return behind the last of them
+/// Appends the digits at the start of a text to a number, modulo 2^64.
+/// @return the place behind the last of them
 inline const char* scan_digits(const char* from, const char* end, std::uint64_t& number) noexcept {
     while (end - from >= digits_at_once) {
         const std::ptrdiff_t count = scan_word(from, number);
@@ -85,11 +85,12 @@ inline const char* scan_digits(const char* from, const char* end, std::uint64_t&
     return from;
 }
 
-/// Reads the exponent of a number, if one begins here.
+/// Reads the exponent of a number.
+/// @param from  at its 'e' or 'E'
 const char* scan_exponent(const char* from, const char* end, NumberToken& token) noexcept;
 
-/// The first digits of a number of more digits than a word holds.
-/// @param exponent  the number's own
+/// The leading digits of a number that has more than 64 bits hold.
+/// @param exponent  that of its last digit
 Decimal leading_digits(const char* from, const char* end, std::int64_t exponent) noexcept;
 
 /// Reads a number.
@@ -133,25 +134,25 @@ inline NumberToken scan_number(const char* from, const char* end) noexcept {
     return token;
 }
 
-/// A number of few digits and without an exponent.
+/// A number of few digits, at most 19, and without an exponent.
 struct UsualNumber {
-    const char* end; ///< null if it is not that
+    const char* end; ///< the place behind it; null for any other number
     std::uint64_t digits;
-    int exponent; ///< of ten, at most 0
+    int exponent; ///< to base 10, at most 0
 };
 
-/// How many digits before the point are few.
+/// How many digits before the point are read one by one.
 constexpr std::ptrdiff_t few_digits = 3;
 
-/// How many bytes scan_usual_number() may look at.
+/// The most bytes that scan_usual_number() looks at.
 constexpr std::ptrdiff_t usual_number_room = few_digits + 4 * digits_at_once + 2;
 
-/// Reads a number without its sign, if it is like most.
+/// Reads a number without its sign, if it has few digits and no exponent.
 inline UsualNumber scan_usual_number(const char* from) noexcept {
     constexpr UsualNumber unusual{nullptr, 0, 0};
     std::uint64_t digits = 0;
     const char* place = from;
-    // One by one, since the processor guesses how many they are.
+    // One by one, since the processor predicts well how many there are.
     while (place - from != few_digits && is_digit(*place)) {
         digits = digits * 10 + static_cast<std::uint64_t>(*place - '0');
         ++place;
@@ -189,15 +190,16 @@ inline UsualNumber scan_usual_number(const char* from) noexcept {
     return {place, digits, exponent};
 }
 
-/// Whether a double holds a whole number exactly, which is not 0.
+/// Whether a double holds a whole number exactly.
+/// @param number  not 0
 constexpr bool is_exact_double(std::uint64_t number) noexcept {
     return number >> __builtin_ctzll(number) < std::uint64_t{1} << 53;
 }
 
-/// The whole number of a text of digits; nothing if it takes more than 64 bits.
+/// The value of a text of digits; empty if it takes more than 64 bits.
 std::optional<std::uint64_t> whole_number(const char* from, const char* end) noexcept;
 
-/// The double nearest to a number that was read, its sign included.
+/// Finds the double nearest to a number that was read, with its sign.
 /// @param from  where the number begins
 /// @return false if it is too large
 bool number_value(const char* from, const NumberToken& token, double& number) noexcept;

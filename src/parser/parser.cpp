@@ -17,7 +17,7 @@ Content& content_of(Value& value) {
     return boost::strict_get<Content>(ValueAccess::variant(value));
 }
 
-/// Has room for more elements: exactly that if there is none so far.
+/// Makes room for more elements: exactly for these if the array is empty.
 void reserve_more(Array& array, std::size_t count) {
     const std::size_t size = array.size() + count;
     if (size > array.capacity()) {
@@ -25,8 +25,8 @@ void reserve_more(Array& array, std::size_t count) {
     }
 }
 
-/// Has room for a length that was counted. Where the text is no array further on, that may be
-/// anything.
+/// Makes room for a length that was counted, if there is memory for it. The length may be any
+/// number where the text turns out to be no array.
 void reserve_if_possible(Array& array, std::size_t length) {
     try {
         array.reserve(length);
@@ -35,7 +35,7 @@ void reserve_if_possible(Array& array, std::size_t length) {
     }
 }
 
-/// All whole numbers up to this are doubles.
+/// A double holds each whole number up to this exactly.
 constexpr std::uint64_t largest_exact = std::uint64_t{1} << 53;
 
 } // namespace
@@ -47,9 +47,9 @@ inline void Parser::add_pending(const PendingElement& element) {
     }
 }
 
-// Where a value goes that has been read: among the elements of the innermost open array, into the
-// innermost open object, or to whoever asked for all of it. An array or object goes there empty,
-// and is opened.
+// Sinks take the values that have been read: an ElementSink for the innermost open array, a
+// MemberSink for the innermost open object, a RootSink for the value of the whole text. They take
+// an array or object while it is empty, and open it.
 
 class Parser::ElementSink {
 public:
@@ -125,7 +125,7 @@ private:
     Value& root_;
 };
 
-/// Goes over blanks and, where they are allowed, comments.
+/// Skips blanks and, where they are allowed, comments.
 inline const char* Parser::skip_space(const char* place) const {
     const bool none = place != end_ && static_cast<unsigned char>(*place) > ' ' && *place != '/';
     return none ? place : skip_long_space(place);
@@ -133,13 +133,13 @@ inline const char* Parser::skip_space(const char* place) const {
 
 // ---- Structure -------------------------------------------------------------------------------
 
-/// Goes on to what an opened container begins with. @return whether that is not its end
+/// Skips to the first element or name of a container. @return false if the container ends instead
 inline bool Parser::find_first(const char*& place, char close) const {
     place = skip_space(place);
     return !is_at(place, close);
 }
 
-/// Goes on to what follows in a container. @return whether that is not its end
+/// Skips to the next element or name of a container. @return false if the container ends instead
 [[gnu::always_inline]] inline bool Parser::find_next(const char*& place, char close,
                                                      Within within) const {
     place = skip_space(place);
@@ -167,7 +167,7 @@ void Parser::read(Value& root) {
     }
 }
 
-/// Reads on in the innermost open array, until it is closed or another container is opened.
+/// Reads elements of the innermost open array, until it ends or another container begins.
 const char* Parser::read_elements(const char* place) {
     bool after_comma = std::exchange(child_closed_, false);
     bool more = after_comma ? find_next(place, ']', Within::array) : find_first(place, ']');
@@ -187,7 +187,7 @@ const char* Parser::read_elements(const char* place) {
     return place + 1;
 }
 
-/// As read_elements(), of an object.
+/// As read_elements(), for the members of the innermost open object.
 const char* Parser::read_members(const char* place) {
     bool after_comma = std::exchange(child_closed_, false);
     bool more = after_comma ? find_next(place, '}', Within::object) : find_first(place, '}');
@@ -242,7 +242,7 @@ const char* Parser::open_container(const char* place, const Sink& sink) {
     return place + 1;
 }
 
-/// Reads a value that is no container, or fails.
+/// Reads a value that is neither array nor object; throws if there is none.
 template <class Sink>
 const char* Parser::read_scalar(const char* place, const Sink& sink, Within within,
                                 bool after_comma) {
@@ -288,8 +288,8 @@ const char* Parser::read_word(const char* begin, const char (&word)[Size], Conte
     return place;
 }
 
-/// Reads a number, if it is like most.
-/// @return null if it is not
+/// Reads a number of the most frequent form.
+/// @return null if it has many digits or an exponent, or lies near the end of the text
 template <class Sink>
 [[gnu::always_inline]] inline const char* Parser::read_usual_number(const char* place,
                                                                     const Sink& sink) {
@@ -327,7 +327,7 @@ template <class Sink>
         errors_.bad_number(token);
     }
     double number = 0;
-    if (token.whole && token.magnitude.digits <= largest_exact) { // and thus all of its digits
+    if (token.whole && token.magnitude.digits <= largest_exact) { // these are all its digits
         number = static_cast<double>(static_cast<std::int64_t>(token.magnitude.digits));
         number = token.negative ? -number : number;
     } else if (token.whole && options_.integers == ParseOptions::Integers::exact) {
@@ -399,14 +399,15 @@ void Parser::close_object(const char* end) {
     close(end, PendingElement(open_.top().object));
 }
 
-/// @param closed  the innermost open container, if it is an element of another
+/// @param closed  the innermost open container, for the array that it may be an element of
 void Parser::close(const char* end, const PendingElement& closed) {
     open_.pop();
     child_closed_ = true;
     if (!open_.empty() && open_.top().is_array()) {
         element_ = end + 1;
         add_pending(closed);
-        // Within an element the stack is higher than behind it, so it would hardly be full here.
+        // add_pending() hardly ever finds the stack full here, since the elements of the closed
+        // container have just left it.
         if (pending_.size() - open_.top().first_pending >= ArrayLengths::least) {
             make_room();
         }
@@ -415,8 +416,8 @@ void Parser::close(const char* end, const PendingElement& closed) {
 
 // ---- Elements --------------------------------------------------------------------------------
 
-/// Makes elements of those that are pending of the innermost open array, if they are many. Else has
-/// room for one more.
+/// Moves the pending elements of the innermost open array into it, if there are many. Otherwise
+/// makes room for one more pending element.
 [[gnu::noinline]] void Parser::make_room() {
     const Open& open = open_.top();
     const std::size_t count = pending_.size() - open.first_pending;
@@ -433,7 +434,7 @@ void Parser::close(const char* end, const PendingElement& closed) {
     take_pending(array, open.first_pending);
 }
 
-/// Makes elements of all that are pending from one on.
+/// Moves the pending elements from index `first` on into an array.
 void Parser::take_pending(Array& array, std::size_t first) {
     using Kind = PendingElement::Kind;
     const PendingElement* element = pending_.begin() + first;
@@ -451,7 +452,7 @@ void Parser::take_pending(Array& array, std::size_t first) {
     objects_.release();
 }
 
-/// Makes an element of what is pending and no number.
+/// Moves one pending element that is no double into an array.
 void Parser::take(Array& array, const PendingElement& element) {
     using Kind = PendingElement::Kind;
     switch (element.tag.kind()) {

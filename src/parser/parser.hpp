@@ -1,5 +1,5 @@
 /// @file
-/// From the text of one value to the value.
+/// Reads the text of one value into a Value.
 #ifndef FOUNDATION_JSON_SRC_PARSER_PARSER_HPP
 #define FOUNDATION_JSON_SRC_PARSER_PARSER_HPP
 
@@ -16,10 +16,11 @@
 
 namespace foundation::json::detail {
 
-/// An element of an array that has been read, but has no place yet.
+/// An element that has been read, but is not in its array yet.
 ///
-/// A value that holds a container is expensive to move, so elements are made only once it is known
-/// how many there are. Till then a string stays in the text, and a container with the parser.
+/// Values that hold containers are expensive to move, so the parser makes the elements of an array
+/// once it knows how many there are. Until then a string stays in the text, and the parser owns a
+/// container.
 struct PendingElement {
     enum class Kind : std::uint8_t {
         null,
@@ -44,7 +45,7 @@ struct PendingElement {
     explicit PendingElement(Array* value) noexcept : array(value), tag(Kind::array) {}
     explicit PendingElement(Object* value) noexcept : object(value), tag(Kind::object) {}
 
-    /// The kind and, of a string in the text, the size, in one word.
+    /// The kind and, for a string, its size in the text, in one word.
     class Tag {
     public:
         Tag() = default;
@@ -72,9 +73,9 @@ struct PendingElement {
     Tag tag;
 };
 
-/// Reads one value. Used once.
+/// Reads one value; another one takes another parser.
 ///
-/// Open containers are on a stack of its own, so that nesting takes none of the thread's.
+/// It keeps open containers on a stack of its own, so nesting takes none of the thread's stack.
 class Parser {
 public:
     /// @param text  must outlive the parser, and so must the options
@@ -87,7 +88,7 @@ public:
 
     /// @param value    the part of the text to read
     /// @param context  the text as far as it is known, for errors to quote
-    /// @param begin    where the context begins in what is read
+    /// @param begin    where the context begins in the whole input
     Parser(std::string_view value, std::string_view context, const Place& begin,
            const ParseOptions& options)
         : begin_(value.data()),
@@ -101,7 +102,7 @@ public:
     void read(Value& root);
 
 private:
-    /// A container that has been opened.
+    /// A container that has been opened and not closed.
     struct Open {
         explicit Open(Object& opened) noexcept
             : object(&opened), first_pending(0), begin(nullptr) {}
@@ -115,7 +116,7 @@ private:
             Array* array;
             Object* object;
         };
-        std::size_t first_pending; ///< of an array
+        std::size_t first_pending; ///< the index of the first pending element of an array
         const char* begin;         ///< the opening bracket of an array
     };
 
@@ -177,12 +178,12 @@ private:
     Errors errors_;
 
     Stack<Open> open_;
-    bool child_closed_ = false; ///< whether what was read last is a container, whole
+    bool child_closed_ = false; ///< whether the last thing read is the end of a container
     Stack<PendingElement> pending_;
-    const char* element_ = nullptr; ///< the place of the element that is to be pending
-    ArrayLengths lengths_;          ///< of arrays with too many elements to be pending together
-    Pool<Array> arrays_;            ///< open or pending, elements of arrays
-    Pool<Object> objects_;
+    const char* element_ = nullptr; ///< where the element begins that becomes pending, or ends
+    ArrayLengths lengths_;          ///< of arrays with too many elements to be pending at once
+    Pool<Array> arrays_;            ///< open or pending arrays that are elements of arrays
+    Pool<Object> objects_;          ///< the same for objects
 
     const Array no_elements_;
     const Object no_members_;

@@ -24,7 +24,7 @@ char* GrowingText::room() {
             full_size_ += std::exchange(used_, 0);
             capacity_ = 0;
         }
-        // One byte more than expected, to see that there is none.
+        // One byte more than expected, to find the end of the text without another piece.
         const std::size_t size = full_.empty() ? std::max(expected_ + 1, least_piece)
                                                : std::max(full_size_ / 4, least_piece);
         last_.reset(new char[size]);
@@ -59,7 +59,7 @@ void set_state(std::istream& stream, std::ios_base::iostate bits) noexcept {
     try {
         stream.setstate(bits);
     } catch (...) {
-        // The state is set all the same.
+        // The stream has set its state before it throws.
     }
 }
 
@@ -120,12 +120,12 @@ public:
 
     /// The length of a regular file; 0 for anything else.
     std::size_t size() const {
-        struct stat status {}; // that of no regular file, should there be none to be had
+        struct stat status {}; // not that of a regular file, in case fstat fails
         static_cast<void>(::fstat(descriptor_, &status));
         return S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
     }
 
-    /// Reads some; nothing at the end.
+    /// Reads at most `size` bytes. @return how many; 0 at the end of the file
     std::size_t read(char* out, std::size_t size) const {
         ssize_t count = 0;
         do {
@@ -136,7 +136,7 @@ public:
     }
 
 private:
-    /// Whether a signal has ended a system call early.
+    /// Whether a signal has interrupted a system call.
     static bool was_interrupted(ssize_t result) noexcept { return result < 0 && errno == EINTR; }
 
     void check(ssize_t result) const {
@@ -161,7 +161,7 @@ GrowingText read_file(const std::filesystem::path& path) {
         count = file.read(room, text.room_size());
         text.add(count);
     } while (count != 0);
-    // Files that the system makes up may hold less than their size at any time.
+    // A file that the system generates may hold less than its size; then its size stays as it was.
     if (std::max(text.size(), file.size()) < size) {
         fail(path, EIO, ", which became shorter meanwhile");
     }

@@ -1,5 +1,5 @@
 /// @file
-/// Whole texts from streams and files.
+/// Reads whole texts from streams and files.
 #ifndef FOUNDATION_JSON_SRC_PARSER_READING_HPP
 #define FOUNDATION_JSON_SRC_PARSER_READING_HPP
 
@@ -13,20 +13,20 @@
 
 namespace foundation::json::detail {
 
-/// A text that is read piece by piece. Once complete it takes no more memory than its length.
+/// A text that is read piece by piece. In one piece, it takes no more memory than its length.
 class GrowingText {
 public:
-    /// @param expected  how long the text may be; an estimate
+    /// @param expected  an estimate of the text's length
     explicit GrowingText(std::size_t expected) noexcept : expected_(expected) {}
 
-    /// Room for more: a place and how much fits there, at least a byte.
+    /// Where to write more of the text: room_size() bytes fit there, at least one.
     char* room();
     std::size_t room_size() const noexcept { return capacity_ - used_; }
     void add(std::size_t count) noexcept { used_ += count; }
 
     std::size_t size() const noexcept { return full_size_ + used_; }
 
-    /// The whole text; no more is added.
+    /// The whole text in one piece. No more may be added afterwards.
     std::string_view join();
 
 private:
@@ -43,22 +43,22 @@ private:
     std::size_t capacity_ = 0;
 };
 
-/// Fails as an input function does that cannot begin.
+/// Checks that a stream can be read, as every input function does first.
 /// @throws std::ios_base::failure the stream is not good
 void begin_reading(std::istream& stream);
 
-/// Sets eofbit, or fails because it is no end after all that was met.
+/// Sets eofbit, unless an error ended the reading.
 /// @throws std::ios_base::failure the stream is bad
 void end_reading(std::istream& stream);
 
-/// Sets badbit or eofbit, without an exception whatever the stream's exceptions().
+/// Sets badbit or eofbit, and throws nothing, whatever the stream's exceptions() are.
 void set_state(std::istream& stream, std::ios_base::iostate bits) noexcept;
 
 /// The rest of a stream.
 GrowingText read_all(std::istream& stream);
 
-/// All that a file holds.
-/// @throws std::system_error naming the file
+/// The content of a file.
+/// @throws std::system_error with the file's name in its message
 GrowingText read_file(const std::filesystem::path& path);
 
 } // namespace foundation::json::detail

@@ -1,5 +1,5 @@
 /// @file
-/// Going over text of which nothing is kept: blanks, and content of strings that stands for itself.
+/// Skips blanks, and the bytes of strings that need neither decoding nor checks.
 #ifndef FOUNDATION_JSON_SRC_PARSER_SCANNING_HPP
 #define FOUNDATION_JSON_SRC_PARSER_SCANNING_HPP
 
@@ -8,7 +8,7 @@
 
 namespace foundation::json::detail {
 
-/// The first byte from `from` on that is no blank, or the end.
+/// The first byte at or after `from` that is no blank, or the end.
 template <class Bytes>
 const char* skip_blanks(const char* from, const char* end) noexcept {
     while (end - from >= static_cast<std::ptrdiff_t>(Bytes::size)) {
@@ -24,8 +24,8 @@ const char* skip_blanks(const char* from, const char* end) noexcept {
     return from;
 }
 
-/// The first byte from `from` on that is a quote, a backslash, a control byte or not ASCII, or the
-/// end.
+/// The first byte at or after `from` that is a quote, a backslash, a control byte or not ASCII, or
+/// the end.
 template <class Bytes>
 const char* skip_clean(const char* from, const char* end) noexcept {
     while (end - from >= static_cast<std::ptrdiff_t>(Bytes::size)) {

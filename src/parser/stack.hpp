@@ -12,7 +12,7 @@
 
 namespace foundation::json::detail {
 
-/// A stack of trivial items. Its growth is kept out of push(), to be inlined.
+/// A stack of trivially copyable items. Growth is not part of push(), so that push() is inlined.
 template <class Item>
 class Stack {
     static_assert(std::is_trivially_copyable_v<Item>);
@@ -38,7 +38,7 @@ public:
     void shrink(std::size_t size) noexcept { size_ = size; }
 
     [[gnu::noinline]] void grow() {
-        // Not by as much again, since the old items are in memory along with the new ones.
+        // By half, not to double the size, since old and new items are in memory at the same time.
         const std::size_t capacity = capacity_ == 0 ? first_capacity : capacity_ + capacity_ / 2;
         auto items = std::make_unique<Item[]>(capacity);
         if (size_ != 0) {
@@ -56,12 +56,12 @@ private:
     std::size_t capacity_ = 0;
 };
 
-/// A stack of containers that keep their addresses. Some of those taken off it stay for the next to
-/// come, so they have to be empty.
+/// A stack of containers that keep their addresses. It uses containers again after pop(), so they
+/// must be empty by then.
 template <class Container>
 class Pool {
 public:
-    /// The containers that are taken off are the last that were put on, in any order.
+    /// The containers that were pushed last may be popped in any order, with no push() in between.
     Container& push() {
         if (size_ == chunks_.size() * chunk_size) {
             grow();
@@ -72,7 +72,7 @@ public:
 
     void pop() noexcept { --size_; }
 
-    /// Releases most of those that were taken off.
+    /// Frees most of the containers that are not in use.
     void release() noexcept {
         while (size_ + 2 * chunk_size <= chunks_.size() * chunk_size) {
             chunks_.pop_back();

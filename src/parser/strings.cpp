@@ -22,7 +22,7 @@ constexpr bool is_second_of_pair(std::uint32_t unit) noexcept {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-/// The unit of a well-formed escape.
+/// The UTF-16 unit of a well-formed \u escape.
 std::uint32_t unicode_unit(const char* escape) noexcept {
     std::uint32_t unit = 0;
     for (std::size_t i = 2; i != unicode_escape_size; ++i) {
@@ -31,8 +31,8 @@ std::uint32_t unicode_unit(const char* escape) noexcept {
     return unit;
 }
 
-/// The character of a \u escape, or of two that are a pair.
-/// @param place  at the escape; comes to be behind it
+/// The character of a \u escape, or of two that are a surrogate pair.
+/// @param place  at the escape; is moved behind it
 std::uint32_t unicode_character(const char*& place, const char* end) noexcept {
     const std::uint32_t first = unicode_unit(place);
     place += unicode_escape_size;
@@ -106,7 +106,7 @@ void decode(const StringToken& token, std::string& target) {
         target.assign(token.text, token.size());
         return;
     }
-    // Counted first, since escapes may be six times as long as what they mean.
+    // The length is counted first, since an escape may be six times as long as its character.
     std::size_t size = 0;
     for_each_piece(token, [&size](const char*, std::size_t count) { size += count; });
     target.resize(size);

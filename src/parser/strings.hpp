@@ -1,5 +1,5 @@
 /// @file
-/// The strings of a text: where they end, what they must not hold, and what they mean.
+/// The strings of a text: finds their end, checks and decodes them.
 #ifndef FOUNDATION_JSON_SRC_PARSER_STRINGS_HPP
 #define FOUNDATION_JSON_SRC_PARSER_STRINGS_HPP
 
@@ -16,9 +16,9 @@ enum class StringError {
     text_ends,
     line_ends,
     control,        ///< a control byte that is no line end
-    escape,         ///< no letter that may stand behind a backslash
+    escape,         ///< a character that may not follow a backslash
     escape_ends,    ///< the text or the string ends within an escape
-    unicode_escape, ///< no hexadecimal digit
+    unicode_escape, ///< a character that is no hexadecimal digit
     utf8,
 };
 
@@ -33,8 +33,8 @@ struct StringToken {
 };
 
 /// Reads an escape.
-/// @param place  at the backslash; comes to be behind the escape, or at the byte that cannot
-///               continue it
+/// @param place  at the backslash; is moved behind the escape, or to the byte that cannot continue
+///               it
 /// @return none, or what is wrong there
 StringError scan_escape(const char*& place, const char* end) noexcept;
 
@@ -42,7 +42,7 @@ constexpr StringError error_of_control(char byte) noexcept {
     return byte == '\n' || byte == '\r' ? StringError::line_ends : StringError::control;
 }
 
-/// Reads on in a string.
+/// Reads the rest of a string, from a byte on that skip_clean() does not skip.
 template <class Bytes>
 [[gnu::noinline]] StringToken scan_special(StringToken token, const char* end) noexcept {
     for (const char*& place = token.end;;) {
@@ -78,7 +78,7 @@ StringToken scan_string(const char* from, const char* end) noexcept {
     return token.end != end && *token.end == '"' ? token : scan_special<Bytes>(token, end);
 }
 
-/// Makes a string what a token means.
+/// Decodes a token into a string.
 /// @throws std::bad_alloc
 void decode(const StringToken& token, std::string& target);
 

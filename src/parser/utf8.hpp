@@ -1,5 +1,5 @@
 /// @file
-/// UTF-8: which bytes are, and how characters become bytes.
+/// UTF-8: checks, decodes and encodes characters.
 #ifndef FOUNDATION_JSON_SRC_PARSER_UTF8_HPP
 #define FOUNDATION_JSON_SRC_PARSER_UTF8_HPP
 
@@ -11,13 +11,14 @@
 
 namespace foundation::json::detail {
 
-/// What a text that goes on with a byte beyond ASCII begins with.
+/// The UTF-8 sequence, or part of one, at the start of a text.
 struct Utf8Sequence {
     std::size_t length; ///< of the sequence, or of the part of it that is well-formed
     bool complete;
 };
 
-/// Overlong forms, surrogates and what lies beyond U+10FFFF are not well-formed.
+/// Finds the sequence of a character beyond ASCII. Overlong forms, surrogates and characters beyond
+/// U+10FFFF are not well-formed.
 /// @param from  not the end; *from is not ASCII
 inline Utf8Sequence utf8_sequence(const char* from, const char* end) noexcept {
     const auto byte = [from](std::size_t i) { return static_cast<unsigned char>(from[i]); };
@@ -40,7 +41,7 @@ inline Utf8Sequence utf8_sequence(const char* from, const char* end) noexcept {
     return {length, true};
 }
 
-/// The character of a complete sequence, or of a byte of ASCII.
+/// The character of a complete sequence, or of an ASCII byte.
 inline std::uint32_t code_point(std::string_view sequence) noexcept {
     constexpr unsigned lead_bits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
     std::uint32_t code = static_cast<unsigned char>(sequence[0]) & lead_bits[sequence.size()];

@@ -1,5 +1,5 @@
 /// @file
-/// Where a value ends in a text that arrives piece by piece.
+/// Finds where a value ends in a text that arrives piece by piece.
 #ifndef FOUNDATION_JSON_SRC_PARSER_VALUE_FINDER_HPP
 #define FOUNDATION_JSON_SRC_PARSER_VALUE_FINDER_HPP
 
@@ -11,9 +11,9 @@
 
 namespace foundation::json::detail {
 
-/// Goes over text byte by byte, and knows after each whether a value is complete, or can no longer
-/// become one. It sees what the parser would refuse, but for numbers that are too large and names
-/// that occur twice.
+/// Reads a text byte by byte, and knows after each byte whether a value is complete or can no
+/// longer become one. It refuses what the parser refuses, except numbers that are too large and
+/// names that occur twice.
 class ValueFinder {
 public:
     enum class Status {
@@ -26,11 +26,11 @@ public:
     /// @param options  must outlive the finder
     explicit ValueFinder(const ParseOptions& options) : options_(options) {}
 
-    /// Goes on with more text, until a value is complete or has failed, or to the end.
-    /// @param place  comes to be behind what was gone over
+    /// Reads more text, until a value is complete, has failed, or the text ends.
+    /// @param place  is moved behind what was read
     Status go_on(const char*& place, const char* end);
 
-    /// What the end of all text makes of it: nothing, complete or failed.
+    /// The status if the text ends here: nothing, complete or failed.
     Status finish() const noexcept;
 
     /// Prepares for the next value.
@@ -38,14 +38,14 @@ public:
 
 private:
     enum class State : unsigned char {
-        before,        // nothing but blanks
-        value,         // a value is to begin, within a container
+        before,        // nothing but blanks so far
+        value,         // a value must begin, within a container
         first_element, // the same, or the array ends
         element,       // the same, after a comma
-        first_name,    // a name is to begin, or the object ends
+        first_name,    // a name must begin, or the object ends
         name,          // the same, after a comma
         colon,
-        separator, // a comma is to follow, or the container ends
+        separator, // a comma must follow, or the container ends
         string,
         escape,
         hexadecimal,
@@ -60,14 +60,14 @@ private:
         exponent_letter,
         exponent_sign,
         exponent,
-        slash, // a comment is to begin
+        slash, // a comment must begin
         line_comment,
         block_comment,
         star, // a block comment may end
         complete,
     };
 
-    /// Takes a byte. @return whether it could; where a number or word ends it is still to be taken
+    /// Takes a byte, or ends a number or word before it. @return false if the byte cannot follow
     bool take(char byte);
     bool take_value(char byte);
     bool take_structure(char byte);
@@ -86,14 +86,14 @@ private:
     const ParseOptions& options_;
     State state_ = State::before;
     State after_comment_ = State::before;
-    State after_sequence_ = State::string; ///< of UTF-8
-    bool is_name_ = false;                 ///< the string
-    bool within_ = false;                  ///< a scalar has just ended whose next byte is not taken
-    std::vector<bool> open_;               ///< for each container whether it is an array
+    State after_sequence_ = State::string; ///< the state behind a sequence of UTF-8
+    bool is_name_ = false;                 ///< whether the string is a name
+    bool within_ = false;    ///< whether a scalar has ended before the byte, which is not taken
+    std::vector<bool> open_; ///< for each open container whether it is an array
     const char* rest_of_word_ = "";
-    int expected_ = 0; ///< hexadecimal digits, or bytes of a character
-    unsigned char lowest_ = 0;
-    unsigned char highest_ = 0; ///< of the next byte of a character
+    int expected_ = 0; ///< how many hexadecimal digits, or bytes of a character, must follow
+    unsigned char lowest_ = 0;  ///< the least next byte of a character
+    unsigned char highest_ = 0; ///< the greatest
 };
 
 } // namespace foundation::json::detail

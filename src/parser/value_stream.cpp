@@ -1,4 +1,4 @@
-// ValueStream: values one after the other, from a stream.
+// ValueStream: reads values one after the other from a stream.
 #include "parser/parser.hpp"
 #include "parser/reading.hpp"
 #include "parser/value_finder.hpp"
@@ -38,25 +38,25 @@ private:
     const ParseOptions options_;
     detail::ValueFinder finder_;
 
-    std::string text_;         ///< what has been taken from the stream, but for what is done with
-    detail::Place known_;      ///< of the last error, or where that text begins if that is later
-    std::size_t known_at_ = 0; ///< where that is in the text
+    std::string text_;         ///< taken from the stream and not yet forgotten
+    detail::Place known_;      ///< the place of the last error, or the start of the text if later
+    std::size_t known_at_ = 0; ///< the position of that place in the text
     std::size_t value_ = 0;    ///< where the next value begins, or blanks before it
-    std::size_t end_ = 0;      ///< what the finder has gone over
+    std::size_t end_ = 0;      ///< how far the finder has read
     Status status_ = Status::nothing;
     bool started_ = false;
     bool ended_ = false;
-    bool skips_line_ = false; ///< the rest of the line is part of an error
+    bool skips_line_ = false; ///< whether the rest of the line belongs to an error
 };
 
 namespace {
 
-/// How much is taken from a stream at a time.
+/// The most bytes that are taken from a stream at a time.
 constexpr std::streamsize most_at_once = 65536;
 
 } // namespace
 
-/// Takes what there is from the stream, waiting only if that is nothing.
+/// Takes what the stream has at hand; waits only if that is nothing.
 /// @return false at the end
 bool ValueStream::Implementation::fill() {
     if (ended_) {
@@ -132,7 +132,7 @@ void ValueStream::Implementation::find_value() {
     }
 }
 
-/// Has the rest of a line at hand for an error to quote.
+/// Takes the rest of a line from the stream, for an error to quote.
 void ValueStream::Implementation::find_line_end() {
     while (text_.size() - end_ < detail::most_quoted &&
            text_.find('\n', end_) == std::string::npos && fill()) {
@@ -143,7 +143,7 @@ Value ValueStream::Implementation::parse_value() {
     const std::size_t end = status_ == Status::complete ? end_ : text_.size();
     try {
         Value value;
-        // Nothing before the last error can be part of the line of another.
+        // An error takes the rest of its line, so no other error quotes text before it.
         detail::Parser(text().substr(value_, end - value_), text().substr(known_at_), known_,
                        options_)
             .read(value);
@@ -179,7 +179,8 @@ bool ValueStream::Implementation::next(Value& value) {
     return true;
 }
 
-/// Forgets text that is done with, unless an error may quote it, once it is most of all.
+/// Forgets the text before a position, except what an error may quote, once that is at least half
+/// of all text.
 void ValueStream::Implementation::forget_before(std::size_t position) {
     const std::size_t kept = std::min(position, detail::most_quoted);
     const std::size_t forgotten = position - kept;
