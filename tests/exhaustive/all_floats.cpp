@@ -3,8 +3,8 @@
 ///
 /// Usage: all_floats [THREADS [FIRST [LAST]]]
 ///
-/// FIRST and LAST are bit patterns, hexadecimal, from 0 to ffffffff. Reports every difference, and
-/// ends with 1 if there is one.
+/// FIRST and LAST are bit patterns in hexadecimal, from 0 to ffffffff. Reports every difference;
+/// the exit status is 1 if there is one.
 #include "serialization/fast_number_text.hpp"
 #include "serialization/number_text.hpp"
 
@@ -67,7 +67,7 @@ void compare_blocks(std::uint64_t first, std::uint64_t last) {
     std::exit(2);
 }
 
-/// The number that an argument says in some base.
+/// The number that an argument gives, in some base.
 std::uint64_t number(const char* text, int base, std::uint64_t least, std::uint64_t most) {
     char* end = nullptr;
     const std::uint64_t value = std::strtoull(text, &end, base);

@@ -4,8 +4,8 @@
 /// Usage: large_values
 ///
 /// Each case runs in a process of its own: an array of ten million numbers, an object of a million
-/// members, a string of 1 GiB, and a text of more than 4 GiB onto a stream that only counts. Up to
-/// 4 GiB of memory are needed. The exit status is 1 if a text has not the length that it must have.
+/// members, a string of 1 GiB, and a text of more than 4 GiB onto a stream that only counts. The
+/// program needs up to 4 GiB of memory. The exit status is 1 if a text has a wrong length.
 #include <foundation/json/json.hpp>
 
 #include <sys/resource.h>
@@ -98,7 +98,7 @@ double seconds_since(std::chrono::steady_clock::time_point start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// Runs a case; whether its text has the right length.
+/// Runs a case. Returns whether its text has the right length.
 bool run(const Case& large) {
     const auto start = std::chrono::steady_clock::now();
     const Value value = large.make();

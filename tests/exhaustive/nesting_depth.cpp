@@ -3,11 +3,11 @@
 ///
 /// Usage: nesting_depth [STACK_MIB [DEPTH]]
 ///
-/// Each operation runs in a process and on a stack of its own, of 8 MiB unless told otherwise, on
-/// arrays, on objects, and on both in turn, that hold nothing but one another. The greatest depth
-/// that it survives is found by bisection, up to a million levels; pretty text, whose length grows
-/// with the square of the depth, is tried with a hundred thousand. With a DEPTH that is the only
-/// one tried, and the exit status is 1 if an operation does not survive it.
+/// Each operation runs in a process and on a stack of its own, of 8 MiB by default. Its values are
+/// nested arrays, nested objects, and both in turn, with nothing else in them. Bisection finds the
+/// greatest depth that it survives, up to a million levels, or up to a hundred thousand for pretty
+/// text, whose length grows with the square of the depth. With DEPTH, only that depth is tried, and
+/// the exit status is 1 if an operation does not survive it.
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
 
@@ -37,7 +37,7 @@ using namespace foundation::json;
 constexpr std::size_t a_million = 1000000;
 constexpr std::size_t a_hundred_thousand = 100000;
 
-/// What lies within what.
+/// The kinds of nested containers.
 struct Shape {
     const char* name;
     bool outer_is_object; ///< the containers at odd distances from the innermost
@@ -54,7 +54,7 @@ Value empty_container(bool object) {
     return object ? Value(std::map<std::string, Value>()) : Value(std::vector<Value>());
 }
 
-/// Wraps empty containers in one another, from the inside out and without recursion.
+/// Nests empty containers, from the inside out and without recursion.
 Value* nested(const Shape& shape, std::size_t depth) {
     auto* value = new Value(empty_container(shape.inner_is_object));
     for (std::size_t level = 1; level < depth; ++level) {
@@ -71,7 +71,7 @@ Value* nested(const Shape& shape, std::size_t depth) {
     return value;
 }
 
-/// The text of such containers, read back and written again.
+/// Whether the text of such containers is the same after it is read and written again.
 bool reads_text_of(const Value& value) {
     ParseOptions options;
     options.max_depth = a_million;
@@ -79,7 +79,7 @@ bool reads_text_of(const Value& value) {
     return serialize(*new Value(parse(text, options))) == text;
 }
 
-/// Whether what has been read of such containers goes away where the text ends.
+/// Reads a text of such containers that is cut off, so that the parser destroys what it has read.
 bool refuses_part_of(const Value& value) {
     ParseOptions options;
     options.max_depth = a_million;
@@ -99,8 +99,7 @@ class Discard : public std::streambuf {
 
 enum class Path { fast, reference };
 
-/// Writes the value onto a stream of which the fast way of writing can make nothing, if that way is
-/// not meant.
+/// Writes a value by the fast path, or onto a stream that the fast path does not apply to.
 void write(const Value& value, bool pretty, Path path) {
     Discard discard;
     std::ostream stream(&discard);
@@ -112,7 +111,7 @@ void write(const Value& value, bool pretty, Path path) {
     serializer.write(stream, value);
 }
 
-/// What is done to two equal values. They are never destroyed unless that is what is done.
+/// An operation on two equal values. Only the operation itself may destroy them.
 using Operation = void (*)(Value* a, Value* b);
 
 struct NamedOperation {
@@ -126,7 +125,7 @@ volatile bool result;
 const NamedOperation operations[] = {
     {"serialize", [](Value* a, Value*) { result = serialize(*a).empty(); }},
     {"serialize, parse, serialize", [](Value* a, Value*) { result = reads_text_of(*a); }},
-    {"parse what is cut off", [](Value* a, Value*) { result = refuses_part_of(*a); }},
+    {"parse a text cut off", [](Value* a, Value*) { result = refuses_part_of(*a); }},
     {"write compact", [](Value* a, Value*) { write(*a, false, Path::fast); }},
     {"write compact, reference", [](Value* a, Value*) { write(*a, false, Path::reference); }},
     {"write pretty", [](Value* a, Value*) { write(*a, true, Path::fast); }, a_hundred_thousand},
@@ -185,7 +184,7 @@ bool survives(Operation operation, const Shape& shape, std::size_t depth, std::s
     return WIFEXITED(status);
 }
 
-/// The greatest depth that an operation survives, to a hundredth.
+/// The greatest depth that an operation survives, within a hundredth.
 std::size_t greatest_depth(const NamedOperation& operation, const Shape& shape, std::size_t stack) {
     std::size_t good = 0;
     std::size_t bad = operation.most + 1;
@@ -260,7 +259,7 @@ int main(int argc, char** argv) {
     const std::size_t mib = !arguments.empty() ? number(arguments[0], "STACK_MIB", 65536) : 8;
     const std::size_t stack = mib << 20;
 
-    // Processes that run out of stack are expected here, and not worth a picture of their memory.
+    // Processes are expected to run out of stack here, and need not leave core files.
     const rlimit no_core = {0, 0};
     setrlimit(RLIMIT_CORE, &no_core);
     if (arguments.size() == 2) {

@@ -1,7 +1,7 @@
 // Usage: parser_growth [SMALL LARGE]
-// Reads texts of SMALL and of LARGE kilobytes of many shapes, hostile ones among them, and writes
-// how long that takes per byte. Fails if a shape takes so much longer per byte when it is large
-// that the time cannot be in proportion to the text.
+// Reads texts of many shapes, hostile ones among them, of SMALL and of LARGE kilobytes, and prints
+// the time per byte. Fails if the large text of a shape takes so much longer per byte that the time
+// is not proportional to the length.
 #include <foundation/json/parse.hpp>
 
 #include <algorithm>
@@ -23,7 +23,7 @@ using foundation::json::ParserException;
 using foundation::json::Value;
 using foundation::json::ValueStream;
 
-/// What is between an opening and a closing text, as often as it takes.
+/// A text of a size: an opening and a closing one, and between them a filling as often as it fits.
 std::string filled(std::size_t size, const std::string& open, const std::string& filling,
                    const std::string& close) {
     std::string text = open;
@@ -34,7 +34,7 @@ std::string filled(std::size_t size, const std::string& open, const std::string&
     return text + close;
 }
 
-/// As filled(), with texts that a function makes of numbers.
+/// As filled(), but a function makes each filling from its number.
 template <class Make>
 std::string counted(std::size_t size, const std::string& open, Make make,
                     const std::string& close) {
@@ -57,7 +57,7 @@ std::string nested(std::size_t levels, const std::string& open, const std::strin
     return text;
 }
 
-/// A number that looks random.
+/// A number without apparent order.
 std::size_t scattered(std::size_t i) {
     return i * 2654435761U % 4294967296U;
 }
@@ -73,7 +73,7 @@ void read_text(const std::string& text) {
     try {
         const Value value = parse(text, options);
     } catch (const ParserException&) {
-        // Refusing takes its time, too.
+        // The time to find an error counts, too.
     }
 }
 
@@ -85,7 +85,7 @@ void read_stream(const std::string& text) {
         try {
             more = values.next(value);
         } catch (const ParserException&) {
-            // The next line.
+            // The stream goes on with the next line.
         }
     }
 }
@@ -194,7 +194,7 @@ double processor_seconds() {
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
-/// The least of a few.
+/// The shortest time of a few runs.
 double seconds_to_read(const Shape& shape, const std::string& text) {
     double least = 1e9;
     for (int i = 0; i != 3; ++i) {
@@ -205,7 +205,7 @@ double seconds_to_read(const Shape& shape, const std::string& text) {
     return least;
 }
 
-/// Whether a shape takes no longer per byte when it is large, but for what caches make of that.
+/// Whether the time of a shape is proportional to its size, apart from the effects of caches.
 bool measure(const Shape& shape, std::size_t small, std::size_t large) {
     const std::string small_text = shape.make(small * 1000);
     const std::string large_text = shape.make(large * 1000);
@@ -216,7 +216,7 @@ bool measure(const Shape& shape, std::size_t small, std::size_t large) {
     std::cout << std::left << std::setw(34) << shape.name << std::right << std::fixed
               << std::setprecision(2) << std::setw(10) << small_time << std::setw(10) << large_time
               << std::endl;
-    // Texts have other work done before they are read, such as an allocation.
+    // The constant stands for work that does not depend on the length, such as an allocation.
     return large_time < 20 * (small_time + 1);
 }
 

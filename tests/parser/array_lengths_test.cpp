@@ -1,5 +1,5 @@
-// How long arrays are, as it is counted ahead of reading them. A wrong count would cost time and
-// memory, but change no value.
+// Tests the lengths of arrays, which are counted ahead of reading them. A wrong length would cost
+// time and memory, but change no value.
 #include "parser/array_lengths.hpp"
 
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ std::size_t length_of(std::string_view text, bool comments = false) {
     return lengths.length(text.data(), text.data() + 1, 0);
 }
 
-TEST(ArrayLengths, AreThoseOfElementsOfEveryKind) {
+TEST(ArrayLengths, CountElementsOfEveryKind) {
     for (const char* const element :
          {"1", "-1.5e3", "\"\"", "\"a,b]\"", "\"\\\"],\"", "\"\\\\\"", "[]", "[1,2]", "{}",
           "{\"a\":1,\"b\":[2,3]}", "[[[],[]]]", " null ", "\n        true", "\"\xC3\xA9,\xC3\xA9\"",
@@ -51,13 +51,13 @@ TEST(ArrayLengths, SkipCommentsWhereTheyAreAllowed) {
         EXPECT_EQ(length_of(array_of(std::string("1") + comment, 300), true), 300u) << comment;
         EXPECT_EQ(length_of(array_of(std::string(comment) + "[2]", 300), true), 300u) << comment;
     }
-    // Else they are an error, to be found by the parser.
+    // Otherwise they are an error, which the parser finds.
     EXPECT_EQ(length_of("[1/*,*/,2]", false), 3u);
     EXPECT_EQ(length_of("[1//,]\n,2]", false), 2u);
     EXPECT_EQ(length_of("[1/,2]", true), 2u);
 }
 
-TEST(ArrayLengths, OfTextThatEndsAreCountedToItsEnd) {
+TEST(ArrayLengths, CountToTheEndOfATextThatIsCutOff) {
     for (const char* const text : {"[1,2", "[1,2,\"a,", "[1,2,\"\\", "[1,2,[3,4", "[1,2,{\"a\":1,",
                                    "[1,2,[3,4],\"a string of more than a block"}) {
         EXPECT_GE(length_of(text), 2u) << text;
@@ -70,13 +70,13 @@ TEST(ArrayLengths, OfTextThatEndsAreCountedToItsEnd) {
     EXPECT_EQ(length_of("[", true), 1u);
 }
 
-TEST(ArrayLengths, OfLongArraysWithinAreRemembered) {
+TEST(ArrayLengths, AreKeptForLongArraysWithinTheOneThatIsCounted) {
     const std::string inner = array_of("[0]", 256);
     const std::string text = "[" + inner + "," + array_of("0", 255) + "," + inner + "]";
     std::string changed = text;
     ArrayLengths lengths(changed.data() + changed.size(), false);
     EXPECT_EQ(lengths.length(changed.data(), &changed[1], 0), 3u);
-    // What is counted again would be short.
+    // Another count of the changed text would find less.
     for (char& byte : changed) {
         byte = byte == ',' ? ' ' : byte;
     }
@@ -84,7 +84,7 @@ TEST(ArrayLengths, OfLongArraysWithinAreRemembered) {
     EXPECT_EQ(lengths.length(&changed[1], &changed[2], 0), 256u);
     EXPECT_EQ(lengths.length(&changed[inner.size() + 2], &changed[inner.size() + 3], 0), 1u);
     EXPECT_EQ(lengths.length(&changed[last], &changed[last + 1], 0), 256u);
-    // Once only, since each array is read once.
+    // A length is kept for one call, since each array is read once.
     EXPECT_EQ(lengths.length(&changed[1], &changed[2], 0), 1u);
 }
 

@@ -1,4 +1,4 @@
-// Errors as people see them.
+// describe(): the lines that show an error to people.
 #include <foundation/json/parse.hpp>
 
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ std::string repeat(const std::string& piece, std::size_t count) {
     return result;
 }
 
-TEST(Describe, PutsNamePlaceMessageLineAndACaret) {
+TEST(Describe, ShowsNamePlaceMessageLineAndACaret) {
     EXPECT_EQ(description("{\n  \"list\": [1,]\n}", "server.json"),
               "server.json:2:14: found ']' after a comma: the option trailing_commas allows it\n"
               "  \"list\": [1,]\n"
@@ -54,7 +54,7 @@ TEST(Describe, PutsTheCaretBelowWideAndCombiningCharacters) {
     EXPECT_EQ(description("[\"\xF0\x9F\x98\x80\" 2]"), "1:6: a comma is missing before '2'\n"
                                                        "[\"\xF0\x9F\x98\x80\" 2]\n"
                                                        "      ^\n");
-    // A letter of full width, and an emoji of two that a joiner holds together.
+    // A letter of full width, and an emoji of two that a joiner joins.
     EXPECT_EQ(description("[\"\xEF\xBC\xA1\" 2]"), "1:6: a comma is missing before '2'\n"
                                                    "[\"\xEF\xBC\xA1\" 2]\n"
                                                    "      ^\n");
@@ -66,7 +66,7 @@ TEST(Describe, PutsTheCaretBelowWideAndCombiningCharacters) {
                                                          "        ^\n");
 }
 
-TEST(Describe, ShowsWhatDoesNotPrintAsADot) {
+TEST(Describe, ShowsUnprintableCharactersAsDots) {
     EXPECT_EQ(description("[\"\x7F\xE2\x80\xAE\xC2\x85\xE2\x80\xA8\" \x1B[31m]", "a\nb\x1B"),
               "a.b.:1:9: found byte 0x1B where ',' or ']' is expected\n"
               "[\"....\" .[31m]\n"
@@ -85,7 +85,7 @@ TEST(Describe, CutsLongLinesAroundThePlace) {
               "..." +
                   repeat(",1", 18) + ",x," + repeat("1,", 17) + "...\n" + std::string(40, ' ') +
                   "^\n");
-    // What fits stays whole.
+    // A line that fits stays whole.
     EXPECT_EQ(description("[1" + repeat(",1", 19) + ";" + repeat("1,", 18) + "1]"),
               "1:41: found ';' where ',' or ']' is expected\n"
               "[1" +
@@ -104,14 +104,14 @@ TEST(Describe, CutsLongLinesAroundThePlace) {
                   std::string(39, ' ') + "^\n");
 }
 
-TEST(Describe, SaysThatTheLineBeginsBeforeWhatIsQuoted) {
+TEST(Describe, MarksALineThatBeginsBeforeTheQuotedText) {
     EXPECT_EQ(describe(ParserException("what", EMPTY_INPUT, 9, 1, 10, 2, "abcd"), "n"),
               "n:1:10: what\n...abcd\n     ^\n");
     EXPECT_EQ(describe(ParserException("what", EMPTY_INPUT, 9, 1, 3, 2, "abcd"), "n"),
               "n:1:3: what\nabcd\n  ^\n");
 }
 
-TEST(Describe, TakesErrorsOfOthersWhateverTheyHold) {
+TEST(Describe, ShowsExceptionsThatTheParserWouldNotThrow) {
     EXPECT_EQ(describe(ParserException("", EMPTY_INPUT, 0, 0, 0, 99, "abc")), "0:0: \nabc\n   ^\n");
     EXPECT_EQ(describe(ParserException("w", EMPTY_INPUT, 0, 1, 2, 1, "\xE6\x97\xA5")),
               "1:2: w\n...\n ^\n");

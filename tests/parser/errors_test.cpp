@@ -1,4 +1,4 @@
-// Where reading fails, with which code, and what the message says.
+// The parser's errors: their place, code and message.
 #include <foundation/json/parse.hpp>
 
 #include <gtest/gtest.h>
@@ -48,7 +48,7 @@ TEST(ParserErrors, ATextWithoutAValueIsEmpty) {
     });
 }
 
-TEST(ParserErrors, WhatFollowsTheValueIsNamed) {
+TEST(ParserErrors, ACharacterAfterTheValueIsNamed) {
     check({
         {"{} {}", MISSING_ARRAY_OPEN, 3, 1, 4, "found '{' after the end of the value"},
         {"1 2", MISSING_ARRAY_OPEN, 2, 1, 3, "found '2' after the end of the value"},
@@ -148,7 +148,7 @@ TEST(ParserErrors, AColonFollowsAName) {
     });
 }
 
-TEST(ParserErrors, ATextCutOffSaysWithinWhat) {
+TEST(ParserErrors, TheEndOfATextThatIsCutOffSaysWhatItLiesWithin) {
     check({
         {"[", MISSING_ARRAY_CLOSE, 1, 1, 2, "the text ends within an array"},
         {"[1", MISSING_ARRAY_CLOSE, 2, 1, 3, "the text ends within an array"},
@@ -176,7 +176,7 @@ TEST(ParserErrors, ATextCutOffSaysWithinWhat) {
     });
 }
 
-TEST(ParserErrors, AMisspeltWordIsQuotedAtItsFirstWrongByte) {
+TEST(ParserErrors, AMisspeltWordIsLocatedAtItsFirstWrongByte) {
     check({
         {"nil", NULL_MISMATCH, 1, 1, 2,
          "found 'nil' where null may be meant, or a string in double quotes"},
@@ -299,7 +299,7 @@ TEST(ParserErrors, AnExponentNeedsADigit) {
     });
 }
 
-TEST(ParserErrors, WhatIsGluedToANumberIsNamed) {
+TEST(ParserErrors, ACharacterRightAfterANumberIsNamed) {
     check({
         {"0x10", MISSING_ARRAY_OPEN, 1, 1, 2, "found 'x' right after a number"},
         {"1a", MISSING_ARRAY_OPEN, 1, 1, 2, "found 'a' right after a number"},
@@ -311,7 +311,7 @@ TEST(ParserErrors, WhatIsGluedToANumberIsNamed) {
     });
 }
 
-TEST(ParserErrors, ANumberThatIsTooLargeIsQuotedFromItsFirstByte) {
+TEST(ParserErrors, ANumberThatIsTooLargeIsLocatedAtItsFirstByte) {
     check({
         {"1e400", INVALID_EXPONENT, 0, 1, 1, "the number 1e400 is too large for a double"},
         {"[1, -1e309]", INVALID_EXPONENT, 4, 1, 5, "the number -1e309 is too large for a double"},
@@ -322,7 +322,7 @@ TEST(ParserErrors, ANumberThatIsTooLargeIsQuotedFromItsFirstByte) {
     });
 }
 
-TEST(ParserErrors, ALineEndsNoString) {
+TEST(ParserErrors, ALineEndInAStringIsAnError) {
     check({
         {"\"a\n\"", MISSING_TRAILING_QUOTE, 2, 1, 3,
          "the line ends within a string, where a line end is written \\n"},
@@ -393,7 +393,7 @@ TEST(ParserErrors, AQuoteThatIsNotEscapedIsExplained) {
     });
 }
 
-TEST(ParserErrors, Utf8IsCheckedToTheByte) {
+TEST(ParserErrors, ATextThatIsNotUtf8IsLocatedAtTheWrongByte) {
     check({
         {"\"\x80\"", INVALID_UNICODE_ESCAPE, 1, 1, 2, "the text is not UTF-8: found byte 0x80"},
         {"\"\xBF\"", INVALID_UNICODE_ESCAPE, 1, 1, 2, "the text is not UTF-8: found byte 0xBF"},
@@ -516,7 +516,7 @@ TEST(ParserErrors, ACommentThatDoesNotEndIsAnError) {
         options);
 }
 
-TEST(ParserErrors, ATrailingCommaFollowsAnElementEvenWhereItIsAllowed) {
+TEST(ParserErrors, ATrailingCommaThatIsAllowedStillNeedsAnElementBeforeIt) {
     ParseOptions options;
     options.trailing_commas = true;
     expect_failure({"[,]", MISSING_LEADING_DIGIT, 1, 1, 2, "found ',' where a value should begin"},
@@ -543,7 +543,7 @@ TEST(ParserErrors, ANameThatOccursTwiceIsLocatedAtItsQuote) {
         options);
 }
 
-TEST(ParserErrors, TooManyLevelsNameTheLimit) {
+TEST(ParserErrors, TooManyLevelsNameTheOptionThatLimitsThem) {
     ParseOptions options;
     options.max_depth = 2;
     expect_failure({"[[[]]]", MISSING_ARRAY_CLOSE, 2, 1, 3,

@@ -1,4 +1,4 @@
-// Numbers: the nearest double, whatever the environment, and every integer of 64 bits.
+// Numbers are read as the nearest double, whatever the environment, or as 64-bit integers.
 #include "support/describe.hpp"
 #include "support/locales.hpp"
 #include "support/random_trees.hpp"
@@ -40,11 +40,11 @@ std::uint64_t bits_of(double number) {
     return bits;
 }
 
-/// The double that a text was read as, by way of the bits that comparing values compares.
+/// Whether a text is read as a double; 0 and -0 differ.
 bool reads_as(const std::string& text, double expected) {
     ParseOptions options;
     options.integers = ParseOptions::Integers::as_double;
-    // With room behind the number, and without.
+    // With more text behind the number, and without.
     const Value first = parse("[" + text + "," + text + "]" + std::string(50, ' '), options);
     const Value alone = parse(text, options);
     const auto same = [expected](const Value& value) {
@@ -222,7 +222,7 @@ TEST(ParserNumbers, HardCasesAreTheNearestDouble) {
     }
 }
 
-TEST(ParserNumbers, ADigitFarBehindDecidesATie) {
+TEST(ParserNumbers, ADistantDigitDecidesATie) {
     // 1 + 2^-53 lies half way between two doubles.
     const std::string half_way = "1.00000000000000011102230246251565404236316680908203125";
     for (const int zeros : {0, 1, 100, 700, 1000, 100000}) {
@@ -276,7 +276,7 @@ std::string random_number(std::mt19937_64& random) {
     return text;
 }
 
-TEST(ParserNumbers, RandomNumbersAreThoseOfTheCLibrary) {
+TEST(ParserNumbers, RandomNumbersAgreeWithTheCLibrary) {
     const std::uint64_t seed = random_seed();
     std::mt19937_64 random(seed);
     for (std::size_t i = 0; i != 4 * test_rounds(); ++i) {
@@ -306,7 +306,7 @@ TEST(ParserNumbers, EveryDoubleIsReadBackFromItsText) {
     }
 }
 
-TEST(ParserNumbers, TheQuickWayDecidesOrLeavesIt) {
+TEST(ParserNumbers, TheFastPathIsRightWhereItDecides) {
     const std::uint64_t seed = random_seed();
     std::mt19937_64 random(seed);
     std::size_t undecided = 0;
@@ -335,7 +335,8 @@ TEST(ParserNumbers, TheQuickWayDecidesOrLeavesIt) {
 
 // ---- The environment -------------------------------------------------------------------------
 
-/// Texts whose doubles an environment could spoil: halfway cases, subnormal numbers, all ways.
+/// Texts that an environment could change the result of: half-way cases, subnormal numbers, and
+/// numbers for each path of the code.
 const char* const delicate[] = {
     "0.1",
     "-0.3",
@@ -360,7 +361,7 @@ const char* const delicate[] = {
     "0.5",
 };
 
-/// The bits of a double. Comparing or writing it might be spoilt, too.
+/// The bits of a double, since the environment could also affect comparing or writing it.
 std::uint64_t bits_of(const Value& value) {
     return bits_of(boost::strict_get<double>(detail::ValueAccess::variant(value)));
 }

@@ -1,4 +1,4 @@
-// The parser against the tests' own reader, which shares nothing with it.
+// Compares the parser with the tests' own reader, which shares no code with it.
 #include "support/describe.hpp"
 #include "support/json_reader.hpp"
 #include "support/random_trees.hpp"
@@ -28,8 +28,8 @@
 namespace foundation::json::test {
 namespace {
 
-/// What both understand: the other reader knows neither integers of 64 bits nor names that occur
-/// twice.
+/// Options that agree with the other reader, which has neither integers of 64 bits nor names that
+/// occur twice.
 ParseOptions plain_options() {
     ParseOptions options;
     options.integers = ParseOptions::Integers::as_double;
@@ -126,7 +126,7 @@ bool only_ascii_without_surrogates(const std::string& text) {
            text.find("\\ud") == std::string::npos && text.find("\\uD") == std::string::npos;
 }
 
-/// Reads a stream that has but this text.
+/// The first value, or error, of a stream of a text.
 std::string first_of_stream(const std::string& text) {
     std::istringstream stream(text);
     ValueStream values(stream, plain_options());
@@ -138,7 +138,8 @@ std::string first_of_stream(const std::string& text) {
     }
 }
 
-/// Checks one text against the other reader, against itself cut off, and as a stream.
+/// Compares the result for one text with the other reader and with a stream; checks the place of an
+/// error by parsing the text before it.
 void check(const std::string& text) {
     const std::optional<Value> value = parsed(text);
     if (only_ascii_without_surrogates(text)) {
@@ -157,7 +158,7 @@ void check(const std::string& text) {
         const std::string before = text.substr(0, error.get_byte_position());
         if (what.find("too large") == std::string::npos &&
             what.find("occurs twice") == std::string::npos) {
-            // What comes before can be continued: it is whole, or fails at its end.
+            // The text before the place has no error but that it may end too early.
             try {
                 parse(before, plain_options());
             } catch (const ParserException& earlier) {

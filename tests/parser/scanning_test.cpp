@@ -1,4 +1,4 @@
-// Scanning sixteen bytes at a time, with and without vectors, against one byte at a time.
+// Compares scanning sixteen bytes at a time, with and without vectors, with one byte at a time.
 #include "support/edge_memory.hpp"
 
 #include "parser/byte_block.hpp"
@@ -83,7 +83,7 @@ TYPED_TEST(ByteBlocks, ClassifyEveryByteAtEveryPlace) {
     }
 }
 
-TYPED_TEST(ByteBlocks, AreScannedToTheFirstByteThatCountsAndNotBeyondTheEnd) {
+TYPED_TEST(ByteBlocks, SkipToTheFirstOtherByteAndReadNothingBeyondTheEnd) {
     const test::EdgeMemory memory;
     for (std::size_t size = 0; size != 70; ++size) {
         char* const begin = memory.end() - size;
@@ -104,7 +104,7 @@ TYPED_TEST(ByteBlocks, AreScannedToTheFirstByteThatCountsAndNotBeyondTheEnd) {
 
 // ---- UTF-8 -----------------------------------------------------------------------------------
 
-/// All characters beyond ASCII in UTF-8, by their first byte.
+/// The UTF-8 sequences of all characters beyond ASCII, by their first byte.
 std::map<char, std::vector<std::string>> all_sequences() {
     std::map<char, std::vector<std::string>> result;
     for (std::uint32_t code = 0x80; code <= 0x10FFFF; ++code) {
@@ -117,10 +117,10 @@ std::map<char, std::vector<std::string>> all_sequences() {
     return result;
 }
 
-/// How much of a text's first sequence is well-formed, by looking it up among all there are.
+/// Finds how much of a text's first sequence is well-formed, by a search among all sequences.
 Utf8Sequence plain_sequence(const std::vector<std::string>& sequences, const std::string& text) {
     std::size_t best = 0;
-    // Those that have most in common with the text lie next to it.
+    // The sequences that share the longest prefix with the text are its neighbours.
     auto next = std::upper_bound(sequences.begin(), sequences.end(), text);
     for (int i = 0; i != 2 && !sequences.empty(); ++i) {
         if (next != sequences.end()) {
@@ -138,7 +138,7 @@ Utf8Sequence plain_sequence(const std::vector<std::string>& sequences, const std
     return {best, false};
 }
 
-TEST(Utf8, SequencesAreWhatCharactersEncodeTo) {
+TEST(Utf8, AcceptsTheSequencesOfCharactersAndNoOthers) {
     auto sequences = all_sequences();
     std::vector<std::string> texts;
     const int second_bytes[] = {0x00, 0x28, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0, 0xFF};

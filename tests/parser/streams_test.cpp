@@ -1,4 +1,4 @@
-// Texts from streams and files, and values one after the other.
+// Parsing texts from streams and files, and values one after the other from a stream.
 #include "support/describe.hpp"
 
 #include <foundation/json/json.hpp>
@@ -40,10 +40,10 @@ enum class Failing {
     by_turning_bad, ///< its buffer ends, and the stream turns bad
 };
 
-/// What a throwing buffer throws: no std::exception, it must pass untouched.
+/// What a throwing buffer throws. It is no std::exception, and must reach the caller unchanged.
 struct BufferFailure {};
 
-/// Gives a text in pieces, and then fails or ends.
+/// Delivers a text in pieces, and then fails or ends.
 class PiecewiseBuffer : public std::streambuf {
 public:
     PiecewiseBuffer(std::string text, std::size_t piece, Failing failing = Failing::never)
@@ -51,7 +51,7 @@ public:
 
     void attach(std::istream& stream) { stream_ = &stream; }
 
-    /// How much has been taken out of the text.
+    /// How many bytes of the text have been read.
     std::size_t taken() const { return given_ - static_cast<std::size_t>(egptr() - gptr()); }
 
 protected:
@@ -117,7 +117,7 @@ TEST(ParseStream, ReadsTextsOfEveryLength) {
     }
 }
 
-TEST(ParseStream, BeginsWhereTheStreamStands) {
+TEST(ParseStream, ReadsFromThePositionOfTheStream) {
     std::istringstream stream("skipped [1]");
     std::string word;
     stream >> word;
@@ -133,14 +133,14 @@ TEST(ParseStream, BeginsWhereTheStreamStands) {
     }
 }
 
-TEST(ParseStream, SkipsNoBlanksOfAStreamThatWouldAndThrowsNothingAtTheEnd) {
+TEST(ParseStream, IgnoresSkipwsAndThrowsNothingAtTheEnd) {
     std::istringstream stream("  \" a b \"  ");
     stream.exceptions(std::ios_base::eofbit | std::ios_base::failbit | std::ios_base::badbit);
     EXPECT_EQ(parse(stream), Value(" a b "));
     EXPECT_TRUE(stream.eof());
 }
 
-TEST(ParseStream, AFailureAfterAnyByteIsNoEnd) {
+TEST(ParseStream, AFailureAfterAnyByteIsNotTakenForTheEnd) {
     for (std::size_t size = 0; size <= document.size(); ++size) {
         const std::string text = document.substr(0, size);
         PiecewiseStream throwing(text, 3, Failing::by_throwing);
@@ -152,7 +152,7 @@ TEST(ParseStream, AFailureAfterAnyByteIsNoEnd) {
     }
 }
 
-/// What the exception says of a stream that is not good, but for what the standard library adds.
+/// The message for a stream that is not good, without the text that the standard library adds.
 std::string refusal(std::istream& stream) {
     try {
         parse(stream);
@@ -224,7 +224,7 @@ TEST_F(ParseFile, ReadsRegularFiles) {
 }
 
 TEST_F(ParseFile, ReadsFilesWhoseSizeIsNotThatOfTheirText) {
-    // A number that the kernel makes up when it is read.
+    // A file whose content the kernel generates when it is read.
     const Value value = parse_file("/proc/sys/kernel/pid_max");
     EXPECT_GE(static_cast<int>(value), 300);
 }
@@ -243,7 +243,7 @@ TEST_F(ParseFile, ReadsPipes) {
     EXPECT_EQ(test::content_text(value), compact);
 }
 
-/// While it lives, a thread is interrupted by a signal again and again.
+/// Interrupts a thread by signals again and again during its lifetime.
 class Interruptions {
 public:
     explicit Interruptions(pthread_t thread) {
@@ -549,7 +549,7 @@ TEST(ValueStream, QuotesTheWholeLineOfAnError) {
 TEST(ValueStream, TakesNoMoreThanAValueNeeds) {
     struct Case {
         std::string value;
-        std::size_t behind; ///< bytes beyond the value that it takes to see its end
+        std::size_t behind; ///< bytes beyond the value that are needed to find its end
     };
     const Case cases[] = {{"[1]", 0}, {"{\"a\":[]}", 0}, {"\"a\"", 0}, {"12", 1}, {"true", 1}};
     for (const Case& c : cases) {
@@ -564,7 +564,7 @@ TEST(ValueStream, TakesNoMoreThanAValueNeeds) {
     }
 }
 
-TEST(ValueStream, AFailingStreamIsNoEnd) {
+TEST(ValueStream, AFailureIsNotTakenForTheEnd) {
     for (std::size_t size = 0; size <= document.size(); ++size) {
         PiecewiseStream bad(document.substr(0, size), 3, Failing::by_turning_bad);
         ValueStream values(bad);
@@ -577,7 +577,7 @@ TEST(ValueStream, AFailingStreamIsNoEnd) {
     }
 }
 
-TEST(ValueStream, RefusesWhatTheParserRefusesOfUtf8) {
+TEST(ValueStream, RefusesTheSameUtf8AsTheParser) {
     for (int lead = 0x80; lead != 0x100; ++lead) {
         for (const int second : {0x22, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0}) {
             for (const char* const rest : {"", "\x80", "\x80\xBF", "\x80\x22"}) {
@@ -598,7 +598,7 @@ TEST(ValueStream, RefusesWhatTheParserRefusesOfUtf8) {
     }
 }
 
-TEST(ValueStream, AnErrorWhoseLineCannotBeReadIsReportedOnceTheStreamIsWell) {
+TEST(ValueStream, AnErrorWhoseLineCannotBeReadIsReportedOnceTheStreamWorksAgain) {
     PiecewiseStream stream("[1 2", 1, Failing::by_throwing);
     ValueStream values(stream);
     Value value;
@@ -611,7 +611,7 @@ TEST(ValueStream, AnErrorWhoseLineCannotBeReadIsReportedOnceTheStreamIsWell) {
     EXPECT_EQ(value, Value(4));
 }
 
-TEST(ValueStream, LeavesTheValueAsItIsWhereThereIsNone) {
+TEST(ValueStream, LeavesTheCallersValueUnchangedWhereThereIsNone) {
     PiecewiseStream stream("x\n");
     ValueStream values(stream);
     Value value = "before";
@@ -634,7 +634,7 @@ TEST(ValueStream, Moves) {
     EXPECT_EQ(value, Value(4));
 }
 
-TEST(ValueStream, DoesNotWaitForMoreOfAPipeThanAValueAndItsLine) {
+TEST(ValueStream, WaitsForNoMoreOfAPipeThanAValueAndItsLine) {
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
     std::ifstream stream("/dev/fd/" + std::to_string(ends[0]));

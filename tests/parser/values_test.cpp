@@ -1,4 +1,4 @@
-// What texts mean.
+// The values of texts, with every option.
 #include "support/describe.hpp"
 #include "support/edge_memory.hpp"
 #include "support/nested.hpp"
@@ -36,7 +36,7 @@ TEST(Parser, ReadsWords) {
               Value(Members{{"a", Null()}, {"b", true}, {"c", false}}));
 }
 
-TEST(Parser, ReadsArraysAndObjectsWithinOneAnother) {
+TEST(Parser, ReadsNestedArraysAndObjects) {
     EXPECT_EQ(parse("[]"), Value(Elements{}));
     EXPECT_EQ(parse("{}"), Value(Members{}));
     EXPECT_EQ(parse("[[],{},[[]],{\"a\":[]}]"),
@@ -138,14 +138,14 @@ TEST(Parser, TheLastOfEqualNamesWins) {
     EXPECT_EQ(parse(R"({"a":"long enough to be allocated","a":"x"})"), Value(Members{{"a", "x"}}));
 }
 
-TEST(Parser, EveryKindMayHaveAnyName) {
+TEST(Parser, MembersOfEveryKindMayHaveAnyName) {
     const std::string contents[] = {
         "null",  "true",    "1.5", "9007199254740993", "18446744073709551615",
         "\"a\"", "\"\\n\"", "[1]", "{\"c\":2}"};
     for (const std::string& first : contents) {
         for (const std::string& last : contents) {
             const std::string result = serialize(parse("{\"a\":" + last + ",\"b\":" + last + "}"));
-            // Written plainly or escaped, new or known.
+            // A name with and without escapes, for a new member and for one that exists.
             EXPECT_EQ(serialize(parse("{\"a\":" + first + ",\"\\u0062\":" + first +
                                       ",\"\\u0061\":" + last + ",\"b\":" + last + "}")),
                       result);
@@ -195,7 +195,7 @@ TEST(Parser, SkipsOneTrailingCommaWhereItIsAllowed) {
     EXPECT_EQ(parse("[1, // one\n]", options), Value(Elements{1}));
 }
 
-TEST(Parser, AcceptsSoManyLevelsAsAreAllowed) {
+TEST(Parser, AcceptsAsManyLevelsAsAreAllowed) {
     ParseOptions options;
     options.max_depth = 2;
     EXPECT_EQ(parse("[{\"a\":1},[],2]", options),
@@ -292,7 +292,7 @@ TEST(Parser, ReadsALongArrayDeepWithinManyShortOnes) {
     EXPECT_EQ(serialize(parse(text)), text);
 }
 
-TEST(Parser, ALongArrayThatIsNoneFailsAsAShortOneDoes) {
+TEST(Parser, ALongArrayWithAnErrorFailsAsAShortOneDoes) {
     std::string text = "[1";
     for (int i = 1; i != 1000; ++i) {
         text += ",1";
@@ -332,7 +332,7 @@ TEST(Parser, ALongArrayThatIsNoneFailsAsAShortOneDoes) {
     expect_failure_behind(5, ",/* *", options);
 }
 
-/// Texts of every sort of token, to end anywhere.
+/// Texts with every kind of token, complete and cut off.
 const char* const texts[] = {
     "1",
     "-0.5",
