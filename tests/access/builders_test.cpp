@@ -98,8 +98,8 @@ TEST(Element, MovingANamedElementWrapsACopyToo) {
     EXPECT_EQ(test::content_text(Value(e)), "[1]");
 }
 
-// From C++17 on, a temporary of one's own type is no source of a copy: it is the object itself. So
-// it takes a chain, a name or a Value to wrap.
+// Since C++17, a temporary of the same type is not copied: it becomes the object itself. Only a
+// chain, a named Element or a Value is wrapped.
 TEST(Element, ATemporaryElementIsNotCopiedAndThusNotWrapped) {
     EXPECT_EQ(test::content_text(Value(Element(Element(1)))), "[1]");
     EXPECT_EQ(test::content_text(Value(Element(Element(Element(1))))), "[1]");
@@ -194,13 +194,13 @@ TEST(Element, AssignmentTakesTheElementsAndDoesNotNest) {
     static_assert(!std::is_assignable_v<Element&, const Value&>);
 }
 
-// ---- A comma before what is no builder ---------------------------------------------------------
+// ---- A comma between a builder and something else ----------------------------------------------
 
-// That such a comma draws a warning is tested elsewhere.
+// Other tests check that such a comma causes a warning.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
-TEST(CommaBeforeWhatIsNoBuilder, GivesTheRightOperandItself) {
+TEST(CommaBetweenABuilderAndAnotherType, GivesTheRightOperandItself) {
     const Element element(1);
     const Property property("a");
     int number = 2;
@@ -219,7 +219,7 @@ TEST(CommaBeforeWhatIsNoBuilder, GivesTheRightOperandItself) {
     EXPECT_EQ(test::content_text((Element(1), Value("two"), Element(3))), "[3]");
 }
 
-TEST(CommaBeforeWhatIsNoBuilder, GivesTheTemporaryOnItsRight) {
+TEST(CommaBetweenABuilderAndAnotherType, GivesTheTemporaryOnItsRight) {
     static_assert(std::is_same_v<decltype((Element(1), 2)), int>);
     static_assert(std::is_same_v<decltype((Element(1), nullptr)), std::nullptr_t>);
     static_assert(std::is_same_v<decltype((Element(1), std::string())), std::string>);
@@ -233,7 +233,7 @@ TEST(CommaBeforeWhatIsNoBuilder, GivesTheTemporaryOnItsRight) {
     EXPECT_EQ(text, "not moved from");
 }
 
-TEST(CommaBeforeWhatIsNoBuilder, GivesTheOtherBuilder) {
+TEST(CommaBetweenABuilderAndAnotherType, GivesTheOtherBuilder) {
     EXPECT_EQ(test::content_text(Value((Element(1), Property("a") = 2))), R"({"a":2})");
     EXPECT_EQ(test::content_text(Value((Property("a") = 1, Element(2)))), "[2]");
     const Element chain((Property("a") = 1, Element(2)));
@@ -241,7 +241,7 @@ TEST(CommaBeforeWhatIsNoBuilder, GivesTheOtherBuilder) {
     EXPECT_EQ(test::content_text(Value((Property("a") = 1, (Element(2), Element(3))))), "[2,3]");
 }
 
-TEST(CommaBeforeWhatIsNoBuilder, LeavesWhatIsNoValueAlone) {
+TEST(CommaBetweenABuilderAndAnotherType, AcceptsOperandsThatNoValueHolds) {
     struct Fixed {
         Fixed() = default;
         Fixed(const Fixed&) = delete;
@@ -352,7 +352,7 @@ TEST(Property, AssignmentGroupsFromTheRight) {
               R"({"a":{"b":{"c":"deep"}}})");
 }
 
-TEST(Property, TheNameOfAnAssignedPropertyPlaysNoPart) {
+TEST(Property, TheNameOfAnAssignedPropertyIsNotUsed) {
     EXPECT_EQ(test::content_text(Value(Property("a") = Property("b"))), R"({"a":{}})");
     const Property other("ignored");
     (other, Property("kept") = 1);
@@ -412,7 +412,7 @@ TEST(Property, ChainingLeavesTheRightOperandAsItIs) {
     EXPECT_EQ(test::content_text(Value(left)), R"({"a":1,"b":"right"})");
 }
 
-TEST(Property, CopyIsPlainAndIndependent) {
+TEST(Property, ACopyIsEqualAndIndependent) {
     const Property p("a");
     p = Array{1};
     (p, Property("b") = 2);
@@ -501,13 +501,13 @@ TEST(Builders, MakeValuesThatCanBeShapedFurther) {
     EXPECT_EQ(test::content_text(v), R"({"a":1,"b":[true,null,"x"]})");
 }
 
-/// A chain of as many elements, of the value of their place each.
+/// A chain of elements 0, 1, 2 and so on.
 template <std::size_t... I>
 Value elements(std::index_sequence<I...>) {
     return (..., Element(static_cast<int>(I)));
 }
 
-/// A chain of as many properties, "0" = 0 and so on.
+/// A chain of properties "0" = 0, "1" = 1 and so on.
 template <std::size_t... I>
 Value properties(std::index_sequence<I...>) {
     return (..., (Property(std::to_string(I)) = static_cast<int>(I)));

@@ -136,7 +136,7 @@ TEST(Fallback, NestsOnTheRight) {
     EXPECT_EQ(&static_cast<const Value&>(a || (a || b)), &b) << "the last is taken as it is";
 }
 
-TEST(Fallback, IsDecidedWhenItIsConverted) {
+TEST(Fallback, ChoosesAtTheTimeOfTheConversion) {
     Value a("present");
     const Value b("default");
     const Value::Or choice = a || b;
@@ -147,7 +147,7 @@ TEST(Fallback, IsDecidedWhenItIsConverted) {
     EXPECT_EQ(&static_cast<const Value&>(choice), &a);
 }
 
-TEST(Fallback, CanBeWrittenOut) {
+TEST(Fallback, CanBeWrittenAsText) {
     const Value falsy;
     const Value truthy(1);
     const Value::Or takes_right(falsy, truthy);
@@ -176,7 +176,7 @@ TEST(OrVisitor, HoldsItsLeftOperand) {
 }
 
 TEST(OrVisitor, ChoosesByTheContentItVisits) {
-    // What the operands hold plays no part here: the content decides.
+    // Only the visited content decides, not what the operands hold.
     const Value left("left");
     const Value right("right");
     const Value::OrVisitor visitor(left, right);

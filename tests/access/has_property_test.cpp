@@ -50,7 +50,7 @@ TEST(HasProperty, FindsAMemberThatALookupInserted) {
     EXPECT_TRUE(HasProperty("a")(object));
 }
 
-TEST(HasProperty, IsFalseOfAValueThatIsNoObject) {
+TEST(HasProperty, IsFalseForAValueThatIsNoObject) {
     for (const Sample& sample : samples()) {
         const bool is_object = sample.kind == "JSON object";
         EXPECT_EQ(HasProperty("a")(sample.value), is_object) << sample.kind;
@@ -59,7 +59,7 @@ TEST(HasProperty, IsFalseOfAValueThatIsNoObject) {
     }
 }
 
-TEST(HasProperty, IsFalseOfTheContentOfEveryOtherKind) {
+TEST(HasProperty, IsFalseForTheContentOfEveryOtherKind) {
     const HasProperty predicate("a");
     EXPECT_FALSE(predicate(Undefined()));
     EXPECT_FALSE(predicate(Null()));

@@ -1,4 +1,4 @@
-// Reading and reaching into arrays and objects: the ten operator[], length and hasOwnProperty.
+// Access to elements and members: the ten operator[], length and hasOwnProperty.
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>
 
@@ -77,7 +77,7 @@ TYPED_TEST(IndexingConstAndNot, AnIndexGivesTheElementAtThatPlace) {
     }
 }
 
-TYPED_TEST(IndexingConstAndNot, EveryWayToAnElementLeadsToTheSameObject) {
+TYPED_TEST(IndexingConstAndNot, EveryKindOfIndexGivesTheSameObject) {
     TypeParam array(Array{"zero", "one", "two"});
     const Value* const first = &array[0];
     for (const auto& [form, look_up] : lookups_of_element<TypeParam>(2)) {
@@ -352,7 +352,7 @@ TEST(NonConstIndexing, ConstAndNonConstAccessReachTheSameObject) {
     EXPECT_EQ(&object["a"], &static_cast<const Value&>(object)["a"]);
 }
 
-TEST(NonConstIndexing, AMemberOfWhatIsNoObjectIsNotMadeOnTheWay) {
+TEST(NonConstIndexing, AMemberOfAValueThatIsNoObjectIsNotInserted) {
     Value object(Object{{"a", 1}});
     EXPECT_EQ(thrown_message([&] { object["a"]["b"] = 2; }),
               "invalid conversion: JSON number to JSON object");

@@ -81,7 +81,7 @@ TEST(Push, ThatFailsLeavesTheValueAsItWas) {
     }
 }
 
-// ---- Pushing what is already inside ------------------------------------------------------------
+// ---- Pushing an array, or a part of it, into itself --------------------------------------------
 
 TEST(Push, OfAnArrayIntoItselfAppendsTheArrayAsItWas) {
     Value array(Array{1, "x"});

@@ -1,4 +1,4 @@
-// Running out of memory while a value is looked into or grown: it stays as it was.
+// Running out of memory in push() and lookups: the value stays as it was.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
 #include "support/samples.hpp"
@@ -19,7 +19,7 @@ const std::string long_key = "a key too long for a string's own storage";
 
 // ---- push ----------------------------------------------------------------------------------
 
-/// An array of elements of several kinds, and room for more of them or not.
+/// An array of elements of several kinds, with or without room for more.
 Value three_elements(bool with_room) {
     Value array(Array{"the text of the first element", Array{2, Object{{"a", 3}}}});
     array.push("the text of the last element"); // doubles the storage
@@ -64,7 +64,8 @@ TEST(PushOutOfMemory, LeavesAnArrayWithRoomAsItWas) {
 }
 
 TEST(PushOutOfMemory, LeavesAnArrayThatHasToGrowAsItWas) {
-    // The copy and where it is made; the larger storage, and a container for each that moves there.
+    // Beyond the copy itself: its storage, the larger storage, and a container for each element
+    // that moves there.
     EXPECT_EQ(failures_of_pushing(1, false), 3u);
     EXPECT_EQ(failures_of_pushing(long_key, false), 4u);
     EXPECT_EQ(failures_of_pushing(Array{"a text in an array that is pushed", 2}, false), 7u);

@@ -1,4 +1,4 @@
-// The harness itself: that it finds what it is there to find.
+// Tests of the harness itself: it finds wrong states, leaks and unnoticed failures.
 #include "support/allocation_failures.hpp"
 
 #include <gtest/gtest-spi.h>
@@ -27,8 +27,8 @@ Texts no_texts() {
 
 void expect_nothing(const Texts&) {}
 
-// The tests of the harness call the allocation functions themselves: a compiler may leave out what
-// a new expression or a container allocates and nobody looks at.
+// The tests of the harness call the allocation functions directly, since compilers may leave out
+// the allocations of new expressions and containers that nothing uses.
 TEST(AllocationHarness, CountsAllocations) {
     EXPECT_EQ(allocations_of([] {}), 0u);
     EXPECT_EQ(allocations_of([] { ::operator delete(::operator new(1)); }), 1u);
@@ -59,7 +59,7 @@ TEST(AllocationHarness, CountsEveryFormOfAllocation) {
     EXPECT_EQ(live_allocations(), live_before);
 }
 
-TEST(AllocationHarness, CountsWhatIsNotReleasedYet) {
+TEST(AllocationHarness, CountsAllocationsThatAreNotReleasedYet) {
     const std::size_t before = live_allocations();
     void* const first = ::operator new(1);
     void* const second = ::operator new(1);
@@ -151,7 +151,7 @@ TEST(AllocationHarness, ChecksEachFailureInBothModesAndEverySuccess) {
     EXPECT_EQ(after_success, std::vector<std::size_t>(6, 2 * size));
 }
 
-/// The messages of all expectations that fail in a body, instead of their failing the test.
+/// The messages of all expectations that fail in a body; they do not fail the test.
 template <class Body>
 std::string reported_by(Body body) {
     testing::TestPartResultArray reports;
@@ -172,7 +172,7 @@ bool contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-TEST(AllocationHarness, ReportsNothingWhereAllIsWell) {
+TEST(AllocationHarness, ReportsNothingWithoutAnError) {
     const std::string report = reported_by([] {
         static_cast<void>(fail_each_allocation(
             no_texts, [](Texts& t) { t.one = long_text; },
@@ -256,7 +256,7 @@ TEST(AllocationHarness, ReportsAnOperationThatFailsAgain) {
     EXPECT_TRUE(contains(report, "when tried again")) << report;
 }
 
-TEST(AllocationHarness, AcceptsAnOperationThatDoesWithoutAnAllocation) {
+TEST(AllocationHarness, AcceptsAnOperationThatSucceedsWithoutTheAllocation) {
     const std::size_t failures = fail_each_allocation(
         no_texts,
         [](Texts& t) {

@@ -29,7 +29,7 @@ void for_all_pairs_of_kinds(Test test) {
     }
 }
 
-/// What a copy assignment that fails leaves of its target.
+/// Checks the target of a copy assignment that has failed.
 void expect_after_failed_copy(const Value& target, const Sample& before, const Sample& source) {
     if (!source.is_container()) {
         EXPECT_EQ(describe(target), before.description);
@@ -107,8 +107,8 @@ TEST(MoveAssignmentOutOfMemory, LeavesTheTargetFalseAndTheSourceAsItWas) {
     });
 }
 
-// A swap of different kinds moves three times. It loses what it was about to put in place when one
-// of these moves fails, yet both sides stay values.
+// A swap of different kinds makes three moves. When one of them fails, the content in the temporary
+// is lost, but both sides are still valid values.
 TEST(SwapOutOfMemory, LeavesBothAsTheyWereOrOneOfThemFalse) {
     for_all_pairs_of_kinds([](const Sample& a, const Sample& b) {
         std::size_t expected_failures = 0;
@@ -132,12 +132,12 @@ TEST(SwapOutOfMemory, LeavesBothAsTheyWereOrOneOfThemFalse) {
     });
 }
 
-TEST(SwapOutOfMemory, TellsByTheMoveThatFailedWhatIsLeft) {
+TEST(SwapOutOfMemory, LeavesAStateThatDependsOnTheMoveThatFailed) {
     // Both are containers, so each of the three moves can fail.
     const char* const left[] = {
         "JSON array [1] and JSON object {\"a\":2}", // nothing was moved yet
         "JSON array [1] and JSON boolean false",    // the object went with the temporary
-        "JSON boolean false and JSON array [1]",    // so it did here
+        "JSON boolean false and JSON array [1]",    // here, too
     };
     for (std::size_t move = 0; move != 3; ++move) {
         Value a(Array{1});

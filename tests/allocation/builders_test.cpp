@@ -17,7 +17,7 @@ namespace {
 const char* const long_text = "a text too long for a string's own storage";
 const std::string long_name = "a name too long for a string's own storage";
 
-/// The array or object that a chain has come to so far.
+/// The array or object that a chain holds so far.
 template <class Builder>
 std::string text_of(const Builder& chain) {
     return test::content_text(Value(chain));
@@ -47,7 +47,7 @@ TEST(ElementOutOfMemory, LeaksNothingWhenItIsBuiltOrNested) {
               0u);
 }
 
-/// Two chains that are made where they stay: copying an Element nests it.
+/// Two chains, constructed in place, since copying an Element nests it.
 struct Elements {
     Elements() {
         left, Element(Array{2, 3}), Element("the third element of the chain");

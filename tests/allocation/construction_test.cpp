@@ -1,5 +1,5 @@
-// Running out of memory while values are built, copied and moved: nothing leaks, and what is copied
-// or moved from stays as it was.
+// Running out of memory while values are built, copied and moved: nothing leaks, and the source
+// stays as it was.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
 #include "support/samples.hpp"

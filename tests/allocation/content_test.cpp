@@ -1,4 +1,4 @@
-// Running out of memory while content is asked for or changed in place.
+// Running out of memory while content is read or changed in place.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
 
@@ -46,8 +46,8 @@ TEST(Content, TakesOverContainersWithoutAllocating) {
     EXPECT_EQ(array.length(), 2u);
 }
 
-/// Reads a value wrongly while each allocation in turn fails: std::bad_alloc or Error, nothing else
-/// may come of it, and the value stays as it was.
+/// Reads a value in a way that fails, while each allocation in turn fails. Expects std::bad_alloc
+/// or Error and nothing else, and the value as it was.
 template <class Error, class Read>
 void expect_error_or_no_memory(const Value& sample, const std::string& description, Read read) {
     struct Operands {
@@ -101,7 +101,7 @@ void expect_all_or_nothing(const Value& sample, const std::string& before, const
     EXPECT_GT(failures, 0u);
 }
 
-TEST(ContentOutOfMemory, ThatGrowsIsAsItWas) {
+TEST(ContentOutOfMemory, ThatCannotGrowStaysAsItWas) {
     expect_all_or_nothing(Array{1}, "JSON array [1]", "JSON array [1]",
                           [](Value& value) { get<Array>(value).reserve(10); });
     expect_all_or_nothing(Array{1}, "JSON array [1]", "JSON array [1,2]",

@@ -38,8 +38,8 @@ TEST(ConversionOutOfMemory, FromStringToIntLeavesTheStringAsItWas) {
     EXPECT_GT(failures, 0u);
 }
 
-/// Misuses the value, with every allocation failing in turn; std::bad_alloc or the error, nothing
-/// else may come of it.
+/// Misuses the value, with every allocation failing in turn. Expects std::bad_alloc or the error,
+/// and nothing else.
 template <class Misuse>
 std::size_t failures_of(const Sample& sample, Misuse misuse) {
     struct Operands {

@@ -52,7 +52,7 @@ struct Operands {
     std::optional<Everything> object;
 };
 
-TEST(AllocationFailures, LeaveNothingOfAConversionToATypeOfTheCaller) {
+TEST(AllocationFailures, OfAConversionToATypeOfTheCallerLeakNothing) {
     const std::size_t failures = fail_each_allocation(
         [] {
             return Operands{from(everything()), std::nullopt};
@@ -66,7 +66,7 @@ TEST(AllocationFailures, LeaveNothingOfAConversionToATypeOfTheCaller) {
     EXPECT_GT(failures, 30u);
 }
 
-TEST(AllocationFailures, LeaveNothingOfAConversionFromATypeOfTheCaller) {
+TEST(AllocationFailures, OfAConversionFromATypeOfTheCallerLeakNothing) {
     const std::size_t failures = fail_each_allocation(
         [] {
             return Operands{1.5, everything()};
@@ -92,7 +92,7 @@ struct Failure {
     std::string message;
 };
 
-TEST(AllocationFailures, LeaveNothingOfAConversionError) {
+TEST(AllocationFailures, OfAConversionErrorLeakNothing) {
     const std::size_t failures = fail_each_allocation(
         [] {
             return Failure{Object{{long_text, Array{"low", long_text}}}, {}};
@@ -108,7 +108,7 @@ TEST(AllocationFailures, LeaveNothingOfAConversionError) {
     EXPECT_GT(failures, 5u);
 }
 
-TEST(AllocationFailures, LeaveNothingOfANumberThatDoesNotFit) {
+TEST(AllocationFailures, OfANumberThatDoesNotFitLeakNothing) {
     struct Narrow {
         Value value;
         std::string message;
@@ -132,7 +132,7 @@ TEST(AllocationFailures, LeaveNothingOfANumberThatDoesNotFit) {
     EXPECT_GT(failures, 2u);
 }
 
-TEST(AllocationFailures, LeaveNothingOfALookup) {
+TEST(AllocationFailures, OfALookupLeakNothing) {
     const std::size_t failures = fail_each_allocation(
         [] {
             return Failure{Object{{long_text, Array{"x"}}}, {}};

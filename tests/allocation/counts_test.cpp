@@ -1,4 +1,4 @@
-// How much the operations allocate: what is promised to be cheap is counted here.
+// Counts the allocations of the operations that are documented to be cheap.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
 #include "support/fixed_stream.hpp"
@@ -23,7 +23,7 @@ namespace {
 
 const char* const long_text = "a text too long for a string's own storage";
 
-/// An array of so many copies of one element, and no room for another.
+/// An array of `count` copies of one element, without room for another.
 Value array_of(std::size_t count, const Value& element) {
     return Array(count, element);
 }
@@ -188,7 +188,7 @@ TEST(Allocations, OfLookingAtAnArrayAreNone) {
 
 // ---- Text ----------------------------------------------------------------------------------
 
-TEST(Allocations, OfTheTextOfANumberAreNoneButForAResultThatDoesNotFitInPlace) {
+TEST(Allocations, OfTheTextOfANumberAreNoneExceptForALongResult) {
     const Value in_place[] = {0,        -1.5, 0.1,   1e-5, 999999.5,           1e6,
                               1e100,    0.1f, -1e6f, 12LL, LLONG_MAX / 100000, 7ULL,
                               HUGE_VAL, -NAN};
@@ -235,14 +235,14 @@ TEST(Allocations, OfWritingOntoAStreamAreNone) {
                 << sample.kind;
         }
     }
-    stream.flags(std::ios_base::hex); // the way of the reference, piece by piece
+    stream.flags(std::ios_base::hex); // now the reference writes, piece by piece
     EXPECT_EQ(allocations_of([&] { write(stream, large); }), 0u);
     EXPECT_TRUE(stream.good());
 }
 
-// Four elements have no room for a fifth. What may be allocated is the larger storage, the copies
-// that are appended, and an empty container for each array and object that moves.
-TEST(Allocations, OfAChainThatGrowsAreNoCopiesOfItsElements) {
+// Four elements have no room for a fifth. Growing may allocate the larger storage, the copies that
+// are appended, and an empty container for each array and object that moves.
+TEST(Allocations, OfAChainThatGrowsIncludeNoCopiesOfItsElements) {
     const std::string very_long_text(1000000, 'x');
     Element scalars{1};
     scalars, Element(2), Element(3), Element(4);
@@ -263,7 +263,7 @@ TEST(Allocations, OfAChainThatGrowsAreNoCopiesOfItsElements) {
     EXPECT_EQ(serialize(Value(containers)[4]), "5");
 }
 
-TEST(Allocations, OfATermThatTakesMembersAreNoCopiesOfItsOwn) {
+TEST(Allocations, OfATermThatTakesMembersIncludeNoCopiesOfItsOwn) {
     const std::string very_long_text(1000000, 'x');
     Property term("a");
     term = Value(Array{long_text, very_long_text});

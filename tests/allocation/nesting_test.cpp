@@ -1,5 +1,5 @@
-// Running out of memory while deeply nested values are copied: what lies beyond a hundred levels is
-// copied in another way than the rest.
+// Running out of memory while deeply nested values are copied: other code copies the levels beyond
+// the hundredth.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
 #include "support/nested.hpp"
@@ -92,7 +92,7 @@ TEST(DeepAssignmentOutOfMemory, LeavesFalseWhereTheKindWouldHaveChanged) {
               2u * levels);
 }
 
-// ---- The state that each failure leaves, compared with that of the same near the surface --------
+// ---- The state that each failure leaves, compared with that at level 0 --------------------------
 
 const char* const long_text = "a text too long for a string's own storage";
 const char* const other_text = "another text that is too long for a string's own storage";
@@ -148,9 +148,9 @@ std::vector<Change> changes() {
     };
 }
 
-/// Assigns to a value within so many arrays while the n-th allocation fails. What that leaves is
-/// the value's text, and whether the element that was its first is still where it was; nothing if
-/// no allocation has failed.
+/// Assigns to a value within `level` arrays while the n-th allocation fails. Returns the value's
+/// text after that, and whether its former first element is still where it was; nothing if no
+/// allocation has failed.
 std::optional<std::string> left_by_failure(const Change& change, std::size_t level, std::size_t n) {
     Value target = within_arrays(change.target(), level);
     const Value source = within_arrays(change.source, level);
@@ -183,7 +183,7 @@ std::vector<std::string> left_by_failures(const Change& change, std::size_t leve
     return left;
 }
 
-TEST(DeepAssignmentOutOfMemory, LeavesWhatIsLeftNearTheSurface) {
+TEST(DeepAssignmentOutOfMemory, LeavesTheSameStateAtEveryLevel) {
     for (const Change& change : changes()) {
         const std::vector<std::string> near_the_surface = left_by_failures(change, 0);
         EXPECT_FALSE(near_the_surface.empty()) << change.name;

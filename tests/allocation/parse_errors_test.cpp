@@ -110,7 +110,7 @@ TEST(ParserExceptionAllocations, OfEverythingElseAreNone) {
               0u);
 }
 
-// What the converter beneath allocates for itself does not come from the functions replaced here.
+// The converter of ICU does not allocate through the functions that are replaced here.
 TEST(Utf16OutOfMemory, LeavesNoTextCutShort) {
     struct Operands {
         std::u16string units;

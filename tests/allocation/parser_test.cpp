@@ -1,4 +1,4 @@
-// Reading text when memory runs out, and how much memory it takes.
+// Parsing when memory runs out, and how much memory parsing takes.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
 
@@ -33,7 +33,7 @@ std::string long_array(const std::string& element, std::size_t count) {
 
 const std::string long_text = "a text too long for a string's own storage";
 
-/// Texts that need every sort of allocation.
+/// Texts that need every kind of allocation.
 std::vector<std::string> texts() {
     return {
         "1",
@@ -114,11 +114,11 @@ const std::filesystem::path& scratch_file() {
     return path;
 }
 
-TEST(ParseFileThatChanges, ATextThatBecomesShorterMeanwhileIsNamed) {
+TEST(ParseFileThatChanges, AFileThatBecomesShorterMeanwhileIsAnError) {
     const std::string text = '"' + std::string(100000, 'x') + '"';
     std::ofstream(scratch_file()) << text;
     try {
-        // The memory for the text is allocated between the looks at its size and at its content.
+        // The memory for the text is allocated after its size is read and before its content is.
         const WatchedAllocation watched(text.size(),
                                         [] { std::filesystem::resize_file(scratch_file(), 10); });
         parse_file(scratch_file());
@@ -131,7 +131,7 @@ TEST(ParseFileThatChanges, ATextThatBecomesShorterMeanwhileIsNamed) {
     std::filesystem::remove(scratch_file());
 }
 
-TEST(ParseFileThatChanges, ATextThatBecomesLongerMeanwhileIsReadToItsEnd) {
+TEST(ParseFileThatChanges, AFileThatBecomesLongerMeanwhileIsReadToItsEnd) {
     std::ofstream(scratch_file()) << '"' + std::string(100000, 'x');
     const WatchedAllocation watched(100000, [] {
         std::ofstream(scratch_file(), std::ios::app) << std::string(100000, 'y') + '"';
@@ -187,7 +187,7 @@ TEST(PeakMemory, OfReadingIsLittleMoreThanTheValue) {
     expect_little_memory(long_array(long_array("[1,2]", 300), 150));
     expect_little_memory('"' + std::string(3000000, 'x') + '"');
     expect_little_memory(std::string(1000, '[') + std::string(1000, ']'));
-    // A long array as deep as so many elements are pending that it is few of them.
+    // A long array so deep that its elements are few of all that are pending.
     std::string opening;
     for (int i = 0; i != 700; ++i) {
         opening += "[[],";
@@ -202,7 +202,7 @@ TEST(PeakMemory, OfReadingIsLittleMoreThanTheValue) {
     expect_little_memory('"' + escapes + '"');
 }
 
-TEST(PeakMemory, OfReadingAStreamOrFileIsTheTextMore) {
+TEST(PeakMemory, OfReadingAStreamIncludesTheText) {
     const std::string text = long_array("[1,2]", 60000);
     const std::size_t before = live_bytes();
     std::istringstream stream(text);
@@ -216,8 +216,8 @@ TEST(PeakMemory, OfReadingAStreamOrFileIsTheTextMore) {
 }
 
 TEST(Allocations, OfReadingAreThoseOfTheValue) {
-    // Besides the value: the stack of open containers and that of elements, of which the second
-    // grows twice, and chunks of the pools.
+    // Besides the value: the stack of open containers, the stack of pending elements, which grows
+    // twice, and chunks of the pools.
     EXPECT_EQ(allocations_of([] { parse("[]"); }), 3u);
     EXPECT_LE(allocations_of([] { parse(long_array("[1,2]", 1000)); }), 2u * 1000 + 2 + 60);
 }

@@ -1,5 +1,5 @@
-// Running out of memory while a value is written: the value stays as it was, no text comes out cut
-// short unnoticed, and a stream is left in a state that tells.
+// Running out of memory while a value is written: the value stays as it was, no truncated text goes
+// unnoticed, and the state of a stream shows the failure.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
 #include "support/fixed_stream.hpp"
@@ -83,7 +83,7 @@ TEST(TextOutOfMemory, IsNotMadeForAnyKind) {
     }
 }
 
-// A string stream keeps it to itself when it runs out of memory, unless told otherwise.
+// By default, a string stream does not report that it has run out of memory.
 TEST(TextOutOfMemory, IsNeverCutShortInAnotherLocaleEither) {
     const ScopedGlobalLocale global(grouping_locale("\3"));
     for (const Layout layout : layouts) {
@@ -102,7 +102,7 @@ protected:
     }
 };
 
-// A stream keeps quiet about that as well.
+// A stream does not report that by default, either.
 TEST(TextOutOfMemory, IsNotCutShortWhereAFacetNeedsTheMemory) {
     const ScopedGlobalLocale global(std::locale(std::locale::classic(), new AllocatingNumPut));
     EXPECT_EQ(serialize(Array{1ULL, 2ULL}), "[111,222]");
@@ -124,7 +124,7 @@ void throwing_bad_alloc(Write write_onto) {
     }
 }
 
-/// A width sends text the way of the reference, piece by piece, where nothing else does.
+/// With a width, the reference writes the text, piece by piece; without it, the fast path does.
 constexpr std::streamsize widths[] = {0, 1};
 
 /// Expects the first part of a text, or all of it.
@@ -132,7 +132,7 @@ void expect_first_part(const std::string& part, const std::string& text) {
     EXPECT_EQ(part, text.substr(0, part.size()));
 }
 
-/// Takes a text, with every allocation failing in turn, onto a string stream.
+/// Writes a text onto a string stream, with every allocation failing in turn.
 template <class Write>
 std::size_t failures_of_string_stream(Layout layout, std::streamsize width, Write write_onto) {
     struct Operands {
@@ -168,7 +168,7 @@ TEST(StringStreamOutOfMemory, GoesBad) {
                 layout, width, [&](std::ostream& stream, const Value& value) {
                     write(stream, value, layout);
                     if (stream.bad()) {
-                        throw std::bad_alloc(); // what it did not tell
+                        throw std::bad_alloc(); // which the stream has not reported
                     }
                 });
             EXPECT_GE(failures, 3u);

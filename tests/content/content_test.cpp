@@ -16,7 +16,7 @@
 namespace foundation::json {
 namespace {
 
-/// A value of each kind, and what is to be known of it.
+/// A value of each kind, with its expected properties.
 struct Row {
     Value value;
     Kind kind;
@@ -51,8 +51,8 @@ TEST(Content, HasTheKindOfItsValue) {
     static_assert(noexcept(name_of(Kind::null)));
 }
 
-/// What get, get_if and holds make of a value for content of type T: "content" if all agree that
-/// it is there, the message if all agree that it is not.
+/// The result of get, get_if and holds for content of type T: "content" if all find it, or the
+/// message of get if none does.
 template <class T>
 std::string outcome(Value& value) {
     const Value& constant = value;
@@ -160,7 +160,7 @@ TEST(Content, IsTheValueItself) {
     EXPECT_EQ(test::content_text(value), "{\"n\":-1}");
 }
 
-TEST(Content, CanBeGoneThroughAndChanged) {
+TEST(Content, CanBeIteratedAndChanged) {
     Value value(Object{{"a", 1}, {"b", 2}});
     std::string names;
     for (auto& [name, member] : get<Object>(value)) {

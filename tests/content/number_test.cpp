@@ -146,7 +146,7 @@ TEST(NumberAsInteger, IsWhole) {
                        {4503599627370495.5, "4503599627370495.5 is not a whole number"}});
 }
 
-TEST(NumberAsInteger, IsNoNaNAndNoInfinity) {
+TEST(NumberAsInteger, IsNeitherNaNNorAnInfinity) {
     expect<int>({{not_a_number, "NaN is not a whole number"},
                  {-not_a_number, "NaN is not a whole number"},
                  {std::numeric_limits<double>::signaling_NaN(), "NaN is not a whole number"},
@@ -157,7 +157,7 @@ TEST(NumberAsInteger, IsNoNaNAndNoInfinity) {
                   "-Inf is not within -2147483648 to 2147483647"}});
 }
 
-TEST(Number, IsNothingButANumber) {
+TEST(Number, IsNotMadeOfOtherKinds) {
     const std::vector<Row> rows = {
         {Undefined(), "runtime_error: invalid conversion: undefined to JSON number"},
         {Null(), "runtime_error: invalid conversion: JSON null to JSON number"},
@@ -376,7 +376,8 @@ Floating any_of(std::mt19937_64& random) {
     return number;
 }
 
-/// What the processor makes of a number within the limits of a type, by the language's own rules.
+/// The processor's conversion of a number within the limits of a type, by the rules of the
+/// language.
 template <class Integer, class Floating>
 std::string converted(Floating number, Floating least, Floating beyond) {
     if (!(number >= least && number < beyond)) {
@@ -395,10 +396,10 @@ std::string outcome_in_short(const Value& value) {
     }
 }
 
-TEST(Number, IsWhatTheProcessorMakesOfItWhereThatIsDefined) {
+TEST(Number, AgreesWithTheProcessorsConversionWhereThatIsDefined) {
     std::mt19937_64 random(20261122);
     for (std::size_t round = 0; round < test::test_rounds(); ++round) {
-        // Of all exponents, and of those of ordinary numbers.
+        // Numbers of all exponents, and of the exponents of ordinary numbers.
         const double number = round % 2 == 0 ? any_of<double>(random)
                                              : std::ldexp(static_cast<double>(random() % 4096),
                                                           static_cast<int>(random() % 60) - 6) *
@@ -434,13 +435,13 @@ TEST(Number, IsWhatTheProcessorMakesOfItWhereThatIsDefined) {
     }
 }
 
-/// The kind and text of what integer() makes of a number.
+/// The kind and text of the value that integer() makes of a number.
 template <class Integer>
 std::string made_of(Integer n) {
     return test::describe(integer(n));
 }
 
-TEST(Integer, HasTheKindOfItsSign) {
+TEST(Integer, HasTheKindOfItsTypesSignedness) {
     EXPECT_EQ(made_of<signed char>(-128), "int64 -128");
     EXPECT_EQ(made_of<unsigned char>(255), "uint64 255");
     EXPECT_EQ(made_of<short>(-32768), "int64 -32768");
@@ -455,7 +456,7 @@ TEST(Integer, HasTheKindOfItsSign) {
     EXPECT_EQ(made_of<std::size_t>(3), "uint64 3");
 }
 
-TEST(Integer, IsReadBackWhole) {
+TEST(Integer, IsReadBackExactly) {
     EXPECT_EQ(number<std::int64_t>(integer(std::int64_t{9007199254740993})), 9007199254740993);
     EXPECT_EQ(number<std::size_t>(integer(~std::size_t{0})), ~std::size_t{0});
 }

@@ -1,4 +1,4 @@
-// Random values, read back and compared with what they were made of.
+// Compares random values with the content that they were made of.
 #include "support/describe.hpp"
 #include "support/random_trees.hpp"
 #include "support/rounds.hpp"
@@ -20,7 +20,7 @@ namespace {
 
 bool agrees(const Value& value, const Tree& tree);
 
-/// Whether a value holds this content, and says the same of it in each way there is.
+/// Whether a value has this content, by every function that reads it.
 template <class Content>
 bool holds_exactly(const Value& value, const Content& expected) {
     const auto* const content = get_if<Content>(&value);

@@ -16,7 +16,7 @@
 namespace foundation::json {
 namespace {
 
-/// Which overload is called, and with what.
+/// Tells which overload is called, and with what.
 struct Tell {
     std::string operator()(Undefined&) const { return "Undefined"; }
     std::string operator()(Null&) const { return "Null"; }
@@ -97,7 +97,7 @@ TEST(Visit, ReturnsWhatTheCallableReturns) {
     EXPECT_EQ(visit([](auto&) { return Fixed(8); }, value).number, 8) << "what cannot be moved";
 }
 
-TEST(Visit, PassesItsCallableOnAsItIs) {
+TEST(Visit, ForwardsItsCallable) {
     struct Categories {
         std::string operator()(const Value&) & { return "lvalue"; }
         std::string operator()(const Value&) const& { return "const lvalue"; }
@@ -143,7 +143,7 @@ TEST(Visit, ChangesTheContent) {
     EXPECT_EQ(test::content_text(value), "[\"a!\",2,3.5]");
 }
 
-TEST(Visit, TakesATemporaryWhoseContentTheResultDoesNotReferTo) {
+TEST(Visit, TakesATemporaryIfTheResultDoesNotReferToItsContent) {
     const auto size = [](const auto& content) {
         if constexpr (std::is_same_v<decltype(content), const std::string&>) {
             return content.size();

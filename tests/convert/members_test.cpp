@@ -33,7 +33,7 @@ struct Range {
     T high{};
 };
 
-/// Its members are nobody's business but those of its table.
+/// A class with private members, which only its table names.
 class Account {
 public:
     Account() = default;
@@ -81,7 +81,7 @@ struct Optionals {
     std::optional<int> usually = 5;
 };
 
-/// Can be written, but not made.
+/// A class that can be converted to a value, but not from one.
 struct WriteOnly {
     explicit WriteOnly(int number) : id(number) {}
     const int id;
@@ -98,7 +98,7 @@ struct Holder {
     foundation::json::Value other;
 };
 
-/// Names of more characters than a string keeps without an allocation, and not in order.
+/// Names that are too long for a string without an allocation, and not in order.
 struct LongNames {
     int second = 0;
     int first = 0;
@@ -186,7 +186,7 @@ TEST(Members, AreNotMissingWhereTheyAreNull) {
               "at /port: invalid conversion: JSON null to JSON number");
 }
 
-TEST(Members, ThatAreRequiredHaveToBeThere) {
+TEST(Members, ThatAreRequiredMayNotBeMissing) {
     const Value missing = Object{{"Host", "a"}};
     EXPECT_EQ(conversion_error([&] { to<fleet::Server>(missing); }),
               "at the root: the required member \"host\" is missing");
@@ -198,7 +198,7 @@ TEST(Members, ThatAreRequiredHaveToBeThere) {
               "at /1: the required member \"host\" is missing");
 }
 
-TEST(Members, ThatAreUnknownArePassedOver) {
+TEST(Members, ThatAreUnknownAreIgnored) {
     const Value server = Object{{"host", "a"}, {"prot", 1}};
     EXPECT_EQ(to<fleet::Server>(server).port, 8080);
 }
@@ -251,7 +251,8 @@ TEST(Members, CanBePrivate) {
     EXPECT_EQ(to<shapes::Account>(value).balance(), 7);
 }
 
-/// A server among so many members that no table names, each before, between or after its own.
+/// A server with `others` more members that its table does not name, before, between and after its
+/// own.
 Value server_among(int others) {
     Value value = Object{{"host", "a"}, {"port", 81}, {"tags", Value()}};
     for (int i = 0; i < others; ++i) {
@@ -260,7 +261,7 @@ Value server_among(int others) {
     return value;
 }
 
-// Few others are passed one by one, among many each member is looked up.
+// Among few others, all members are walked; among many, those of the table are looked up.
 TEST(Members, AreFoundAmongAnyNumberOfOthers) {
     for (int others = 0; others < 40; ++others) {
         const auto server = to<fleet::Server>(server_among(others));
@@ -359,7 +360,7 @@ TEST(Members, ThatAreOptionalAreLeftOutWhereThatReadsBackTheSame) {
               "at the root: the required member \"always\" is missing");
 }
 
-TEST(Members, CanBeWrittenThatCannotBeRead) {
+TEST(Members, OfAClassThatCannotBeReadCanBeWritten) {
     EXPECT_EQ(describe(from(shapes::WriteOnly(7))), R"(JSON object {"id":7})");
 }
 
@@ -381,7 +382,7 @@ TEST(Members, ThatAreValuesAreLeftOutIfUndefined) {
               "at the root: the required member \"any\" is missing");
 }
 
-TEST(Members, ThatAreValuesLeaveOutWhatTheyHoldByDefault) {
+TEST(Members, ThatAreValuesAreWrittenEvenIfEmpty) {
     EXPECT_EQ(describe(from(shapes::Holder{1, Array()})), R"(JSON object {"any":1,"other":[]})");
 }
 

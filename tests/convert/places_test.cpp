@@ -62,7 +62,7 @@ TEST(Find, FollowsTheExamplesOfTheRfc) {
     EXPECT_EQ(found(document, "/m~0n"), "JSON number 8");
 }
 
-TEST(Find, FindsNothingWhereNothingIs) {
+TEST(Find, GivesNullWhereNoValueIs) {
     const Value document = Object{{"a", Array{1, Array{2}}}, {"t", "text"}, {"0", true}};
     EXPECT_EQ(found(document, "/a/1/0"), "JSON number 2");
     EXPECT_EQ(found(document, "/0"), "JSON boolean true")
@@ -158,7 +158,7 @@ TEST(ToAtAPlace, TakesOptions) {
     EXPECT_EQ(error_pointer([&] { to<fleet::Server>(config, "/server", strict); }), "/server/x");
 }
 
-TEST(ToAtAPlace, RefusesWhereNothingIs) {
+TEST(ToAtAPlace, ThrowsWhereNoValueIs) {
     const Value config = configuration();
     EXPECT_EQ(conversion_error([&] { to<int>(config, "/server/prot"); }),
               "at /server/prot: there is no value");
@@ -172,7 +172,7 @@ TEST(ToAtAPlace, RefusesWhereNothingIs) {
               "at /undefined: invalid conversion: undefined to JSON number");
 }
 
-TEST(ToAtAPlace, RefusesAWayThroughWhatHasNoMembers) {
+TEST(ToAtAPlace, ThrowsWhereAStepLeadsIntoAnotherKind) {
     const Value config = configuration();
     EXPECT_EQ(conversion_error([&] { to<int>(config, "/text/x/y"); }),
               "at /text: invalid conversion: JSON string to JSON object");
@@ -186,7 +186,7 @@ TEST(ToAtAPlace, RefusesAWayThroughWhatHasNoMembers) {
               "at the root: invalid conversion: JSON number to JSON object");
 }
 
-TEST(ToAtAPlace, MakesNoOptionalOfWhatIsMissing) {
+TEST(ToAtAPlace, GivesNulloptForAMissingValue) {
     const Value config = configuration();
     EXPECT_EQ(to<std::optional<int>>(config, "/server/prot"), std::nullopt);
     EXPECT_EQ(to<std::optional<int>>(config, "/server/port"), 80);
@@ -194,13 +194,13 @@ TEST(ToAtAPlace, MakesNoOptionalOfWhatIsMissing) {
     EXPECT_EQ(error_pointer([&] { to<std::optional<int>>(config, "/text/x"); }), "/text");
 }
 
-TEST(ToOr, GivesWhatIsThere) {
+TEST(ToOr, GivesTheValueThatIsThere) {
     const Value config = configuration();
     EXPECT_EQ(to_or(config, "/server/port", 8080), 80);
     EXPECT_EQ(to_or(config, "/server/host", "b"), "a");
 }
 
-TEST(ToOr, FallsBackWhereSomethingIsMissing) {
+TEST(ToOr, GivesTheFallbackForAMissingValue) {
     const Value config = configuration();
     for (const char* const pointer : {"/server/prot", "/nowhere/at/all", "/list/1", "/list/-",
                                       "/none", "/none/x", "/undefined", "/undefined/x/y"}) {
@@ -210,7 +210,7 @@ TEST(ToOr, FallsBackWhereSomethingIsMissing) {
     EXPECT_EQ(to_or(Value(Null()), "", 7), 7);
 }
 
-TEST(ToOr, RefusesWhatIsWrong) {
+TEST(ToOr, ThrowsForAValueThatDoesNotConvert) {
     const Value config = configuration();
     EXPECT_EQ(conversion_error([&] { to_or(config, "/server/host", 7); }),
               "at /server/host: invalid conversion: JSON string to JSON number");
@@ -244,7 +244,7 @@ TEST(ToOr, TakesAnyTypeAsFallback) {
     EXPECT_EQ(to_or(config, "/x", fleet::Level::high), fleet::Level::high);
 }
 
-TEST(ConversionErrors, SayWhereAndWhat) {
+TEST(ConversionErrors, NameThePlaceAndTheProblem) {
     const ConversionError error("/a\"b", "is odd");
     EXPECT_EQ(error.pointer(), "/a\"b");
     EXPECT_STREQ(error.what(), "at /a\\\"b: is odd");
@@ -252,8 +252,8 @@ TEST(ConversionErrors, SayWhereAndWhat) {
     EXPECT_STREQ(ConversionError("/", "is odd").what(), "at /: is odd");
 }
 
-/// What to() says of a value that is no T and lies below names with all that has to be escaped: a
-/// slash, a tilde, a quote, NUL, and no character at all.
+/// The message of to() for a value that is no T. The names above it hold everything that must be
+/// escaped: a slash, a tilde, a quote, NUL, and no character at all.
 template <class T>
 std::string error_below_odd_names(const Value& wrong) {
     const std::string odd("a/~\"\0b", 6);
@@ -266,7 +266,7 @@ std::string error_below_odd_names(const Value& wrong) {
     return conversion_error(convert);
 }
 
-TEST(ConversionErrors, OfEverySortNameTheirPlace) {
+TEST(ConversionErrors, OfEveryTypeNameTheirPlace) {
     const std::string place = R"(at /a~1~0\"\u0000b/)";
     EXPECT_EQ(error_below_odd_names<int>(true),
               place + ": invalid conversion: JSON boolean to JSON number");

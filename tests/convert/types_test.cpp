@@ -27,7 +27,7 @@ namespace {
 using test::conversion_error;
 using test::describe;
 
-/// What an object becomes; and that it becomes itself again.
+/// Describes the value of an object, and expects that it converts back to an equal object.
 template <class T>
 std::string there_and_back(const T& object) {
     const Value value = from(object);
@@ -121,7 +121,7 @@ TEST(Convert, MakesArraysOfPairsAndTuples) {
     EXPECT_EQ(there_and_back(std::tuple<>()), "JSON array []");
 }
 
-TEST(Convert, MakesNullOfNothing) {
+TEST(Convert, MakesNullOfAnEmptyOptional) {
     EXPECT_EQ(there_and_back(std::optional<int>()), "JSON null null");
     EXPECT_EQ(there_and_back(std::optional(7)), "JSON number 7");
     EXPECT_EQ(there_and_back(std::vector<std::optional<bool>>{true, std::nullopt}),
@@ -143,7 +143,7 @@ TEST(Convert, MakesObjectsOfClasses) {
               R"(JSON object {"host":"a","load":0.5,"port":80,"tags":["x","y"]})");
 }
 
-TEST(Convert, TakesTypesWithinEachOther) {
+TEST(Convert, TakesTypesThatContainEachOther) {
     const fleet::Cluster cluster{"main",
                                  {{"a", 80, {}, {}}, {"b", 81, {"x"}, 1.0}},
                                  {{"day", {fleet::Level::low, fleet::Level::high}}, {"night", {}}}};
@@ -159,13 +159,13 @@ TEST(Convert, TakesTypesWithinEachOther) {
               R"(JSON object {"k":[[["a","b"],[[true],[]],{"host":"h","port":1,"tags":[]}]]})");
 }
 
-TEST(Convert, RefusesAnElementThatASetHas) {
+TEST(Convert, RefusesAnElementThatTheSetHasAlready) {
     const Value numbers = Array{3, 1, 3};
     EXPECT_EQ(conversion_error([&] { to<std::set<int>>(numbers); }),
               "at /2: the set has this element already");
 }
 
-/// Takes upper and lower case of one letter for the same.
+/// Takes upper and lower case of a letter for equal.
 struct CaseBlind {
     bool operator()(const std::string& a, const std::string& b) const {
         return std::string{static_cast<char>(a.at(0) | 0x20)} <
@@ -173,7 +173,7 @@ struct CaseBlind {
     }
 };
 
-TEST(Convert, RefusesANameThatAMapHas) {
+TEST(Convert, RefusesANameThatTheMapHasAlready) {
     const Value headers = Object{{"H", 1}, {"X", 2}, {"h", 3}};
     using Headers = std::map<std::string, int, CaseBlind>;
     EXPECT_EQ(conversion_error([&] { to<Headers>(headers); }),
@@ -190,7 +190,7 @@ TEST(Convert, ChecksLengths) {
               "at the root: the array has length 0, not 2");
 }
 
-/// A value of each kind, as all types but one refuse it.
+/// The messages of the conversion to T for a value of each kind.
 template <class T>
 std::vector<std::string> refusals() {
     std::vector<std::string> messages;

@@ -54,7 +54,7 @@ TEST(Append, OfNothingChangesNothing) {
     EXPECT_TRUE(empty.empty());
 }
 
-TEST(Append, ToAnEmptyArrayOfNoCapacity) {
+TEST(Append, ToAnArrayWithoutStorageMakesStorage) {
     Array elements;
     const Value value("only");
     append(elements, &value, 1);
@@ -86,7 +86,7 @@ TEST(Append, GrowsByAFactor) {
             capacity = elements.capacity();
         }
     }
-    EXPECT_LE(capacity, 20000u) << "half of the storage at most lies idle";
+    EXPECT_LE(capacity, 20000u) << "at most half of the storage is unused";
 }
 
 TEST(Append, GrowsAtOnceToWhatManyValuesNeed) {

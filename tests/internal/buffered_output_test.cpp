@@ -1,6 +1,6 @@
 /// @file
-/// Text by way of buffers: byte for byte, and to everything that a stream can tell, what goes onto
-/// a stream piece by piece.
+/// Text that goes through buffers: the same bytes, and the same effects on a stream, as insertions
+/// piece by piece.
 #include "serialization/buffered_output.hpp"
 
 #include "serialization/layout.hpp"
@@ -36,7 +36,7 @@ using test::Refusal;
 
 // ---- Pieces --------------------------------------------------------------------------------
 
-// A text as the calls that a layout would make. It ends in a bracket, as finish() demands.
+// A text, given as the calls that a layout makes. It ends in a bracket, as finish() requires.
 
 struct LineEnd {};
 struct Spaces {
@@ -97,7 +97,7 @@ std::string string_text(const Pieces& pieces) {
     return output.take(write_pieces(output, output.start(), pieces));
 }
 
-/// All that can be told of a stream after a write, flushes included.
+/// Everything that a caller can see of a stream after a write, flushes included.
 std::string outcome(ProbeStream& stream, const std::function<void(std::ostream&)>& write) {
     std::string thrown = "nothing";
     try {
@@ -138,7 +138,7 @@ TEST(BufferedOutput, WritesEveryPiece) {
     expect_same_text(pieces);
 }
 
-TEST(BufferedOutput, HasTheReferenceTextOfNumbersThatTheFastOneLeavesOut) {
+TEST(BufferedOutput, HasTheReferenceTextOfNumbersThatTheFastPathLeavesOut) {
     EXPECT_EQ(string_text({5e-324, 2.2250738585072009e-308, FLT_MAX, -FLT_MAX, 1.4e-45f, 1e-40f,
                            -2.5e-310}),
               "4.94065645841247E-324"
@@ -162,7 +162,7 @@ TEST(BufferedOutput, WritesControlBytesAsTheStreamDoes) {
 
 // ---- Edges of buffers ----------------------------------------------------------------------
 
-/// Every sort of piece, as what comes next.
+/// Every kind of piece, to follow a string.
 std::vector<Pieces> endings() {
     return {
         {},
@@ -178,7 +178,7 @@ std::vector<Pieces> endings() {
     };
 }
 
-/// Expects the same text for every ending behind a string of so many bytes.
+/// Expects the same text for every ending behind a string of `size` bytes.
 void expect_same_text_behind(std::size_t size, char byte) {
     for (const Pieces& ending : endings()) {
         Pieces pieces = {std::string(size, byte)};
@@ -348,7 +348,7 @@ private:
     }
 };
 
-TEST(RandomBufferedOutput, ShowsAnyStreamThatItAppliesToWhatTheReferenceShows) {
+TEST(RandomBufferedOutput, LeavesAnyStreamThatItAppliesToAsTheReferenceDoes) {
     const std::uint64_t seed = test::random_seed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     RandomPieces random(seed);
@@ -403,7 +403,7 @@ TEST(BufferedStreamOutputApplies, ToAStreamInItsDefaultState) {
     EXPECT_TRUE(BufferedStreamOutput::applies_to(ProbeStream()));
 }
 
-TEST(BufferedStreamOutputApplies, WhateverElseIsSet) {
+TEST(BufferedStreamOutputApplies, WithAllOtherFlagsAndSettings) {
     for (const ios_base::fmtflags flags :
          {ios_base::left, ios_base::right, ios_base::internal, ios_base::uppercase,
           ios_base::showbase, ios_base::showpoint, ios_base::boolalpha, ios_base::fixed,
@@ -424,7 +424,7 @@ TEST(BufferedStreamOutputApplies, NotToAStreamThatIsNotGood) {
     EXPECT_FALSE(applies_after([](std::ostream& stream) { stream.rdbuf(nullptr); }));
 }
 
-TEST(BufferedStreamOutputApplies, NotToAStreamThatPads) {
+TEST(BufferedStreamOutputApplies, NotToAStreamWithAWidth) {
     EXPECT_FALSE(applies_after([](std::ostream& stream) { stream.width(1); }));
     EXPECT_FALSE(applies_after([](std::ostream& stream) { stream.width(-1); }));
 }
@@ -434,7 +434,7 @@ TEST(BufferedStreamOutputApplies, NotToAStreamThatIsTiedToAnother) {
     EXPECT_FALSE(applies_after([&](std::ostream& stream) { stream.tie(&other); }));
 }
 
-TEST(BufferedStreamOutputApplies, NotToAStreamThatKeepsNothing) {
+TEST(BufferedStreamOutputApplies, NotToAStreamWithUnitBuffering) {
     EXPECT_FALSE(applies_with_flags(ios_base::dec | ios_base::unitbuf));
 }
 

@@ -122,12 +122,12 @@ struct Limits<float> {
     static constexpr int many_digits = 9;
 };
 
-/// How far from the middle a number is still as good as half way, in units of the whole way. A
-/// float's text is read as a double first, so what is near counts too.
+/// The greatest distance from a half-way case that still counts as one, in units of the distance
+/// between the two neighbours. It is not 0 for floats, whose text is read as a double first.
 template <class Number>
 constexpr double nearness = std::is_same_v<Number, float> ? 0x1p-20 : 0;
 
-/// Whether a number lies half way between two texts of so many digits.
+/// Whether a number lies half way between two texts of `digits` digits.
 template <class Number>
 bool is_between_texts(Number number, int digits) {
     std::array<char, 128> text{};
@@ -136,7 +136,7 @@ bool is_between_texts(Number number, int digits) {
     return std::fabs(std::stod("0." + behind_digits) - 0.5) <= nearness<Number>;
 }
 
-/// Whether the text of so many digits lies half way between a number and a neighbour.
+/// Whether the text of `digits` digits lies half way between a number and a neighbour.
 template <class Number>
 bool has_text_between_numbers(Number number, int digits) {
     std::array<char, 128> text{};
@@ -152,7 +152,7 @@ bool has_text_between_numbers(Number number, int digits) {
     return false;
 }
 
-/// Whether the reference algorithm may have to serve a number.
+/// Whether the fast path may leave a number to the reference algorithm.
 template <class Number>
 bool may_be_left(Number number) {
     using L = Limits<Number>;
@@ -169,7 +169,7 @@ void compare(Number number) {
     compare_one(-number, may_be_left(number));
 }
 
-/// Compares a number and so many neighbours on either side.
+/// Compares a number and `count` neighbours on either side.
 template <class Number>
 void compare_with_neighbours(Number number, int count = 2) {
     compare(number);
@@ -193,7 +193,7 @@ float read(const std::string& text, float) {
 
 // ---- Texts ---------------------------------------------------------------------------------
 
-TEST(FastDoubleText, IsThatOfTheRule) {
+TEST(FastDoubleText, HasTheDigitsAndTheNotationOfTheReferenceAlgorithm) {
     struct Case {
         double number;
         const char* text;
@@ -296,7 +296,7 @@ TEST(FastDoubleText, IsThatOfTheRule) {
     }
 }
 
-TEST(FastFloatText, IsThatOfTheRule) {
+TEST(FastFloatText, HasTheDigitsAndTheNotationOfTheReferenceAlgorithm) {
     struct Case {
         float number;
         const char* text;
@@ -374,7 +374,7 @@ TEST(FastNumberText, LeavesSubnormalNumbersAndTheLargestFloatToTheReferenceAlgor
     }
 }
 
-/// Numbers that the arithmetic leaves, and their texts by the reference algorithm.
+/// Numbers that the fast path leaves, and their texts by the reference algorithm.
 template <class Number>
 void expect_left_to_the_reference(const std::vector<std::pair<Number, std::string>>& cases) {
     for (const auto& [number, text] : cases) {
@@ -400,7 +400,7 @@ TEST(FastNumberText, LeavesNumbersHalfWayBetweenTextsToTheReferenceAlgorithm) {
     });
 }
 
-TEST(FastNumberText, LeavesNumbersWithATextHalfWayToTheNextToTheReferenceAlgorithm) {
+TEST(FastNumberText, LeavesTextsHalfWayBetweenNumbersToTheReferenceAlgorithm) {
     expect_left_to_the_reference<double>({
         {1e23, "1.0E+23"},
         {std::nextafter(1e23, HUGE_VAL), "1.0000000000000001E+23"},
@@ -447,7 +447,7 @@ TYPED_TEST(FastNumberText, IsTheReferenceTextWhereRoundingCarries) {
     }
 }
 
-// Every exponent, and so every power of ten and every shift that the arithmetic knows.
+// All exponents together use every power of ten and every shift of the arithmetic.
 TYPED_TEST(FastNumberText, IsTheReferenceTextForEveryBinaryExponent) {
     using Limit = std::numeric_limits<TypeParam>;
     std::mt19937_64 random(Limit::digits);
@@ -473,8 +473,8 @@ TYPED_TEST(FastNumberText, IsTheReferenceTextAroundTheBoundariesOfTheNotations) 
     compare_with_neighbours(std::nextafter(largest, TypeParam(0)), 1);
 }
 
-// Half way cases exist only where the number has one digit more than the format, a five, so that it
-// is an odd multiple of a power of 2 times a power of 5 that brings it to that many digits.
+// A number is a half-way case if it has exactly one digit more than the format, a five. Such a
+// number is odd * 2^-power, where odd * 5^power has that many digits.
 TYPED_TEST(FastNumberText, IsTheReferenceTextHalfWayBetweenDecimals) {
     using L = Limits<TypeParam>;
     for (const int digits : {L::few_digits, 16, L::many_digits}) {
@@ -506,7 +506,7 @@ TYPED_TEST(FastNumberText, IsTheReferenceTextForWholeNumbers) {
 
 // ---- Random numbers ------------------------------------------------------------------------
 
-/// The random numbers of one test, of every sort that programs write, and any bits.
+/// Random numbers for one test: of all kinds that programs write, and of random bits.
 template <class Number>
 class RandomNumbers {
 public:
@@ -543,7 +543,7 @@ public:
         return static_cast<Number>(std::ldexp(odd, -static_cast<int>(random_() % 60)));
     }
 
-    /// In degrees, of as many places as a map has.
+    /// In degrees, with as many decimals as maps use.
     Number coordinate() {
         const auto millionths = static_cast<double>(random_() % 360000000);
         return static_cast<Number>(millionths / 1e6 - 180);
@@ -584,7 +584,7 @@ TYPED_TEST(RandomFastNumberText, IsTheReferenceText) {
     }
 }
 
-// ---- Where all of that applies -------------------------------------------------------------
+// ---- When the fast path applies ------------------------------------------------------------
 
 TEST(FastNumberTextApplies, InTheClassicLocaleWhileRoundingToNearest) {
     EXPECT_TRUE(fast_number_text_applies());
@@ -618,7 +618,7 @@ TEST(FastNumberTextApplies, NotWhileRoundingInAnotherDirection) {
 
 #else
 
-// ---- Machines that the exact arithmetic does not suit --------------------------------------
+// ---- Machines without 128-bit integers -----------------------------------------------------
 
 template <class Number>
 void expect_left(Number number) {

@@ -1,6 +1,6 @@
 /// @file
-/// String content copied and escaped many bytes at a time: as byte by byte, without a look outside
-/// the string and a write beyond the room.
+/// Copying and escaping strings many bytes at a time: the result is the same as byte by byte, with
+/// no read outside the string and no write beyond the room.
 #include "serialization/fast_string_text.hpp"
 #include "serialization/shuffled_string_text.hpp"
 
@@ -22,7 +22,7 @@
 namespace foundation::json::detail {
 namespace {
 
-/// What came of copying: how many bytes were read, and what was written for them.
+/// The result of copying: how many bytes were read, and what was written for them.
 struct Copied {
     std::size_t count = 0;
     std::string text;
@@ -36,7 +36,7 @@ std::ostream& operator<<(std::ostream& stream, const Copied& copied) {
     return stream << copied.count << " bytes as " << testing::PrintToString(copied.text);
 }
 
-/// The same byte by byte.
+/// The expected result, made byte by byte.
 Copied copied_by_bytes(std::string_view content) {
     constexpr std::string_view escaped = "\b\t\n\f\r\"/\\";
     constexpr std::string_view letters = "btnfr\"/\\";
@@ -56,7 +56,7 @@ Copied copied_by_bytes(std::string_view content) {
     return result;
 }
 
-/// In place of the bytes to work on: those of the quickest way.
+/// Stands for the fastest function in place of a type of block.
 struct QuickestBytes {};
 
 /// Copies content that lies at an edge of memory into exactly the room that is asked for.
@@ -104,7 +104,7 @@ private:
 constexpr EdgeCopier::Place places[] = {EdgeCopier::Place::at_the_begin,
                                         EdgeCopier::Place::at_the_end};
 
-/// So many bytes that stay as they are, no two neighbours alike.
+/// `size` bytes that need no escape; neighbours differ.
 std::string clean_content(std::size_t size) {
     static constexpr char clean[] = "abc\xE9 !#.0[]\x7F\x80\xFFzA\xC3\xA9";
     std::string content;

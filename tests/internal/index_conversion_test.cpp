@@ -76,7 +76,7 @@ TEST(IndexConversion, KeepsTheTopBitFrom2To63On) {
     }
 }
 
-TEST(IndexConversion, WhatNo64BitIntegerHoldsIsTheTopBitAlone) {
+TEST(IndexConversion, NumbersBeyond64BitsAreTheTopBitAlone) {
     const double numbers[] = {
         0x1p+64,
         0x1p+64 + 4096,

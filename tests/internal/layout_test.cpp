@@ -1,5 +1,5 @@
 /// @file
-/// The pieces that a layout consists of, in their order, apart from where they are written to.
+/// The pieces of a layout and their order, independent of the output.
 #include "serialization/layout.hpp"
 
 #include <gtest/gtest.h>
@@ -11,8 +11,8 @@
 namespace foundation::json::detail {
 namespace {
 
-/// An output that keeps the pieces of a text. It says what it was asked to write of what it does
-/// not write itself.
+/// An output that records the pieces of a text. For numbers, strings, line ends and spaces it
+/// records the call.
 class PieceRecorder {
 public:
     struct Cursor {};
@@ -92,7 +92,7 @@ TEST(LayoutWriter, PutsItemsOnLinesOfTheirOwn) {
                       "line end", "0 spaces", "]"}));
 }
 
-TEST(LayoutWriter, IndentsWhatIsBetweenEmptyBrackets) {
+TEST(LayoutWriter, PutsIndentationBetweenEmptyBrackets) {
     EXPECT_EQ(pretty(Array{}), (Pieces{"[", "0 spaces", "]"}));
     EXPECT_EQ(pretty(Array{Object{}}), (Pieces{"[", "line end", "4 spaces", "{", "4 spaces", "}",
                                                "line end", "0 spaces", "]"}));

@@ -10,8 +10,8 @@ namespace {
 
 using detail::NestingLevel;
 
-/// Whether the level so many levels within this one is beyond the ordinary ones, and whether it
-/// takes the one outside it for the last ordinary one.
+/// Two results at a level: whether it is beyond the ordinary ones, and whether the level outside it
+/// was the last ordinary one.
 struct Within {
     bool beyond_ordinary;
     bool at_last_ordinary;

@@ -1,6 +1,6 @@
 /// @file
-/// The text of random numbers in random floating-point environments, by the fast path, by the
-/// reference rule, and by the rule written out once more.
+/// Compares the texts of random numbers in random floating-point environments: by the fast path, by
+/// the reference algorithm, and by the implementation in the tests.
 #include "serialization/fast_number_text.hpp"
 #include "serialization/number_text.hpp"
 #include "support/float_environments.hpp"
@@ -62,7 +62,7 @@ const Item& any_of(const std::vector<Item>& items, std::mt19937_64& random) {
 }
 
 Environment any_environment(std::mt19937_64& random) {
-    // Half of them in the direction in which there is a fast way.
+    // Half of them round to nearest, as the fast path requires.
     const int direction = random() % 2 != 0 ? FE_TONEAREST : any_of(test::directions(), random);
     return {direction, random() % 2 != 0, any_of(test::machine_settings(), random)};
 }

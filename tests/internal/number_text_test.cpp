@@ -12,7 +12,7 @@
 namespace foundation::json::detail {
 namespace {
 
-/// A buffer full of rubbish, with more of it behind.
+/// A buffer of other characters, with more of them behind it.
 struct DirtyBuffer {
     DirtyBuffer() {
         std::fill(std::begin(text), std::end(text), '9');

@@ -1,5 +1,5 @@
-// Number text to double: what counts as a number, which double it is, and which characters are
-// read.
+// Reading a double from a text: what counts as a number, which double it is, and which characters
+// are read.
 #include "parse_errors/read_double.hpp"
 
 #include "support/locales.hpp"
@@ -23,7 +23,7 @@ namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-/// Reads from a copy that ends where its storage ends, so that a reader that goes on is found out.
+/// Reads from a copy that ends where its storage ends, so that reads beyond the end are detected.
 double read(const std::string& text) {
     const std::unique_ptr<char[]> exact(new char[text.size()]);
     std::copy(text.begin(), text.end(), exact.get());
@@ -299,8 +299,7 @@ TEST(ReadDouble, ReadsADecimalPointInEveryLocale) {
     ASSERT_TRUE(c_locale.succeeded()) << "LOCPATH must name the folder of the generated locale";
     const ScopedGlobalLocale cpp_locale(grouping_locale("\3")); // a decimal semicolon
     ASSERT_STREQ(std::localeconv()->decimal_point, ",");
-    ASSERT_EQ(std::strtod("1,5", nullptr), 1.5)
-        << "the locale must be in force for this test to tell anything";
+    ASSERT_EQ(std::strtod("1,5", nullptr), 1.5) << "the test needs the locale to be in effect";
 
     const std::string digits(800, '3');
     expect_read({

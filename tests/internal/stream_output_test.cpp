@@ -1,6 +1,6 @@
 /// @file
-/// The bytes of each piece onto a stream; and failures that are to be silent: as onto a stream with
-/// an empty exception mask, whatever happens after the first failure.
+/// The bytes of each piece on a stream; and silent failures, which have the same effect as on a
+/// stream with an empty exception mask, whatever happens after the first failure.
 #include "serialization/stream_output.hpp"
 
 #include <gtest/gtest.h>
@@ -84,14 +84,14 @@ TEST(SilentStreamOutput, EndsTheTextAtAFailure) {
     EXPECT_EQ(buffer.text, "tru");
 }
 
-TEST(SilentStreamOutput, TellsWantOfMemory) {
+TEST(SilentStreamOutput, ThrowsBadAlloc) {
     ThrowingBuffer<std::bad_alloc> buffer(3);
     std::ostream stream(&buffer);
     StreamOutput output(stream, StreamOutput::Failure::silent);
     EXPECT_THROW(output.text({}, "true"), std::bad_alloc);
 }
 
-TEST(SilentStreamOutput, LetsPassWhatAStreamDoesBeforeAFailureAndAfterIt) {
+TEST(SilentStreamOutput, ThrowsWhatAFacetThrowsForLineEndsBeforeAndAfterAFailure) {
     const std::locale throwing(std::locale::classic(), new ThrowingCtype);
     ThrowingBuffer<Fault> buffer(1);
     std::ostream stream(&buffer);
@@ -105,7 +105,7 @@ TEST(SilentStreamOutput, LetsPassWhatAStreamDoesBeforeAFailureAndAfterIt) {
     EXPECT_EQ(buffer.text, "[");
 }
 
-TEST(StreamOutput, ThrowsWhatTheStreamIsToldTo) {
+TEST(StreamOutput, ThrowsAccordingToTheExceptionMaskOfTheStream) {
     ThrowingBuffer<Fault> buffer(3);
     std::ostream stream(&buffer);
     stream.exceptions(std::ios_base::badbit);

@@ -1,4 +1,4 @@
-// UTF-16 text into a named encoding.
+// Converts UTF-16 text to a named encoding.
 #include "parse_errors/utf16_converter.hpp"
 
 #include "support/utf_text.hpp"
@@ -42,7 +42,7 @@ TEST(Utf16Converter, AcceptsAnEncodingUnderAnyOfItsNames) {
     }
 }
 
-TEST(Utf16Converter, NothingIsConvertedToNothing) {
+TEST(Utf16Converter, ConvertsAnEmptyTextToAnEmptyText) {
     for (const bool substitute : {true, false}) {
         EXPECT_EQ(Utf16Converter("UTF-8", substitute).convert(u""), "");
         EXPECT_EQ(Utf16Converter("UTF-16BE", substitute).convert(u""), "");
@@ -147,7 +147,7 @@ TEST(Utf16Converter, ConvertsTextsLongerThanAnyPiece) {
     EXPECT_EQ(Utf16Converter("UTF-16LE", true).convert(text.utf16).size(), 2 * text.utf16.size());
 }
 
-/// While it lives, ICU gets no memory.
+/// Lets ICU's allocations fail during its lifetime.
 class NoMemoryForIcu {
 public:
     NoMemoryForIcu() {

@@ -151,7 +151,7 @@ TEST(U16ToU8, ANegativeLengthIsALengthError) {
         }
         EXPECT_THROW(static_cast<void>(u16_to_u8(nullptr, length)), std::length_error);
     }
-    EXPECT_EQ(u16_to_u8(text, 4), "text") << "nothing remains of the failure";
+    EXPECT_EQ(u16_to_u8(text, 4), "text") << "the failure has no lasting effect";
 }
 
 TEST(U16ToU8, KeepsNothingFromOneCallToTheNext) {
@@ -272,7 +272,7 @@ TEST(StringToDouble, ReadsADecimalPointInEveryLocale) {
     ASSERT_STREQ(std::localeconv()->decimal_point, ",");
     char sample[8];
     std::snprintf(sample, sizeof sample, "%.1f", 1.5);
-    ASSERT_STREQ(sample, "1,5") << "the locale must be in force for this test to tell anything";
+    ASSERT_STREQ(sample, "1,5") << "the test needs the locale to be in effect";
 
     EXPECT_EQ(string_to_double("1.5"), 1.5);
     EXPECT_EQ(string_to_double("1,5"), 1.0);

@@ -36,7 +36,7 @@ TEST(Parser, ReadsWords) {
               Value(Members{{"a", Null()}, {"b", true}, {"c", false}}));
 }
 
-TEST(Parser, ReadsNestedArraysAndObjects) {
+TEST(Parser, ReadsArraysAndObjectsInEachOther) {
     EXPECT_EQ(parse("[]"), Value(Elements{}));
     EXPECT_EQ(parse("{}"), Value(Members{}));
     EXPECT_EQ(parse("[[],{},[[]],{\"a\":[]}]"),

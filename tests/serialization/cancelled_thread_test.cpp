@@ -1,5 +1,5 @@
-// A thread that is cancelled while it writes ends there, as the system wants it: that is no
-// exception to be kept silent.
+// A thread that is cancelled while it writes ends there: the library does not swallow the exception
+// of a cancellation.
 #include "support/locales.hpp"
 
 #include <foundation/json/serializer.hpp>

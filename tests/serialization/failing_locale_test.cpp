@@ -1,6 +1,6 @@
 /// @file
-/// Texts in strings where a facet of the global locale throws: as onto a new std::ostringstream,
-/// which keeps to itself what insertions throw. Only want of memory shows.
+/// Texts in strings where a facet of the global locale throws: the same as on a new
+/// std::ostringstream, which swallows what insertions throw. Only std::bad_alloc is thrown.
 #include "support/locales.hpp"
 #include "support/tree.hpp"
 #include "support/write_onto.hpp"
@@ -36,7 +36,7 @@ constexpr Layout layouts[] = {Layout::compact, Layout::pretty};
 /// What a facet does at one of its calls.
 enum class Fault { none, exception, stream_failure, not_an_exception, out_of_memory, bad_iterator };
 
-/// Counts calls down to the one that is to fail, for all facets of a kind.
+/// Counts down to the call that fails, for all facets of a type.
 class Countdown {
 public:
     /// @param call     the one that fails, from 1; 0 for none
@@ -47,7 +47,7 @@ public:
         lasting_ = lasting;
     }
 
-    /// Whether this call is to fail other than by an exception.
+    /// Whether this call fails in another way than by an exception.
     bool call() {
         if (fault_ == Fault::none || --left_ > 0 || (left_ < 0 && !lasting_)) {
             return false;
@@ -125,14 +125,14 @@ protected:
     }
 };
 
-/// Made anew for every text: what a locale has cached, it does not ask its facets for.
+/// Made anew for every text, since a locale does not ask its facets again for what it has cached.
 std::locale failing_locale() {
     const std::locale with_integers(std::locale::classic(), new FailingNumPut);
     const std::locale with_characters(with_integers, new FailingCtype);
     return {with_characters, new FailingPunctuation};
 }
 
-// ---- What comes of it ----------------------------------------------------------------------
+// ---- Outcomes ------------------------------------------------------------------------------
 
 template <class Make>
 std::string outcome_of(Make make) {
@@ -173,7 +173,7 @@ void stop() {
     start({Fault::none, 0, 0, 0});
 }
 
-/// Every piece that a facet has a part in: integers, escapes, line ends.
+/// Every kind of piece that depends on a facet: integers, escapes, line ends.
 const Tree document{Elements{
     {1234567LL},
     {std::string("a\x01z\x1F/")},
@@ -229,7 +229,7 @@ TEST(FailingFacet, OfFillCharactersEndsTheTextThere) {
     EXPECT_EQ(text_of_library(value, Layout::compact, {Fault::exception, 0, 1, 0}), expected);
 }
 
-TEST(FailingFacet, OfLineEndsThrowsWhereNoStreamLooks) {
+TEST(FailingFacet, OfLineEndsThrowsToTheCallerSinceNoInsertionCatchesIt) {
     const Value value = std::vector<Value>{true};
     EXPECT_EQ(text_of_library(value, Layout::pretty, {Fault::exception, 0, 1, 0}), "(a facet's)");
     EXPECT_EQ(text_of_library(value, Layout::pretty, {Fault::not_an_exception, 0, 1, 0}), "(42)");
@@ -237,14 +237,14 @@ TEST(FailingFacet, OfLineEndsThrowsWhereNoStreamLooks) {
     EXPECT_EQ(text_of_library(value, Layout::compact, {Fault::exception, 0, 1, 0}), compact);
 }
 
-TEST(FailingFacet, ThrowsWhereNoStreamLooksAlsoAfterTheTextHasEnded) {
+TEST(FailingFacet, ThrowsToTheCallerAlsoAfterTheTextHasEnded) {
     const Tree tree{Elements{{1LL}, {std::string("\x01")}}};
     const Faults faults{Fault::exception, 0, 1, 0, true};
     EXPECT_EQ(text_of_stream(tree, Layout::compact, faults), "(a facet's)");
     EXPECT_EQ(text_of_library(test::to_value(tree), Layout::compact, faults), "(a facet's)");
 }
 
-TEST(FailingFacet, OutOfMemoryIsNotKeptSilent) {
+TEST(FailingFacet, ThatRunsOutOfMemoryThrowsBadAllocToTheCaller) {
     const Value value = test::to_value(document);
     for (const Layout layout : layouts) {
         for (int call = 1; call <= 5; ++call) {
@@ -256,9 +256,9 @@ TEST(FailingFacet, OutOfMemoryIsNotKeptSilent) {
     }
 }
 
-/// At every call of a facet, and at two calls of different ones. When the facet for punctuation is
-/// asked depends on the standard library.
-TEST(FailingFacet, ShowsAsOntoANewStringStream) {
+/// Each call of a facet fails, and each pair of calls of different facets. The standard library
+/// decides when it calls the facet for punctuation.
+TEST(FailingFacet, HasTheSameEffectAsOnANewStringStream) {
     const Tree trees[] = {
         document,
         {1LL},

@@ -1,6 +1,6 @@
 /// @file
-/// Which locale reaches which text: the stream's C++ locale the 64-bit integers and the digits of
-/// escapes, the process's C locale the doubles and floats.
+/// Which locale affects which text: the stream's C++ locale affects 64-bit integers and the digits
+/// of escapes, the process's C locale affects doubles and floats.
 #include "support/locales.hpp"
 #include "support/write_onto.hpp"
 
@@ -75,15 +75,15 @@ struct WritesStars : std::num_put<char> {
     }
 };
 
-/// The classic locale with another facet. Such a locale may keep the name of the classic one, by
-/// which locales are compared.
+/// The classic locale with another facet. Such a locale may keep the name of the classic one, and
+/// locales are compared by their names.
 template <class Facet, class Own>
 std::locale classic_but() {
     const std::locale& classic = std::locale::classic();
     return classic.combine<Facet>(std::locale(classic, new Own));
 }
 
-TEST(StreamLocale, CountsByItsFacetsWhateverItsName) {
+TEST(StreamLocale, HasEffectByItsFacetsWhateverItsName) {
     EXPECT_EQ(written(Array{1234567LL}, classic_but<std::numpunct<char>, GroupedByThree>()),
               "[1_234_567]");
     EXPECT_EQ(written(Array{1234567LL}, classic_but<std::num_put<char>, WritesStars>()), "[*]");
@@ -91,7 +91,7 @@ TEST(StreamLocale, CountsByItsFacetsWhateverItsName) {
               "[|    1|]");
 }
 
-TEST(GlobalLocale, CountsByItsFacetsWhateverItsName) {
+TEST(GlobalLocale, HasEffectByItsFacetsWhateverItsName) {
     {
         const ScopedGlobalLocale global(classic_but<std::numpunct<char>, GroupedByThree>());
         EXPECT_EQ(serialize(Array{1234567LL}), "[1_234_567]");
@@ -131,7 +131,7 @@ TEST(StreamLocale, LeavesAllOtherKindsAlone) {
               R"(-1'234'567,1'234'567])");
 }
 
-TEST(StreamLocale, ReachesPrettyText) {
+TEST(StreamLocale, AffectsPrettyText) {
     EXPECT_EQ(written(Object{{"n", Array{1000LL, 0.5}}}, grouping_locale("\3"), Layout::pretty),
               "{\n"
               "    \"n\":[\n"
@@ -141,7 +141,7 @@ TEST(StreamLocale, ReachesPrettyText) {
               "}");
 }
 
-TEST(StreamLocale, GoesWithTheFlagsOfTheStream) {
+TEST(StreamLocale, HasEffectTogetherWithTheFlagsOfTheStream) {
     std::ostringstream stream;
     stream.imbue(grouping_locale("\3"));
     stream << std::hex;
@@ -162,7 +162,7 @@ TEST(StreamLocale, GroupsTheDigitsOfEscapes) {
     EXPECT_EQ(written("\x01\x1F", grouping_locale("\3")), R"("\u0001\u001f")");
 }
 
-TEST(StreamLocale, CountsAsItIsAtTheTimeOfTheWrite) {
+TEST(StreamLocale, IsTheOneAtTheTimeOfTheWrite) {
     std::ostringstream stream;
     write(stream, 1000LL);
     stream.imbue(grouping_locale("\3"));
@@ -226,7 +226,7 @@ TEST(StreamLocale, FormatsIntegersWithItsOwnFacet) {
 
 // ---- The global C++ locale -----------------------------------------------------------------
 
-TEST(GlobalLocale, ReachesTheTextsInStrings) {
+TEST(GlobalLocale, AffectsTheTextsInStrings) {
     const ScopedGlobalLocale global(grouping_locale("\3"));
     EXPECT_EQ(serialize(1234567LL), "1'234'567");
     EXPECT_EQ(serialize(1234567ULL), "1'234'567");
@@ -236,12 +236,12 @@ TEST(GlobalLocale, ReachesTheTextsInStrings) {
               R"(-1'234'567,1'234'567])");
 }
 
-TEST(GlobalLocale, ReachesEscapesInStrings) {
+TEST(GlobalLocale, AffectsEscapesInStrings) {
     const ScopedGlobalLocale global(grouping_locale("\1"));
     EXPECT_EQ(serialize("\x1F"), R"("\u01'f")");
 }
 
-TEST(GlobalLocale, NoLongerCountsOnceReplaced) {
+TEST(GlobalLocale, HasNoEffectOnceReplaced) {
     {
         const ScopedGlobalLocale global(grouping_locale("\3"));
         EXPECT_EQ(serialize(1000LL), "1'000");
@@ -249,7 +249,7 @@ TEST(GlobalLocale, NoLongerCountsOnceReplaced) {
     EXPECT_EQ(serialize(1000LL), "1000");
 }
 
-TEST(GlobalLocale, DoesNotReachAStreamOfAnotherLocale) {
+TEST(GlobalLocale, DoesNotAffectAStreamOfAnotherLocale) {
     std::ostringstream made_before;
     const ScopedGlobalLocale global(grouping_locale("\3"));
     write(made_before, 1000LL);
@@ -270,9 +270,9 @@ TEST(GlobalLocale, OfAGermanProcessHasPointsBetweenThousandsAndADecimalComma) {
 
 // ---- The C locale --------------------------------------------------------------------------
 
-// With a radix character other than a point, the first format of a number with a fraction never
-// reads back, so that all digits of the second are written. In exponent notation the radix
-// character is not seen to be one, and no zero after it is kept.
+// With a radix character other than a point, the text of a fraction never reads back, so that the
+// larger precision is used. In exponent notation, the code that removes trailing zeros does not
+// know this radix character, and removes all zeros behind it.
 
 TEST(CLocale, GovernsDoubles) {
     const ScopedCLocale german(LC_NUMERIC, "de_DE.UTF-8");
@@ -359,7 +359,7 @@ TEST(CLocale, GovernsFloats) {
     }
 }
 
-TEST(CLocale, GovernsNumbersAsAWholeToo) {
+TEST(CLocale, GovernsNumbersIfAllCategoriesAreSetToo) {
     const ScopedCLocale german(LC_ALL, "de_DE.UTF-8");
     ASSERT_TRUE(german.succeeded());
     EXPECT_EQ(serialize(Array{0.1, 1e6, 0.1f, 1e6f, 2000000}),
@@ -382,7 +382,7 @@ TEST(CLocale, LeavesIntegersAndStringsAlone) {
               "[1234567,1234567,\"1.5\\u001f\xC3\xA9\"]");
 }
 
-TEST(CLocale, NoLongerCountsOnceReplaced) {
+TEST(CLocale, HasNoEffectOnceReplaced) {
     {
         const ScopedCLocale german(LC_NUMERIC, "de_DE.UTF-8");
         ASSERT_TRUE(german.succeeded());

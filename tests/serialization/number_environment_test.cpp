@@ -1,6 +1,7 @@
 /// @file
-/// The text of numbers in every floating-point environment that the machine offers. It depends on
-/// the numbers' bits and on the direction of std::fesetround(), raises no flag and takes no trap.
+/// The text of numbers in every floating-point environment that the machine has. It depends on the
+/// numbers' bits and on the rounding mode of std::fesetround(); writing it raises no flag and
+/// causes no trap.
 #include "support/float_environments.hpp"
 #include "support/notable_numbers.hpp"
 #include "support/number_rule.hpp"
@@ -52,7 +53,7 @@ void append_expected_texts(std::vector<std::string>& texts) {
     }
 }
 
-/// By the rule, in the direction that counts at the moment.
+/// By the implementation in the tests, in the current rounding mode.
 std::vector<std::string> expected_texts() {
     std::vector<std::string> texts;
     append_expected_texts<double>(texts);
@@ -89,7 +90,7 @@ std::map<int, Texts> expected_in_every_direction() {
 
 // ---- The ways to write it ------------------------------------------------------------------
 
-/// A width sends text the way of the reference, piece by piece.
+/// With a width, the reference writes the text, piece by piece.
 std::string text_on_stream(const Value& value, Layout layout, std::streamsize width) {
     std::ostringstream stream;
     stream.width(width);
@@ -101,7 +102,7 @@ struct Way {
     const char* name;
     std::string (*text)(const Value&);
     std::string Texts::*expected;
-    unsigned step; ///< every so manieth environment is tried
+    unsigned step; ///< only one in so many environments is tried
 };
 
 const Way ways[] = {
@@ -117,7 +118,7 @@ const Way ways[] = {
 
 // ---- Tests ---------------------------------------------------------------------------------
 
-/// What there is to see after a text was written in an environment.
+/// Everything that a caller can see after a text was written in an environment.
 struct Outcome {
     std::string text;
     int flags = 0;
@@ -135,7 +136,7 @@ Outcome outcome_in(const Environment& environment, const Way& way, const Value& 
     return outcome;
 }
 
-TEST(NumberTextInEveryEnvironment, DependsOnBitsAndDirectionAlone) {
+TEST(NumberTextInEveryEnvironment, DependsOnBitsAndRoundingModeAlone) {
     const Value numbers = notable_numbers();
     const std::map<int, Texts> expected = expected_in_every_direction();
     for (const Way& way : ways) {
@@ -154,8 +155,8 @@ TEST(NumberTextInEveryEnvironment, DependsOnBitsAndDirectionAlone) {
     }
 }
 
-/// Raises a flag and says what is set after a change of environments and back. Emulators may lose
-/// it on the way.
+/// Raises a flag, changes the environment and restores it. Returns the flags that are set then;
+/// emulators may lose some.
 int flags_that_last(int flag, int direction) {
     return flags_raised_in({direction, false, test::usual_setting}, [&] {
         std::feraiseexcept(flag);
@@ -182,7 +183,7 @@ TEST(NumberTextInEveryEnvironment, LeavesFlagsThatWereSet) {
     }
 }
 
-// The literal texts of what is most easily lost.
+// Literal texts of the numbers that an environment changes most easily.
 
 struct Literal {
     Value number;

@@ -1,5 +1,6 @@
 /// @file
-/// What is written reads back as the value it was, with a reader that knows nothing of the library.
+/// Every text reads back as the value that was written, by a reader that shares no code with the
+/// library.
 #include "support/json_reader.hpp"
 #include "support/random_trees.hpp"
 #include "support/tree.hpp"
@@ -124,7 +125,7 @@ TEST(RoundTrip, KeepsTheExactBitsOfRandomDoubles) {
     }
 }
 
-TEST(RoundTrip, OfTheTextIsTheSameText) {
+TEST(RoundTrip, GivesTheSameText) {
     const std::uint64_t seed = test::random_seed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     test::RandomTrees trees(seed, test::RandomTrees::Kinds::readable);
@@ -143,7 +144,7 @@ struct Document {
     std::string text;
 };
 
-/// A document of our own, and those of the folder that the build was told of, if any.
+/// A document of our own, and those of the folder that the build names, if any.
 std::vector<Document> documents() {
     std::vector<Document> result = {{"a small catalogue", R"({
         "name": "Catalogue of caf\u00e9s \ud83d\ude00",

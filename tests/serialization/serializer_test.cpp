@@ -1,5 +1,5 @@
 /// @file
-/// The Serializer's flag, its reuse, and what it leaves around the text.
+/// The Serializer's layout, its reuse, and that it writes nothing around the text.
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>
 
@@ -44,7 +44,7 @@ TEST(Serializer, WritesCompactTextUnlessToldOtherwise) {
     EXPECT_EQ(written_by(serializer, sample()), compact_text);
 }
 
-TEST(Serializer, WritesPrettyTextOnceTold) {
+TEST(Serializer, WritesPrettyTextOnceThatIsSet) {
     Serializer serializer;
     serializer.pretty_print(true);
     EXPECT_TRUE(serializer.pretty_print());
@@ -59,7 +59,7 @@ TEST(Serializer, KeepsItsLayoutForLaterWrites) {
     EXPECT_TRUE(serializer.pretty_print());
 }
 
-TEST(Serializer, TakesUpCompactLayoutAgain) {
+TEST(Serializer, ReturnsToCompactLayout) {
     Serializer serializer;
     serializer.pretty_print(true);
     serializer.pretty_print(false);
@@ -152,7 +152,7 @@ TEST(Serializer, WritesOntoSeveralStreams) {
     EXPECT_EQ(second.str(), "2");
 }
 
-TEST(Serializer, WritesWhereTheStreamStands) {
+TEST(Serializer, WritesAtThePositionOfTheStream) {
     std::stringstream stream("0123456789");
     stream.seekp(3);
     Serializer().write(stream, Array{1});

@@ -1,6 +1,6 @@
 /// @file
-/// Writing a value means one formatted insertion per piece of its text. However the library goes
-/// about it, no stream in any state may show a difference.
+/// The reference for writing a value is one formatted insertion per piece of its text. Whatever the
+/// library does instead has the same effect on every stream in every state.
 #include "support/fixed_stream.hpp"
 #include "support/locales.hpp"
 #include "support/probe_stream.hpp"
@@ -29,7 +29,7 @@ using test::Refusal;
 using Flags = std::ios_base::fmtflags;
 using std::ios_base;
 
-/// Everything about a stream that a write can meet.
+/// The state of a stream, as far as it affects a write.
 struct StreamSetup {
     Flags flags = ios_base::dec | ios_base::skipws;
     int width = 0;
@@ -40,7 +40,7 @@ struct StreamSetup {
     ios_base::iostate exceptions = ios_base::goodbit;
     bool tied = false;
     bool fails = false;
-    std::size_t bytes = 0; // taken before it fails
+    std::size_t bytes = 0; // written before it fails
     Refusal refusal = Refusal::forever;
     bool flush_fails = false;
     std::size_t flushes = 0; // performed before they fail
@@ -51,7 +51,8 @@ class RandomSetups {
 public:
     explicit RandomSetups(std::uint64_t seed) : random_(seed, test::RandomTrees::Kinds::all) {}
 
-    /// Mostly near to a stream in its default state, so that single differences are met too.
+    /// A stream whose state mostly differs in little from the default one, since few differences at
+    /// once show what each of them does.
     StreamSetup setup(std::size_t text_size) {
         StreamSetup result;
         if (random_.once_in(2)) {
@@ -163,8 +164,8 @@ std::string outcome(const StreamSetup& setup,
     return result.str();
 }
 
-/// Expects a write to show what one insertion per piece of text shows, on a stream set up like
-/// that.
+/// Expects a write to have the same outcome as one insertion per piece of text, on a stream set up
+/// like that.
 void expect_equivalence(const test::Tree& tree, Layout layout, const StreamSetup& setup) {
     const Value value = to_value(tree);
     const auto write_by_the_reference = [&](std::ostream& stream) {
@@ -222,7 +223,7 @@ void expect_equivalence_after(std::size_t bytes, const test::Tree& tree, Layout 
     }
 }
 
-TEST(FailingStream, ShowsWhatOneInsertionPerPieceWouldShowWhereverItFails) {
+TEST(FailingStream, IsLeftAsByOneInsertionPerPieceWhereverItFails) {
     const test::Tree tree = every_kind();
     for (const Layout layout : layouts) {
         const std::size_t size = text_of(to_value(tree), layout).size();
@@ -232,7 +233,7 @@ TEST(FailingStream, ShowsWhatOneInsertionPerPieceWouldShowWhereverItFails) {
     }
 }
 
-TEST(FailingStream, ShowsItForScalarsToo) {
+TEST(FailingStream, IsLeftAsByOneInsertionPerPieceForScalarsToo) {
     const test::Tree trees[] = {
         {Null()},     {true},  {-0.5},  {std::nan("")},         {std::string("x\x1F")},
         {1e6f},       {-12LL}, {34ULL}, {std::string("\x01y")}, {std::string()},
@@ -244,7 +245,7 @@ TEST(FailingStream, ShowsItForScalarsToo) {
     }
 }
 
-TEST(FailingStream, ShowsItWhereverAFlushFails) {
+TEST(FailingStream, IsLeftAsByOneInsertionPerPieceWhereverAFlushFails) {
     const test::Tree tree = every_kind();
     for (std::size_t flushes = 0; flushes < 30; ++flushes) {
         for (const Refusal refusal : refusals) {
@@ -261,7 +262,7 @@ TEST(FailingStream, ShowsItWhereverAFlushFails) {
 }
 
 // The text is handed over in pieces of up to 8192 bytes; more room is made well before that.
-TEST(FailingStream, ShowsItAboutTheEndsOfLargePieces) {
+TEST(FailingStream, IsLeftAsByOneInsertionPerPieceNearTheEndsOfLargePieces) {
     const test::Tree tree{test::Elements{{std::string(7600, 'x')},
                                          {std::string(550, '/')},
                                          every_kind(),
@@ -294,7 +295,7 @@ TEST(FailingStream, TakesExactlyTheBytesThatItHasRoomFor) {
     }
 }
 
-TEST(AnyStream, ShowsWhatOneInsertionPerPieceWouldShow) {
+TEST(AnyStream, IsLeftAsByOneInsertionPerPiece) {
     const std::uint64_t seed = test::random_seed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     test::RandomTrees trees(seed, test::RandomTrees::Kinds::all);
@@ -306,7 +307,7 @@ TEST(AnyStream, ShowsWhatOneInsertionPerPieceWouldShow) {
     }
 }
 
-TEST(AnyStream, ShowsItForLargeValuesToo) {
+TEST(AnyStream, IsLeftAsByOneInsertionPerPieceForLargeValuesToo) {
     const std::uint64_t seed = test::random_seed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     test::RandomTrees trees(seed, test::RandomTrees::Kinds::all);

@@ -1,5 +1,5 @@
 /// @file
-/// What happens on streams that have failed, that fail on the way, and that throw.
+/// Writing onto streams that have failed, that fail during the write, and that throw.
 #include "support/probe_stream.hpp"
 #include "support/write_onto.hpp"
 
@@ -29,7 +29,7 @@ using Object = std::map<std::string, Value>;
 using Flags = std::ios_base::fmtflags;
 using std::ios_base;
 
-// ---- Streams that have failed before -------------------------------------------------------
+// ---- Streams that have failed before the write ---------------------------------------------
 
 TEST(FailedStream, TakesNothingAndStaysFailed) {
     const ios_base::iostate states[] = {ios_base::badbit, ios_base::failbit, ios_base::eofbit,
@@ -52,7 +52,7 @@ TEST(FailedStream, TakesNothingAndStaysFailed) {
     }
 }
 
-TEST(FailedStream, KeepsWhatAnEscapeSetUpOnIt) {
+TEST(FailedStream, KeepsTheFillAndWidthOfAnEscape) {
     ProbeStream stream;
     stream.setstate(ios_base::badbit);
     stream.flags(ios_base::oct | ios_base::left);
@@ -60,10 +60,10 @@ TEST(FailedStream, KeepsWhatAnEscapeSetUpOnIt) {
     EXPECT_EQ(stream.log(), "");
     EXPECT_EQ(stream.flags(), ios_base::oct | ios_base::left);
     EXPECT_EQ(stream.fill(), '0');
-    EXPECT_EQ(stream.width(), 4); // nothing was inserted that could have used it up
+    EXPECT_EQ(stream.width(), 4); // no insertion has used it up
 }
 
-TEST(FailedStream, IsNotAskedToFlushWhatItIsTiedTo) {
+TEST(FailedStream, DoesNotFlushTheStreamItIsTiedTo) {
     ProbeStream tied;
     ProbeStream stream;
     stream.tie(&tied);
@@ -91,7 +91,7 @@ TEST(FailedStream, WorksAgainOnceCleared) {
     EXPECT_TRUE(stream.good());
 }
 
-// ---- Streams that fail on the way ----------------------------------------------------------
+// ---- Streams that fail during the write ----------------------------------------------------
 
 const char every_piece_compact[] =
     R"({"a":[null,true,-0.5,"x\/\u001f",1.0E+6,-12,34],"b\u0001":{},"c":[],"d":})";
@@ -201,7 +201,7 @@ constexpr bool failure_leaves_width = true;
 constexpr bool failure_leaves_width = false;
 #endif
 
-TEST(FailingStream, HasItsFlagsBackHoweverFarAnEscapeCame) {
+TEST(FailingStream, HasItsFlagsBackWhereverAnEscapeFails) {
     struct Case {
         std::size_t bytes; // of the eight in "\u001f" with its quotation marks
         char fill;
@@ -268,8 +268,8 @@ TEST(FailingStream, ThrowsTheFailureOfAFlushIfAsked) {
     EXPECT_EQ(throwing.log(), "[\n~    1,\n");
 }
 
-// When the bytes go out is the matter of the buffer and of the sizes of the pieces; that they did
-// is certain after the flush.
+// The buffer and the sizes of the pieces decide when the bytes are written to the device. Only a
+// flush makes sure that they are.
 TEST(FailingStream, OntoAFullDeviceHasFailedOnceFlushed) {
     for (const int elements : {1, 100, 300, 2000, 20000}) {
         for (const Layout layout : {Layout::compact, Layout::pretty}) {

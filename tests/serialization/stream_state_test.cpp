@@ -1,6 +1,6 @@
 /// @file
-/// What the width, fill and flags of the caller's stream do to the text, what the text does to
-/// them, and when a stream is flushed.
+/// How the width, fill and flags of the caller's stream affect the text, how writing the text
+/// changes them, and when a stream is flushed.
 #include "support/probe_stream.hpp"
 #include "support/write_onto.hpp"
 
@@ -127,7 +127,7 @@ TEST(StreamWidth, StaysWhereUndefinedWritesNothing) {
     }
 }
 
-TEST(StreamFill, StaysZeroOnceAControlByteWasEscaped) {
+TEST(StreamFill, StaysZeroAfterTheEscapeOfAControlByte) {
     std::ostringstream stream;
     stream.fill('*');
     write(stream, "\x01");
@@ -242,7 +242,7 @@ TEST(StreamFlags, PrecisionLeavesNumbersAlone) {
     }
 }
 
-TEST(StreamFlags, ReachTheDigitsOfEscapes) {
+TEST(StreamFlags, AffectTheDigitsOfEscapes) {
     const Flags dec = ios_base::dec;
     struct Case {
         const char* what;
@@ -335,7 +335,7 @@ TEST(StreamFlush, NeverHappensInCompactText) {
     EXPECT_EQ(stream.log(), R"({"a":[1,true,null,{}],"b":"x\n"})");
 }
 
-/// Notes how often a tied stream was flushed by the time of its first byte.
+/// Records how often the tied stream was flushed before the first byte arrived.
 class TieWitness : public std::streambuf {
 public:
     explicit TieWitness(const ProbeStream& tied) : tied_(tied) {}
@@ -379,7 +379,7 @@ TEST(StreamFlush, OfTheTiedStreamDoesNotHappenForUndefined) {
     EXPECT_EQ(tied.log(), "");
 }
 
-TEST(StreamFlush, LeavesNothingBehindOnAStreamThatBuffersNothing) {
+TEST(StreamFlush, LeavesNothingUnflushedOnAStreamWithUnitBuffering) {
     const Value values[] = {Null(), 1.5, "x", Array{1, "x"}, Object{}, 1LL};
     for (const Layout layout : {Layout::compact, Layout::pretty}) {
         for (const Value& value : values) {

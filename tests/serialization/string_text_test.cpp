@@ -17,7 +17,7 @@ namespace {
 using Object = std::map<std::string, Value>;
 
 // clang-format off
-/// What stands for each byte between the quotation marks; eight to a row.
+/// The text of each byte between the quotation marks; eight to a row.
 const char* const byte_texts[256] = {
     "\\u0000", "\\u0001", "\\u0002", "\\u0003", "\\u0004", "\\u0005", "\\u0006", "\\u0007", // 0x00
     "\\b", "\\t", "\\n", "\\u000b", "\\f", "\\r", "\\u000e", "\\u000f", // 0x08

@@ -1,4 +1,4 @@
-// What threads do to values of their own, and the text helpers, which keep nothing between calls.
+// Threads that use values of their own; and the text helpers, which keep no state between calls.
 #include "support/describe.hpp"
 #include "support/threads.hpp"
 
@@ -21,7 +21,7 @@ using Object = std::map<std::string, Value>;
 
 constexpr int rounds = 100;
 
-TEST(ValuesOfManyThreads, GrowApart) {
+TEST(ValuesOfManyThreads, GrowIndependently) {
     run_in_threads(rounds, [](int thread) {
         Value list = Array{};
         std::string text = "[";
@@ -33,7 +33,7 @@ TEST(ValuesOfManyThreads, GrowApart) {
     });
 }
 
-TEST(ValuesOfManyThreads, AreChangedApart) {
+TEST(ValuesOfManyThreads, AreChangedIndependently) {
     run_in_threads(rounds, [](int thread) {
         const std::string name = "thread " + std::to_string(thread);
         Value object = Object{};
@@ -49,7 +49,7 @@ TEST(ValuesOfManyThreads, AreChangedApart) {
     });
 }
 
-TEST(ValuesOfManyThreads, AreWrittenAsExpressionsApart) {
+TEST(ValuesOfManyThreads, AreBuiltByExpressionsIndependently) {
     run_in_threads(rounds, [](int thread) {
         const std::string name = std::to_string(thread);
         const Value value(
@@ -59,9 +59,9 @@ TEST(ValuesOfManyThreads, AreWrittenAsExpressionsApart) {
     });
 }
 
-// How deep an operation is, is known to its thread alone: at no time does the depth in one thread
-// keep another from the bottom.
-TEST(ValuesOfManyThreads, NestBeyondTheOrdinaryLevelsApart) {
+// Each thread counts the levels of its own operations; a deep operation in one thread does not
+// affect the count in another.
+TEST(ValuesOfManyThreads, NestBeyondTheOrdinaryLevelsIndependently) {
     run_in_threads(rounds, [](int thread) {
         const std::size_t levels = 50 + 100 * static_cast<std::size_t>(thread);
         Value nested = Object{};

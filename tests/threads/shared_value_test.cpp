@@ -1,5 +1,5 @@
-// Any number of threads may read one value at once. What every thread finds is checked here; that
-// none of them touches what another reads is for a build with the thread sanitizer to say.
+// Any number of threads may read one value at once. The tests check what every thread reads; a
+// build with the thread sanitizer checks that no thread writes what another reads.
 #include "support/describe.hpp"
 #include "support/threads.hpp"
 
@@ -63,8 +63,8 @@ constexpr char record_text[] =
     R"("null":null,"object":{"inner":"a text that is too long for a string's own storage"},)"
     R"("text":"42 \n\u0001","uint64":7,"undefined":})";
 
-/// Calls body(value) again and again, in many threads, on one value; and looks whether the value
-/// is what it was.
+/// Calls body(value) again and again, in many threads, on one value; then expects the value to be
+/// unchanged.
 template <class Body>
 void read_in_threads(const Body& body) {
     const Value value = record();
@@ -98,7 +98,7 @@ TEST(OneValueInManyThreads, IsWrittenOntoTheStreamOfEach) {
     });
 }
 
-TEST(OneValueInManyThreads, ShowsItsMembersAndElements) {
+TEST(OneValueInManyThreads, GivesItsMembersAndElements) {
     read_in_threads([](const Value& value) {
         EXPECT_EQ(value["double"], Value(1.5));
         EXPECT_EQ(value[std::string("int64")], Value(-7LL));
@@ -110,7 +110,7 @@ TEST(OneValueInManyThreads, ShowsItsMembersAndElements) {
     });
 }
 
-TEST(OneValueInManyThreads, HasOneUndefinedForWhatIsMissing) {
+TEST(OneValueInManyThreads, GivesOneUndefinedForMissingMembers) {
     const Value empty = Object{};
     const Value& missing = empty["missing"];
     EXPECT_EQ(test::content_text(missing), "");
@@ -123,7 +123,7 @@ TEST(OneValueInManyThreads, HasOneUndefinedForWhatIsMissing) {
     });
 }
 
-TEST(OneValueInManyThreads, TellsWhetherItHasProperties) {
+TEST(OneValueInManyThreads, FindsProperties) {
     read_in_threads([](const Value& value) {
         EXPECT_TRUE(value.hasOwnProperty("text"));
         EXPECT_TRUE(value.hasOwnProperty("undefined"));
@@ -183,7 +183,7 @@ TEST(OneValueInManyThreads, IsConvertedByAll) {
     });
 }
 
-TEST(OneValueInManyThreads, ShowsItsContent) {
+TEST(OneValueInManyThreads, GivesItsContent) {
     read_in_threads([](const Value& value) {
         EXPECT_EQ(kind_of(value), Kind::object);
         EXPECT_EQ(get<Object>(value).size(), std::size_t{11});

@@ -88,7 +88,7 @@ TEST(Comparison, NeverThrows) {
 // ---- Different kinds -----------------------------------------------------------------------
 
 TEST(Comparison, OfDifferentKindsGoesByKindAlone) {
-    // Each kind with its least and its greatest content, as far as there are such.
+    // Each kind with its least and its greatest content, if there is one.
     const std::vector<std::vector<Value>> kinds = {
         {Undefined()},
         {Null()},
@@ -249,7 +249,7 @@ TEST(Comparison, OfArraysComparesElementsOfDifferentKindsByKind) {
     });
 }
 
-TEST(Comparison, OfArraysPassesOverElementsNeitherOfWhichIsLess) {
+TEST(Comparison, OfArraysSkipsElementsOfWhichNeitherIsLess) {
     expect_relations({
         {Array{nan, 1}, LESS, Array{5, 2}},
         {Array{nan, 2}, GREATER, Array{5, 1}},
@@ -282,7 +282,7 @@ TEST(Comparison, OfObjectsIsLexicographicOverPairsOfKeyAndValue) {
     });
 }
 
-TEST(Comparison, OfObjectsPassesOverValuesNeitherOfWhichIsLess) {
+TEST(Comparison, OfObjectsSkipsValuesOfWhichNeitherIsLess) {
     expect_relations({
         {Object{{"a", nan}}, UNORDERED, Object{{"a", 1}}},
         {Object{{"a", nan}, {"b", 1}}, LESS, Object{{"a", 0}, {"b", 2}}},
@@ -305,7 +305,7 @@ TEST(Comparison, IsStrictAtEveryDepth) {
     expect_relation(value, LESS, other_text);
 }
 
-TEST(Comparison, FindsWhatHoldsUndefinedOrNanUnequalToItself) {
+TEST(Comparison, FindsAValueThatHoldsUndefinedOrNanUnequalToItself) {
     for (const Value& odd : {Value(Undefined()), Value(nan), Value(float_nan)}) {
         const Value holders[] = {
             odd,
@@ -342,7 +342,8 @@ Value in_objects(std::size_t depth, Value value) {
     return value;
 }
 
-// Comparing twice per level, once each way, would take two to the power of the depth.
+// With two comparisons per level, one in each direction, time would grow as 2 to the power of the
+// depth.
 TEST(Comparison, IsLinearInTheDepthOfNesting) {
     for (std::size_t depth : {std::size_t{40}, std::size_t{10000}}) {
         run_with_deep_stack([depth] {

@@ -24,7 +24,7 @@ using test::Object;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-/// What a conversion comes to: its result, or the message of its std::runtime_error.
+/// The result of a conversion, or the message of its std::runtime_error.
 template <class Target>
 std::string outcome(const Value& value) {
     try {
@@ -75,7 +75,7 @@ TEST(Conversion, FollowsTheKind) {
     }
 }
 
-TEST(Conversion, ToBoolKnowsNoTruthiness) {
+TEST(Conversion, ToBoolAcceptsBooleansOnly) {
     const Value without_a_flag[] = {0.0, 1.0, "", "true", Array{}, Object{}, 0LL, 1ULL, 0.0f};
     for (const Value& value : without_a_flag) {
         EXPECT_THROW(static_cast<void>(static_cast<bool>(value)), std::runtime_error)
@@ -259,14 +259,14 @@ TEST(Conversion, FromStringToIntReadsTheLeadingDecimalNumber) {
     }
 }
 
-/// Digits in groups of three, set off by full stops.
+/// Digits in groups of three, separated by full stops.
 class FullStopsBetweenThousands : public std::numpunct<char> {
 protected:
     char do_thousands_sep() const override { return '.'; }
     std::string do_grouping() const override { return "\3"; }
 };
 
-/// Sets the global locale while it lives.
+/// Sets the global locale during its lifetime.
 class GlobalLocale {
 public:
     explicit GlobalLocale(const std::locale& locale) : before_(std::locale::global(locale)) {}
@@ -278,7 +278,7 @@ private:
     std::locale before_;
 };
 
-TEST(Conversion, FromStringToIntFollowsTheGlobalLocaleOfTheMoment) {
+TEST(Conversion, FromStringToIntFollowsTheCurrentGlobalLocale) {
     const Value grouped("1.234.567");
     EXPECT_EQ(static_cast<int>(grouped), 1);
     {

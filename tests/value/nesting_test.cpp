@@ -1,5 +1,5 @@
-// Copying and assigning values of any depth: from the hundredth level on these operations go
-// another way, and nothing may tell where that begins.
+// Copying and assigning values of any depth. From the hundredth level on, other code performs these
+// operations; its results must be the same.
 #include "support/describe.hpp"
 #include "support/nested.hpp"
 
@@ -140,8 +140,8 @@ TEST(Nesting, AStringIsAssignedInPlace) {
     }
 }
 
-/// Where each member of an object, in the order of their names, lay before another object was
-/// assigned to it: the place in that order.
+/// Assigns one object of five members to another. Returns for each member, in the order of the
+/// names, the index of the former member whose memory it has.
 std::vector<std::size_t> former_places(std::size_t level) {
     const std::string names[] = {"a", "b", "c", "d", "e"};
     Members before;
@@ -168,7 +168,7 @@ std::vector<std::size_t> former_places(std::size_t level) {
     return places;
 }
 
-// How a map makes use of the memory of its former members is left to the standard library.
+// The standard library decides how a map reuses the memory of its former members.
 TEST(Nesting, MembersTakeTheSamePlacesAtAnyDepthWhenAnObjectIsAssigned) {
     const std::vector<std::size_t> places = former_places(0);
     for (const std::size_t level : levels_of_cores) {
@@ -176,8 +176,8 @@ TEST(Nesting, MembersTakeTheSamePlacesAtAnyDepthWhenAnObjectIsAssigned) {
     }
 }
 
-// The levels are counted while an operation is under way, and must be back at none behind it.
-TEST(Nesting, WhatCameBeforeIsForgotten) {
+// Levels are counted during an operation; afterwards the count must be zero again.
+TEST(Nesting, TheCountOfLevelsEndsWithTheOperation) {
     const Nested nested = nest(Nesting::alternating, 150, "innermost");
     const Value flat(std::map<std::string, Value>{{"a", Value(std::vector<Value>{1, "b"})}});
     for (int i = 0; i != 150; ++i) {

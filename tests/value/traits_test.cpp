@@ -86,7 +86,7 @@ TEST(Tags, AreEmptyTypes) {
     expect_assignments_to_return_their_left_operand<Undefined>();
 }
 
-// A nothrow default constructor would make a tag, not bool, what a failed assignment falls back to.
+// If they were noexcept, a failed assignment would fall back to a tag and not to bool.
 TEST(Tags, HaveDefaultConstructorsThatAreNotNoexcept) {
     EXPECT_FALSE(std::is_nothrow_default_constructible_v<Null>);
     EXPECT_FALSE(std::is_nothrow_default_constructible_v<Undefined>);

@@ -152,14 +152,14 @@ TEST(Value, TakesSmallIntegersAndUnscopedEnumerationsAsInts) {
     EXPECT_EQ(describe(Value(SECOND)), "JSON number 1");
 }
 
-TEST(Value, IsTextAsToTheCompilerWhereANullPointerIsWritten) {
+TEST(Value, CompilesWithANullPointerWhichIsTakenForText) {
     static_assert(std::is_convertible_v<std::nullptr_t, Value>);
     static_assert(std::is_assignable_v<Value&, std::nullptr_t>);
     using Comparison = decltype(std::declval<Value&>()["x"] == nullptr);
     static_assert(std::is_same_v<Comparison, bool>);
 }
 
-TEST(Value, CannotBeBuiltFromNumbersThatFitNoConstructorBest) {
+TEST(Value, CannotBeBuiltFromNumbersForWhichConstructorsAreAmbiguous) {
     static_assert(std::is_constructible_v<Value, std::int64_t> !=
                   std::is_same_v<std::int64_t, long>);
     static_assert(!std::is_constructible_v<Value, unsigned int>);
