@@ -1,5 +1,5 @@
 /// @file
-/// How json_format's text reaches the system: in how many writes, and with what errors.
+/// How json_format writes its text: in how many system calls, and with what errors.
 #include <large_pieces.hpp>
 
 #include <foundation/json/json.hpp>
@@ -29,7 +29,7 @@ using json_format::LargePieces;
 
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
-/// A connection that keeps apart what is written by one system call and by the next.
+/// A connection that keeps the data of each system call separate.
 class Packets {
 public:
     Packets() { EXPECT_EQ(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends_.data()), 0); }
@@ -49,10 +49,10 @@ public:
         }
     }
 
-    /// What was written; waits until all writing ends are closed.
+    /// Everything that was written; waits until all writing ends are closed.
     std::vector<std::string> all() { return take(0); }
 
-    /// What has been written so far.
+    /// Everything that has been written so far.
     std::vector<std::string> waiting() { return take(MSG_DONTWAIT); }
 
 private:
@@ -79,7 +79,7 @@ std::string joined(const std::vector<std::string>& packets) {
     return text;
 }
 
-/// A C file that writes into packets, which stay open when it is closed.
+/// A C file that writes into packets, which stay open after it is closed.
 File file_into(const Packets& packets) {
     return {fdopen(dup(packets.writing_end()), "wb"), &std::fclose};
 }
@@ -94,7 +94,7 @@ int error_of_finish(LargePieces& pieces) {
     return 0;
 }
 
-TEST(LargePieces, PassNothingOnWhenTheStreamIsFlushed) {
+TEST(LargePieces, AreNotWrittenWhenTheStreamIsFlushed) {
     Packets packets;
     const File file = file_into(packets);
     LargePieces pieces(file.get());
@@ -128,7 +128,7 @@ TEST(LargePieces, KeepEveryByteInItsPlace) {
     }
 }
 
-TEST(LargePieces, TellAtTheEndOfAnErrorOfTheLastPiece) {
+TEST(LargePieces, ReportAnErrorOfTheLastPieceAtTheEnd) {
     const File file(std::fopen("/dev/full", "wb"), &std::fclose);
     LargePieces pieces(file.get());
     std::ostream stream(&pieces);
@@ -147,14 +147,14 @@ TEST(LargePieces, MakeTheStreamBadAtAnError) {
     EXPECT_EQ(error_of_finish(pieces), ENOSPC);
 }
 
-TEST(LargePieces, TellOfAnErrorThatWritingWouldHaveGotOver) {
+TEST(LargePieces, ReportAnErrorAfterWhichWritingWorksAgain) {
     Packets packets;
     ASSERT_EQ(fcntl(packets.writing_end(), F_SETFL, O_NONBLOCK), 0);
     const File file = file_into(packets);
     LargePieces pieces(file.get());
     std::ostream stream(&pieces);
     while (stream.good()) {
-        stream << std::string(1'000'000, 'x'); // until nothing more fits between the ends
+        stream << std::string(1'000'000, 'x'); // until the connection is full
     }
     packets.waiting(); // there is room again
     stream.clear();
@@ -164,7 +164,7 @@ TEST(LargePieces, TellOfAnErrorThatWritingWouldHaveGotOver) {
     EXPECT_EQ(joined(packets.waiting()).find("what follows"), std::string::npos);
 }
 
-/// What the program writes of a file, a string for each system call.
+/// The output of the program for a file: a string for each system call.
 std::vector<std::string> writes_of_program(std::vector<std::string> arguments) {
     std::vector<char*> argv;
     argv.reserve(arguments.size() + 1);

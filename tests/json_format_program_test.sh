@@ -1,5 +1,5 @@
 #!/bin/sh
-# Runs json_format as a user does: output, exit status and what it says when things go wrong.
+# Runs json_format as a user does: checks its output, exit status and error messages.
 # Usage: json_format_program_test.sh PROGRAM SAMPLE
 set -u
 

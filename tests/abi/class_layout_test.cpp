@@ -1,5 +1,5 @@
-// The layout of the public classes is compiled into every caller, so it stays as it is as long as
-// the library keeps the version of its interface.
+// The layout of the public classes is compiled into every caller, so it must not change within a
+// version of the binary interface.
 #include <foundation/json/json.hpp>
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ void expect_class(std::size_t size, std::size_t alignment, int line = __builtin_
 
 #if defined(__LP64__) && defined(__GLIBCXX__) && _GLIBCXX_USE_CXX11_ABI
 
-// What callers on this platform were built with, number by number.
+// The measures that callers on this platform were compiled with, as literal numbers.
 TEST(ClassLayout, IsThatOfVersion1) {
     expect_class<Null>(1, 1);
     expect_class<Undefined>(1, 1);
@@ -46,8 +46,8 @@ TEST(ClassLayout, IsThatOfVersion1) {
 
 #endif
 
-// As it follows from the standard library's own classes, on every platform.
-TEST(ClassLayout, IsThatOfWhatTheClassesHold) {
+// The measures that follow from the standard library's classes, on every platform.
+TEST(ClassLayout, IsThatOfTheMembersOfTheClasses) {
     struct HeldByProperty {
         std::map<std::string, Value> members;
         std::string name;

@@ -1,4 +1,4 @@
-// The version that the headers tell is that of the project.
+// The version in the headers is that of the project.
 #include <foundation/json/version.hpp>
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-// What the tests of the debugger's printers run. One of them has debug information of this source
-// alone, which does not say how the content of a value is made up.
+// The program that the tests of the debugger's printers run. One build of it has debug information
+// of this source alone, without the types of a value's content.
 #include "values.hpp"
 
 #include <cstddef>
@@ -25,10 +25,10 @@ const char* text_key = "text";
 std::string string_key = "object";
 Value value_key;
 
-// No key of this library.
+// Of a type that is no key in this library.
 char letters[6] = "ab";
 
-// Two pages of memory, and one between them that is not there.
+// Two pages of memory, and between them one that is not mapped.
 char* page;
 char* page_after_gap;
 
@@ -61,7 +61,7 @@ void make_gap() {
     munmap(page + size, size);
 }
 
-// Leaves no memory below on the stack that looks like a value.
+// Overwrites the stack below, so that nothing there looks like a value.
 __attribute__((noinline)) void spoil_stack() {
     unsigned char spoiled[4096];
     spoil(spoiled, sizeof spoiled);
@@ -84,7 +84,7 @@ int main() {
     stop();
     make_order();
     spoil_stack();
-    // Not directly, or the compiler would know the parameter.
+    // Called by a pointer, so that the compiler does not know the parameter.
     call = function;
     call(array);
 }

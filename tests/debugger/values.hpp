@@ -14,23 +14,23 @@ extern Value undefined, null, boolean, number, string, array, object, decimal, i
 extern Value whole, tenth, bytes, nested, deep, deepest, twenty;
 extern ParserException exception;
 
-// A class that is made up of values.
+// A class whose members are values.
 struct Order {
     Value id, lines, paid;
     Order();
 };
 
-// One in memory that had no meaning before, and the first and the second value there.
+// An order in uninitialized memory, and the first and the second value there.
 extern Order* order;
 extern Value *made, *unmade;
 
 ParserException make_exception();
 void set_values();
 
-// Calls `stop_midway` when the first value of the order is made and the others are not.
+// Calls `stop_midway` when the first value of the order is constructed and the others are not.
 void make_order();
 
-// Fills memory with what looks like no value.
+// Fills memory with bytes that do not look like a value.
 void spoil(volatile unsigned char* memory, std::size_t size);
 
 #endif

@@ -1,7 +1,7 @@
 /// @file
-/// A program compiled and linked with -ffast-math, which on many machines makes the processor take
-/// subnormal numbers for zero from the start. The library, compiled without, writes them all the
-/// same.
+/// A program compiled and linked with -ffast-math. On many machines, the processor then treats
+/// subnormal numbers as zero from the start of the program. The library, which is compiled without
+/// this option, still writes them.
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>
 
@@ -40,7 +40,7 @@ void expect(const char* way, const std::string& text, const char* expected) {
     }
 }
 
-/// Buffered, and by pieces if there is a width.
+/// The text on a stream: written through buffers, or piece by piece if there is a width.
 std::string text_on_stream(const Value& value, std::streamsize width) {
     std::ostringstream stream;
     stream.width(width);

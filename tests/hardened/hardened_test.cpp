@@ -1,5 +1,5 @@
-// What a hardened build adds: it stops at an index out of range and at a null text, says why, and
-// is otherwise like any other.
+// A hardened build stops at an index out of range and at a null text, and says why. Otherwise it is
+// like any other.
 #include <foundation/json/value.hpp>
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ Value three() {
     return std::vector<Value>{1, "two", Null()};
 }
 
-/// A pointer that is null, without the compiler's knowledge.
+/// A null pointer that the compiler does not recognize.
 const char* null_text() {
     static const char* volatile text = nullptr;
     return text;
@@ -53,7 +53,7 @@ TEST(HardenedDeathTest, StopsAtANullText) {
     EXPECT_DEATH(static_cast<void>(std::as_const(object)[null_text()]), message);
 }
 
-TEST(Hardened, LeavesWhatIsAllowedAsItIs) {
+TEST(Hardened, ChangesNothingForCorrectCalls) {
     Value array = three();
     EXPECT_EQ(int(array[0]), 1);
     EXPECT_EQ(array[1], Value("two"));

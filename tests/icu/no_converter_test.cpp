@@ -1,5 +1,5 @@
 /// @file
-/// What callers see of an ICU that cannot open a converter. This program stands in for it.
+/// The exceptions of an ICU that cannot open a converter. This program replaces its function.
 #include <foundation/json/text_helpers.hpp>
 
 #include <unicode/ucnv.h>

@@ -1,4 +1,4 @@
-# For projects that hold the library's source folder: it leaves the project around it alone.
+# For projects that contain the library's source folder: checks that it does not change the project.
 
 # list_settings(RESULT) gives all that the library could change for the project, as NAME=VALUE, but
 # for what bears its name and what CMake keeps of the packages that the library looks for.

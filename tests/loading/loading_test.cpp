@@ -1,5 +1,5 @@
 /// @file
-/// The library comes and goes with plugins in a program that is not linked to it.
+/// A program that is not linked to the library loads and unloads it as a part of plugins.
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int levels = 300; // enough for the ways that values take at ordinary and at great depth
+constexpr int levels = 300; // uses the code for ordinary depth and that for great depth
 
 void* load() {
     void* const plugin = dlopen(LOADING_PLUGIN, RTLD_NOW | RTLD_LOCAL);

@@ -5,7 +5,7 @@
 
 using namespace foundation::json;
 
-/// The length of the text of a copy of so many nested arrays.
+/// The length of the text of a copy of `levels` nested arrays.
 extern "C" [[gnu::visibility("default")]] int length_of_nested(int levels) {
     Value value;
     for (int level = 0; level < levels; ++level) {

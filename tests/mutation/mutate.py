@@ -1,14 +1,14 @@
-"""Breaks the libraries' sources, and the headers that are more than declarations, mechanically and
-tells which of the mutants the tests kill.
+"""Makes mutants of the libraries' sources, and of the headers that define more than declarations,
+and reports which of them the tests kill.
 
 Usage: mutate.py ROOT SEED COUNT JOBS [--list] [PATTERN...]; to be started by scripts/mutate, which
-has built the unbroken library and its tests in ROOT/build/mutate.
+has built the unchanged library and its tests in ROOT/build/mutate.
 
-A mutant differs from the sources in one place, by one of the rules below. Only what depends on the
-broken file is compiled again, into a folder of the worker's own; the test programs that use the
-shared libraries are given the broken ones by the loader, the others are linked again. What a header
-defines is in the test programs: each of its test sources becomes a program of its own, so that
-none has the same function from a source that is not broken.
+A mutant differs from the sources in one place, by one of the rules below. Only the files that depend
+on the mutant are compiled again, each worker in a folder of its own. Test programs that use the
+shared libraries load the mutants of these; the other test programs are linked again. The functions of
+a header are compiled into the test programs: each test source of a header becomes a program of its
+own, so that the linker cannot choose the same function from an unchanged source.
 """
 
 import concurrent.futures
@@ -32,7 +32,7 @@ PUBLIC, INTERNAL, PARSER, ALLOCATION = (
     "foundation_json_allocation_tests",
 )  # fmt: skip
 PROGRAMS = (PUBLIC, INTERNAL, PARSER, ALLOCATION)
-# What has objects of the libraries in it.
+# The libraries and programs that contain objects of the libraries.
 LINKED = (*LIBRARIES, INTERNAL, PARSER)
 # The tests that take longest come last; they are seldom needed.
 LONG = "*Random*:AnyStream.*:*OutOfMemory.*:PeakMemory.*:ParserReference.*"
@@ -62,7 +62,7 @@ OPERATORS = {
     "++": ["--"], "--": ["++"],
 }  # fmt: skip
 
-# What a statement must look like to be dropped. Two words in a row would be a declaration.
+# The statements that may be removed. Two words in a row would be a declaration.
 STATEMENT = re.compile(
     r"^[ ]+(?:throw\b|delete\b|\(|[*+\-]*[a-z_][\w.]*(?:::\w+)*(?:\(|\[|->|\.|\+\+|--| ?[-+/&|]?= | << ))"
 )
@@ -99,7 +99,7 @@ def closing(text, at):
 
 
 def replacements(text, rng):
-    """Yields (rule, begin, end, replacement) for every way to break a file."""
+    """Yields (rule, begin, end, replacement) for every mutant of a file."""
     blank = list(text)  # the text with comments, strings and characters blanked out
     for match in TOKEN.finditer(text):
         kind, token, (begin, end) = match.lastgroup, match[0], match.span()
@@ -219,7 +219,7 @@ def read_explanations(path):
 
 
 class Project:
-    """What is known of the unbroken build."""
+    """The commands, dependencies and times of the unchanged build."""
 
     def __init__(self, root):
         self.root, self.base = root, root / "build" / "mutate"
@@ -259,7 +259,7 @@ class Project:
         return result
 
     def objects_of(self, file):
-        """What is compiled from a file, as far as it becomes part of a library or its tests."""
+        """The objects that depend on a file and become part of a library or its tests."""
         outputs = self.dependents.get(str(self.root / file), set())
         linked = {w for name in LINKED for w in self.link[name]}
         return sorted(o for o in outputs if o in linked)
@@ -330,7 +330,8 @@ class Worker:
         return "took too long" if status is None else f"status {status}" if status else None
 
     def unbroken_header_test(self, name, output):
-        """The same, and keeps the object to compare others with: one of ninja may name files otherwise."""
+        """The same for the unchanged source. Keeps the object to compare mutants with, since file names
+        may differ in the object that ninja has built."""
         reference = str(self.folder / "objects" / f"reference-{len(self.project.reference)}.o")
         self.project.reference[output] = reference
         if not self.build_object(output, reference):
@@ -372,7 +373,7 @@ class Worker:
                 return "does not compile", "does not link"
             for name, which in RUNS:
                 if mutant.file.startswith("src/parser/") and name not in (PARSER, ALLOCATION):
-                    continue  # knows nothing of the parser
+                    continue  # does not use the parser
                 failure = self.test(name, which, 10 + 5 * self.project.seconds[name, which])
                 if failure:
                     return "killed", f"{name}: {failure}"
@@ -401,7 +402,7 @@ def main():
     for number in range(min(jobs, len(mutants))):
         workers.put(Worker(project, number))
 
-    # First the unbroken library: it must pass, and shows how long that takes.
+    # First the unchanged library: its tests must pass, and show how long they take.
     worker = workers.get()
     files = {mutant.file for mutant in mutants}
     runs = RUNS if files - set(HEADERS) else []

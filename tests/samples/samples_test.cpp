@@ -1,12 +1,12 @@
 /// @file
-/// What the documentation shows as C++ is a snippet of a program in docs/samples, to the letter.
-/// Other tests compile these programs and compare what each writes with the text file beside it;
-/// here that file stands for what a snippet writes.
+/// All C++ code in the documentation consists of snippets of the programs in docs/samples, to the
+/// letter. Other tests compile these programs and compare the output of each with the text file
+/// beside it; the tests here read the output of a snippet from that file.
 ///
-/// A snippet lies between two lines `//! [name]`; what it writes follows on the line `[name]`. In a
-/// snippet, `// -> text` says that it writes this text; a line `// ->` says so of the lines of
-/// comment that follow. In a document, a block of text is what the block of C++ before it writes,
-/// and a block of JSON a file beside the programs.
+/// A snippet lies between two lines `//! [name]`; its output follows a line `[name]` in the text
+/// file. In a snippet, `// -> text` says that its output is this text; after a line `// ->`, the
+/// lines of comment that follow are its output. In a document, a block of text is the output of the
+/// block of C++ before it, and a block of JSON is a file beside the programs.
 ///
 /// The page of errors has every message that the libraries' sources contain.
 #include <gtest/gtest.h>
@@ -60,7 +60,7 @@ std::string joined(const Lines& lines) {
     return text;
 }
 
-/// The lines without the blanks that all of them begin with.
+/// The lines without their common indentation.
 Lines dedented(Lines lines) {
     std::size_t indentation = std::string::npos;
     for (const std::string& line : lines) {
@@ -112,8 +112,8 @@ std::vector<Snippet> snippets_in(const Lines& source) {
     return snippets;
 }
 
-/// Gives each snippet its part of what the program writes. A program that is a single snippet has
-/// no parts.
+/// Gives each snippet its part of the program's output. A program that is a single snippet has no
+/// parts.
 void take_outputs(std::vector<Snippet>& snippets, const Lines& output) {
     if (snippets.size() == 1) {
         snippets.front().output = output;
@@ -147,7 +147,7 @@ std::vector<Snippet> all_snippets() {
     return all;
 }
 
-/// What the comments of a snippet say that it writes.
+/// The output of a snippet, according to its comments.
 Lines results_in(const Lines& code) {
     Lines results;
     bool goes_on = false;
@@ -256,8 +256,8 @@ const Snippet* find(const std::vector<Snippet>& snippets, const Lines& code) {
 
 // ---- Messages ------------------------------------------------------------------------------
 
-/// What a source has between quotes, with two words at least: pieces of messages. Comments and what
-/// only compilers say are left out.
+/// The string literals of a source that have two words at least: pieces of messages. Comments and
+/// messages of the compiler are left out.
 Lines messages_in(const std::string& source) {
     static const std::regex remark("//[^\n]*|static_assert\\([^;]*;");
     static const std::regex joint("\"\\s*\"");
@@ -299,7 +299,7 @@ TEST(Documents, ShowSnippetsOfThePrograms) {
     }
 }
 
-TEST(Documents, ShowWhatTheSnippetsWrite) {
+TEST(Documents, ShowTheOutputOfTheSnippets) {
     const std::vector<Snippet> snippets = all_snippets();
     for (const std::string& path : documents()) {
         const Snippet* last = nullptr;
@@ -331,7 +331,7 @@ TEST(Documents, ShowFilesThatTheProgramsRead) {
     }
 }
 
-// Under another name a block would escape the tests above.
+// The tests above would not find a block with another name.
 TEST(Documents, HaveOneNameForTheLanguage) {
     for (const std::string& path : documents()) {
         for (const Block& block : blocks_of(root / path)) {
@@ -367,14 +367,14 @@ TEST(Documents, ExplainEveryMessage) {
     EXPECT_GT(count, 60u);
 }
 
-TEST(Messages, AreCutOutOfSources) {
+TEST(Messages, AreFoundInSources) {
     const std::string source = "fail(\"a \\\"quoted\\\" word\" // \"a remark\"\n"
                                "     \" goes on\" + name + \"one\");\n"
                                "static_assert(ok, \"only compilers say this\");\n";
     EXPECT_EQ(messages_in(source), Lines{"a \"quoted\" word goes on"});
 }
 
-TEST(Snippets, SayInCommentsWhatTheyWrite) {
+TEST(Snippets, HaveTheOutputThatTheirCommentsSay) {
     for (const Snippet& snippet : all_snippets()) {
         const Lines results = results_in(snippet.code);
         if (!results.empty()) {
@@ -403,7 +403,7 @@ TEST(Snippets, AreShownSomewhere) {
     }
 }
 
-TEST(Snippets, AreCutOutOfPrograms) {
+TEST(Snippets, AreFoundInPrograms) {
     const Lines program = lines_of("int main() {\n"
                                    "    //! [one]\n"
                                    "    if (true) {\n"
@@ -430,7 +430,7 @@ TEST(Snippets, AreCutOutOfPrograms) {
     EXPECT_EQ(snippets[1].output, (Lines{"[2]", "  3"}));
 }
 
-TEST(Blocks, AreCutOutOfMarkdown) {
+TEST(Blocks, AreFoundInMarkdown) {
     const std::vector<Block> blocks = blocks_of_markdown(lines_of("Text\n"
                                                                   "```cpp\n"
                                                                   "f();\n"
@@ -447,7 +447,7 @@ TEST(Blocks, AreCutOutOfMarkdown) {
     EXPECT_EQ(blocks[1].text, Lines{"1"});
 }
 
-TEST(Blocks, AreCutOutOfHeaders) {
+TEST(Blocks, AreFoundInHeaders) {
     const std::vector<Block> blocks =
         blocks_of_header(lines_of("/// A tour:\n"
                                   "///\n"

@@ -1,4 +1,4 @@
-// Commas that drop a builder, of which a compiler warns, and those that chain.
+// Commas that drop a builder, of which a compiler warns; and commas that chain builders.
 #include <foundation/json/builders.hpp>
 
 using namespace foundation::json;

@@ -1,5 +1,5 @@
-// References to what is gone by the end of the expression, of which clang++ warns, and references
-// to what stays.
+// References to temporaries that are destroyed at the end of the expression, of which clang++
+// warns; and references to objects that live longer.
 #include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
 

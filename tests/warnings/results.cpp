@@ -1,5 +1,4 @@
-// Results that a compiler warns of when nobody looks at them, and calls whose result may be
-// ignored.
+// Results of which a compiler warns when they are ignored, and calls whose result may be ignored.
 #include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
 

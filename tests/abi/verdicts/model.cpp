@@ -2,7 +2,7 @@
 
 namespace model {
 
-// What no header shows, though a pointer to it lies in an exported class.
+// A class that no header defines, though an exported class has a pointer to it.
 class Box::Content {
 public:
     int changes = 0;

@@ -1,4 +1,4 @@
-// A small library, for the verdicts of scripts/abi. Each macro is one change of it.
+// A small library, for the verdicts of scripts/abi. Each macro makes one change to it.
 #ifndef MODEL_HPP
 #define MODEL_HPP
 

@@ -1,5 +1,5 @@
-// A caller as it is built outside the project: it uses every public header, catches what the
-// library throws, and says on its only line of output what went right.
+// A caller that is built outside the project. It uses every public header, catches what the library
+// throws, and prints its results on one line.
 #include <foundation/json/json.hpp>
 
 #include <boost/numeric/conversion/cast.hpp>

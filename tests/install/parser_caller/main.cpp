@@ -1,5 +1,5 @@
-// A caller of the parser as it is built outside the project: it parses, catches what the parser
-// throws, and says on its only line of output what went right.
+// A caller of the parser that is built outside the project. It parses, catches what the parser
+// throws, and prints its results on one line.
 #include <foundation/json/parse.hpp>
 #include <foundation/json/parse_errors.hpp>
 #include <foundation/json/serializer.hpp>
