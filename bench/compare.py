@@ -28,7 +28,7 @@ def times(file):
 
 
 def rounds_of(folder):
-    """Of each round the results here and those of the revision."""
+    """The results of each round: those here and those of the revision."""
     rounds = {}
     for file in sorted(folder.glob("*.json")):
         side, number, _, _ = file.name.split(".")
@@ -39,7 +39,7 @@ def rounds_of(folder):
 
 
 def verdict(low, high):
-    """What can be said where all rounds but two lie between these ratios."""
+    """The verdict, given that all rounds but two lie between these ratios."""
     return "slower" if low > 1.02 else "faster" if high < 0.98 else ""
 
 
@@ -56,7 +56,7 @@ def main(arguments):
         key = task, subject
         here = statistics.median(ours[key] for ours, _ in rounds)
         ratios = [ours[key] / other[key] for ours, other in rounds]
-        # The rounds but for the extreme ones, which tell of the machine.
+        # All rounds but the extreme ones, which depend on the load of the machine.
         low, *_, high = sorted(ratios)[1:-1]
         middle = statistics.median(ratios)
         unit = unit_of(here)

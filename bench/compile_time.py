@@ -1,10 +1,9 @@
 """Usage: compile_time.py REPETITIONS INCLUDES FLAG...
 
-Compiles empty programs that include one header each, this library's and those of others, and
-programs that convert a struct of ten members besides, and writes the medians of the compiler's
-processor time to standard output, as JSON. INCLUDES is the folder of
-this library's headers; each FLAG goes to g++, for instance to find the others' headers. Headers
-that are not there are left out.
+Measures the compilation of empty programs that include one header each, of this library and of others,
+and of programs that also convert a struct of ten members. Writes the medians of the compiler's
+processor time to standard output, as JSON. INCLUDES is the folder of this library's headers; each FLAG
+goes to g++, for instance to find the others' headers. Headers that do not exist are left out.
 """
 
 import json
@@ -53,7 +52,7 @@ def fail(message):
 
 
 def seconds_to_compile(source, flags):
-    """The processor time that it takes, or None if it fails."""
+    """The processor time of the compiler, or None if it fails."""
     before = resource.getrusage(resource.RUSAGE_CHILDREN)
     done = subprocess.run(["g++", "-std=c++17", "-O0", "-c", "-o", "/dev/null", *flags, source],
                           capture_output=True, check=False)

@@ -1,4 +1,4 @@
-// Allocation functions that count, on top of those of the GNU C library. One thread only.
+// Allocation functions that count, and call those of the GNU C library. For one thread only.
 #include "counted_memory.hpp"
 
 #include <malloc.h>
@@ -49,7 +49,7 @@ void* realloc(void* block, std::size_t size) {
     if (result == nullptr && size != 0) {
         return nullptr;
     }
-    // While a block moves there are two of it.
+    // While a block moves, both its old and its new memory are allocated.
     if (result != block) {
         count(result);
         allocated -= old_size;

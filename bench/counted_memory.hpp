@@ -1,6 +1,6 @@
 /// @file
-/// How much memory the process has allocated. The program that links counted_memory.cpp has its
-/// allocation functions replaced, so it holds for whatever any library allocates, by new or malloc.
+/// How much memory the process has allocated. counted_memory.cpp replaces the allocation functions
+/// of the program that links it, so it counts what any library allocates, by new or malloc.
 #ifndef FOUNDATION_JSON_BENCH_COUNTED_MEMORY_HPP
 #define FOUNDATION_JSON_BENCH_COUNTED_MEMORY_HPP
 
@@ -8,12 +8,12 @@
 
 namespace bench {
 
-/// The bytes allocated now, and the most there were since the last reset.
+/// The bytes that are allocated now, and the most that were allocated since the last reset.
 std::size_t allocated_memory();
 std::size_t highest_memory();
 void reset_highest_memory();
 
-/// The most bytes that were allocated at a time while a function ran, beyond those before it.
+/// The most bytes that were allocated at a time during a call, beyond those allocated before it.
 template <class Function>
 std::size_t peak_memory(Function function) {
     const std::size_t before = allocated_memory();

@@ -317,7 +317,7 @@ namespace {
 
 namespace json = foundation::json;
 
-/// Every number as a double, since that is how the others see most of them.
+/// Reads every number as a double, as the other libraries do with most of them.
 json::Value read(std::string_view text) {
     json::ParseOptions options;
     options.integers = json::ParseOptions::Integers::as_double;

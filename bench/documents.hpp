@@ -1,5 +1,5 @@
 /// @file
-/// What is measured on: JSON documents, generated or from a folder, and what they have in common.
+/// The documents of the benchmarks: JSON text, generated or from a folder; and their contents.
 #ifndef FOUNDATION_JSON_BENCH_DOCUMENTS_HPP
 #define FOUNDATION_JSON_BENCH_DOCUMENTS_HPP
 
@@ -17,7 +17,7 @@ struct Document {
     std::string text;
 };
 
-/// The documents of this build: those of its folder of documents by name, else three generated
+/// The documents of this build: by name those of its folder of documents, or else three generated
 /// ones. "records" is text in many languages with some numbers, "catalogue" many small objects of
 /// integers, "coordinates" pairs of doubles of up to 17 digits.
 ///
@@ -25,11 +25,11 @@ struct Document {
 /// @throws std::runtime_error if the folder holds no document
 const std::vector<Document>& documents();
 
-/// The same, and generated ones of what else is written often: "URLs" has hardly anything else,
-/// "small objects" are of three members, "scripts" is text of many scripts.
+/// The same, and generated ones with other contents that programs often write: "URLs" has hardly
+/// anything but URLs, "small objects" have three members, "scripts" is text of many scripts.
 const std::vector<Document>& written_documents();
 
-/// A generated document of about that many bytes, with parts of all three sorts.
+/// A generated document of about that many bytes, with parts of all three kinds.
 std::string document_of_size(std::size_t bytes);
 
 /// Whether two texts stand for the same value. Numbers may differ in the last bits, since not every
@@ -37,7 +37,7 @@ std::string document_of_size(std::size_t bytes);
 /// @throws foundation::json::ParserException if one of them is not JSON text
 bool same_value(std::string_view a, std::string_view b);
 
-/// How many bytes the strings of a document have, names of members aside, and the sum of its
+/// The number of bytes in the strings of a document, without names of members, and the sum of its
 /// numbers.
 struct ContentSums {
     std::size_t string_bytes = 0;
@@ -45,7 +45,7 @@ struct ContentSums {
 };
 ContentSums content_sums(const std::string& text);
 
-/// Numbers that look random and are the same in every run.
+/// Pseudo-random numbers that are the same in every run.
 class Sequence {
 public:
     std::uint64_t next();

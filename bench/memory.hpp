@@ -1,5 +1,5 @@
 /// @file
-/// What the memory program measures, and the list in which its contenders come together.
+/// The measurements of the memory program, and the list to which its contenders add themselves.
 #ifndef FOUNDATION_JSON_BENCH_MEMORY_HPP
 #define FOUNDATION_JSON_BENCH_MEMORY_HPP
 
@@ -11,8 +11,8 @@
 
 namespace bench {
 
-/// The most memory that one operation on one document took besides the document's value, its
-/// result included.
+/// The most memory that one operation on one document took beyond the document's value, its result
+/// included.
 struct MemoryResult {
     std::string task;
     std::string contender;

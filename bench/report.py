@@ -155,7 +155,7 @@ LOWEST, HIGHEST = 1 / 32, 32
 
 
 def position(ratio):
-    """Where a ratio is on the axis, which is logarithmic."""
+    """The position of a ratio on the axis, which is logarithmic."""
     ratio = min(max(ratio, LOWEST), HIGHEST)
     return LABELS + PLOT * math.log(ratio / LOWEST) / math.log(HIGHEST / LOWEST)
 
@@ -239,18 +239,18 @@ def main(arguments):
     lines = [BEGIN, ""]
     lines += [f"- {line}" for line in (folder / "machine.txt").read_text().splitlines()]
     lines += ["", f"![Time of {OURS} divided by that of other libraries]({picture.name})", "",
-              "Bars end where the scale does; the numbers at their ends are exact.", "", "### Time", "",
+              "Bars are cut off where the scale ends; the numbers beside them are exact.", "", "### Time", "",
               "A cell holds the other library's time in the row's unit, and in parentheses ours "
               "divided by it: below 1, ours is the shorter.", ""]
     compared = {row: times for row, times in charted.items() if not row[0].startswith("<")}
     lines += time_table(compared) + order_table(charted)
     lines += ["### Parsing", "",
-              "From the text of a document to the value, and its destruction.", ""]
+              "Parsing the text of a document, and destroying the value.", ""]
     lines += time_table({row: times for row, times in parsing.items()
                          if not row[0].startswith("growth")})
     lines += ["### Reading", "",
-              "The content of every string and every number of a document, its place known, through "
-              "what each library has for that: `get` here, `std::get`, `get_ref`, `GetString` and "
+              "Reading the content of every string and every number of a document, found beforehand, by "
+              "the functions of each library: `get` here, `std::get`, `get_ref`, `GetString` and "
               "`GetDouble`, which do not look at the kind, `as_string` and `as_double`, `getString` "
               "and `asDouble`.", ""]
     lines += time_table(reading, ["std::variant", *PEERS])
@@ -258,7 +258,7 @@ def main(arguments):
               "Arrays of 10,000 items (of 100 for strings of 10,000 bytes), serialized.", ""]
     lines += time_table(details)
     lines += ["### Memory", "",
-              "Allocated at a time besides the value, the resulting text included.", ""]
+              "The most memory allocated at a time beyond the value, with the resulting text.", ""]
     lines += memory_table(memory)
     lines += ["### Growth", ""] + growth_table(growth)
     lines += ["### Compilation", "",

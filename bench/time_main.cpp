@@ -34,8 +34,8 @@ const std::filesystem::path& scratch_file() {
 
 namespace {
 
-/// Memory that was once obtained stays with the process. Else big blocks would come fresh from the
-/// system each time, and its clearing of pages would be most of what is measured.
+/// Lets the process keep all memory that it has obtained. Otherwise each large block would come
+/// from the system, and its clearing of pages would be most of the time measured.
 bool keep_memory() {
     return mallopt(M_MMAP_MAX, 0) == 1 && mallopt(M_TRIM_THRESHOLD, INT_MAX) == 1 &&
            mallopt(M_TOP_PAD, 64 << 20) == 1;

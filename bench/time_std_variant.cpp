@@ -1,5 +1,5 @@
-// Reading from a std::variant, the plainest thing that holds one of several types: what the values
-// of the libraries are measured by.
+// Reading from a std::variant, the simplest type that holds one of several: the baseline for the
+// values of the libraries.
 #include "tasks/reading.hpp"
 
 #include <foundation/json/content.hpp>

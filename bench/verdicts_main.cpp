@@ -1,7 +1,7 @@
 // Usage: foundation_json_verdicts FOLDER [COUNT [SEED]]
-// Damages texts, the files of a folder among them, and compares what the parser and two other
-// libraries make of each: accepted or refused. The differences that there are known reasons for are
-// counted; any other is written out, and the program fails.
+// Damages texts, the files of a folder among them, and compares whether the parser and two other
+// libraries accept each of them. The program counts the differences that have a known reason; it
+// prints any other, and fails.
 #include "documents.hpp"
 
 #include <foundation/json/parse.hpp>
@@ -53,7 +53,7 @@ bool rapidjson_accepts(const std::string& text) {
 
 // ---- Reasons for different verdicts ----------------------------------------------------------
 
-/// Whether an escape for half a surrogate pair stands without the other half.
+/// Whether the text has an escape for half a surrogate pair without the other half.
 bool has_lone_surrogate(const std::string& text) {
     const auto unit = [&text](std::size_t at) {
         if (at + 6 > text.size() || text[at] != '\\' || text[at + 1] != 'u') {
@@ -119,7 +119,7 @@ bool has_zero_with_large_exponent(const std::string& text) {
 
 struct Reason {
     const char* description;
-    bool (*other)(const std::string&); ///< whom it is about
+    bool (*other)(const std::string&); ///< whether the other library accepts a text
     bool parser;                       ///< the parser's verdict
     bool (*applies)(const std::string& text);
 };
@@ -143,7 +143,7 @@ const std::array<Reason, 7> reasons{{
 
 // ---- Texts --------------------------------------------------------------------------------------
 
-/// Texts with something of everything.
+/// Texts that together have every kind of token.
 const std::array<const char*, 16> samples{
     R"([1,2,{"a":[true,false,null],"b":"x\u00e9\ud83d\ude00y"}])",
     R"({"k":-0.5e+10,"l":{},"m":[]})",
@@ -163,7 +163,7 @@ const std::array<const char*, 16> samples{
     "\"a string of more than sixteen bytes, and of more than thirty-two\"",
 };
 
-/// The samples, and what is generated whole.
+/// How many texts are generated, besides the samples.
 constexpr std::size_t generated = 6;
 constexpr std::size_t whole_texts = samples.size() + generated;
 
@@ -204,7 +204,7 @@ public:
 private:
     std::size_t below(std::size_t limit) { return static_cast<std::size_t>(random_() % limit); }
 
-    /// All of a short text, and some of a long one.
+    /// All of a short text, or a piece of a long one.
     std::string piece(const std::string& text, std::size_t most) {
         if (text.size() <= most) {
             return text;
@@ -234,10 +234,10 @@ private:
         case 3:
             text.erase(place);
             break;
-        case 4: // some of itself
+        case 4: // a piece of the same text
             text.insert(place, text.substr(below(text.size()), below(20)));
             break;
-        case 5: // some of another
+        case 5: // a piece of another text
             text.insert(place, piece(texts_[below(texts_.size())], 40));
             break;
         default: { // two bytes exchanged
@@ -326,7 +326,7 @@ int main(int argc, char** argv) {
     }
     const std::size_t count = argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 1'000'000;
     if (count == 0) {
-        std::cerr << "foundation_json_verdicts: '" << argv[2] << "' is no number above 0\n";
+        std::cerr << "foundation_json_verdicts: '" << argv[2] << "' is not a number above 0\n";
         return 2;
     }
     const std::uint64_t seed = argc > 3 ? std::strtoull(argv[3], nullptr, 10) : 1;

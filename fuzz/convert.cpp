@@ -1,7 +1,7 @@
 /// @file
-/// Conversion of any values to types within each other. The bytes make a value that is about what a
-/// schema asks for; a plain interpreter of the schema says whether it converts and, if not, at
-/// which place it does not.
+/// Conversion of values to nested types. The bytes make a value that roughly matches a schema; a
+/// simple interpreter of the schema determines whether it converts and, if not, the place that does
+/// not.
 #include "expect.hpp"
 #include "input.hpp"
 
@@ -87,7 +87,7 @@ struct Schema {
         object
     } what;
     std::vector<const Schema*> parts;
-    std::vector<std::string> names; // of an object's parts; those that are required come first
+    std::vector<std::string> names; // of an object's members; the required ones come first
     std::size_t required = 0;
 };
 
@@ -215,7 +215,7 @@ Value value_for(const Schema& schema, Input& input, int levels) {
     return {};
 }
 
-// ---- What is to be expected --------------------------------------------------------------------
+// ---- The expected result -----------------------------------------------------------------------
 
 /// The pointer to the first place that does not convert.
 using Wrong = std::optional<std::string>;
@@ -357,7 +357,7 @@ Wrong first_wrong(const Schema& schema, const Value& value, const std::string& p
     return std::nullopt;
 }
 
-/// The value at a place where there is one, token by token.
+/// The value that a pointer leads to, followed token by token. There must be one.
 const Value& walk(const Value& root, std::string_view pointer) {
     const Value* value = &root;
     while (!pointer.empty()) {
@@ -388,21 +388,22 @@ void check_conversion(const Value& value, bool strict) {
     }
     try {
         const Node object = to<Node>(value, options);
-        expect(!wrong, "what converts has nothing wrong with it");
+        expect(!wrong, "a value that converts matches the schema");
         const Value again = from(object);
         expect_equal(serialize(from(to<Node>(again))), serialize(again),
-                     "what was converted there and back");
+                     "the value after a round trip");
     } catch (const ConversionError& error) {
-        expect(wrong.has_value(), "what does not convert has something wrong with it");
+        expect(wrong.has_value(), "a value that does not convert does not match the schema");
         expect_equal(error.pointer(), *wrong, "the place");
-        expect(find(value, error.pointer()) == &walk(value, error.pointer()), "find finds it");
+        expect(find(value, error.pointer()) == &walk(value, error.pointer()),
+               "find() finds the place");
         const std::string_view message = error.what();
         expect(message.substr(0, wrong->empty() ? 11 : 4) ==
                    (wrong->empty() ? "at the root" : "at /"),
                "the message begins with the place");
         for (const char c : message) {
             expect(static_cast<unsigned char>(c) >= 0x20 && c != 0x7f,
-                   "no control bytes are shown");
+                   "the message has no control bytes");
         }
     }
 }
@@ -410,7 +411,7 @@ void check_conversion(const Value& value, bool strict) {
 void check_any_pointer(const Value& value, const std::string& pointer) {
     try {
         const Value* const found = find(value, pointer);
-        expect(found == nullptr || found == &walk(value, pointer), "find and the walk agree");
+        expect(found == nullptr || found == &walk(value, pointer), "find() and walk() agree");
     } catch (const std::invalid_argument&) {
         expect(pointer.front() != '/' || pointer.find('~') != std::string::npos,
                "a JSON Pointer is refused only for its first byte or a ~");

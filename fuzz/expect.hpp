@@ -1,6 +1,6 @@
 /// @file
-/// How a fuzz target says that something is wrong: on standard error, and by ending the process,
-/// upon which the fuzzer keeps the input.
+/// Reports the errors that a fuzz target finds: on standard error, and by ending the process, so
+/// that the fuzzer keeps the input.
 #ifndef FOUNDATION_JSON_FUZZ_EXPECT_HPP
 #define FOUNDATION_JSON_FUZZ_EXPECT_HPP
 

@@ -1,5 +1,5 @@
 /// @file
-/// The bytes that a fuzzer hands over, taken apart into choices and content.
+/// The input bytes of a fuzz target, read as choices and content.
 #ifndef FOUNDATION_JSON_FUZZ_INPUT_HPP
 #define FOUNDATION_JSON_FUZZ_INPUT_HPP
 
@@ -11,8 +11,8 @@
 
 namespace foundation::json::fuzz {
 
-/// Reads from the front. Where the bytes have run out everything reads as zero, so that the start
-/// of an input means the same whatever follows.
+/// Reads from the front. Behind the last byte everything reads as zero, so that the start of an
+/// input means the same whatever follows.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
@@ -31,7 +31,7 @@ public:
         return items[below(N)];
     }
 
-    /// A number by its representation.
+    /// A number with the next bytes as its representation.
     template <class Number>
     Number bits() {
         Number result{};

@@ -1,6 +1,6 @@
 /// @file
-/// A value as its documentation describes it, in the plainest way: a kind and content for every
-/// kind. It shares nothing with the library but the rules, which are written out once more here.
+/// A model of a value, as the documentation describes it: a struct with a kind and the content of
+/// every kind. It shares no code with the library.
 #ifndef FOUNDATION_JSON_FUZZ_MODEL_HPP
 #define FOUNDATION_JSON_FUZZ_MODEL_HPP
 
@@ -18,7 +18,7 @@
 
 namespace foundation::json::fuzz {
 
-/// In the order in which values of different kinds are ordered.
+/// In the order that comparison gives values of different kinds.
 enum class Kind { undefined, null, boolean, number, string, array, object, real, int64, uint64 };
 
 inline std::string name_of(Kind kind) {
@@ -59,7 +59,7 @@ inline Model object_model(std::map<std::string, Model> members) {
     return result;
 }
 
-/// How many values there are in a value, itself included.
+/// The number of values in a value, itself included.
 inline std::size_t nodes(const Model& model) {
     std::size_t result = 1;
     for (const Model& element : model.elements) {
@@ -84,7 +84,7 @@ inline std::size_t depth(const Model& model) {
 
 // ---- Moving ------------------------------------------------------------------------------------
 
-/// Takes the content out: what holds memory is left empty, anything else as it was.
+/// Moves the content out. Strings, arrays and objects are left empty, other kinds as they were.
 inline Model take(Model& source) {
     Model taken = source;
     source.text.clear();
@@ -225,7 +225,7 @@ inline std::string text_to_int(const std::string& text) {
     if (at < text.size() && (text[at] == '-' || text[at] == '+')) {
         ++at;
     }
-    double number = 0; // exact for all that fits an int
+    double number = 0; // exact for every number that fits an int
     for (; at < text.size() && text[at] >= '0' && text[at] <= '9'; ++at) {
         number = 10 * number + (text[at] - '0');
     }
@@ -271,7 +271,7 @@ inline std::string to_short(const Model& model) {
     }
 }
 
-/// Whether `model || other` is the other.
+/// Whether `model || other` gives the other.
 inline bool falls_back(const Model& model) {
     switch (model.kind) {
     case Kind::undefined:

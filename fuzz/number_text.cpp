@@ -1,7 +1,7 @@
 /// @file
 /// Numbers to text and text to numbers. The first twelve bytes are a double and a float, which are
-/// written by each way there is and read back; the two behind them choose the floating-point
-/// environment for that. All bytes together are a text to be read.
+/// written by the fast path and the reference algorithm, and read back; the next two choose the
+/// floating-point environment for that. All bytes together are a text, from which a number is read.
 #include "expect.hpp"
 #include "input.hpp"
 
@@ -35,7 +35,7 @@ bool same_number(Number left, Number right) {
 test::Environment read_environment(Input& input) {
     const unsigned choice = input.bits<std::uint16_t>();
     const std::vector<test::MachineSetting>& settings = test::machine_settings();
-    // No bytes stand for the usual environment.
+    // An input without these bytes gives the usual environment.
     return {test::directions()[choice & 3], (choice & 4) != 0,
             choice >> 3 == 0 ? test::usual_setting : settings[(choice >> 3) % settings.size()]};
 }
@@ -64,8 +64,8 @@ void check_number(const test::Environment& environment, const Number& number) {
             }
         }
     });
-    expect_equal(reference, expected, "the reference text of a number");
-    expect_equal(fast, expected, "the fast text of a number");
+    expect_equal(reference, expected, "the text of a number by the reference algorithm");
+    expect_equal(fast, expected, "the text of a number by the fast path");
     expect_equal(either, expected, "the text of a number");
     expect(flags == 0, "no flag is raised: " + test::name_of(environment));
     if (bits.is_finite() && environment.direction == FE_TONEAREST) {
@@ -101,7 +101,7 @@ bool has_word_at(std::string_view text, std::size_t position, std::string_view w
     return true;
 }
 
-/// The length of the longest number that a text begins with, 0 if there is none.
+/// The length of the longest number at the start of a text; 0 if there is none.
 std::size_t leading_number(std::string_view text) {
     const std::size_t begin = !text.empty() && text.front() == '-' ? 1 : 0;
     for (const std::string_view word : {"infinity", "inf", "nan"}) {

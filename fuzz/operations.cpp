@@ -1,6 +1,6 @@
 /// @file
-/// Operations on a few values. The bytes say which, on what; each is done on the library's values
-/// and on models of them, and afterwards nobody may be able to tell the two apart.
+/// Operations on a few values. The bytes choose the operations and their operands. Each operation
+/// is performed on the library's values and on models of them; afterwards the two must agree.
 #include "expect.hpp"
 #include "input.hpp"
 #include "model.hpp"
@@ -25,7 +25,7 @@
 namespace foundation::json::fuzz {
 namespace {
 
-// What keeps an input from taking long.
+// Limits, so that no input takes long.
 constexpr std::size_t most_operations = 60;
 constexpr std::size_t most_nodes = 300;
 constexpr std::size_t most_levels = 300;
@@ -40,7 +40,7 @@ struct Twin {
     Model model;
 };
 
-/// Compares the visited content with a model, exactly: also the sign of a zero counts.
+/// Compares the visited content with a model, exactly: the sign of a zero counts, too.
 class Agrees {
 public:
     explicit Agrees(const Model& model) : model_(model) {}
@@ -96,7 +96,7 @@ void expect_agreement(const Value& value, const Model& model, std::string_view w
     }
 }
 
-/// What an action returns, or what it throws.
+/// The result of an action, or the message of what it throws.
 template <class Action>
 std::string outcome(const Action& action) {
     try {
@@ -122,7 +122,7 @@ public:
     void run();
 
 private:
-    /// A value within one of the roots: the way there, itself, and its model.
+    /// A value within one of the roots: the path to it, the value, and its model.
     struct Place {
         std::size_t root;
         std::vector<std::size_t> path;
@@ -465,7 +465,7 @@ void Session::lift() {
     *target.model = model;
 }
 
-/// Puts a value into arrays and objects, one within the other.
+/// Puts a value into nested arrays and objects.
 void Session::wrap() {
     const Place target = place();
     const std::size_t levels = 1 + input_.below(128);
@@ -540,7 +540,7 @@ void Session::push() {
     }
 }
 
-/// An array itself, or a value within it, is pushed onto it.
+/// Pushes an array, or a value within it, onto the array itself.
 void Session::push_own() {
     Place target = place();
     while (!target.model->is(Kind::array) && target.model->has_child()) {
@@ -569,7 +569,7 @@ void Session::index_by_name() {
                      const Value& result = as_pointer ? constant[name.c_str()] : constant[name];
                      expect_agreement(result, missing ? Model() : found->second, "a member");
                      expect(!missing || &result == &no_members["missing"],
-                            "what is missing is always the same value");
+                            "all missing members are the same value");
                      return "";
                  }),
                  expected, "const indexing by name");
@@ -623,7 +623,7 @@ void Session::index_by_position() {
     check_position(target, static_cast<int>(index));
 }
 
-/// What indexing should throw, or nothing.
+/// Looks up a key by both overloads. Returns the message of the exception, or nothing.
 std::string Session::look_up(const Place& target, const Value& key) {
     const Value& constant = *target.value;
     const std::string read = outcome([&] {
@@ -712,7 +712,7 @@ void Session::convert() {
     }
 }
 
-/// Changes what is there in place, by what the containers offer.
+/// Changes content in place, by the functions of the containers.
 void Session::change_content(const Place& target) {
     expect(static_cast<int>(kind_of(*target.value)) == static_cast<int>(target.model->kind),
            "the kind is that of the model");
@@ -823,7 +823,7 @@ void Session::build_object() {
         case 0:
             static_cast<void>((term, term));
             break;
-        case 1: { // assigning a term nests, be it itself
+        case 1: { // assigning a term nests, even if it is the same one
             const Property& same = term;
             term = same;
             const std::map<std::string, Model> copy = members;

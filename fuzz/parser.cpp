@@ -1,7 +1,7 @@
 /// @file
-/// The parser on any bytes, with any options. What it refuses it must locate, what it accepts must
-/// survive being written and parsed again; a stream must give the same in whatever pieces, and the
-/// tests' own reader must see the same value.
+/// The parser on any bytes, with any options. An error must have the right place. The value of an
+/// accepted text must be the same after it is written and parsed again, as read from a stream in
+/// pieces of any size, and as read by the tests' own reader.
 #include "expect.hpp"
 #include "input.hpp"
 
@@ -26,7 +26,7 @@ namespace {
 
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
-/// Hands out a text in pieces of a size.
+/// Delivers a text in pieces of a given size.
 class Pieces : public std::streambuf {
 public:
     Pieces(const std::string& text, std::size_t size) : rest_(text), size_(size) {}
@@ -48,8 +48,8 @@ private:
     std::string piece_;
 };
 
-/// What a caller learns of an error, but for the text quoted: a stream of values waits for no more
-/// of the line than it takes to know the error.
+/// Everything in an exception but the quoted text, which may differ: a stream of values waits for
+/// no more of the line than is needed to detect the error.
 std::string content(const ParserException& error) {
     std::string result = error.what();
     for (const std::size_t number :
@@ -70,7 +70,7 @@ std::optional<Value> read_by_the_tests(std::string_view text) {
     }
 }
 
-/// Whether the tests' reader, which has no limit to its recursion, may be given a text.
+/// Whether a text is shallow enough for the tests' reader, which does not limit its recursion.
 bool is_shallow(std::string_view text) {
     return std::count_if(text.begin(), text.end(),
                          [](char byte) { return byte == '[' || byte == '{'; }) <= 500;
@@ -81,10 +81,10 @@ bool is_ascii(std::string_view text) {
                        [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
 }
 
-// ---- Where errors are --------------------------------------------------------------------------
+// ---- The places of errors ----------------------------------------------------------------------
 
-/// The column of a position, counted in characters, of which a byte order mark at the start of the
-/// text is none.
+/// The column of a position, counted in characters; a byte order mark at the start of the text does
+/// not count.
 std::size_t column_of(std::string_view text, std::size_t position) {
     std::size_t begin = text.substr(0, position).rfind('\n') + 1; // 0 where there is none
     if (begin == 0 && text.substr(0, byte_order_mark.size()) == byte_order_mark) {
@@ -110,7 +110,7 @@ void check_position(std::string_view text, const ParserException& error) {
     expect(offset <= position, "the quoted text begins within the text");
     expect_equal(quoted, text.substr(position - offset, quoted.size()), "the quoted text");
     expect(quoted.find('\n') == std::string::npos, "one line is quoted");
-    expect(offset <= 160 && quoted.size() - offset <= 160, "little is quoted");
+    expect(offset <= 160 && quoted.size() - offset <= 160, "at most 160 bytes are quoted per side");
 }
 
 void check_description(const ParserException& error) {
@@ -129,7 +129,7 @@ void check_description(const ParserException& error) {
                             return (static_cast<unsigned char>(byte) < 0x20 && byte != '\n') ||
                                    byte == 0x7F;
                         }),
-           "the description can be shown");
+           "the description has no control bytes");
 }
 
 // ---- One text ----------------------------------------------------------------------------------
@@ -154,7 +154,7 @@ public:
         const std::vector<std::string> values = values_of_stream(piece_);
         expect(values == values_of_stream(text_.size() + 1), "pieces do not change the values");
         if (value) {
-            expect_equal(values.size(), 1U, "one value makes a stream of one");
+            expect_equal(values.size(), 1U, "the number of values in the stream");
             expect_equal(values[0], serialize(*value), "the stream's value");
             check_accepted(*value);
         }
@@ -187,8 +187,8 @@ private:
         ValueStream values(stream, options_);
         std::vector<std::string> result;
         for (Value value;;) {
-            // Every value and every error takes a byte at least, but for one at the end.
-            expect(result.size() <= text_.size() + 1, "the stream comes to an end");
+            // Every value and every error takes at least a byte, except an error at the end.
+            expect(result.size() <= text_.size() + 1, "the stream ends");
             try {
                 if (!values.next(value)) {
                     return result;
@@ -212,7 +212,7 @@ private:
         if (options_.integers == ParseOptions::Integers::as_double && is_shallow(text_)) {
             // It refuses some texts that are accepted, such as those that name a member twice.
             const std::optional<Value> other = read_by_the_tests(text_);
-            expect(!other || *other == value, "both readers see the same value");
+            expect(!other || *other == value, "both readers find the same value");
             expect(read_by_the_tests(compact) == value, "the other reader reads the compact text");
         }
     }

@@ -1,6 +1,7 @@
 /// @file
-/// A value written onto a stream in any state. The bytes are the stream's state and the value; what
-/// a caller can see afterwards must be what one formatted insertion per piece of text shows.
+/// Writing a value onto a stream in any state. The bytes give the stream's state and the value. The
+/// result must be the same, for everything that a caller can see, as by one formatted insertion per
+/// piece of text.
 #include "expect.hpp"
 #include "input.hpp"
 
@@ -43,14 +44,14 @@ public:
     Tree tree(std::size_t levels = 6);
 
 private:
-    /// Read from the bytes; one of them may be repeated, to see the end of a buffer.
+    /// A text of input bytes. One text may be repeated, so that it reaches the end of a buffer.
     std::string text();
     Tree array(std::size_t levels);
     Tree object(std::size_t levels);
     Tree nest(std::size_t levels);
     bool used_up() { return nodes_ >= most_nodes; }
 
-    // What keeps an input from taking long.
+    // Limits, so that no input takes long.
     static constexpr std::size_t most_nodes = 80;
     static constexpr std::size_t longest_text = 10'000;
 
@@ -152,25 +153,25 @@ Tree TreeReader::nest(std::size_t levels) {
 
 // ---- The stream --------------------------------------------------------------------------------
 
-/// Everything about a stream that a write can meet.
+/// The state of a stream, as far as it affects a write.
 struct StreamState {
     ios_base::fmtflags flags = ios_base::dec | ios_base::skipws;
     std::streamsize width = 0;
     std::streamsize precision = 6;
     char fill = ' ';
-    std::string grouping; ///< none stands for the classic locale
+    std::string grouping; ///< empty for the classic locale
     ios_base::iostate state = ios_base::goodbit;
     ios_base::iostate exceptions = ios_base::goodbit;
     bool tied = false;
     bool fails = false;
-    std::size_t bytes = 0; ///< taken before it fails
+    std::size_t bytes = 0; ///< written before it fails
     Refusal refusal = Refusal::forever;
     bool flush_fails = false;
     std::size_t flushes = 0; ///< performed before they fail
     Refusal flush_refusal = Refusal::forever;
     test::Environment arithmetic{FE_TONEAREST, false, test::usual_setting};
 
-    /// Then how often the stream is flushed tells how many insertions there were.
+    /// Whether the number of flushes depends on the number of insertions.
     bool unbuffered() const { return (flags & ios_base::unitbuf) != 0; }
 };
 
@@ -248,7 +249,7 @@ std::string thrown_by(const Write& write) {
     return "nothing";
 }
 
-/// All that a caller can see of a write onto a stream in that state.
+/// Everything that a caller can see of a write onto a stream in that state.
 template <class Write>
 std::string outcome(const StreamState& state, const Write& write) {
     test::ProbeStream tied;
@@ -300,10 +301,10 @@ void check_streams(const StreamState& state, const Tree& tree, const Value& valu
                              serializer.pretty_print(pretty);
                              serializer.write(stream, value);
                          }),
-                 expected, "what Serializer leaves");
+                 expected, "the outcome of Serializer");
     expect_equal(
         outcome(state, [&](std::ostream& stream) { write_by_pieces(stream, value, pretty); }),
-        expected, "what writing piece by piece leaves");
+        expected, "the outcome of writing piece by piece");
 }
 
 void check_strings(const StreamState& state, const Tree& tree, const Value& value, bool pretty) {

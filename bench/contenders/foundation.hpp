@@ -1,8 +1,8 @@
 /// @file
 /// This library, with its parser.
 ///
-/// Every header of this folder defines `Contender`, with the same members, in an unnamed namespace:
-/// each is included by one source at a time.
+/// Every header of this folder defines `Contender`, with the same members, in an unnamed namespace,
+/// since each source includes only one of them.
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_FOUNDATION_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_FOUNDATION_HPP
 
@@ -161,7 +161,7 @@ struct Contender {
     static constexpr const char* name = "foundation::json";
     /// Whether there is a pretty_print() below.
     static constexpr bool has_pretty_layout = true;
-    /// Whether to measure what has no counterpart elsewhere, too.
+    /// Whether to measure the functions that other libraries do not have, too.
     static constexpr bool is_this_library = true;
     /// Whether there are to_statuses() and from_statuses() below.
     static constexpr bool converts = true;
@@ -228,7 +228,7 @@ struct Contender {
     static Value from_statuses(const bench::Statuses& statuses) {
         return foundation::json::from(statuses);
     }
-    /// Only here: as a caller without tables would write it.
+    /// Only for this library: the conversion as a caller without tables would write it.
     static bench::Statuses to_statuses_by_hand(const Value& value) {
         bench::Statuses statuses;
         read(statuses, value);

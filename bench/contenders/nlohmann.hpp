@@ -13,7 +13,7 @@
 
 namespace nlohmann {
 
-/// The library has none of its own.
+/// The library has no conversion of its own for this.
 template <class T>
 struct adl_serializer<std::optional<T>> {
     static void to_json(json& value, const std::optional<T>& content) {

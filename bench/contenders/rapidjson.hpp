@@ -1,6 +1,6 @@
 /// @file
-/// RapidJSON: a document owns a pool from which all its values come; objects are lists of members,
-/// in which a lookup goes from one to the next and an insertion looks for no equal key.
+/// RapidJSON: a document owns a pool from which it allocates all its values. Objects are lists of
+/// members: a lookup is a linear search, and an insertion does not search for an equal key.
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_RAPIDJSON_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_RAPIDJSON_HPP
 
@@ -90,7 +90,7 @@ struct Contender {
 
     using Node = rapidjson::Value;
     static std::size_t size_of_string(const Node& node) {
-        // As long a way as to the text itself.
+        // Takes as long as reading the text itself.
         return node.GetString() != nullptr ? node.GetStringLength() : 0;
     }
     static double number(const Node& node) { return node.GetDouble(); }

@@ -1,6 +1,6 @@
 /// @file
-/// Values into structs and back: a document of statuses, with texts, numbers, arrays and what may
-/// be null. Contenders that have a way to do so for a struct at a time say `converts` and define
+/// Conversion of values to structs and back: a document of statuses, with texts, numbers, arrays
+/// and members that may be null. Contenders that convert structs set `converts` and define
 /// `to_statuses` and `from_statuses`.
 #ifndef FOUNDATION_JSON_BENCH_TASKS_CONVERSION_HPP
 #define FOUNDATION_JSON_BENCH_TASKS_CONVERSION_HPP

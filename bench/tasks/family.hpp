@@ -1,5 +1,5 @@
 /// @file
-/// How contenders come together in one program: each adds its families of benchmarks to a list.
+/// The list to which all contenders of a program add their families of benchmarks.
 #ifndef FOUNDATION_JSON_BENCH_TASKS_FAMILY_HPP
 #define FOUNDATION_JSON_BENCH_TASKS_FAMILY_HPP
 

@@ -1,6 +1,6 @@
 /// @file
-/// Texts of other sorts than the documents: short ones, and those of values that lie all over a
-/// used heap.
+/// Other texts than the documents: short ones, and those of values that are spread over a used
+/// heap.
 #ifndef FOUNDATION_JSON_BENCH_TASKS_MESSAGES_HPP
 #define FOUNDATION_JSON_BENCH_TASKS_MESSAGES_HPP
 
@@ -34,7 +34,7 @@ void add_messages() {
     }
 }
 
-/// Memory of a program that has been running for long: blocks of many sizes, most of them free.
+/// The heap of a program that has run for a long time: blocks of many sizes, most of them free.
 class UsedHeap {
 public:
     UsedHeap() {

@@ -1,5 +1,5 @@
 /// @file
-/// From text to values, and back to nothing.
+/// Parsing: from text to values, with their destruction.
 #ifndef FOUNDATION_JSON_BENCH_TASKS_PARSING_HPP
 #define FOUNDATION_JSON_BENCH_TASKS_PARSING_HPP
 
@@ -12,7 +12,7 @@
 
 namespace bench {
 
-/// Times reading a text and destroying the value, and adds how many bytes of text per second.
+/// Times reading a text and destroying the value, and reports the bytes of text per second.
 template <class Contender>
 void add_parsing_of(const std::string& task, const std::string& subject, const std::string& text) {
     add<Contender>(task, subject, [text](benchmark::State& state) {

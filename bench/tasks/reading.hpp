@@ -1,5 +1,5 @@
 /// @file
-/// Reading what values hold: every string and every number of a document.
+/// Reading the content of values: every string and every number of a document.
 #ifndef FOUNDATION_JSON_BENCH_TASKS_READING_HPP
 #define FOUNDATION_JSON_BENCH_TASKS_READING_HPP
 
@@ -20,8 +20,8 @@ struct Leaves {
     std::vector<const Node*> numbers;
 };
 
-/// Finding them is no part of what is measured, and all numbers are doubles: what remains is what
-/// it takes to get at the content of a value whose kind the caller knows.
+/// The time to find them is not measured, and all numbers are doubles: the result is the time to
+/// read the content of a value whose kind the caller knows.
 template <class Contender>
 void add_reading() {
     for (const Document& document : documents()) {

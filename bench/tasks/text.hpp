@@ -24,7 +24,7 @@ namespace bench {
 /// The file that every contender writes over and over, in the folder for temporary files.
 const std::filesystem::path& scratch_file();
 
-/// Times a function that makes a text, and adds how many bytes of it per second.
+/// Times a function that makes a text, and reports the bytes of text per second.
 template <class MakeText>
 void time_text(benchmark::State& state, MakeText make_text) {
     std::size_t bytes = 0;
@@ -106,7 +106,7 @@ void add_growth() {
     }
 }
 
-/// Arrays of 10,000 items of one kind: what a value of each kind costs.
+/// Arrays of 10,000 items of one kind: the time per value of each kind.
 template <class Contender>
 class Details {
 public:

@@ -77,7 +77,7 @@ void add_arrays() {
     });
 }
 
-/// As many different keys, in no order.
+/// `count` different keys, in no order.
 inline std::vector<std::string> some_keys(std::size_t count) {
     std::vector<std::string> keys;
     Sequence sequence;
