@@ -127,10 +127,11 @@ expect TheOptionsHoldForEveryValue 0 '[1]\n2\n' ''
 printf '1\n{"a" 2} 3\n4\n[5' >in
 run --lines in
 expect AfterAnErrorTheNextLineIsRead 1 '1\n4\n' "in:2:6: found '2' where ':' is expected after a \
-name\n{\"a\" 2} 3\n     ^\nin:4:3: the text ends within an array\n[5\n  ^\n"
+name\n{\"a\" 2} 3\n     ^\nin:4:3: the text ends within the array that begins at \
+line 4, column 1\n[5\n  ^\n"
 
 run lines
-expect OneValueIsReadWithoutTheOption 1 '' "lines:3:1: found '[' after the end of the value\n\
+expect OneValueIsReadWithoutTheOption 1 '' "lines:3:1: found '[' after the '}' that ends the value\n\
 [1, 2]\n^\n"
 
 # The first value is written while the second is still to come.

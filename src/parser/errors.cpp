@@ -59,8 +59,12 @@ std::string name_of_ascii(char byte) {
     return in_quotes({&byte, 1});
 }
 
-std::string_view container_name(Within within) noexcept {
-    return within == Within::array ? "an array" : "an object";
+std::string container_name(const char* opening) {
+    return *opening == '[' ? "array" : "object";
+}
+
+bool is_bracket(char byte) noexcept {
+    return byte == '[' || byte == ']' || byte == '{' || byte == '}';
 }
 
 char lower(char byte) noexcept {
@@ -126,10 +130,21 @@ void Place::advance(std::string_view text) noexcept {
 
 // ---- Where it failed -------------------------------------------------------------------------
 
+Place Errors::place_of(const char* place) const noexcept {
+    Place result = begin_;
+    result.advance(text_.substr(0, static_cast<std::size_t>(place - text_.data())));
+    return result;
+}
+
+/// How messages call a place other than that of the error.
+std::string Errors::where(const char* place) const {
+    const Place found = place_of(place);
+    return "at line " + std::to_string(found.line) + ", column " + std::to_string(found.column);
+}
+
 void Errors::fail(ParseResult result, const char* place, const std::string& what) const {
     const auto position = static_cast<std::size_t>(place - text_.data());
-    Place failed = begin_;
-    failed.advance(text_.substr(0, position));
+    const Place failed = place_of(place);
 
     const std::size_t line_feed = text_.substr(0, position).rfind('\n');
     const std::size_t text_begin = begin_.byte == 0 ? marked(text_) : 0;
@@ -166,6 +181,18 @@ std::string Errors::name_of(const char* place) const {
     return hexadecimal(code, 4, "U+");
 }
 
+/// Whether at a place, which is not the end, is a quotation mark of printed text.
+bool Errors::is_curly_quote(const char* place) const noexcept {
+    constexpr std::uint32_t first = 0x2018;
+    constexpr std::uint32_t last = 0x201F;
+    if (is_ascii(*place)) {
+        return false;
+    }
+    const Utf8Sequence sequence = utf8_sequence(place, end());
+    const std::uint32_t code = sequence.complete ? code_point({place, sequence.length}) : 0;
+    return first <= code && code <= last;
+}
+
 std::string_view Errors::word_at(const char* place) const noexcept {
     const char* const behind =
         std::find_if_not(place, end(), [](char byte) { return is_word(byte); });
@@ -174,11 +201,15 @@ std::string_view Errors::word_at(const char* place) const noexcept {
 
 // ---- Values ----------------------------------------------------------------------------------
 
-/// Fails if a comment begins at a place and the option comments is off.
+/// Fails if a comment begins at a place and the option comments is off, or what begins a comment in
+/// another language.
 void Errors::check_comment(const char* place, ParseResult result) const {
     if (!options_.comments && end() - place >= 2 && place[0] == '/' &&
         (place[1] == '/' || place[1] == '*')) {
         fail(result, place, "found a comment: the option comments allows it");
+    }
+    if (options_.comments && *place == '#') {
+        fail(result, place, "found '#': a comment begins with // or /*");
     }
 }
 
@@ -196,20 +227,20 @@ void Errors::check_glued(const char* place, ParseResult result) const {
     }
 }
 
-void Errors::no_value(const char* place, Within within, bool after_comma) const {
+void Errors::no_value(const char* place, const char* opening, bool after_comma) const {
+    const bool in_array = opening != nullptr && *opening == '[';
     if (place == end()) {
-        if (within == Within::document) {
+        if (opening == nullptr) {
             fail(EMPTY_INPUT, place, "the text holds no value");
         }
-        const bool begun = within == Within::array && !after_comma;
-        fail(begun ? MISSING_ARRAY_CLOSE : UNEXPECTED_END_OF_INPUT, place,
-             "the text ends within " + std::string(container_name(within)));
+        ends_within(in_array && !after_comma ? MISSING_ARRAY_CLOSE : UNEXPECTED_END_OF_INPUT,
+                    opening);
     }
     if (*place == ']' && after_comma) {
         fail(MISSING_ARRAY_CLOSE, place,
              "found ']' after a comma: the option trailing_commas allows it");
     }
-    if (within == Within::document && (*place == ']' || *place == '}')) {
+    if (opening == nullptr && (*place == ']' || *place == '}')) {
         const bool array = *place == ']';
         fail(array ? MISSING_ARRAY_OPEN : MISSING_OBJECT_OPEN, place,
              array ? "found ']' without a '[' before it" : "found '}' without a '{' before it");
@@ -240,10 +271,17 @@ void Errors::no_value(const char* place, Within within, bool after_comma) const 
              "found " + in_quotes(shortened(word)) +
                  " where a value should begin: strings are written in double quotes");
     }
+    if (in_array && *place == '}') {
+        fail(MISSING_LEADING_DIGIT, place,
+             "found '}' where a value should begin: the array begins " + where(opening));
+    }
     const bool utf8 = is_ascii(*place) || utf8_sequence(place, end()).complete;
+    const char* const hint = !utf8 ? ": the text is not UTF-8"
+                             : is_curly_quote(place)
+                                 ? ": strings are written in straight double quotes"
+                                 : "";
     fail(MISSING_LEADING_DIGIT, place,
-         "found " + name_of(place) + " where a value should begin" +
-             (utf8 ? "" : ": the text is not UTF-8"));
+         "found " + name_of(place) + " where a value should begin" + hint);
 }
 
 void Errors::bad_word(const char* word, const char* place) const {
@@ -291,7 +329,8 @@ void Errors::bad_string(const StringToken& token) const {
         fail(MISSING_TRAILING_QUOTE, place, "the text ends within a string");
     case StringError::line_ends:
         fail(MISSING_TRAILING_QUOTE, place,
-             std::string("the line ends within a string, where a line end is written ") +
+             std::string("the line ends before the closing quote of a string, where a line end is "
+                         "written ") +
                  (*place == '\n' ? "\\n" : "\\r"));
     case StringError::control:
         fail(INVALID_ESCAPE_SEQUENCE, place,
@@ -299,7 +338,9 @@ void Errors::bad_string(const StringToken& token) const {
                  (*place == '\t' ? "\\t"
                                  : hexadecimal(static_cast<unsigned char>(*place), 4, "\\u")));
     case StringError::escape:
-        fail(INVALID_ESCAPE_SEQUENCE, place, "found " + name_of(place) + " after '\\' in a string");
+        fail(INVALID_ESCAPE_SEQUENCE, place,
+             "found " + name_of(place) +
+                 " after '\\' in a string: a backslash itself is written \\\\");
     case StringError::escape_ends:
     case StringError::unicode_escape:
         if (place == end()) {
@@ -320,19 +361,25 @@ void Errors::not_utf8(const char* place) const {
                                : hexadecimal(static_cast<unsigned char>(*place), 2, "byte 0x")));
 }
 
-void Errors::bad_comment(const char* place) const {
+/// @param comment  where it begins
+void Errors::bad_comment(const char* place, const char* comment) const {
     if (place == end()) {
-        fail(UNEXPECTED_END_OF_INPUT, place, "the text ends within a comment");
+        fail(UNEXPECTED_END_OF_INPUT, place,
+             "the text ends within the comment that begins " + where(comment));
     }
     not_utf8(place);
 }
 
 // ---- Between values --------------------------------------------------------------------------
 
-void Errors::no_name(const char* place, bool after_comma) const {
+void Errors::ends_within(ParseResult result, const char* opening) const {
+    fail(result, end(),
+         "the text ends within the " + container_name(opening) + " that begins " + where(opening));
+}
+
+void Errors::no_name(const char* place, const char* opening, bool after_comma) const {
     if (place == end()) {
-        fail(after_comma ? UNEXPECTED_END_OF_INPUT : MISSING_OBJECT_CLOSE, place,
-             "the text ends within an object");
+        ends_within(after_comma ? UNEXPECTED_END_OF_INPUT : MISSING_OBJECT_CLOSE, opening);
     }
     if (*place == '}') { // without a comma before it, it closes the object
         fail(MISSING_OBJECT_CLOSE, place,
@@ -344,13 +391,17 @@ void Errors::no_name(const char* place, bool after_comma) const {
     if (word.empty()) {
         found = name_of(place);
     }
-    fail(MISSING_LEADING_QUOTE, place,
-         "found " + found + " where a name should begin: names are written in double quotes");
+    const std::string hint = *place == ','        ? ""
+                             : is_bracket(*place) ? ": the object begins " + where(opening)
+                             : is_curly_quote(place)
+                                 ? ": names are written in straight double quotes"
+                                 : ": names are written in double quotes";
+    fail(MISSING_LEADING_QUOTE, place, "found " + found + " where a name should begin" + hint);
 }
 
-void Errors::no_colon(const char* place) const {
+void Errors::no_colon(const char* place, const char* opening) const {
     if (place == end()) {
-        fail(MISSING_NAME_SEPARATOR, place, "the text ends within an object");
+        ends_within(MISSING_NAME_SEPARATOR, opening);
     }
     check_comment(place, MISSING_NAME_SEPARATOR);
     check_glued(place, MISSING_NAME_SEPARATOR);
@@ -358,11 +409,11 @@ void Errors::no_colon(const char* place) const {
          "found " + name_of(place) + " where ':' is expected after a name");
 }
 
-void Errors::no_separator(const char* place, Within within) const {
-    const bool array = within == Within::array;
+void Errors::no_separator(const char* place, const char* opening) const {
+    const bool array = *opening == '[';
     const ParseResult result = array ? MISSING_ARRAY_CLOSE : MISSING_OBJECT_CLOSE;
     if (place == end()) {
-        fail(result, place, "the text ends within " + std::string(container_name(within)));
+        ends_within(result, opening);
     }
     check_comment(place, result);
     check_glued(place, result);
@@ -372,15 +423,21 @@ void Errors::no_separator(const char* place, Within within) const {
     }
     fail(result, place,
          "found " + name_of(place) + " where " + (array ? "',' or ']'" : "',' or '}'") +
-             " is expected");
+             " is expected" +
+             (is_bracket(*place) ? ": the " + container_name(opening) + " begins " + where(opening)
+                                 : ""));
 }
 
-void Errors::after_value(const char* place) const {
+void Errors::after_value(const char* place, const char* value_end) const {
     check_comment(place, MISSING_ARRAY_OPEN);
     const bool of_object = *place == '}' || *place == ':';
     const ParseResult result = of_object ? MISSING_OBJECT_OPEN : MISSING_ARRAY_OPEN;
     check_glued(place, result);
-    fail(result, place, "found " + name_of(place) + " after the end of the value");
+    const char last = value_end[-1];
+    const std::string behind = is_bracket(last)
+                                   ? "the " + in_quotes({&last, 1}) + " that ends the value"
+                                   : "the end of the value";
+    fail(result, place, "found " + name_of(place) + " after " + behind);
 }
 
 void Errors::too_deep(const char* place) const {

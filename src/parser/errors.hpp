@@ -30,27 +30,25 @@ struct Place {
 /// The most bytes of a line that an error quotes on either side of the place.
 constexpr std::size_t most_quoted = 160;
 
-/// The innermost container at the place of an error, or the document.
-enum class Within { document, array, object };
-
 /// Throws the errors of a text.
 ///
 /// Each function takes the first byte that cannot continue the text, or the end of the text.
+/// `opening` is the opening bracket of the innermost array or object that is open there, or null.
 class Errors {
 public:
     /// @param begin  where the text begins in the whole input
     Errors(std::string_view text, const Place& begin, const ParseOptions& options) noexcept
         : text_(text), begin_(begin), options_(options) {}
 
-    [[noreturn]] void no_value(const char* place, Within within, bool after_comma) const;
-    [[noreturn]] void no_name(const char* place, bool after_comma) const;
-    [[noreturn]] void no_colon(const char* place) const;
-    [[noreturn]] void no_separator(const char* place, Within within) const;
-    [[noreturn]] void after_value(const char* place) const;
+    [[noreturn]] void no_value(const char* place, const char* opening, bool after_comma) const;
+    [[noreturn]] void no_name(const char* place, const char* opening, bool after_comma) const;
+    [[noreturn]] void no_colon(const char* place, const char* opening) const;
+    [[noreturn]] void no_separator(const char* place, const char* opening) const;
+    [[noreturn]] void after_value(const char* place, const char* value_end) const;
     [[noreturn]] void bad_word(const char* word, const char* place) const;
     [[noreturn]] void bad_number(const NumberToken& token) const;
     [[noreturn]] void bad_string(const StringToken& token) const;
-    [[noreturn]] void bad_comment(const char* place) const;
+    [[noreturn]] void bad_comment(const char* place, const char* comment) const;
     [[noreturn]] void too_large(const char* number, const char* end) const;
     [[noreturn]] void too_deep(const char* place) const;
     [[noreturn]] void duplicate_name(const char* place, const StringToken& name) const;
@@ -62,7 +60,11 @@ private:
     void check_glued(const char* place, ParseResult result) const;
 
     const char* end() const noexcept { return text_.data() + text_.size(); }
+    Place place_of(const char* place) const noexcept;
+    std::string where(const char* place) const;
+    [[noreturn]] void ends_within(ParseResult result, const char* opening) const;
     std::string name_of(const char* place) const;
+    bool is_curly_quote(const char* place) const noexcept;
     std::string_view word_at(const char* place) const noexcept;
 
     std::string_view text_;

@@ -61,7 +61,7 @@ public:
     }
 
     void open_array(const char* place) const { parser_.open(parser_.arrays_.push(), place); }
-    void open_object() const { parser_.open(parser_.objects_.push()); }
+    void open_object(const char* place) const { parser_.open(parser_.objects_.push(), place); }
 
 private:
     Parser& parser_;
@@ -84,7 +84,9 @@ public:
         parser_.open(content_of<Array>(insert(parser_.no_elements_)), place);
     }
 
-    void open_object() const { parser_.open(content_of<Object>(insert(parser_.no_members_))); }
+    void open_object(const char* place) const {
+        parser_.open(content_of<Object>(insert(parser_.no_members_)), place);
+    }
 
 private:
     template <class Content>
@@ -115,9 +117,9 @@ public:
         parser_.open(content_of<Array>(root_), place);
     }
 
-    void open_object() const {
+    void open_object(const char* place) const {
         root_ = Value(parser_.no_members_);
-        parser_.open(content_of<Object>(root_));
+        parser_.open(content_of<Object>(root_), place);
     }
 
 private:
@@ -140,15 +142,14 @@ inline bool Parser::find_first(const char*& place, char close) const {
 }
 
 /// Skips to the next element or name of a container. @return false if the container ends instead
-[[gnu::always_inline]] inline bool Parser::find_next(const char*& place, char close,
-                                                     Within within) const {
+[[gnu::always_inline]] inline bool Parser::find_next(const char*& place, char close) const {
     place = skip_space(place);
     if (is_at(place, ',')) {
         place = skip_space(place + 1);
         return !options_.trailing_commas || !is_at(place, close);
     }
     if (!is_at(place, close)) {
-        errors_.no_separator(place, within);
+        errors_.no_separator(place, opening());
     }
     return false;
 }
@@ -156,21 +157,21 @@ inline bool Parser::find_first(const char*& place, char close) const {
 void Parser::read(Value& root) {
     const char* place = skip_space(begin_);
     const RootSink sink(*this, root);
-    place = is_opening(place) ? open_container(place, sink)
-                              : read_scalar(place, sink, Within::document, false);
+    place = is_opening(place) ? open_container(place, sink) : read_scalar(place, sink, false);
     while (!open_.empty()) {
         place = open_.top().is_array() ? read_elements(place) : read_members(place);
     }
+    const char* const value_end = place;
     place = skip_space(place);
     if (place != end_) {
-        errors_.after_value(place);
+        errors_.after_value(place, value_end);
     }
 }
 
 /// Reads elements of the innermost open array, until it ends or another container begins.
 const char* Parser::read_elements(const char* place) {
     bool after_comma = std::exchange(child_closed_, false);
-    bool more = after_comma ? find_next(place, ']', Within::array) : find_first(place, ']');
+    bool more = after_comma ? find_next(place, ']') : find_first(place, ']');
     while (more) {
         element_ = place;
         if (place != end_ && begins_number(*place)) {
@@ -178,9 +179,9 @@ const char* Parser::read_elements(const char* place) {
         } else if (is_opening(place)) {
             return open_container(place, ElementSink(*this));
         } else {
-            place = read_scalar(place, ElementSink(*this), Within::array, after_comma);
+            place = read_scalar(place, ElementSink(*this), after_comma);
         }
-        more = find_next(place, ']', Within::array);
+        more = find_next(place, ']');
         after_comma = true;
     }
     close_array(place);
@@ -190,22 +191,22 @@ const char* Parser::read_elements(const char* place) {
 /// As read_elements(), for the members of the innermost open object.
 const char* Parser::read_members(const char* place) {
     bool after_comma = std::exchange(child_closed_, false);
-    bool more = after_comma ? find_next(place, '}', Within::object) : find_first(place, '}');
+    bool more = after_comma ? find_next(place, '}') : find_first(place, '}');
     while (more) {
         if (!is_at(place, '"')) {
-            errors_.no_name(place, after_comma);
+            errors_.no_name(place, opening(), after_comma);
         }
         const StringToken name = read_name(place);
         place = skip_space(name.end + 1);
         if (!is_at(place, ':')) {
-            errors_.no_colon(place);
+            errors_.no_colon(place, opening());
         }
         place = skip_space(place + 1);
         if (is_opening(place)) {
             return open_container(place, MemberSink(*this, name));
         }
-        place = read_scalar(place, MemberSink(*this, name), Within::object, false);
-        more = find_next(place, '}', Within::object);
+        place = read_scalar(place, MemberSink(*this, name), false);
+        more = find_next(place, '}');
         after_comma = true;
     }
     close_object(place);
@@ -237,17 +238,16 @@ const char* Parser::open_container(const char* place, const Sink& sink) {
     if (*place == '[') {
         sink.open_array(place);
     } else {
-        sink.open_object();
+        sink.open_object(place);
     }
     return place + 1;
 }
 
 /// Reads a value that is neither array nor object; throws if there is none.
 template <class Sink>
-const char* Parser::read_scalar(const char* place, const Sink& sink, Within within,
-                                bool after_comma) {
+const char* Parser::read_scalar(const char* place, const Sink& sink, bool after_comma) {
     if (place == end_) {
-        errors_.no_value(place, within, after_comma);
+        errors_.no_value(place, opening(), after_comma);
     }
     switch (*place) {
     case '"': {
@@ -266,7 +266,7 @@ const char* Parser::read_scalar(const char* place, const Sink& sink, Within with
         return read_word(place, "false", false, sink);
     default:
         if (!begins_number(*place)) {
-            errors_.no_value(place, within, after_comma);
+            errors_.no_value(place, opening(), after_comma);
         }
         return read_number(place, sink);
     }
@@ -385,8 +385,8 @@ void Parser::open(Array& array, const char* begin) {
     open_.push(Open(array, pending_.size(), begin));
 }
 
-void Parser::open(Object& object) {
-    open_.push(Open(object));
+void Parser::open(Object& object, const char* begin) {
+    open_.push(Open(object, begin));
 }
 
 void Parser::close_array(const char* end) {
@@ -507,6 +507,7 @@ const char* Parser::skip_comment(const char* place) const {
     if (end_ - place < 2 || (place[1] != '/' && place[1] != '*')) {
         return place;
     }
+    const char* const begin = place;
     const bool to_line_end = place[1] == '/';
     for (place += 2; place != end_;) {
         if (to_line_end && *place == '\n') {
@@ -519,11 +520,11 @@ const char* Parser::skip_comment(const char* place) const {
             is_ascii(*place) ? Utf8Sequence{1, true} : utf8_sequence(place, end_);
         place += sequence.length;
         if (!sequence.complete) {
-            errors_.bad_comment(place);
+            errors_.bad_comment(place, begin);
         }
     }
     if (!to_line_end) {
-        errors_.bad_comment(place);
+        errors_.bad_comment(place, begin);
     }
     return place;
 }

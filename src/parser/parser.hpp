@@ -104,20 +104,22 @@ public:
 private:
     /// A container that has been opened and not closed.
     struct Open {
-        explicit Open(Object& opened) noexcept
-            : object(&opened), first_pending(0), begin(nullptr) {}
+        Open(Object& opened, const char* bracket) noexcept
+            : object(&opened), first_pending(of_object), begin(bracket) {}
         Open(Array& opened, std::size_t first, const char* bracket) noexcept
             : array(&opened), first_pending(first), begin(bracket) {}
         Open() = default;
 
-        bool is_array() const noexcept { return begin != nullptr; }
+        bool is_array() const noexcept { return first_pending != of_object; }
+
+        static constexpr std::size_t of_object = static_cast<std::size_t>(-1);
 
         union {
             Array* array;
             Object* object;
         };
         std::size_t first_pending; ///< the index of the first pending element of an array
-        const char* begin;         ///< the opening bracket of an array
+        const char* begin;         ///< the opening bracket
     };
 
     class ElementSink;
@@ -129,13 +131,13 @@ private:
     const char* read_elements(const char* place);
     const char* read_members(const char* place);
     bool find_first(const char*& place, char close) const;
-    bool find_next(const char*& place, char close, Within within) const;
+    bool find_next(const char*& place, char close) const;
     StringToken read_name(const char* place);
 
     template <class Sink>
     const char* open_container(const char* place, const Sink& sink);
     template <class Sink>
-    const char* read_scalar(const char* place, const Sink& sink, Within within, bool after_comma);
+    const char* read_scalar(const char* place, const Sink& sink, bool after_comma);
     template <std::size_t Size, class Content, class Sink>
     const char* read_word(const char* begin, const char (&word)[Size], Content content,
                           const Sink& sink);
@@ -149,7 +151,7 @@ private:
     void take_large_integer(const char* place, const NumberToken& token, const Sink& sink);
 
     void open(Array& array, const char* begin);
-    void open(Object& object);
+    void open(Object& object, const char* begin);
     void add_pending(const PendingElement& element);
     void make_room();
     void close_array(const char* end);
@@ -171,6 +173,9 @@ private:
     bool is_opening(const char* place) const noexcept {
         return is_at(place, '[') || is_at(place, '{');
     }
+
+    /// The opening bracket of the innermost open container; null if there is none.
+    const char* opening() const noexcept { return open_.empty() ? nullptr : open_.top().begin; }
 
     const char* begin_;
     const char* end_;

@@ -32,10 +32,11 @@ TEST(Describe, ShowsNamePlaceMessageLineAndACaret) {
               "server.json:2:14: found ']' after a comma: the option trailing_commas allows it\n"
               "  \"list\": [1,]\n"
               "             ^\n");
-    EXPECT_EQ(description("{} {}"), "1:4: found '{' after the end of the value\n"
+    EXPECT_EQ(description("{} {}"), "1:4: found '{' after the '}' that ends the value\n"
                                     "{} {}\n"
                                     "   ^\n");
-    EXPECT_EQ(description("[1", "x"), "x:1:3: the text ends within an array\n[1\n  ^\n");
+    EXPECT_EQ(description("[1", "x"),
+              "x:1:3: the text ends within the array that begins at line 1, column 1\n[1\n  ^\n");
     EXPECT_EQ(description("", "x"), "x:1:1: the text holds no value\n\n^\n");
 }
 

@@ -50,26 +50,60 @@ TEST(ParserErrors, ATextWithoutAValueIsEmpty) {
 
 TEST(ParserErrors, ACharacterAfterTheValueIsNamed) {
     check({
-        {"{} {}", MISSING_ARRAY_OPEN, 3, 1, 4, "found '{' after the end of the value"},
         {"1 2", MISSING_ARRAY_OPEN, 2, 1, 3, "found '2' after the end of the value"},
         {"1,2", MISSING_ARRAY_OPEN, 1, 1, 2, "found ',' after the end of the value"},
-        {"[1]]", MISSING_ARRAY_OPEN, 3, 1, 4, "found ']' after the end of the value"},
-        {"{}}", MISSING_OBJECT_OPEN, 2, 1, 3, "found '}' after the end of the value"},
-        {"{}:", MISSING_OBJECT_OPEN, 2, 1, 3, "found ':' after the end of the value"},
         {"true false", MISSING_ARRAY_OPEN, 5, 1, 6, "found 'f' after the end of the value"},
         {"\"a\" x", MISSING_ARRAY_OPEN, 4, 1, 5, "found 'x' after the end of the value"},
-        {"[]\n[]", MISSING_ARRAY_OPEN, 3, 2, 1, "found '[' after the end of the value"},
+        {"\"]\" x", MISSING_ARRAY_OPEN, 4, 1, 5, "found 'x' after the end of the value"},
         {"1 // x", MISSING_ARRAY_OPEN, 2, 1, 3, "found a comment: the option comments allows it"},
     });
+}
+
+TEST(ParserErrors, WhatFollowsAContainerNamesTheBracketThatCloses) {
+    check({
+        {"{} {}", MISSING_ARRAY_OPEN, 3, 1, 4, "found '{' after the '}' that ends the value"},
+        {"[1]]", MISSING_ARRAY_OPEN, 3, 1, 4, "found ']' after the ']' that ends the value"},
+        {"{}}", MISSING_OBJECT_OPEN, 2, 1, 3, "found '}' after the '}' that ends the value"},
+        {"{}:", MISSING_OBJECT_OPEN, 2, 1, 3, "found ':' after the '}' that ends the value"},
+        {"[]\n[]", MISSING_ARRAY_OPEN, 3, 2, 1, "found '[' after the ']' that ends the value"},
+        {"{\n\"a\":{}}\n},\n\"b\":1}", MISSING_OBJECT_OPEN, 10, 3, 1,
+         "found '}' after the '}' that ends the value"},
+    });
+    ParseOptions options;
+    options.comments = true;
+    expect_failure({"[1] /* [2} */ ,", MISSING_ARRAY_OPEN, 14, 1, 15,
+                    "found ',' after the ']' that ends the value"},
+                   options);
 }
 
 TEST(ParserErrors, AClosingBracketNeedsItsOpeningOne) {
     check({
         {"]", MISSING_ARRAY_OPEN, 0, 1, 1, "found ']' without a '[' before it"},
         {"}", MISSING_OBJECT_OPEN, 0, 1, 1, "found '}' without a '{' before it"},
-        {"[1}", MISSING_ARRAY_CLOSE, 2, 1, 3, "found '}' where ',' or ']' is expected"},
-        {"{\"a\":1]", MISSING_OBJECT_CLOSE, 6, 1, 7, "found ']' where ',' or '}' is expected"},
-        {"[[1}]", MISSING_ARRAY_CLOSE, 3, 1, 4, "found '}' where ',' or ']' is expected"},
+    });
+}
+
+TEST(ParserErrors, ABracketInTheWrongPlaceNamesTheOneThatIsOpen) {
+    check({
+        {"[1}", MISSING_ARRAY_CLOSE, 2, 1, 3,
+         "found '}' where ',' or ']' is expected: the array begins at line 1, column 1"},
+        {"{\"a\":1]", MISSING_OBJECT_CLOSE, 6, 1, 7,
+         "found ']' where ',' or '}' is expected: the object begins at line 1, column 1"},
+        {"[[],\n [1}]", MISSING_ARRAY_CLOSE, 8, 2, 4,
+         "found '}' where ',' or ']' is expected: the array begins at line 2, column 2"},
+        {"[{\n\"a\":[]]", MISSING_OBJECT_CLOSE, 9, 2, 7,
+         "found ']' where ',' or '}' is expected: the object begins at line 1, column 2"},
+        {"{\"\xC3\xA9\":{}, {\"b\":1}}", MISSING_LEADING_QUOTE, 10, 1, 10,
+         "found '{' where a name should begin: the object begins at line 1, column 1"},
+        {"[1, {\"a\":{}, [2]}", MISSING_LEADING_QUOTE, 13, 1, 14,
+         "found '[' where a name should begin: the object begins at line 1, column 5"},
+        {"{]", MISSING_LEADING_QUOTE, 1, 1, 2,
+         "found ']' where a name should begin: the object begins at line 1, column 1"},
+        {"{\"a\":\n[1,\n}", MISSING_LEADING_DIGIT, 10, 3, 1,
+         "found '}' where a value should begin: the array begins at line 2, column 1"},
+        {"[}", MISSING_LEADING_DIGIT, 1, 1, 2,
+         "found '}' where a value should begin: the array begins at line 1, column 1"},
+        {"{\"a\":}", MISSING_LEADING_DIGIT, 5, 1, 6, "found '}' where a value should begin"},
     });
 }
 
@@ -107,10 +141,9 @@ TEST(ParserErrors, ACommaIsNoValue) {
         {"[,]", MISSING_LEADING_DIGIT, 1, 1, 2, "found ',' where a value should begin"},
         {"[,1]", MISSING_LEADING_DIGIT, 1, 1, 2, "found ',' where a value should begin"},
         {"[1,,2]", MISSING_LEADING_DIGIT, 3, 1, 4, "found ',' where a value should begin"},
-        {"{,}", MISSING_LEADING_QUOTE, 1, 1, 2,
-         "found ',' where a name should begin: names are written in double quotes"},
+        {"{,}", MISSING_LEADING_QUOTE, 1, 1, 2, "found ',' where a name should begin"},
         {"{\"a\":1,,\"b\":2}", MISSING_LEADING_QUOTE, 7, 1, 8,
-         "found ',' where a name should begin: names are written in double quotes"},
+         "found ',' where a name should begin"},
         {"{\"a\":,}", MISSING_LEADING_DIGIT, 5, 1, 6, "found ',' where a value should begin"},
         {",", MISSING_LEADING_DIGIT, 0, 1, 1, "found ',' where a value should begin"},
     });
@@ -126,8 +159,8 @@ TEST(ParserErrors, ANameIsWrittenInDoubleQuotes) {
          "found a single quote where a name should begin: names are written in double quotes"},
         {"{null:1}", MISSING_LEADING_QUOTE, 1, 1, 2,
          "found 'null' where a name should begin: names are written in double quotes"},
-        {"{[]:1}", MISSING_LEADING_QUOTE, 1, 1, 2,
-         "found '[' where a name should begin: names are written in double quotes"},
+        {"{-1:1}", MISSING_LEADING_QUOTE, 1, 1, 2,
+         "found '-' where a name should begin: names are written in double quotes"},
         {"{\"a\":1,b:2}", MISSING_LEADING_QUOTE, 7, 1, 8,
          "found 'b' where a name should begin: names are written in double quotes"},
     });
@@ -148,18 +181,39 @@ TEST(ParserErrors, AColonFollowsAName) {
     });
 }
 
-TEST(ParserErrors, TheEndOfATextThatIsCutOffSaysWhatItLiesWithin) {
+TEST(ParserErrors, ATextCutOffNamesTheContainerThatIsOpen) {
     check({
-        {"[", MISSING_ARRAY_CLOSE, 1, 1, 2, "the text ends within an array"},
-        {"[1", MISSING_ARRAY_CLOSE, 2, 1, 3, "the text ends within an array"},
-        {"[1,", UNEXPECTED_END_OF_INPUT, 3, 1, 4, "the text ends within an array"},
-        {"[[]", MISSING_ARRAY_CLOSE, 3, 1, 4, "the text ends within an array"},
-        {"{", MISSING_OBJECT_CLOSE, 1, 1, 2, "the text ends within an object"},
-        {"{\"a\"", MISSING_NAME_SEPARATOR, 4, 1, 5, "the text ends within an object"},
-        {"{\"a\":", UNEXPECTED_END_OF_INPUT, 5, 1, 6, "the text ends within an object"},
-        {"{\"a\":1", MISSING_OBJECT_CLOSE, 6, 1, 7, "the text ends within an object"},
-        {"{\"a\":1,", UNEXPECTED_END_OF_INPUT, 7, 1, 8, "the text ends within an object"},
-        {"[{\"a\":[", MISSING_ARRAY_CLOSE, 7, 1, 8, "the text ends within an array"},
+        {"[", MISSING_ARRAY_CLOSE, 1, 1, 2,
+         "the text ends within the array that begins at line 1, column 1"},
+        {"[1", MISSING_ARRAY_CLOSE, 2, 1, 3,
+         "the text ends within the array that begins at line 1, column 1"},
+        {"[1,", UNEXPECTED_END_OF_INPUT, 3, 1, 4,
+         "the text ends within the array that begins at line 1, column 1"},
+        {"[[]", MISSING_ARRAY_CLOSE, 3, 1, 4,
+         "the text ends within the array that begins at line 1, column 1"},
+        {"[[1", MISSING_ARRAY_CLOSE, 3, 1, 4,
+         "the text ends within the array that begins at line 1, column 2"},
+        {"{", MISSING_OBJECT_CLOSE, 1, 1, 2,
+         "the text ends within the object that begins at line 1, column 1"},
+        {"{\"a\"", MISSING_NAME_SEPARATOR, 4, 1, 5,
+         "the text ends within the object that begins at line 1, column 1"},
+        {"{\"a\":", UNEXPECTED_END_OF_INPUT, 5, 1, 6,
+         "the text ends within the object that begins at line 1, column 1"},
+        {"{\"a\":1", MISSING_OBJECT_CLOSE, 6, 1, 7,
+         "the text ends within the object that begins at line 1, column 1"},
+        {"{\"a\":1,", UNEXPECTED_END_OF_INPUT, 7, 1, 8,
+         "the text ends within the object that begins at line 1, column 1"},
+        {"[{\"a\":[", MISSING_ARRAY_CLOSE, 7, 1, 8,
+         "the text ends within the array that begins at line 1, column 7"},
+        {"{\"a\": 1,\n \"b\": {\"c\": [{}],\n  \"d\": 2}\n", MISSING_OBJECT_CLOSE, 37, 4, 1,
+         "the text ends within the object that begins at line 1, column 1"},
+        {"\xEF\xBB\xBF[\n\t\"\xC3\xA9\", {\"b\": {}\n", MISSING_OBJECT_CLOSE, 21, 3, 1,
+         "the text ends within the object that begins at line 2, column 7"},
+    });
+}
+
+TEST(ParserErrors, ATextCutOffWithinAScalarNamesIt) {
+    check({
         {"\"", MISSING_TRAILING_QUOTE, 1, 1, 2, "the text ends within a string"},
         {"\"abc", MISSING_TRAILING_QUOTE, 4, 1, 5, "the text ends within a string"},
         {"\"\\", INCOMPLETE_ESCAPE_SEQUENCE, 2, 1, 3, "the text ends within a string"},
@@ -246,6 +300,29 @@ TEST(ParserErrors, ASingleQuoteIsNamed) {
     });
 }
 
+TEST(ParserErrors, ACurlyQuoteIsToldFromAStraightOne) {
+    check({
+        {"\xE2\x80\x9C_\xE2\x80\x9D", MISSING_LEADING_DIGIT, 0, 1, 1,
+         "found '\xE2\x80\x9C' where a value should begin: strings are written in straight double "
+         "quotes"},
+        {"[\xE2\x80\x98"
+         "a]",
+         MISSING_LEADING_DIGIT, 1, 1, 2,
+         "found '\xE2\x80\x98' where a value should begin: strings are written in straight double "
+         "quotes"},
+        {"[\xE2\x80\x9F]", MISSING_LEADING_DIGIT, 1, 1, 2,
+         "found '\xE2\x80\x9F' where a value should begin: strings are written in straight double "
+         "quotes"},
+        {"[\xE2\x80\x97]", MISSING_LEADING_DIGIT, 1, 1, 2,
+         "found '\xE2\x80\x97' where a value should begin"},
+        {"[\xE2\x80\xA0]", MISSING_LEADING_DIGIT, 1, 1, 2,
+         "found '\xE2\x80\xA0' where a value should begin"},
+        {"{\xE2\x80\x9C_\xE2\x80\x9D:1}", MISSING_LEADING_QUOTE, 1, 1, 2,
+         "found '\xE2\x80\x9C' where a name should begin: names are written in straight double "
+         "quotes"},
+    });
+}
+
 TEST(ParserErrors, AMinusSignNeedsADigit) {
     check({
         {"-a", MISSING_QUANTITY_AFTER_SIGN, 1, 1, 2,
@@ -325,11 +402,11 @@ TEST(ParserErrors, ANumberThatIsTooLargeIsLocatedAtItsFirstByte) {
 TEST(ParserErrors, ALineEndInAStringIsAnError) {
     check({
         {"\"a\n\"", MISSING_TRAILING_QUOTE, 2, 1, 3,
-         "the line ends within a string, where a line end is written \\n"},
+         "the line ends before the closing quote of a string, where a line end is written \\n"},
         {"\"a\r\n\"", MISSING_TRAILING_QUOTE, 2, 1, 3,
-         "the line ends within a string, where a line end is written \\r"},
+         "the line ends before the closing quote of a string, where a line end is written \\r"},
         {"[\"a\n]", MISSING_TRAILING_QUOTE, 3, 1, 4,
-         "the line ends within a string, where a line end is written \\n"},
+         "the line ends before the closing quote of a string, where a line end is written \\n"},
     });
 }
 
@@ -352,14 +429,18 @@ TEST(ParserErrors, AControlByteInAStringIsShownEscaped) {
 
 TEST(ParserErrors, AnUnknownEscapeIsNamed) {
     check({
-        {"\"\\x41\"", INVALID_ESCAPE_SEQUENCE, 2, 1, 3, "found 'x' after '\\' in a string"},
+        {"\"\\x41\"", INVALID_ESCAPE_SEQUENCE, 2, 1, 3,
+         "found 'x' after '\\' in a string: a backslash itself is written \\\\"},
         {"\"\\'\"", INVALID_ESCAPE_SEQUENCE, 2, 1, 3,
-         "found a single quote after '\\' in a string"},
-        {"\"\\U0041\"", INVALID_ESCAPE_SEQUENCE, 2, 1, 3, "found 'U' after '\\' in a string"},
-        {"\"\\\n\"", INVALID_ESCAPE_SEQUENCE, 2, 1, 3, "found a line end after '\\' in a string"},
+         "found a single quote after '\\' in a string: a backslash itself is written \\\\"},
+        {"\"\\U0041\"", INVALID_ESCAPE_SEQUENCE, 2, 1, 3,
+         "found 'U' after '\\' in a string: a backslash itself is written \\\\"},
+        {"\"\\\n\"", INVALID_ESCAPE_SEQUENCE, 2, 1, 3,
+         "found a line end after '\\' in a string: a backslash itself is written \\\\"},
         {"\"\\\xC3\xA9\"", INVALID_ESCAPE_SEQUENCE, 2, 1, 3,
-         "found '\xC3\xA9' after '\\' in a string"},
-        {"{\"\\a\":1}", INVALID_ESCAPE_SEQUENCE, 3, 1, 4, "found 'a' after '\\' in a string"},
+         "found '\xC3\xA9' after '\\' in a string: a backslash itself is written \\\\"},
+        {"{\"\\a\":1}", INVALID_ESCAPE_SEQUENCE, 3, 1, 4,
+         "found 'a' after '\\' in a string: a backslash itself is written \\\\"},
     });
 }
 
@@ -449,7 +530,7 @@ TEST(ParserErrors, BytesThatBeginNoValueAreNamed) {
         {"#", MISSING_LEADING_DIGIT, 0, 1, 1, "found '#' where a value should begin"},
         {"(1)", MISSING_LEADING_DIGIT, 0, 1, 1, "found '(' where a value should begin"},
         {std::string("[1]\x00", 4), MISSING_ARRAY_OPEN, 3, 1, 4,
-         "found byte 0x00 after the end of the value"},
+         "found byte 0x00 after the ']' that ends the value"},
         {"[\xEF\xBB\xBF"
          "1]",
          MISSING_LEADING_DIGIT, 1, 1, 2, "found U+FEFF where a value should begin"},
@@ -500,9 +581,14 @@ TEST(ParserErrors, LinesEndWithLineFeedsAndColumnsCountCharacters) {
 TEST(ParserErrors, ACommentThatDoesNotEndIsAnError) {
     ParseOptions options;
     options.comments = true;
-    expect_failure({"[1 /* x", UNEXPECTED_END_OF_INPUT, 7, 1, 8, "the text ends within a comment"},
+    expect_failure({"[1 /* x", UNEXPECTED_END_OF_INPUT, 7, 1, 8,
+                    "the text ends within the comment that begins at line 1, column 4"},
                    options);
-    expect_failure({"/*/", UNEXPECTED_END_OF_INPUT, 3, 1, 4, "the text ends within a comment"},
+    expect_failure({"/*/", UNEXPECTED_END_OF_INPUT, 3, 1, 4,
+                    "the text ends within the comment that begins at line 1, column 1"},
+                   options);
+    expect_failure({"/**/\n[1] /* x\n//\n", UNEXPECTED_END_OF_INPUT, 17, 4, 1,
+                    "the text ends within the comment that begins at line 2, column 5"},
                    options);
     expect_failure({"// x", EMPTY_INPUT, 4, 1, 5, "the text holds no value"}, options);
     expect_failure(
@@ -516,15 +602,27 @@ TEST(ParserErrors, ACommentThatDoesNotEndIsAnError) {
         options);
 }
 
-TEST(ParserErrors, ATrailingCommaThatIsAllowedStillNeedsAnElementBeforeIt) {
+TEST(ParserErrors, ANumberSignBeginsNoComment) {
+    ParseOptions options;
+    options.comments = true;
+    const std::string what = "found '#': a comment begins with // or /*";
+    expect_failure({"# x\n1", MISSING_LEADING_DIGIT, 0, 1, 1, what}, options);
+    expect_failure({"[1, # x\n2]", MISSING_LEADING_DIGIT, 4, 1, 5, what}, options);
+    expect_failure({"[1 # x\n]", MISSING_ARRAY_CLOSE, 3, 1, 4, what}, options);
+    expect_failure({"{# x\n}", MISSING_LEADING_QUOTE, 1, 1, 2, what}, options);
+    expect_failure({"{\"a\" # x\n:1}", MISSING_NAME_SEPARATOR, 5, 1, 6, what}, options);
+    expect_failure({"1 # x", MISSING_ARRAY_OPEN, 2, 1, 3, what}, options);
+    check({{"[1 # x\n]", MISSING_ARRAY_CLOSE, 3, 1, 4, "found '#' where ',' or ']' is expected"}});
+}
+
+TEST(ParserErrors, ATrailingCommaFollowsAnElementEvenWhereItIsAllowed) {
     ParseOptions options;
     options.trailing_commas = true;
     expect_failure({"[,]", MISSING_LEADING_DIGIT, 1, 1, 2, "found ',' where a value should begin"},
                    options);
     expect_failure(
         {"[1,,]", MISSING_LEADING_DIGIT, 3, 1, 4, "found ',' where a value should begin"}, options);
-    expect_failure({"{,}", MISSING_LEADING_QUOTE, 1, 1, 2,
-                    "found ',' where a name should begin: names are written in double quotes"},
+    expect_failure({"{,}", MISSING_LEADING_QUOTE, 1, 1, 2, "found ',' where a name should begin"},
                    options);
     expect_failure({"1,", MISSING_ARRAY_OPEN, 1, 1, 2, "found ',' after the end of the value"},
                    options);

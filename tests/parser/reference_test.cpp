@@ -167,6 +167,7 @@ void check(const std::string& text) {
         }
         const bool begins_with_value =
             what.find("after the end of the value") != std::string::npos ||
+            what.find("that ends the value") != std::string::npos ||
             what.find("right after") != std::string::npos ||
             what.find("a comment") != std::string::npos;
         if (!begins_with_value && error.get_parse_result() != EMPTY_INPUT) {

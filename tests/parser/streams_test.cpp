@@ -383,8 +383,9 @@ TEST(ValueStream, TakesTheOptions) {
             EXPECT_EQ(all_values(text, piece, options), whole) << text;
         }
     }
-    EXPECT_EQ(all_values(texts[0], 1, options),
-              (Texts{"[1]", "1:24: the text ends within an array"}));
+    EXPECT_EQ(
+        all_values(texts[0], 1, options),
+        (Texts{"[1]", "1:24: the text ends within the array that begins at line 1, column 17"}));
     EXPECT_EQ(all_values(texts[1], 1, options),
               (Texts{"1:3: found '/' where a value should begin"}));
     options.max_depth = 1;
@@ -401,7 +402,8 @@ TEST(ValueStream, GoesOnWithTheNextLineAfterAnError) {
                          "quotes",
                          "2"}));
         EXPECT_EQ(all_values("\"a\n\"b\"\n", piece),
-                  (Texts{"1:3: the line ends within a string, where a line end is written \\n",
+                  (Texts{"1:3: the line ends before the closing quote of a string, where a line "
+                         "end is written \\n",
                          "\"b\""}));
         EXPECT_EQ(all_values("[1\n2]\n3", piece),
                   (Texts{"2:1: a comma is missing before '2'", "3"}));
@@ -492,8 +494,9 @@ TEST(ValueStream, LocatesEveryOneOfManyErrors) {
 
 TEST(ValueStream, ATextThatEndsWithinAValueIsAnErrorAndThenTheEnd) {
     for (const std::size_t piece : {1U, 1000U}) {
-        EXPECT_EQ(all_values("1\n[1,\n2", piece),
-                  (Texts{"1", "3:2: the text ends within an array"}));
+        EXPECT_EQ(
+            all_values("1\n[1,\n2", piece),
+            (Texts{"1", "3:2: the text ends within the array that begins at line 2, column 1"}));
         EXPECT_EQ(all_values("\"a", piece), (Texts{"1:3: the text ends within a string"}));
         EXPECT_EQ(all_values("12.", piece), (Texts{"1:4: the text ends within a number"}));
         EXPECT_EQ(all_values("tru", piece), (Texts{"1:4: the text ends within 'tru'"}));
