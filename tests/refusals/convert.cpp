@@ -1,12 +1,14 @@
 #include <foundation/json/convert.hpp>
 
 #include <array>
+#include <chrono>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -59,11 +61,23 @@ auto c = to<std::map<std::string, std::optional<std::vector<Plain>>>>(value);
 // refused AClassInATupleNeedsATable: to convert this type, specialise foundation::json::members for it
 Value d = from(std::tuple<int, Plain>());
 
-// refused AMapIsByString: to convert this type, specialise foundation::json::members for it
+// refused AMapIsByString: a map cannot be converted unless its keys are std::string, since they become names of members
 auto e = to<std::map<int, int>>(value);
 
-// refused ASmartPointerIsNotConverted: to convert this type, specialise foundation::json::members for it
+// refused AMapToBeWrittenIsByString: a map cannot be converted unless its keys are std::string
+Value e2 = from(std::unordered_map<Colour, int>());
+
+// refused ASmartPointerIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a text
 auto f = to<std::unique_ptr<int>>(value);
+
+// refused ASharedPointerIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a text
+auto f2 = from(std::shared_ptr<Plain>());
+
+// refused AConstOptionalIsNamedWithoutConst: name the type without const and volatile
+auto f4 = to<const std::optional<int>>(value);
+
+// refused AClassWithoutNamedMembersIsReplaced: required(name, member) and defaulted(name, member), or use another type, such as Value, in its place
+auto f3 = to<std::chrono::milliseconds>(value);
 
 // refused AnEnumerationNeedsATable: to convert this enumeration, specialise foundation::json::enumerators for it: an array of pairs of enumerator and name
 Colour g = to<Colour>(value);

@@ -446,6 +446,17 @@ constexpr bool is_character() {
     }
 }
 
+/// Whether T refers to another object, as a smart pointer or an iterator does.
+template <class T, class = void>
+constexpr bool is_dereferenceable = false;
+template <class T>
+constexpr bool is_dereferenceable<T, std::void_t<decltype(*std::declval<T&>())>> = true;
+
+template <class T, class = void>
+constexpr bool is_map = false;
+template <class T>
+constexpr bool is_map<T, std::void_t<typename T::key_type, typename T::mapped_type>> = true;
+
 enum class Category { number, enumeration, object, other };
 
 template <class T>
@@ -468,9 +479,10 @@ constexpr Category category_of() {
 /// Refuses, at compile time, a type that nothing is known about.
 template <class T>
 constexpr bool refuse_type() {
-    constexpr bool refers = std::is_pointer_v<T> || std::is_reference_v<T> || std::is_array_v<T> ||
-                            std::is_same_v<std::remove_cv_t<T>, std::string_view>;
     constexpr bool is_const = std::is_const_v<T> || std::is_volatile_v<T>;
+    constexpr bool refers = std::is_pointer_v<T> || std::is_reference_v<T> || std::is_array_v<T> ||
+                            (!is_const && is_dereferenceable<T>) ||
+                            std::is_same_v<std::remove_cv_t<T>, std::string_view>;
     static_assert(!refers, "a pointer, reference, view or C array cannot be converted: use "
                            "std::string for a text, std::vector or std::array for elements, "
                            "std::optional for what may be missing");
@@ -481,9 +493,14 @@ constexpr bool refuse_type() {
     static_assert(is_const || !std::is_enum_v<T>,
                   "to convert this enumeration, specialise foundation::json::enumerators for it: "
                   "an array of pairs of enumerator and name");
-    static_assert(refers || is_const || is_character<T>() || std::is_enum_v<T>,
-                  "to convert this type, specialise foundation::json::members for it: a "
-                  "std::tuple of required(name, member) and defaulted(name, member)");
+    static_assert(is_const || !is_map<T>,
+                  "a map cannot be converted unless its keys are std::string, since they become "
+                  "names of members");
+    static_assert(
+        refers || is_const || is_character<T>() || std::is_enum_v<T> || is_map<T>,
+        "to convert this type, specialise foundation::json::members for it: a "
+        "std::tuple of required(name, member) and defaulted(name, member), or use another "
+        "type, such as Value, in its place");
     return false;
 }
 
