@@ -421,11 +421,11 @@ void Errors::no_separator(const char* place, const char* opening) const {
     if (is_word(*place) || first_bytes.find(*place) != std::string_view::npos) {
         fail(result, place, "a comma is missing before " + name_of(place));
     }
+    const bool not_closed = is_bracket(*place) || (array && *place == ':');
     fail(result, place,
          "found " + name_of(place) + " where " + (array ? "',' or ']'" : "',' or '}'") +
              " is expected" +
-             (is_bracket(*place) ? ": the " + container_name(opening) + " begins " + where(opening)
-                                 : ""));
+             (not_closed ? ": the " + container_name(opening) + " begins " + where(opening) : ""));
 }
 
 void Errors::after_value(const char* place, const char* value_end) const {

@@ -107,6 +107,14 @@ TEST(ParserErrors, ABracketInTheWrongPlaceNamesTheOneThatIsOpen) {
     });
 }
 
+TEST(ParserErrors, AColonWithinAnArrayNamesTheArray) {
+    check({
+        {"{\"a\": [1,\n \"b\": 2}", MISSING_ARRAY_CLOSE, 14, 2, 5,
+         "found ':' where ',' or ']' is expected: the array begins at line 1, column 7"},
+        {"{\"a\": 1 : 2}", MISSING_OBJECT_CLOSE, 8, 1, 9, "found ':' where ',' or '}' is expected"},
+    });
+}
+
 TEST(ParserErrors, AMissingCommaIsNamed) {
     check({
         {"[1 2]", MISSING_ARRAY_CLOSE, 3, 1, 4, "a comma is missing before '2'"},
