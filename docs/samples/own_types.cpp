@@ -5,6 +5,7 @@
 #include <foundation/json/json.hpp>
 
 #include <array>
+#include <cstddef>
 #include <iostream>
 #include <map>
 #include <optional>
@@ -132,12 +133,16 @@ inline constexpr auto foundation::json::members<Site> = std::tuple(
 // clang-format on
 
 //! [a check]
-Range<int> to_range(const Value& value) {
-    auto range = to<Range<int>>(value);
-    if (range.low > range.high) {
-        throw ConversionError("/low", std::to_string(range.low) + " is above high");
+Cluster read_cluster(const Value& value) {
+    auto cluster = to<Cluster>(value);
+    for (std::size_t i = 0; i < cluster.servers.size(); ++i) {
+        const int port = cluster.servers[i].port;
+        if (port < 1 || port > 49151) {
+            throw ConversionError("/servers/" + std::to_string(i) + "/port",
+                                  std::to_string(port) + " is not within 1 to 49151");
+        }
     }
-    return range;
+    return cluster;
 }
 //! [a check]
 
@@ -176,11 +181,14 @@ int main() {
         //! [use]
         std::cout << port << ' ' << serialize(copy) << ' ' << serialize(*tags) << '\n';
         try {
-            to_range(Object{{"low", 2}, {"high", 1}});
+            Cluster cluster;
+            cluster.servers = {{"a", 80, {}}, {"b", 65535, {}}};
+            read_cluster(from(cluster));
         } catch (const ConversionError& error) {
             std::cout << error.what() << '\n';
         }
-        std::cout << serialize(from(Secured{{"h", 1, {}}, "c"})) << '\n'
+        std::cout << serialize(from(Range<int>{1, 2})) << '\n'
+                  << serialize(from(Secured{{"h", 1, {}}, "c"})) << '\n'
                   << serialize(from(to<Account>(Value(Object{{"owner", "Ada"}})))) << '\n'
                   << to<Account>(Value(Object{{"owner", "Ada"}})).owner() << '\n'
                   << serialize(from(shop::Price{1.5, "EUR"})) << '\n';
