@@ -1,4 +1,4 @@
-// Search without a server, and for text as it stands in messages and in code.
+// Search without a server, for questions, and for text as it stands in messages and in code.
 //
 // A page that is opened as a file may neither fetch the index nor start a worker from another file. So
 // scripts/docs makes of the index a script, which sets `__index`, and puts the text of the worker's
@@ -11,10 +11,12 @@ window.Worker = class extends window.Worker {
         super(location.protocol === "file:" ? URL.createObjectURL(script) : url, options);
     }
 
-    // A query is the only message that is a text. Signs would have a meaning in it.
+    // A query is the only message that is a text. Signs would have a meaning in it, and the words that
+    // only make a question of it are on every page.
     postMessage(message, ...more) {
         const isQuery = typeof message.data === "string";
         const words = isQuery && message.data.replace(/[^\p{L}\p{N}_]+/gu, " ").trim();
-        super.postMessage(isQuery ? { ...message, data: words } : message, ...more);
+        const asked = isQuery && words.replace(/\b(how|do|does|can|should|i|my|what|which|a|an|the|of) /gi, "");
+        super.postMessage(isQuery ? { ...message, data: asked } : message, ...more);
     }
 };
