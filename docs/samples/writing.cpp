@@ -4,17 +4,45 @@
 #include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <fstream>
 #include <iomanip>
 #include <iostream>
 #include <limits>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 using namespace foundation::json;
 
 namespace {
+
+//! [write a file]
+void write_file(const std::string& name, const Value& value) {
+    std::ofstream file(name);
+    file << pretty_print(value) << '\n';
+    file.flush();
+    if (!file) {
+        throw std::runtime_error("cannot write '" + name + "'");
+    }
+}
+//! [write a file]
+
+//! [indented]
+std::string indented(const Value& value, std::size_t width) {
+    std::istringstream lines(pretty_print(value));
+    std::string text;
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t blanks = std::min(line.find_first_not_of(' '), line.size());
+        text += text.empty() ? "" : "\n";
+        text.append(blanks / 4 * width, ' ').append(line, blanks);
+    }
+    return text;
+}
+//! [indented]
 
 //! [plain digits]
 void plain_digits(Value& value) {
@@ -53,6 +81,13 @@ int main() {
         //! [ways]
     }
 
+    snippet("write a file");
+    try {
+        write_file("no/such/folder.json", Value());
+    } catch (const std::runtime_error& error) {
+        std::cout << error.what() << '\n';
+    }
+
     snippet("empty containers");
     {
         //! [empty containers]
@@ -66,6 +101,27 @@ int main() {
         //! [undefined]
         std::cout << serialize((Element(1), Element(Value()), Element(2))) << '\n'; // -> [1,,2]
         //! [undefined]
+    }
+
+    snippet("use of indented");
+    {
+        //! [use of indented]
+        std::cout << indented((Property("a") = Element(1)), 2) << '\n';
+        // ->
+        // {
+        //   "a":[
+        //     1
+        //   ]
+        // }
+        //! [use of indented]
+    }
+
+    snippet("order of members");
+    {
+        //! [order of members]
+        const Value steps = Array{Array{"wash", 30}, Array{"dry", 60}};
+        std::cout << serialize(steps) << '\n'; // -> [["wash",30],["dry",60]]
+        //! [order of members]
     }
 
     snippet("doubles");
