@@ -132,10 +132,23 @@ int main() {
         std::cout << serialize(v) << '\n';
     }
 
+    snippet("without copying");
+    {
+        Value v = order();
+        //! [without copying]
+        const std::string& customer = get<std::string>(v["customer"]); // copies nothing
+        std::cout << customer << '\n';                                 // -> Ada
+        std::string taken = std::move(get<std::string>(v["customer"]));
+        std::cout << taken << ' ' << serialize(v["customer"]) << '\n'; // -> Ada ""
+        //! [without copying]
+    }
+
     snippet("kinds");
     {
         const Value v = order();
         //! [kinds]
+        std::cout << v.hasOwnProperty("id") << '\n';             // -> 1
+        std::cout << v.hasOwnProperty("missing") << '\n';        // -> 0
         std::cout << (kind_of(v["id"]) == Kind::number) << '\n'; // -> 1
         std::cout << name_of(kind_of(v["lines"])) << '\n';       // -> JSON array
         std::cout << holds<std::string>(v["missing"]) << '\n';   // -> 0
