@@ -56,7 +56,10 @@ int main() {
 
     snippet("equality");
     //! [equality]
+    std::cout << (Value(1) == Value(1.0)) << '\n';                     // -> 1
+    std::cout << (Value(1) == Value(1LL)) << '\n';                     // -> 0
     std::cout << (Value() == Value()) << '\n';                         // -> 0
+    std::cout << (Value(Null()) == Value(Null())) << '\n';             // -> 1
     std::cout << (Value(std::nan("")) == Value(std::nan(""))) << '\n'; // -> 0
     std::cout << (Value(0.0) == Value(-0.0)) << '\n';                  // -> 1
     std::cout << (Value((Element(1), Element(2))) == Value((Element(1), Element(2))))
