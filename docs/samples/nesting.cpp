@@ -2,12 +2,26 @@
 #include "snippet.hpp"
 
 #include <foundation/json/json.hpp>
+#include <foundation/json/parse.hpp>
 
 #include <iostream>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using namespace foundation::json;
+
+//! [request]
+Value read_request(std::string_view text) {
+    if (text.size() > 1'000'000) {
+        throw std::length_error("the request is too long");
+    }
+    ParseOptions options;
+    options.max_depth = 20;
+    return parse(text, options);
+}
+//! [request]
 
 //! [limit]
 constexpr int max_depth = 1000;
@@ -26,6 +40,16 @@ void read_nested(Value& slot, int levels, int depth = 1) {
 //! [limit]
 
 int main() {
+    snippet("request");
+    for (const std::string& text : {std::string(20, '[') + std::string(20, ']'),
+                                    std::string(21, '['), std::string(1'000'001, ' ')}) {
+        try {
+            std::cout << serialize(read_request(text)) << '\n';
+        } catch (const std::exception& error) {
+            std::cout << error.what() << '\n';
+        }
+    }
+
     snippet("limit");
     for (const int levels : {3, 1000, 1001}) {
         try {
