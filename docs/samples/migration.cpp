@@ -3,6 +3,7 @@
 
 //! [headers]
 #include <foundation/json/content.hpp>
+#include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
 //! [headers]
@@ -91,7 +92,7 @@ int main() {
 
     snippet("read with a default");
     //! [read with a default]
-    int cups = number<int>(constant["cups"] || Value(1));
+    int cups = to_or(v, "/cups", 1);
     //! [read with a default]
     std::cout << cups << '\n';
 
