@@ -1,22 +1,37 @@
 // The snippets of docs/tour.md.
 #include "snippet.hpp"
 
+#include <foundation/json/content.hpp>
+#include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
+#include <foundation/json/parse.hpp>
 
 #include <iostream>
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 using namespace foundation::json;
 
+//! [struct]
+struct Tea {
+    std::string name;
+    int grams = 100;
+};
+
+template <>
+inline constexpr auto foundation::json::members<Tea> = std::tuple(required("name", &Tea::name),
+                                                                  defaulted("grams", &Tea::grams));
+//! [struct]
+
 int main() {
     snippet("values");
     //! [values]
-    Value number = 7;
+    Value id = 7;
     Value text = "tea";
     Value list = std::vector<Value>{1, true, Null()};
-    Value record = std::map<std::string, Value>{{"id", number}, {"name", text}, {"list", list}};
+    Value record = std::map<std::string, Value>{{"id", id}, {"name", text}, {"list", list}};
     std::cout << serialize(record) << '\n'; // -> {"id":7,"list":[1,true,null],"name":"tea"}
     //! [values]
 
@@ -62,6 +77,28 @@ int main() {
     serializer.write(std::cout, record["list"]);
     std::cout << '\n';
     //! [write]
+
+    snippet("read");
+    //! [read]
+    const Value read = parse(R"({"id": 7, "lines": ["tea", 2.5]})");
+    std::cout << number<int>(read["id"]) + 1 << '\n';          // -> 8
+    std::cout << get<std::string>(read["lines"][0]) << '\n';   // -> tea
+    std::cout << holds<std::string>(read["lines"][1]) << '\n'; // -> 0
+    for (const Value& line : get<Array>(read["lines"])) {
+        std::cout << serialize(line) << '\n';
+        // ->
+        // "tea"
+        // 2.5
+    }
+    //! [read]
+
+    snippet("to a struct");
+    //! [to a struct]
+    const Tea tea = to<Tea>(parse(R"({"name": "Assam"})"));
+    std::cout << tea.name << ' ' << tea.grams << ' ' << serialize(from(tea)) << '\n';
+    // ->
+    // Assam 100 {"grams":100,"name":"Assam"}
+    //! [to a struct]
 
     snippet("error");
     //! [error]
