@@ -19,9 +19,13 @@ namespace {
 
 std::size_t allocated = 0;
 std::size_t highest = 0;
+bench::Allocations made;
 
 void* count(void* block) {
-    allocated += malloc_usable_size(block);
+    const std::size_t size = malloc_usable_size(block);
+    ++made.number;
+    made.bytes += size;
+    allocated += size;
     highest = std::max(highest, allocated);
     return block;
 }
@@ -56,6 +60,7 @@ void* realloc(void* block, std::size_t size) {
     } else {
         allocated -= old_size;
         count(result);
+        made.bytes -= old_size;
     }
     return result;
 }
@@ -84,6 +89,9 @@ std::size_t highest_memory() {
 }
 void reset_highest_memory() {
     highest = allocated;
+}
+Allocations allocations() {
+    return made;
 }
 
 } // namespace bench

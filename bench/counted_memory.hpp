@@ -13,14 +13,14 @@ std::size_t allocated_memory();
 std::size_t highest_memory();
 void reset_highest_memory();
 
-/// The most bytes that were allocated at a time during a call, beyond those allocated before it.
-template <class Function>
-std::size_t peak_memory(Function function) {
-    const std::size_t before = allocated_memory();
-    reset_highest_memory();
-    function();
-    return highest_memory() - before;
-}
+/// Calls that allocate a block or change its size, and the bytes obtained by them.
+struct Allocations {
+    std::size_t number = 0;
+    std::size_t bytes = 0;
+};
+
+/// All since the program began.
+Allocations allocations();
 
 } // namespace bench
 

@@ -325,6 +325,7 @@ json::Value read(std::string_view text) {
 }
 
 void add_content(const json::Value& value, ContentSums& sums) {
+    ++sums.values;
     if (const auto* const elements = json::get_if<json::Array>(&value)) {
         for (const json::Value& element : *elements) {
             add_content(element, sums);

@@ -37,9 +37,10 @@ std::string document_of_size(std::size_t bytes);
 /// @throws foundation::json::ParserException if one of them is not JSON text
 bool same_value(std::string_view a, std::string_view b);
 
-/// The number of bytes in the strings of a document, without names of members, and the sum of its
-/// numbers.
+/// How many values a document has, how many bytes their strings, names of members aside, and the
+/// sum of the numbers.
 struct ContentSums {
+    std::size_t values = 0;
     std::size_t string_bytes = 0;
     double sum = 0;
 };

@@ -3,28 +3,32 @@
 #ifndef FOUNDATION_JSON_BENCH_MEMORY_HPP
 #define FOUNDATION_JSON_BENCH_MEMORY_HPP
 
-#include "documents.hpp"
-
 #include <cstddef>
 #include <string>
 #include <vector>
 
 namespace bench {
 
-/// The most memory that one operation on one document took beyond the document's value, its result
-/// included.
+/// What one operation took, its result included, beyond what was allocated before it.
 struct MemoryResult {
     std::string task;
-    std::string contender;
-    std::size_t text_bytes;
-    std::size_t peak_bytes;
+    std::string subject;
+    std::size_t text_bytes = 0; ///< of its result, if that is a text
+    std::size_t peak_bytes = 0; ///< allocated at a time
+    std::size_t kept_bytes = 0; ///< allocated when it had ended, its result still there
+    std::size_t allocations = 0;
+    std::size_t allocated_bytes = 0; ///< obtained by those in all
 };
 
-/// Measures all operations of one contender.
-using MeasureMemory = std::vector<MemoryResult> (*)(const Document&);
+/// A contender, and how to measure all its operations.
+struct MemoryContender {
+    std::string name;
+    std::size_t value_bytes; ///< of a value itself, `sizeof`
+    std::vector<MemoryResult> (*measure)();
+};
 
 /// All contenders.
-std::vector<MeasureMemory>& memory_contenders();
+std::vector<MemoryContender>& memory_contenders();
 
 } // namespace bench
 

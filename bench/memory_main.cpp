@@ -1,16 +1,20 @@
 // Usage: foundation_json_bench_memory >FILE
-// Measures the peak memory of operations that write, and writes the results as JSON.
+// Measures the memory and the allocations of operations, and writes the results as JSON.
 #include "memory.hpp"
 
 #include <foundation/json/json.hpp>
 
+#include <cstddef>
 #include <exception>
 #include <iostream>
+#include <map>
+#include <string>
+#include <vector>
 
 namespace bench {
 
-std::vector<MeasureMemory>& memory_contenders() {
-    static std::vector<MeasureMemory> all;
+std::vector<MemoryContender>& memory_contenders() {
+    static std::vector<MemoryContender> all;
     return all;
 }
 
@@ -20,19 +24,26 @@ namespace {
 
 using namespace foundation::json;
 
+Value number(std::size_t bytes) {
+    return static_cast<long long>(bytes);
+}
+
 Value results() {
-    Value list(std::vector<Value>{});
-    for (const bench::Document& document : bench::documents()) {
-        for (const bench::MeasureMemory measure : bench::memory_contenders()) {
-            for (const bench::MemoryResult& result : measure(document)) {
-                list.push((Property("task") = result.task, Property("subject") = document.name,
-                           Property("contender") = result.contender,
-                           Property("text_bytes") = static_cast<long long>(result.text_bytes),
-                           Property("peak_bytes") = static_cast<long long>(result.peak_bytes)));
-            }
+    Value operations(std::vector<Value>{});
+    Value value_bytes(std::map<std::string, Value>{});
+    for (const bench::MemoryContender& contender : bench::memory_contenders()) {
+        value_bytes[contender.name] = number(contender.value_bytes);
+        for (const bench::MemoryResult& result : contender.measure()) {
+            operations.push((Property("task") = result.task, Property("subject") = result.subject,
+                             Property("contender") = contender.name,
+                             Property("text_bytes") = number(result.text_bytes),
+                             Property("peak_bytes") = number(result.peak_bytes),
+                             Property("kept_bytes") = number(result.kept_bytes),
+                             Property("allocations") = number(result.allocations),
+                             Property("allocated_bytes") = number(result.allocated_bytes)));
         }
     }
-    return list;
+    return (Property("operations") = operations, Property("value_bytes") = value_bytes);
 }
 
 } // namespace

@@ -1,7 +1,8 @@
 """Usage: report.py RESULTS PAGE
 
 Writes the results of the benchmarks, the files of the folder RESULTS, between the markers of PAGE,
-a Markdown file, and draws a chart of them next to it, as an SVG file of the same name.
+a Markdown file, and draws charts of them next to it: SVG files that are named like the page, with _writing, _reading
+or _others added.
 """
 
 import json
@@ -9,16 +10,20 @@ import math
 import re
 import sys
 from pathlib import Path
-from xml.sax.saxutils import escape
+
+from charts import chart
 
 OURS = "foundation::json"
 PEERS = ["nlohmann", "RapidJSON", "Boost.JSON", "JsonCpp"]
 BEGIN, END = "<!-- results: begin -->", "<!-- results: end -->"
-TASKS = ["serialize", "pretty_print", "write to a stream", "write to std::ostringstream",
-         "write to std::ofstream", "parse and destroy", "copy and destroy", "==", "<",
+TASKS = ["serialize", "serialize scattered", "pretty_print", "message",
+         "write to a stream", "write to std::ostringstream",
+         "write to std::ofstream", "parse and destroy", "walk", "copy and destroy", "==", "<",
          "read strings", "read numbers", "push", "insert all keys", "1,000 lookups", "to structs",
          "to structs by hand", "from structs", "words", "numbers", "strings", "containers"]
-CHARTED_FAMILIES = ["text", "streams", "values", "arrays", "objects", "conversion"]
+CHECKED, STANDARD = "RapidJSON, checked", "std::variant"
+WRITING = ["text", "messages", "streams"]
+OTHERS = ["values", "arrays", "objects", "conversion"]
 
 
 def fail(message):
@@ -29,14 +34,14 @@ def fail(message):
 
 
 def medians(file, field="cpu_time"):
-    """The results of one family: {(task, subject): {contender: median}}."""
+    """The results of one family: {(task, subject): {contender: median}}. Not all have each field."""
     rows = {}
     for run in json.loads(file.read_text())["benchmarks"]:
         if run.get("error_occurred"):
             fail(f"{run['name']}: {run['error_message']}")
         task, subject, contender = run["run_name"].split("/")
         row = rows.setdefault((task, subject), {})
-        if run.get("aggregate_name") == "median":
+        if run.get("aggregate_name") == "median" and field in run:
             row[contender] = run[field]
     # The benchmarks ran in random order.
     return dict(sorted(rows.items(), key=lambda item: in_order(*item[0])))
@@ -75,6 +80,20 @@ def unit_of(nanoseconds):
     return "ns" if nanoseconds < 1e3 else "µs" if nanoseconds < 1e6 else "ms"
 
 
+def duration(nanoseconds):
+    unit = unit_of(nanoseconds)
+    return f"{time_text(nanoseconds, unit)} {unit}"
+
+
+def best_peer(times):
+    """The fastest of the others. Where a row has RapidJSON with a look at the kind first, as all the
+    others have one, that counts and not the one without."""
+    candidates = [peer for peer in [*PEERS, CHECKED] if peer in times]
+    if CHECKED in candidates:
+        candidates.remove("RapidJSON")
+    return min(candidates, key=times.get, default=None)
+
+
 def time_table(results, peers=PEERS):
     rows = []
     for (task, subject), times in results.items():
@@ -82,12 +101,12 @@ def time_table(results, peers=PEERS):
             continue
         ours = times[OURS]
         unit = unit_of(ours)
-        others = [times[peer] for peer in peers if peer in times]
+        best = best_peer(times)
         cells = [f"{task}, {subject}", f"{time_text(ours, unit)} {unit}"]
         for peer in peers:
             cells.append(f"{time_text(times[peer], unit)} ({digits(ours / times[peer])})"
                          if peer in times else "–")
-        cells.append(digits(ours / min(others)) if others else "–")
+        cells.append(digits(ours / times[best]) if best else "–")
         rows.append(cells)
     return table(["Task", OURS, *peers, "ours / best"], rows)
 
@@ -105,6 +124,8 @@ def order_table(results):
 def memory_table(results):
     grouped = {}
     for result in results:
+        if result["task"] not in ("serialize", "pretty_print", "write to a stream"):
+            continue
         row = grouped.setdefault((result["task"], result["subject"]), {})
         row[result["contender"]] = result
     rows = []
@@ -145,79 +166,176 @@ def compile_time_table(results):
                   for header, seconds in sorted(ours + others, key=lambda row: row[1])])
 
 
-# ---- Chart ---------------------------------------------------------------------------------
+# ---- Bounds --------------------------------------------------------------------------------
 
-COLOURS = {"nlohmann": "#4c86c6", "RapidJSON": "#d9822b", "Boost.JSON": "#3f9a56",
-           "JsonCpp": "#a070c0"}
-LABELS, PLOT, RIGHT, TOP = 340, 520, 70, 84
-BAR, GAP = 13, 12
-LOWEST, HIGHEST = 1 / 32, 32
+READING_TASKS = ["==", "1,000 lookups", "read strings", "read numbers"]
+ALLOCATING_TASKS = ["parse and destroy", "copy and destroy", "push", "insert all keys",
+                    "to structs", "from structs"]
 
 
-def position(ratio):
-    """The position of a ratio on the axis, which is logarithmic."""
-    ratio = min(max(ratio, LOWEST), HIGHEST)
-    return LABELS + PLOT * math.log(ratio / LOWEST) / math.log(HIGHEST / LOWEST)
+def size_text(size):
+    for unit, name in ((1e6, "MB"), (1e3, "kB")):
+        if size >= unit:
+            return f"{digits(size / unit)} {name}"
+    return f"{size:,.0f} bytes"
 
 
-def chart(results):
-    rows = [(f"{task}, {subject}", {peer: times[OURS] / times[peer] for peer in PEERS
-                                    if peer in times})
-            for (task, subject), times in results.items() if OURS in times]
-    rows = [(name, ratios) for name, ratios in rows if ratios]
-    height = TOP + sum(len(ratios) * BAR + GAP for _, ratios in rows) + 16
-    width = LABELS + PLOT + RIGHT
-    out = [
-        f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {height}" '
-        f'width="{width}" height="{height}" role="img" aria-labelledby="title">',
-        f'<title id="title">Time of {OURS} divided by that of other libraries</title>',
-        "<style>",
-        "text { font: 13px system-ui, sans-serif; fill: #1f2328 }",
-        ".value { font-size: 11px } .heading { font-weight: 600; font-size: 15px }",
-        ".page { fill: #ffffff } .grid { stroke: #d0d7de } .same { stroke: #1f2328 }",
-        "@media (prefers-color-scheme: dark) {",
-        "text { fill: #e6edf3 } .page { fill: #0d1117 } .grid { stroke: #30363d }",
-        ".same { stroke: #e6edf3 } }",
-        "</style>",
-        f'<rect class="page" width="{width}" height="{height}"/>',
-        f'<text class="heading" x="16" y="26">Time of {OURS} divided by that of another library: '
-        "left of 1 it is the shorter</text>",
-    ]
-    x = 16
-    for peer in PEERS:
-        out += [f'<rect x="{x}" y="38" width="12" height="12" fill="{COLOURS[peer]}"/>',
-                f'<text x="{x + 18}" y="49">{peer}</text>']
-        x += 110
+def pair(text, ours, theirs):
+    """"4.07 MB / 1.13 MB": what was measured of ours, and of the library beside it."""
+    if ours is None and theirs is None:
+        return "–"
+    return " / ".join("–" if value is None else text(value) for value in (ours, theirs))
 
-    tick = LOWEST
-    while tick <= HIGHEST:
-        place = position(tick)
-        text = digits(tick) if tick >= 1 else f"1/{round(1 / tick)}"
-        out += [f'<line class="{"same" if tick == 1 else "grid"}" x1="{place:.1f}" y1="{TOP - 8}" '
-                f'x2="{place:.1f}" y2="{height - 12}"/>',
-                f'<text class="value" x="{place:.1f}" y="{TOP - 14}" text-anchor="middle">'
-                f'{text.removesuffix(".00").removesuffix(".0")}</text>']
-        tick *= 2
 
-    y = TOP
-    for name, ratios in rows:
-        middle = y + len(ratios) * BAR / 2
-        out.append(f'<text x="{LABELS - 62}" y="{middle + 4:.1f}" text-anchor="end">'
-                   f"{escape(name)}</text>")
-        for peer, ratio in ratios.items():
-            begin, end = sorted([position(1), position(ratio)])
-            out.append(f'<rect x="{begin:.1f}" y="{y + 1}" width="{max(end - begin, 1):.1f}" '
-                       f'height="{BAR - 2}" fill="{COLOURS[peer]}"/>')
-            after = ratio >= 1
-            out.append(f'<text class="value" x="{end + 4 if after else begin - 4:.1f}" '
-                       f'y="{y + BAR - 3}" text-anchor="{"start" if after else "end"}">'
-                       f"{digits(ratio)}</text>")
-            y += BAR
-        y += GAP
-    return "\n".join([*out, "</svg>", ""])
+class Bounds:
+    """What was measured besides the time, for the rows in which another library is faster."""
+
+    def __init__(self, rows, texts, counts, memory):
+        self.rows = rows
+        self.texts = texts
+        self.counts = counts
+        self.value_bytes = memory["value_bytes"]
+        self.memory = {(result["task"], result["subject"], result["contender"]): result
+                       for result in memory["operations"]}
+
+    def above_1(self):
+        """(task, subject, the faster library, our time / its time)."""
+        for (task, subject), times in self.rows.items():
+            best = best_peer(times)
+            if task != "walk" and best is not None and OURS in times:
+                ratio = times[OURS] / times[best]
+                if ratio > 1 and digits(ratio) != "1.00":
+                    yield task, subject, best, ratio
+
+    def of_memory(self, task, subject, contender, field):
+        return self.memory.get((task, subject, contender), {}).get(field)
+
+    def memory_pair(self, text, task, subject, best, field):
+        return pair(text, *(self.of_memory(task, subject, contender, field)
+                            for contender in (OURS, best)))
+
+    def time_beside(self, task, subject, times, contender=OURS):
+        """Another row's time, and which part of this one it is."""
+        other = self.rows.get((task, subject), {}).get(contender)
+        if other is None:
+            return "–"
+        return f"{duration(other)} ({100 * other / times[OURS]:.0f} %)"
+
+    def bare_work(self, task, subject, times):
+        if task == "parse and destroy":
+            return "copy and destroy: " + self.time_beside("copy and destroy", subject, times)
+        return self.time_beside(task, subject, times, STANDARD)
+
+    def walk(self, subject, times, best):
+        walks = self.rows.get(("walk", subject), {})
+        if OURS not in walks:
+            return "–"
+        theirs = duration(walks[best]) if best in walks else "–"
+        return f"{self.time_beside('walk', subject, times)} / {theirs}"
+
+    def bytes_read(self, task, subject, contender):
+        """Of the values, at least."""
+        if task.startswith("read "):
+            values = self.counts.get((task, subject), {}).get(contender)
+            size = self.value_bytes.get(contender.removesuffix(", checked"))
+            return values * size if values and size else None
+        source, times = (("copy and destroy", 2) if task.startswith("==") else
+                         ("insert all keys", 1))
+        kept = self.of_memory(source, subject, contender, "kept_bytes")
+        return None if kept is None else times * kept
+
+    def text_bytes(self, subject, contender, task):
+        for row in ((task, subject), ("serialize", subject)):
+            if contender in self.texts.get(row, {}):
+                return self.texts[row][contender] * self.rows[row][contender] / 1e9
+        return None
+
+    def tables(self):
+        allocating, reading, writing = [], [], []
+        for task, subject, best, ratio in self.above_1():
+            times = self.rows[task, subject]
+            cells = [f"{task}, {subject}", f"{digits(ratio)} ({best})"]
+            if task in ALLOCATING_TASKS:
+                calls = self.of_memory(task, subject, OURS, "allocations")
+                allocating.append([
+                    *cells,
+                    self.memory_pair("{:,}".format, task, subject, best, "allocations"),
+                    duration(times[OURS] / calls) if calls else "–",
+                    self.memory_pair(size_text, task, subject, best, "allocated_bytes"),
+                    self.memory_pair(size_text, task, subject, best, "kept_bytes"),
+                    self.walk(subject, times, best), self.bare_work(task, subject, times)])
+            elif task.split(", ")[0] in READING_TASKS:
+                size = [self.bytes_read(task, subject, contender) for contender in (OURS, best)]
+                walk = self.walk(subject, times, best) if task.startswith("==") else "–"
+                reading.append([*cells, pair(size_text, *size), walk,
+                                self.bare_work(task, subject, times)])
+            else:
+                size = [self.text_bytes(subject, contender, task) for contender in (OURS, best)]
+                each = [time / bytes_ if bytes_ else None
+                        for time, bytes_ in zip((times[OURS], times[best]), size)]
+                writing.append([*cells, pair(size_text, *size), pair(duration, *each),
+                                self.memory_pair("{:,}".format, task, subject, best, "allocations"),
+                                self.walk(subject, times, best)])
+        return self.text(allocating, reading, writing)
+
+    def text(self, allocating, reading, writing):
+        sizes = ", ".join(f"{size} bytes in {name}" for name, size in
+                          sorted(self.value_bytes.items(), key=lambda item: item[1]))
+        lines = ["What was counted or measured beside each row above 1. Of two figures, the first is "
+                 "of foundation::json, the second of the library in parentheses, the best of that "
+                 "row; a percentage is a part of our time for the row. The walk goes to every value "
+                 "and looks at its kind and at the length of strings.", "",
+                 f"A value by itself, without what it points to: {sizes}.", ""]
+        if allocating:
+            lines += ["Rows that allocate. The bare work is that of values of `std::variant`, "
+                      "`std::vector`, `std::map` and `std::string` alone; for reading text, it is to "
+                      "copy and destroy the value that is read.", ""]
+            lines += table(["Row", "ours / best", "Allocations", "Our time for each",
+                            "Bytes allocated in all", "Bytes of the result",
+                            "Walk over the value", "Bare work"], allocating)
+        if reading:
+            lines += ["Rows that read values and allocate nothing. The bytes are those of the values "
+                      "that the work goes to.", ""]
+            lines += table(["Row", "ours / best", "Bytes of the values", "Walk over the document",
+                            "Bare work"], reading)
+        if writing:
+            lines += ["Rows that write text.", ""]
+            lines += table(["Row", "ours / best", "Text", "Time per byte of text", "Allocations",
+                            "Walk over the value"], writing)
+        return lines
 
 
 # ---- Page ----------------------------------------------------------------------------------
+
+
+def charted(results):
+    """The rows of a chart: tasks that other libraries have as well."""
+    rows = []
+    for (task, subject), times in results.items():
+        others = dict(times)
+        if CHECKED in others:
+            others["RapidJSON"] = others[CHECKED]
+        ratios = {peer: times[OURS] / others[peer] for peer in PEERS
+                  if peer in others and OURS in times}
+        if ratios:
+            rows.append((task.split(", ")[0], subject, ratios))
+    return rows
+
+
+def read_families(folder, names, field="cpu_time"):
+    results = {}
+    for name in names:
+        results |= medians(folder / f"{name}.json", field)
+    return results
+
+
+def picture(page, name):
+    return page.with_name(f"{page.stem}_{name}.svg")
+
+
+def section(title, page, name):
+    return [f"### {title}", "", f"![{title}: time of {OURS} divided by that of other libraries]"
+            f"({picture(page, name).name})", ""]
 
 
 def main(arguments):
@@ -225,41 +343,48 @@ def main(arguments):
         print(__doc__.splitlines()[0], file=sys.stderr)
         return 2
     folder, page = map(Path, arguments)
-    picture = page.with_suffix(".svg")
 
-    charted = {}
-    for family in CHARTED_FAMILIES:
-        charted |= medians(folder / f"{family}.json")
+    writing = read_families(folder, WRITING)
     parsing = medians(folder / "parsing.json")
     reading = medians(folder / "reading.json")
+    others = read_families(folder, OTHERS)
     details = medians(folder / "details.json")
-    growth = medians(folder / "growth.json", "bytes_per_second")
+    growth = read_families(folder, ["growth", "growth_of_parsing"], "bytes_per_second")
     memory = json.loads((folder / "memory.json").read_text())
+    compared = {row: times for row, times in others.items()
+                if not row[0].startswith("<") and row[0] != "walk"}
+    walks = {row: times for row, times in others.items() if row[0] == "walk"}
+    bounds = Bounds(writing | parsing | reading | compared | walks | details,
+                    read_families(folder, [*WRITING, "details"], "bytes_per_second"),
+                    medians(folder / "reading.json", "values"), memory)
 
     lines = [BEGIN, ""]
     lines += [f"- {line}" for line in (folder / "machine.txt").read_text().splitlines()]
-    lines += ["", f"![Time of {OURS} divided by that of other libraries]({picture.name})", "",
-              "Bars are cut off where the scale ends; the numbers beside them are exact.", "", "### Time", "",
-              "A cell holds the other library's time in the row's unit, and in parentheses ours "
-              "divided by it: below 1, ours is the shorter.", ""]
-    compared = {row: times for row, times in charted.items() if not row[0].startswith("<")}
-    lines += time_table(compared) + order_table(charted)
-    lines += ["### Parsing", "",
-              "Parsing the text of a document, and destroying the value.", ""]
-    lines += time_table({row: times for row, times in parsing.items()
-                         if not row[0].startswith("growth")})
-    lines += ["### Reading", "",
-              "Reading the content of every string and every number of a document, found beforehand, by "
-              "the functions of each library: `get` here, `std::get`, `get_ref`, `GetString` and "
-              "`GetDouble`, which do not look at the kind, `as_string` and `as_double`, `getString` "
-              "and `asDouble`.", ""]
-    lines += time_table(reading, ["std::variant", *PEERS])
+    lines += ["", "A bar of a chart goes from 1 to our time divided by that of another library. One "
+              "with a tip goes on beyond the scale.", "",
+              "A cell of a table holds the other library's time in the row's unit, and in parentheses "
+              "ours divided by it: below 1, ours is the shorter.", ""]
+    lines += section("Writing", page, "writing") + time_table(writing)
+    lines += section("Reading", page, "reading")
+    lines += ["From the text of a document to the value, and its destruction:", ""]
+    lines += time_table(parsing)
+    lines += ["The content of every string and every number of a document, its place known, through "
+              "what each library has for that: `get` here, `std::get`, `get_ref`, `GetString` and "
+              "`GetDouble`, `as_string` and `as_double`, `getString` and `asDouble`. All look at the "
+              "kind first, but for those of RapidJSON. So there is a second column of it, in which "
+              "`IsString` and `IsDouble` come first; the chart and the last column compare with "
+              "that.", ""]
+    lines += time_table(reading, [STANDARD, "nlohmann", "RapidJSON", CHECKED, "Boost.JSON",
+                                  "JsonCpp"])
+    lines += section("Everything else", page, "others") + time_table(compared)
+    lines += order_table(others)
+    lines += ["### Beside the rows above 1", ""] + bounds.tables()
     lines += ["### Values of each kind, one by one", "",
               "Arrays of 10,000 items (of 100 for strings of 10,000 bytes), serialized.", ""]
     lines += time_table(details)
     lines += ["### Memory", "",
-              "The most memory allocated at a time beyond the value, with the resulting text.", ""]
-    lines += memory_table(memory)
+              "Allocated at a time besides the value, the resulting text included.", ""]
+    lines += memory_table(memory["operations"])
     lines += ["### Growth", ""] + growth_table(growth)
     lines += ["### Compilation", "",
               "Processor time of g++ -O0 for a program that includes the header and is empty.", ""]
@@ -270,9 +395,13 @@ def main(arguments):
     if text.count(BEGIN) != 1 or text.count(END) != 1:
         fail(f"{page} has no markers {BEGIN} and {END}")
     before, after = text.split(BEGIN)[0], text.split(END)[1]
-    drawn = chart(compared)
+    drawn = {name: chart(title, charted(results))
+             for name, title, results in (("writing", "Writing", writing),
+                                          ("reading", "Reading", parsing | reading),
+                                          ("others", "Everything else", compared))}
     page.write_text(before + "\n".join(lines) + after)
-    picture.write_text(drawn)
+    for name, content in drawn.items():
+        picture(page, name).write_text(content)
     return 0
 
 
@@ -281,5 +410,5 @@ if __name__ == "__main__":
         sys.exit(main(sys.argv[1:]))
     except OSError as error:
         fail(f"{error.filename}: {error.strerror}")
-    except ValueError as error:
-        fail(f"not the results of benchmarks: {error}")
+    except (KeyError, TypeError, ValueError) as error:
+        fail(f"not the results of benchmarks: {error!r}")

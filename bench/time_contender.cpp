@@ -25,6 +25,7 @@ const bool added = [] {
     all.push_back({"conversion", bench::add_conversion<Contender>});
     all.push_back({"details", bench::add_details<Contender>});
     all.push_back({"growth", bench::add_growth<Contender>});
+    all.push_back({"growth_of_parsing", bench::add_growth_of_parsing<Contender>});
     return true;
 }();
 

@@ -97,6 +97,22 @@ struct Contender {
         }
     }
 
+    static std::size_t walk(const Node& node) {
+        std::size_t result = 1;
+        if (const auto* const elements = node.if_array()) {
+            for (const Node& element : *elements) {
+                result += walk(element);
+            }
+        } else if (const auto* const members = node.if_object()) {
+            for (const auto& member : *members) {
+                result += walk(member.value());
+            }
+        } else if (const auto* const text = node.if_string()) {
+            result += text->size();
+        }
+        return result;
+    }
+
     static int number(const Value& object, const std::string& key) {
         return static_cast<int>(object.get_object().find(key)->value().get_int64());
     }

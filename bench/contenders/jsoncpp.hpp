@@ -71,6 +71,18 @@ struct Contender {
         }
     }
 
+    static std::size_t walk(const Node& node) {
+        std::size_t result = 1;
+        if (node.isArray() || node.isObject()) {
+            for (const Node& child : node) {
+                result += walk(child);
+            }
+        } else if (node.isString()) {
+            result += size_of_string(node);
+        }
+        return result;
+    }
+
     static int number(const Value& object, const std::string& key) {
         return object.find(key.data(), key.data() + key.size())->asInt();
     }

@@ -95,6 +95,22 @@ struct Contender {
         }
     }
 
+    static std::size_t walk(const Node& node) {
+        std::size_t result = 1;
+        if (const auto* const elements = node.get_ptr<const Node::array_t*>()) {
+            for (const Node& element : *elements) {
+                result += walk(element);
+            }
+        } else if (const auto* const members = node.get_ptr<const Node::object_t*>()) {
+            for (const auto& member : *members) {
+                result += walk(member.second);
+            }
+        } else if (node.is_string()) {
+            result += size_of_string(node);
+        }
+        return result;
+    }
+
     static int number(const Value& object, const std::string& key) {
         return object.find(key)->get<int>();
     }

@@ -112,6 +112,22 @@ struct Contender {
         }
     }
 
+    static std::size_t walk(const Node& node) {
+        std::size_t result = 1;
+        if (node.IsArray()) {
+            for (const Node& element : node.GetArray()) {
+                result += walk(element);
+            }
+        } else if (node.IsObject()) {
+            for (const auto& member : node.GetObject()) {
+                result += walk(member.value);
+            }
+        } else if (node.IsString()) {
+            result += node.GetStringLength();
+        }
+        return result;
+    }
+
     static int number(const Value& object, const std::string& key) {
         return object.FindMember(key)->value.GetInt();
     }

@@ -7,6 +7,7 @@
 #include "documents.hpp"
 #include "tasks/family.hpp"
 #include "tasks/text.hpp"
+#include "tasks/work.hpp"
 
 #include <cstddef>
 #include <memory>
@@ -18,12 +19,6 @@ namespace bench {
 
 template <class Contender>
 void add_messages() {
-    const std::pair<const char*, const char*> messages[] = {
-        {"a number", "7"},
-        {"three members", R"({"id":7,"name":"tea","paid":true})"},
-        {"an answer", R"({"id":"a4f1","result":{"items":[{"name":"tea","price":2.5},)"
-                      R"({"name":"milk","price":0.75}],"total":3.25},"status":"ok"})"},
-    };
     for (const auto& [subject, text] : messages) {
         const auto value =
             std::make_shared<const typename Contender::Value>(Contender::parse(text));

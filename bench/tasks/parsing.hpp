@@ -32,6 +32,11 @@ void add_parsing() {
             "parse");
         add_parsing_of<Contender>("parse and destroy", document.name, document.text);
     }
+}
+
+/// The time per byte of texts of very different sizes.
+template <class Contender>
+void add_growth_of_parsing() {
     if constexpr (Contender::is_this_library) {
         for (const std::size_t megabytes : {1U, 10U, 100U}) {
             add_parsing_of<Contender>("growth of parse and destroy",

@@ -53,16 +53,19 @@ void add_reading() {
                            "the sum of all numbers");
 
         if (!subject->leaves.strings.empty()) {
-            add<Contender>("read strings", document.name, [string_bytes](benchmark::State& state) {
-                for (auto _ : state) {
-                    benchmark::DoNotOptimize(string_bytes());
-                }
-            });
+            add<Contender>(
+                "read strings", document.name, [subject, string_bytes](benchmark::State& state) {
+                    for (auto _ : state) {
+                        benchmark::DoNotOptimize(string_bytes());
+                    }
+                    state.counters["values"] = static_cast<double>(subject->leaves.strings.size());
+                });
         }
-        add<Contender>("read numbers", document.name, [sum](benchmark::State& state) {
+        add<Contender>("read numbers", document.name, [subject, sum](benchmark::State& state) {
             for (auto _ : state) {
                 benchmark::DoNotOptimize(sum());
             }
+            state.counters["values"] = static_cast<double>(subject->leaves.numbers.size());
         });
     }
 }

@@ -1,0 +1,32 @@
+// Reading from RapidJSON as from the others, which look at the kind first and refuse any other.
+#include "contenders/rapidjson.hpp"
+
+#include "tasks/reading.hpp"
+
+#include <stdexcept>
+
+namespace {
+
+struct Checked : Contender {
+    static constexpr const char* name = "RapidJSON, checked";
+
+    static std::size_t size_of_string(const Node& node) {
+        if (!node.IsString()) {
+            throw std::invalid_argument("not a string");
+        }
+        return Contender::size_of_string(node);
+    }
+    static double number(const Node& node) {
+        if (!node.IsDouble()) {
+            throw std::invalid_argument("not a double");
+        }
+        return Contender::number(node);
+    }
+};
+
+const bool added = [] {
+    bench::families().push_back({"reading", bench::add_reading<Checked>});
+    return true;
+}();
+
+} // namespace
