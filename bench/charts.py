@@ -12,7 +12,7 @@ TEXT, TITLE = 12, 15
 PLOT_LEFT, PLOT_RIGHT = 132, 302
 LABEL_LETTERS = 16
 LANE, BAR, GAP, HEADING, LINE = 6, 5, 10, 24, 14
-LEAST_RANGE, GREATEST_RANGE = 1, 5  # powers of two to each side of 1
+LEAST_RANGE, GREATEST_RANGE = 2, 5  # powers of two to each side of 1
 
 
 def text_width(text, size=TEXT):
@@ -25,8 +25,9 @@ def ratio_text(ratio):
 
 
 def label_lines(label):
-    lines = textwrap.wrap(label, LABEL_LETTERS, max_lines=2, placeholder="…")
-    return lines or [label[:LABEL_LETTERS - 1] + "…"]
+    """Two at most; what does not fit is cut."""
+    lines = textwrap.wrap(label, LABEL_LETTERS)
+    return lines if len(lines) <= 2 else [lines[0], lines[1][:LABEL_LETTERS - 1] + "…"]
 
 
 class Axis:
@@ -90,7 +91,7 @@ def chart(title, rows):
     out = [text(title, MARGIN, 22, class_="title"),
            text("Time of foundation::json / time of another.", MARGIN, 42),
            text("Left of 1: foundation::json takes less time.", MARGIN, 58),
-           text("Numbers: its time / the best of the others.", MARGIN, 74),
+           text("Numbers: its time / that of the fastest other.", MARGIN, 74),
            *legend(peers, 96)]
     top, y, task = 122, 126, None
     for row_task, subject, ratios in rows:
