@@ -9,7 +9,7 @@ COLOURS = {"nlohmann": "#4c86c6", "RapidJSON": "#cf7a22", "Boost.JSON": "#3f9a56
 # In units of the drawing, which are pixels in a column of its width.
 WIDTH, SHOWN_WIDTH, MARGIN = 360, 480, 10
 TEXT, TITLE = 12, 15
-PLOT_LEFT, PLOT_RIGHT = 132, 302
+PLOT_LEFT, PLOT_RIGHT = 136, 304
 LABEL_LETTERS = 16
 LANE, BAR, GAP, HEADING, LINE = 6, 5, 10, 24, 14
 LEAST_RANGE, GREATEST_RANGE = 2, 5  # powers of two to each side of 1

@@ -378,7 +378,7 @@ def main(arguments):
                                   "JsonCpp"])
     lines += section("Everything else", page, "others") + time_table(compared)
     lines += order_table(others)
-    lines += ["### Beside the rows above 1", ""] + bounds.tables()
+    lines += ["### Measured beside the rows above 1", ""] + bounds.tables()
     lines += ["### Values of each kind, one by one", "",
               "Arrays of 10,000 items (of 100 for strings of 10,000 bytes), serialized.", ""]
     lines += time_table(details)

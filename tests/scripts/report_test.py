@@ -175,7 +175,7 @@ class Report(unittest.TestCase):
 
     def ABarBeyondTheScaleEndsThereWithATip(self):
         (begin, _), = self.bars("writing", GREEN)  # 1/64
-        self.assertAlmostEqual(begin, 132, 0)
+        self.assertAlmostEqual(begin, 136, 0)
         tips = [path.get("fill") for path in self.chart("writing").iter(SVG + "path")]
         self.assertEqual(tips, [GREEN])
 
