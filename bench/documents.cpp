@@ -1,3 +1,4 @@
+// The documents to measure with: those of a folder, or generated ones.
 #include "documents.hpp"
 
 #include "tasks/statuses.hpp"

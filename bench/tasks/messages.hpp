@@ -1,6 +1,5 @@
 /// @file
-/// Other texts than the documents: short ones, and those of values that are spread over a used
-/// heap.
+/// Values to text: short messages of JSON, and values whose parts are spread over a used heap.
 #ifndef FOUNDATION_JSON_BENCH_TASKS_MESSAGES_HPP
 #define FOUNDATION_JSON_BENCH_TASKS_MESSAGES_HPP
 

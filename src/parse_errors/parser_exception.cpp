@@ -1,3 +1,4 @@
+// ParserException: what a reader of JSON text reports, and where.
 #include <foundation/json/parse_errors.hpp>
 
 #include <utility>

@@ -1,5 +1,5 @@
 /// @file
-/// Which bytes are blanks, digits, letters and hexadecimal digits.
+/// Classes of bytes: blanks, digits, letters, hexadecimal digits, control and continuation bytes.
 #ifndef FOUNDATION_JSON_SRC_PARSER_CHARACTERS_HPP
 #define FOUNDATION_JSON_SRC_PARSER_CHARACTERS_HPP
 

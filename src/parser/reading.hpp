@@ -1,5 +1,5 @@
 /// @file
-/// Reads whole texts from streams and files.
+/// Input: reads whole texts from streams and files, and sets the state of streams.
 #ifndef FOUNDATION_JSON_SRC_PARSER_READING_HPP
 #define FOUNDATION_JSON_SRC_PARSER_READING_HPP
 

@@ -1,5 +1,6 @@
 /// @file
-/// The floating-point environment that programs start with, set for a while.
+/// The floating-point environment that programs start with, but for the caller's rounding
+/// direction, set for a while.
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_DEFAULT_ENVIRONMENT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_DEFAULT_ENVIRONMENT_HPP
 

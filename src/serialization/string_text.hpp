@@ -1,5 +1,5 @@
 /// @file
-/// Which bytes of a string have an escape of two characters.
+/// Which bytes of a string have an escape of two characters, and the letter of each.
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_STRING_TEXT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_STRING_TEXT_HPP
 

@@ -1,3 +1,4 @@
+// The conversions of a value to bool and int.
 #include "value/value_access.hpp"
 
 // Callers catch the exceptions of this cast, so their type information must not be hidden: not

@@ -1,5 +1,5 @@
 /// @file
-/// Access to a value's content for the library's own sources: that of content.hpp, and the
+/// Defines ValueAccess::undefined(), which content.hpp declares for the library's own sources: the
 /// Undefined that stands for what is not there.
 #ifndef FOUNDATION_JSON_SRC_VALUE_VALUE_ACCESS_HPP
 #define FOUNDATION_JSON_SRC_VALUE_VALUE_ACCESS_HPP

@@ -1,4 +1,5 @@
-// Parsing when memory runs out, and how much memory parsing takes.
+// Parsing when memory runs out, how much memory parsing takes, and files that change while they are
+// read.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
 

@@ -1,3 +1,4 @@
+// Content by kind: holds(), get_if(), get() and what is changed through them.
 #include <foundation/json/content.hpp>
 
 #include "support/describe.hpp"

@@ -1,3 +1,4 @@
+// number<T>() and integer(): every pair of types at its limits.
 #include <foundation/json/content.hpp>
 
 #include "support/describe.hpp"

@@ -1,3 +1,4 @@
+// visit() with callables of all kinds.
 #include "support/describe.hpp"
 
 #include <foundation/json/content.hpp>

@@ -1,3 +1,4 @@
+// Structs by their tables of members: required, defaulted, unknown and inherited ones.
 #include "convert/conversion_error.hpp"
 #include "convert/fleet.hpp"
 #include "support/describe.hpp"

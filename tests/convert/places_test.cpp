@@ -1,3 +1,5 @@
+// Values found by JSON Pointer: find(), to() and to_or() with a pointer, and the pointer in an
+// error.
 #include "convert/conversion_error.hpp"
 #include "convert/fleet.hpp"
 #include "support/describe.hpp"

@@ -1,3 +1,4 @@
+// Random objects of many types become equal ones by way of a value.
 #include "convert/fleet.hpp"
 #include "support/describe.hpp"
 #include "support/random_objects.hpp"

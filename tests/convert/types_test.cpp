@@ -1,3 +1,4 @@
+// Every convertible type, there and back, and the errors of each.
 #include "convert/conversion_error.hpp"
 #include "convert/fleet.hpp"
 #include "support/describe.hpp"

@@ -1,3 +1,4 @@
+// A missing member is Undefined before static objects are constructed and after they are destroyed.
 #include "support/kind.hpp"
 
 #include <foundation/json/value.hpp>

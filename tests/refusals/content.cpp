@@ -1,3 +1,4 @@
+// What content.hpp refuses to compile, and the sentence that says why.
 #include <foundation/json/content.hpp>
 
 #include <string>

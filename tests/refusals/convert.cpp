@@ -1,3 +1,4 @@
+// What convert.hpp refuses to compile, and the sentence that says why.
 #include <foundation/json/convert.hpp>
 
 #include <array>

@@ -1,5 +1,6 @@
 /// @file
-/// Values of any depth of nesting, with values of every kind beside the nested one at each level.
+/// Deeply nested values: arrays alone, or with values of every kind beside the nested one at each
+/// level.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_NESTED_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_NESTED_HPP
 

@@ -1,5 +1,6 @@
 /// @file
-/// Random objects of any type that convert.hpp converts.
+/// Random objects of the types that convert.hpp converts: numbers, texts, containers, and the
+/// structs of the fleet.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_RANDOM_OBJECTS_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_RANDOM_OBJECTS_HPP
 

@@ -1,5 +1,5 @@
 /// @file
-/// A write onto a stream as one call, for tests of both layouts.
+/// A write onto a stream or into a string as one call that takes the layout.
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_WRITE_ONTO_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_WRITE_ONTO_HPP
 

@@ -1,3 +1,4 @@
+// Assignment and swap, of every kind to every kind.
 #include "support/describe.hpp"
 #include "support/samples.hpp"
 

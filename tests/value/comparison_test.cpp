@@ -1,3 +1,4 @@
+// Equality and order of values.
 #include "support/deep_stack.hpp"
 #include "support/describe.hpp"
 #include "support/samples.hpp"

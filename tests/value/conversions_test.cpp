@@ -1,3 +1,4 @@
+// Conversions of values to native types, and their errors.
 #include "support/describe.hpp"
 #include "support/samples.hpp"
 

@@ -1,3 +1,4 @@
+// The names and the order of the kinds, and the tags Undefined and Null.
 #include <foundation/json/value.hpp>
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// The Undefined constant of the interface.
 #include "support/kind.hpp"
 #include "support/samples.hpp"
 

@@ -1,3 +1,4 @@
+// Construction, copies and moves of a value, and its memory layout.
 #include "support/describe.hpp"
 #include "support/samples.hpp"
 

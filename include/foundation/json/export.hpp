@@ -1,5 +1,6 @@
 /// @file
-/// The macros of the headers.
+/// What the headers put on declarations, as macros: export, warnings of lifetimes, debug
+/// information.
 ///
 /// The export macro: everything in the shared library is hidden except what carries
 /// FOUNDATION_JSON_EXPORT, so the library's interface is exactly what its headers declare. The

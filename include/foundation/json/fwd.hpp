@@ -1,5 +1,5 @@
 /// @file
-/// Declarations of the classes, for headers that only pass values on by reference.
+/// Declarations of the classes of json.hpp, for headers that only pass values on by reference.
 ///
 ///     #include <foundation/json/fwd.hpp>
 ///

@@ -15,7 +15,8 @@
 /// JSON data in memory, and its text.
 
 /// @namespace foundation::json::detail
-/// Helpers for a JSON parser of your own.
+/// u16_to_u8() and string_to_double(), for a JSON parser of your own. All else in it is the
+/// library's own, and may change.
 #ifndef FOUNDATION_JSON_JSON_HPP
 #define FOUNDATION_JSON_JSON_HPP
 
