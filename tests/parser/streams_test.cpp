@@ -497,6 +497,10 @@ TEST(ValueStream, ATextThatEndsWithinAValueIsAnErrorAndThenTheEnd) {
         EXPECT_EQ(
             all_values("1\n[1,\n2", piece),
             (Texts{"1", "3:2: the text ends within the array that begins at line 2, column 1"}));
+        EXPECT_EQ(
+            all_values(std::string(2000, '\n') + "[1] [{\n", piece),
+            (Texts{"[1]",
+                   "2002:1: the text ends within the object that begins at line 2001, column 6"}));
         EXPECT_EQ(all_values("\"a", piece), (Texts{"1:3: the text ends within a string"}));
         EXPECT_EQ(all_values("12.", piece), (Texts{"1:4: the text ends within a number"}));
         EXPECT_EQ(all_values("tru", piece), (Texts{"1:4: the text ends within 'tru'"}));
