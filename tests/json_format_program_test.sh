@@ -89,7 +89,7 @@ run --version missing.json
 grep -Eqx 'json_format [0-9]+\.[0-9]+\.[0-9]+' out && cp /dev/null out
 expect TheVersionIsShown 0 '' ''
 
-# ---- Options of what is accepted ----
+# ---- Options for the input ----
 
 printf '[1, // one\n 2 /* two */]' >in
 run --comments in

@@ -20,7 +20,7 @@ namespace {
 
 constexpr int levels = 103;
 
-/// A value of so many levels, arrays and objects in turn, with one of every kind beside each of the
+/// A value of `depth` levels, arrays and objects in turn, with one of every kind beside each of the
 /// two deepest.
 Value nested(int depth, const std::vector<Sample>& beside) {
     Value value(Array{});

@@ -1,15 +1,14 @@
 """Usage: replay.py TRANSCRIPT... -- DEBUGGER [ARGUMENT...]
 
-Gives gdb or lldb the commands of transcripts, those after "(gdb) " or "(lldb) ", and fails unless
-it answers each as written there. The arguments bring it to where the first transcript begins; the
-next goes on where one ends.
+Runs the commands of transcripts in gdb or lldb: the lines after "(gdb) " or "(lldb) ". Fails unless
+the output of each is that of the transcript. The arguments bring the debugger to the place where the
+first transcript begins; each further one begins where the one before it ends.
 
-In a transcript, what precedes the first command and what follows an empty line are remarks; a line
-that ends in a backslash goes on in the next, after the spaces there. What differs from one version
-of a debugger to the next is left out: the numbers that gdb gives to what it prints, as in "$1 = ";
-in lldb, the "::" before the names of global variables, the addresses that references refer to, the
-name that stands for a class only declared, complaints about debug information, and advice on its
-settings.
+In a transcript, text before the first command and after an empty line is a remark; a line that ends in
+a backslash is continued by the next, without the spaces at its start. The comparison leaves out what
+differs between versions of the debuggers: the numbers that gdb gives to results, as in "$1 = "; in
+lldb, the "::" before the names of global variables, the addresses of references, the name that stands
+for a class that is only declared, complaints about debug information, and advice on its settings.
 """
 
 import difflib
@@ -32,13 +31,13 @@ def transcript_lines(transcript):
 
 
 def gdb_options(commands):
-    """With each, the prompt and the command are printed: gdb does not in a batch."""
+    """Prints the prompt and the command before each, as gdb itself does not in batch mode."""
     for command in commands:
         yield from ("-ex", f"python print({PROMPTS[0] + command!r})", "-ex", command)
 
 
 def lldb_options(commands):
-    """As they are: lldb prints them by itself."""
+    """The commands alone, since lldb itself prints the prompt and the command."""
     for command in commands:
         yield from ("-o", command)
 

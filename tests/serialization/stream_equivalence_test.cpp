@@ -120,7 +120,7 @@ private:
     test::RandomTrees random_;
 };
 
-/// The name of what an action throws.
+/// Describes what an action throws.
 std::string thrown_by(const std::function<void()>& action) {
     try {
         action();
@@ -207,7 +207,7 @@ constexpr Refusal refusals[] = {Refusal::forever, Refusal::once, Refusal::by_thr
 constexpr ios_base::iostate exceptions_to_throw[] = {
     ios_base::goodbit, ios_base::badbit, ios_base::failbit, ios_base::badbit | ios_base::failbit};
 
-/// Expects the same of a tree on every stream that fails after so many bytes.
+/// Expects the same of a tree on every kind of stream that fails after `bytes` bytes.
 void expect_equivalence_after(std::size_t bytes, const test::Tree& tree, Layout layout) {
     for (const Refusal refusal : refusals) {
         for (const ios_base::iostate exceptions : exceptions_to_throw) {

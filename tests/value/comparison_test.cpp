@@ -323,7 +323,7 @@ TEST(Comparison, FindsAValueThatHoldsUndefinedOrNanUnequalToItself) {
     }
 }
 
-/// The value within so many arrays of one element each.
+/// The value within `depth` arrays of one element each.
 Value in_arrays(std::size_t depth, Value value) {
     while (depth-- != 0) {
         Value outer(Array{Undefined()});
@@ -333,7 +333,7 @@ Value in_arrays(std::size_t depth, Value value) {
     return value;
 }
 
-/// The value within so many objects of one member each.
+/// The value within `depth` objects of one member each.
 Value in_objects(std::size_t depth, Value value) {
     while (depth-- != 0) {
         Value outer(Object{{"member", Undefined()}});

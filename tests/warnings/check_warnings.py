@@ -1,10 +1,10 @@
-"""Fails unless a compiler warns of exactly those lines of a source that say so.
+"""Fails unless a compiler warns of exactly the lines of a source that are marked so.
 
 Usage: check_warnings.py SOURCE COMPILER [OPTION...]
 
-A line says so by a comment at its end, "warns: EXPRESSION" or "clang++ warns: EXPRESSION", with a
-regular expression that one of the warnings has to contain. Where only clang++ has to warn, newer
-versions of g++ may do so too.
+The mark is a comment at the end of the line, "warns: EXPRESSION" or "clang++ warns: EXPRESSION", with a
+regular expression that one of the warnings must contain. Where only clang++ must warn, newer versions
+of g++ may warn, too.
 """
 
 import re
@@ -56,7 +56,7 @@ def main():
             wrong.append(f"line {number} must warn of {expected[number]}: {texts or 'it does not'}")
     if wrong:
         sys.exit("\n".join([f"check_warnings: {source}:", *wrong]))
-    print(f"{len(expected)} lines warn as they should, and no other.")
+    print(f"The compiler warns of exactly the {len(expected)} marked lines.")
 
 
 main()
