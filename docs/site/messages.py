@@ -33,7 +33,9 @@ def main():
         if not cells:
             return match[0]
         name = f"message-{len(entries) + 1}"
-        entries.append({"location": f"errors.html#{name}", "title": plain(cells[column]),
+        # The theme shows titles as HTML.
+        title = html.escape(plain(cells[column]), quote=False)
+        entries.append({"location": f"errors.html#{name}", "title": title,
                         "text": " ".join(plain(c) for i, c in enumerate(cells) if i != column)})
         return f'<tr id="{name}">{match[1]}</tr>'
 
