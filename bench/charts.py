@@ -16,7 +16,7 @@ LEAST_RANGE, GREATEST_RANGE = 2, 5  # powers of two to each side of 1
 
 
 def text_width(text, size=TEXT):
-    """At most, in the fonts that are common: a letter is 0.6 of its size wide on average."""
+    """The greatest width in common fonts, whose letters are on average 0.6 of the font size wide."""
     return 0.6 * size * len(text)
 
 
@@ -25,13 +25,13 @@ def ratio_text(ratio):
 
 
 def label_lines(label):
-    """Two at most; what does not fit is cut."""
+    """The lines of a label: at most two; longer labels are cut."""
     lines = textwrap.wrap(label, LABEL_LETTERS)
     return lines if len(lines) <= 2 else [lines[0], lines[1][:LABEL_LETTERS - 1] + "…"]
 
 
 class Axis:
-    """A logarithmic axis, as short as the ratios allow; what lies beyond ends at its ends."""
+    """A logarithmic axis, as short as the ratios allow. Ratios beyond it are drawn at its ends."""
 
     def __init__(self, ratios):
         powers = [math.log2(ratio) for ratio in ratios]
@@ -48,7 +48,7 @@ class Axis:
         return not self.low <= math.log2(ratio) <= self.high
 
     def ticks(self):
-        """Their labels and positions, as many as there is room for, 1 always."""
+        """The labels and positions of the ticks: as many as fit, and always 1."""
         step = 1
         while self.at(step) - self.at(0) < text_width("1/16") + 5:
             step += 1
@@ -64,7 +64,7 @@ def text(content, x, y, **attributes):
 
 
 def bar(axis, ratio, y, colour):
-    """From 1 to the ratio; with a tip if the ratio lies beyond the axis."""
+    """A bar from 1 to the ratio, with a tip if the ratio lies beyond the axis."""
     begin, end = sorted([axis.position(1), axis.position(ratio)])
     drawn = [f'<rect x="{begin:.1f}" y="{y:g}" width="{max(end - begin, 1):.1f}" height="{BAR}" '
              f'fill="{colour}"/>']

@@ -13,13 +13,13 @@ std::size_t allocated_memory();
 std::size_t highest_memory();
 void reset_highest_memory();
 
-/// Calls that allocate a block or change its size, and the bytes obtained by them.
+/// The number of calls that allocate a block or change its size, and the bytes that they return.
 struct Allocations {
     std::size_t number = 0;
     std::size_t bytes = 0;
 };
 
-/// All since the program began.
+/// All allocations since the program began.
 Allocations allocations();
 
 } // namespace bench

@@ -37,8 +37,8 @@ std::string document_of_size(std::size_t bytes);
 /// @throws foundation::json::ParserException if one of them is not JSON text
 bool same_value(std::string_view a, std::string_view b);
 
-/// How many values a document has, how many bytes their strings, names of members aside, and the
-/// sum of the numbers.
+/// The number of values in a document, the number of bytes in its strings, without names of
+/// members, and the sum of its numbers.
 struct ContentSums {
     std::size_t values = 0;
     std::size_t string_bytes = 0;

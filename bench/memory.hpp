@@ -9,21 +9,21 @@
 
 namespace bench {
 
-/// What one operation took, its result included, beyond what was allocated before it.
+/// The memory that one operation allocated, its result included.
 struct MemoryResult {
     std::string task;
     std::string subject;
-    std::size_t text_bytes = 0; ///< of its result, if that is a text
-    std::size_t peak_bytes = 0; ///< allocated at a time
-    std::size_t kept_bytes = 0; ///< allocated when it had ended, its result still there
+    std::size_t text_bytes = 0; ///< the length of its result, if that is a text
+    std::size_t peak_bytes = 0; ///< the most that was allocated at a time
+    std::size_t kept_bytes = 0; ///< still allocated after it, for its result
     std::size_t allocations = 0;
-    std::size_t allocated_bytes = 0; ///< obtained by those in all
+    std::size_t allocated_bytes = 0; ///< the sum over all allocations
 };
 
-/// A contender, and how to measure all its operations.
+/// A contender, with the function that measures all its operations.
 struct MemoryContender {
     std::string name;
-    std::size_t value_bytes; ///< of a value itself, `sizeof`
+    std::size_t value_bytes; ///< `sizeof` its values
     std::vector<MemoryResult> (*measure)();
 };
 

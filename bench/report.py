@@ -86,8 +86,8 @@ def duration(nanoseconds):
 
 
 def best_peer(times):
-    """The fastest of the others. Where a row has RapidJSON with a look at the kind first, as all the
-    others have one, that counts and not the one without."""
+    """The fastest of the others. Where a row has RapidJSON with a test of the kind, that counts and not
+    the one without, since all others test the kind."""
     candidates = [peer for peer in [*PEERS, CHECKED] if peer in times]
     if CHECKED in candidates:
         candidates.remove("RapidJSON")
@@ -181,14 +181,14 @@ def size_text(size):
 
 
 def pair(text, ours, theirs):
-    """"4.07 MB / 1.13 MB": what was measured of ours, and of the library beside it."""
+    """"4.07 MB / 1.13 MB": a measurement of this library, and of the one beside it."""
     if ours is None and theirs is None:
         return "–"
     return " / ".join("–" if value is None else text(value) for value in (ours, theirs))
 
 
 class Bounds:
-    """What was measured besides the time, for the rows in which another library is faster."""
+    """Measurements other than the time, for the rows in which another library is faster."""
 
     def __init__(self, rows, texts, counts, memory):
         self.rows = rows
@@ -215,7 +215,7 @@ class Bounds:
                             for contender in (OURS, best)))
 
     def time_beside(self, task, subject, times, contender=OURS):
-        """Another row's time, and which part of this one it is."""
+        """Another row's time, and its share of this row's."""
         other = self.rows.get((task, subject), {}).get(contender)
         if other is None:
             return "–"
@@ -234,7 +234,7 @@ class Bounds:
         return f"{self.time_beside('walk', subject, times)} / {theirs}"
 
     def bytes_read(self, task, subject, contender):
-        """Of the values, at least."""
+        """The bytes of the values that a task reads, at least."""
         if task.startswith("read "):
             values = self.counts.get((task, subject), {}).get(contender)
             size = self.value_bytes.get(contender.removesuffix(", checked"))
@@ -309,7 +309,7 @@ class Bounds:
 
 
 def charted(results):
-    """The rows of a chart: tasks that other libraries have as well."""
+    """The rows of a chart: tasks that other libraries have, too."""
     rows = []
     for (task, subject), times in results.items():
         others = dict(times)
@@ -360,20 +360,19 @@ def main(arguments):
 
     lines = [BEGIN, ""]
     lines += [f"- {line}" for line in (folder / "machine.txt").read_text().splitlines()]
-    lines += ["", "A bar of a chart goes from 1 to our time divided by that of another library. One "
-              "with a tip goes on beyond the scale.", "",
+    lines += ["", "A bar of a chart goes from 1 to our time divided by that of another library. A bar "
+              "with a tip continues beyond the scale.", "",
               "A cell of a table holds the other library's time in the row's unit, and in parentheses "
               "ours divided by it: below 1, ours is the shorter.", ""]
     lines += section("Writing", page, "writing") + time_table(writing)
     lines += section("Reading", page, "reading")
-    lines += ["From the text of a document to the value, and its destruction:", ""]
+    lines += ["Parsing the text of a document, and destroying the value:", ""]
     lines += time_table(parsing)
-    lines += ["The content of every string and every number of a document, its place known, through "
-              "what each library has for that: `get` here, `std::get`, `get_ref`, `GetString` and "
-              "`GetDouble`, `as_string` and `as_double`, `getString` and `asDouble`. All look at the "
-              "kind first, but for those of RapidJSON. So there is a second column of it, in which "
-              "`IsString` and `IsDouble` come first; the chart and the last column compare with "
-              "that.", ""]
+    lines += ["Reading the content of every string and every number of a document, found beforehand, by "
+              "the functions of each library: `get` here, `std::get`, `get_ref`, `GetString` and "
+              "`GetDouble`, `as_string` and `as_double`, `getString` and `asDouble`. All test the "
+              "kind first, except those of RapidJSON. In a second column for it, `IsString` and "
+              "`IsDouble` come first; the chart and the last column compare with that one.", ""]
     lines += time_table(reading, [STANDARD, "nlohmann", "RapidJSON", CHECKED, "Boost.JSON",
                                   "JsonCpp"])
     lines += section("Everything else", page, "others") + time_table(compared)
@@ -383,7 +382,7 @@ def main(arguments):
               "Arrays of 10,000 items (of 100 for strings of 10,000 bytes), serialized.", ""]
     lines += time_table(details)
     lines += ["### Memory", "",
-              "Allocated at a time besides the value, the resulting text included.", ""]
+              "The most memory allocated at a time beyond the value, with the resulting text.", ""]
     lines += memory_table(memory["operations"])
     lines += ["### Growth", ""] + growth_table(growth)
     lines += ["### Compilation", "",

@@ -1,4 +1,4 @@
-// Reading from RapidJSON as from the others, which look at the kind first and refuse any other.
+// Reading from RapidJSON with a test of the kind, which all other libraries make.
 #include "contenders/rapidjson.hpp"
 
 #include "tasks/reading.hpp"

@@ -1,6 +1,6 @@
 /// @file
-/// No library: values of std::variant, std::vector, std::map and std::string alone, the plainest
-/// that hold what JSON text says. What a task costs them is what its containers cost.
+/// No library: values of std::variant, std::vector, std::map and std::string alone, the simplest
+/// that hold JSON values. Their times are those of the standard containers.
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_STD_VARIANT_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_STD_VARIANT_HPP
 

@@ -1,5 +1,5 @@
 /// @file
-/// The memory of operations. Their names are those under which their time is measured.
+/// The memory of operations, under the names under which their time is measured.
 #ifndef FOUNDATION_JSON_BENCH_TASKS_MEMORY_HPP
 #define FOUNDATION_JSON_BENCH_TASKS_MEMORY_HPP
 
@@ -35,7 +35,7 @@ private:
     std::size_t count_ = 0;
 };
 
-/// Measures a function, and hands its result to another while it still exists.
+/// Measures a function, and passes its result to another one while it still exists.
 template <class Function, class Inspect>
 MemoryResult memory_of(const std::string& task, const std::string& subject, Function function,
                        Inspect inspect) {

@@ -1,5 +1,5 @@
 /// @file
-/// What is measured twice, for its time and for its memory.
+/// The operations of which both the time and the memory are measured.
 #ifndef FOUNDATION_JSON_BENCH_TASKS_WORK_HPP
 #define FOUNDATION_JSON_BENCH_TASKS_WORK_HPP
 
@@ -39,7 +39,7 @@ auto push_arrays(const typename Contender::Value& strings) {
     return array;
 }
 
-/// Objects of so many keys.
+/// Objects of `keys` keys.
 struct ObjectSize {
     std::size_t keys;
     const char* name;
@@ -47,7 +47,7 @@ struct ObjectSize {
 inline constexpr ObjectSize object_sizes[] = {
     {10, "10 keys"}, {1'000, "1,000 keys"}, {100'000, "100,000 keys"}};
 
-/// As many different keys, in no order.
+/// `count` different keys, in no order.
 inline std::vector<std::string> some_keys(std::size_t count) {
     std::vector<std::string> keys;
     Sequence sequence;
@@ -66,7 +66,7 @@ auto insert_keys(const std::vector<std::string>& keys) {
     return object;
 }
 
-/// Looks up 1,000 keys that are there, all over the object. Returns whether all were found.
+/// Looks up 1,000 keys that exist, from all parts of the object. Returns whether all were found.
 template <class Contender>
 bool find_keys(const typename Contender::Value& object, const std::vector<std::string>& keys) {
     constexpr int lookups = 1'000;

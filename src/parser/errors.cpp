@@ -136,7 +136,7 @@ Place Errors::place_of(const char* place) const noexcept {
     return result;
 }
 
-/// How messages call a place other than that of the error.
+/// The name that messages give another place than that of the error.
 std::string Errors::where(const char* place) const {
     const Place found = place_of(place);
     return "at line " + std::to_string(found.line) + ", column " + std::to_string(found.column);
@@ -181,7 +181,8 @@ std::string Errors::name_of(const char* place) const {
     return hexadecimal(code, 4, "U+");
 }
 
-/// Whether at a place, which is not the end, is a quotation mark of printed text.
+/// Whether a quotation mark of printed text is at a place.
+/// @param place  not the end
 bool Errors::is_curly_quote(const char* place) const noexcept {
     constexpr std::uint32_t first = 0x2018;
     constexpr std::uint32_t last = 0x201F;
@@ -201,8 +202,8 @@ std::string_view Errors::word_at(const char* place) const noexcept {
 
 // ---- Values ----------------------------------------------------------------------------------
 
-/// Fails if a comment begins at a place and the option comments is off, or what begins a comment in
-/// another language.
+/// Fails if a comment begins at a place and the option comments is off, or if a comment of another
+/// language begins there.
 void Errors::check_comment(const char* place, ParseResult result) const {
     if (!options_.comments && end() - place >= 2 && place[0] == '/' &&
         (place[1] == '/' || place[1] == '*')) {
@@ -361,7 +362,7 @@ void Errors::not_utf8(const char* place) const {
                                : hexadecimal(static_cast<unsigned char>(*place), 2, "byte 0x")));
 }
 
-/// @param comment  where it begins
+/// @param comment  where the comment begins
 void Errors::bad_comment(const char* place, const char* comment) const {
     if (place == end()) {
         fail(UNEXPECTED_END_OF_INPUT, place,

@@ -59,7 +59,7 @@ TEST(ParserErrors, ACharacterAfterTheValueIsNamed) {
     });
 }
 
-TEST(ParserErrors, WhatFollowsAContainerNamesTheBracketThatCloses) {
+TEST(ParserErrors, ACharacterAfterAContainerNamesTheBracketThatClosedIt) {
     check({
         {"{} {}", MISSING_ARRAY_OPEN, 3, 1, 4, "found '{' after the '}' that ends the value"},
         {"[1]]", MISSING_ARRAY_OPEN, 3, 1, 4, "found ']' after the ']' that ends the value"},
@@ -189,7 +189,7 @@ TEST(ParserErrors, AColonFollowsAName) {
     });
 }
 
-TEST(ParserErrors, ATextCutOffNamesTheContainerThatIsOpen) {
+TEST(ParserErrors, ATextThatIsCutOffNamesTheContainerThatIsOpen) {
     check({
         {"[", MISSING_ARRAY_CLOSE, 1, 1, 2,
          "the text ends within the array that begins at line 1, column 1"},
@@ -220,7 +220,7 @@ TEST(ParserErrors, ATextCutOffNamesTheContainerThatIsOpen) {
     });
 }
 
-TEST(ParserErrors, ATextCutOffWithinAScalarNamesIt) {
+TEST(ParserErrors, ATextThatIsCutOffWithinAScalarNamesTheScalar) {
     check({
         {"\"", MISSING_TRAILING_QUOTE, 1, 1, 2, "the text ends within a string"},
         {"\"abc", MISSING_TRAILING_QUOTE, 4, 1, 5, "the text ends within a string"},
@@ -308,7 +308,7 @@ TEST(ParserErrors, ASingleQuoteIsNamed) {
     });
 }
 
-TEST(ParserErrors, ACurlyQuoteIsToldFromAStraightOne) {
+TEST(ParserErrors, ACurlyQuoteIsNamed) {
     check({
         {"\xE2\x80\x9C_\xE2\x80\x9D", MISSING_LEADING_DIGIT, 0, 1, 1,
          "found '\xE2\x80\x9C' where a value should begin: strings are written in straight double "
@@ -623,7 +623,7 @@ TEST(ParserErrors, ANumberSignBeginsNoComment) {
     check({{"[1 # x\n]", MISSING_ARRAY_CLOSE, 3, 1, 4, "found '#' where ',' or ']' is expected"}});
 }
 
-TEST(ParserErrors, ATrailingCommaFollowsAnElementEvenWhereItIsAllowed) {
+TEST(ParserErrors, ATrailingCommaThatIsAllowedStillNeedsAnElementBeforeIt) {
     ParseOptions options;
     options.trailing_commas = true;
     expect_failure({"[,]", MISSING_LEADING_DIGIT, 1, 1, 2, "found ',' where a value should begin"},

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What bench/report.py makes of results that are made up: tables and charts."""
+"""Tests the tables and charts that bench/report.py makes of invented results."""
 
 import json
 import pathlib
@@ -15,7 +15,7 @@ OURS = "foundation::json"
 BLUE, ORANGE, GREEN = "#4c86c6", "#cf7a22", "#3f9a56"  # nlohmann, RapidJSON, Boost.JSON
 LONG_NAME = "a_document_with_a_name_that_is_longer_than_any_column"
 
-# Nanoseconds; everything that report.py needs, and a few rows only.
+# In nanoseconds: all the files that report.py needs, with only a few rows.
 TIMES = {
     "text": {("serialize", "doc"): {OURS: 2e6, "nlohmann": 8e6, "RapidJSON": 1e6}},
     "messages": {("message", "a & b < c"): {OURS: 100.0, "nlohmann": 200.0, "Boost.JSON": 6400.0}},
