@@ -50,7 +50,7 @@ class Axis:
     def ticks(self):
         """The labels and positions of the ticks: as many as fit, and always 1."""
         step = 1
-        while self.at(step) - self.at(0) < text_width("1/16") + 5:
+        while self.at(step) - self.at(0) < text_width("1/16") + 4:
             step += 1
         powers = [power for power in range(self.low, self.high + 1) if power % step == 0]
         return [(f"1/{2 ** -power}" if power < 0 else str(2 ** power), self.at(power))
