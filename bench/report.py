@@ -1,8 +1,8 @@
 """Usage: report.py RESULTS PAGE
 
 Writes the results of the benchmarks, the files of the folder RESULTS, between the markers of PAGE,
-a Markdown file, and draws charts of them next to it: SVG files that are named like the page, with _writing, _reading
-or _others added.
+a Markdown file, and draws charts of them next to it: SVG files that are named like the page, with
+_writing, _reading or _others added.
 """
 
 import json
