@@ -1,7 +1,7 @@
 // Element and Property: arrays and objects as expressions.
 #include <foundation/json/builders.hpp>
 
-#include "access/append.hpp"
+#include "value/append.hpp"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // Indexing, hasOwnProperty, length and push: looking into arrays and objects, and growing them.
 #include "access/indexing.hpp"
 
-#include "access/append.hpp"
+#include "value/append.hpp"
 #include "value/hardening.hpp"
 #include "value/value_access.hpp"
 
@@ -130,7 +130,12 @@ std::size_t Value::length() const {
 }
 
 void Value::push(const Value& v) {
-    visit(push_visitor(v), *this);
+    // An array takes no visit.
+    if (auto* const elements = get_if<Array>(this)) {
+        detail::append(*elements, v);
+    } else {
+        visit(push_visitor(v), *this);
+    }
 }
 
 bool Value::hasOwnProperty(const std::string& key) const {
@@ -140,7 +145,7 @@ bool Value::hasOwnProperty(const std::string& key) const {
 Value::push_visitor::push_visitor(const Value& v) noexcept : value_(&v) {}
 
 void Value::push_visitor::operator()(Array& elements) const {
-    detail::append(elements, value_, 1);
+    detail::append(elements, *value_);
 }
 
 void Value::push_visitor::operator()(const Undefined&) const {

@@ -18,10 +18,7 @@ public:
     NestingLevel(const NestingLevel&) = delete;
     NestingLevel& operator=(const NestingLevel&) = delete;
 
-    /// Whether an operation within this one would be beyond the ordinary levels.
-    static bool at_last_ordinary() noexcept { return level >= ordinary_levels; }
-
-    /// Whether this one is.
+    /// Whether this one is beyond the ordinary levels.
     bool beyond_ordinary() const noexcept { return level > ordinary_levels; }
 
 private:

@@ -1,5 +1,5 @@
 // Appending to an array: what is copied, what stays where it is, how the storage grows.
-#include "access/append.hpp"
+#include "value/append.hpp"
 
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>

@@ -10,31 +10,17 @@ namespace {
 
 using detail::NestingLevel;
 
-/// Two results at a level: whether it is beyond the ordinary ones, and whether the level outside it
-/// was the last ordinary one.
-struct Within {
-    bool beyond_ordinary;
-    bool at_last_ordinary;
-};
-
-Within within(int levels) {
-    const bool at_last_ordinary = NestingLevel::at_last_ordinary();
+/// Whether the level so many levels within this one is beyond the ordinary ones.
+bool beyond_ordinary_within(int levels) {
     const NestingLevel level;
-    if (levels != 0) {
-        return within(levels - 1);
-    }
-    return {level.beyond_ordinary(), at_last_ordinary};
+    return levels != 0 ? beyond_ordinary_within(levels - 1) : level.beyond_ordinary();
 }
 
 TEST(NestingLevel, AHundredLevelsAreOrdinary) {
-    EXPECT_FALSE(within(0).beyond_ordinary);
-    EXPECT_FALSE(within(0).at_last_ordinary);
-    EXPECT_FALSE(within(99).beyond_ordinary);
-    EXPECT_FALSE(within(99).at_last_ordinary);
-    EXPECT_TRUE(within(100).beyond_ordinary);
-    EXPECT_TRUE(within(100).at_last_ordinary);
-    EXPECT_TRUE(within(5000).beyond_ordinary);
-    EXPECT_TRUE(within(5000).at_last_ordinary);
+    EXPECT_FALSE(beyond_ordinary_within(0));
+    EXPECT_FALSE(beyond_ordinary_within(99));
+    EXPECT_TRUE(beyond_ordinary_within(100));
+    EXPECT_TRUE(beyond_ordinary_within(5000));
 }
 
 TEST(NestingLevel, EndsWithItsScope) {
@@ -42,16 +28,16 @@ TEST(NestingLevel, EndsWithItsScope) {
         const NestingLevel level;
         EXPECT_FALSE(level.beyond_ordinary());
     }
-    EXPECT_TRUE(within(100).beyond_ordinary);
-    EXPECT_FALSE(within(99).beyond_ordinary);
+    EXPECT_TRUE(beyond_ordinary_within(100));
+    EXPECT_FALSE(beyond_ordinary_within(99));
 }
 
 TEST(NestingLevel, EachThreadCountsItsOwn) {
-    Within other{true, true};
+    bool other_beyond_ordinary = true;
     const NestingLevel level;
-    std::thread([&] { other = within(99); }).join();
-    EXPECT_FALSE(other.beyond_ordinary) << "counts the level of this thread, too";
-    EXPECT_TRUE(within(99).beyond_ordinary);
+    std::thread([&] { other_beyond_ordinary = beyond_ordinary_within(99); }).join();
+    EXPECT_FALSE(other_beyond_ordinary) << "counts the level of this thread, too";
+    EXPECT_TRUE(beyond_ordinary_within(99));
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 /// @file
 /// Appending to an array without copying its elements.
-#ifndef FOUNDATION_JSON_SRC_ACCESS_APPEND_HPP
-#define FOUNDATION_JSON_SRC_ACCESS_APPEND_HPP
+#ifndef FOUNDATION_JSON_SRC_VALUE_APPEND_HPP
+#define FOUNDATION_JSON_SRC_VALUE_APPEND_HPP
 
 #include "value/value_access.hpp"
 
@@ -15,6 +15,9 @@ namespace foundation::json::detail {
 /// each array or object among them, and never copies their content. Amortized constant time per
 /// value in addition to its copy. If anything throws, the array is unchanged.
 void append(Array& elements, const Value* values, std::size_t count);
+
+/// The same for one value.
+void append(Array& elements, const Value& value);
 
 } // namespace foundation::json::detail
 
