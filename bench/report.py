@@ -224,7 +224,9 @@ class Bounds:
     def bare_work(self, task, subject, times):
         if task == "parse and destroy":
             return "copy and destroy: " + self.time_beside("copy and destroy", subject, times)
-        return self.time_beside(task, subject, times, STANDARD)
+        time = self.time_beside(task, subject, times, STANDARD)
+        calls = self.of_memory(task, subject, STANDARD, "allocations")
+        return f"{time}, {calls:,} allocations" if calls else time
 
     def walk(self, subject, times, best):
         walks = self.rows.get(("walk", subject), {})
