@@ -226,7 +226,11 @@ inline void destroy_content(Value& value) noexcept {
 
 [[gnu::flatten]] Value::~Value() {
     destroy_content(*this);
-    new (&variant_) Variant(false);
+    // Whatever kind it was, nothing is left to destroy. The library's own Undefined stays one: a
+    // missing member may be looked up after static objects are destroyed.
+    if (!holds<Undefined>(*this)) {
+        new (&variant_) Variant(false);
+    }
 }
 
 namespace {
