@@ -35,6 +35,9 @@ void reserve_if_possible(Array& array, std::size_t length) {
     }
 }
 
+/// Up to so many bytes, a text and its value are in the processor's caches. Measured.
+constexpr std::ptrdiff_t short_text = 65536;
+
 /// A double holds each whole number up to this exactly.
 constexpr std::uint64_t largest_exact = std::uint64_t{1} << 53;
 
@@ -61,7 +64,9 @@ public:
     }
 
     void open_array(const char* place) const { parser_.open(parser_.arrays_.push(), place); }
-    void open_object(const char* place) const { parser_.open(parser_.objects_.push(), place); }
+    void open_object(const char* place) const {
+        parser_.open_.open(parser_.objects_.push(), place);
+    }
 
 private:
     Parser& parser_;
@@ -85,13 +90,13 @@ public:
     }
 
     void open_object(const char* place) const {
-        parser_.open(content_of<Object>(insert(parser_.no_members_)), place);
+        parser_.open_.open(content_of<Object>(insert(parser_.no_members_)), place);
     }
 
 private:
     template <class Content>
     Value& insert(const Content& content) const {
-        return parser_.insert(*parser_.open_.top().object, name_, content);
+        return parser_.insert(parser_.open_.object(), name_, content);
     }
 
     Parser& parser_;
@@ -119,7 +124,7 @@ public:
 
     void open_object(const char* place) const {
         root_ = Value(parser_.no_members_);
-        parser_.open(content_of<Object>(root_), place);
+        parser_.open_.open(content_of<Object>(root_), place);
     }
 
 private:
@@ -155,11 +160,17 @@ inline bool Parser::find_first(const char*& place, char close) const {
 }
 
 void Parser::read(Value& root) {
+    if (end_ - begin_ > short_text) {
+        // An allocation of this size lets the C library join the memory that was freed before.
+        // Taken piece by piece, from wherever it is, it would make a large value slow to read and
+        // destroy.
+        pending_.grow();
+    }
     const char* place = skip_space(begin_);
     const RootSink sink(*this, root);
     place = is_opening(place) ? open_container(place, sink) : read_scalar(place, sink, false);
     while (!open_.empty()) {
-        place = open_.top().is_array() ? read_elements(place) : read_members(place);
+        place = open_.is_array() ? read_elements(place) : read_members(place);
     }
     const char* const value_end = place;
     place = skip_space(place);
@@ -221,7 +232,7 @@ StringToken Parser::read_name(const char* place) {
     if (options_.duplicate_names == ParseOptions::DuplicateNames::error) {
         std::string decoded;
         decode(name, decoded);
-        if (open_.top().object->count(decoded) != 0) {
+        if (open_.object().count(decoded) != 0) {
             errors_.duplicate_name(place, name);
         }
     }
@@ -232,7 +243,7 @@ StringToken Parser::read_name(const char* place) {
 
 template <class Sink>
 const char* Parser::open_container(const char* place, const Sink& sink) {
-    if (open_.size() >= options_.max_depth) {
+    if (open_.depth() >= options_.max_depth) {
         errors_.too_deep(place);
     }
     if (*place == '[') {
@@ -382,33 +393,29 @@ Value& Parser::insert(Object& members, const StringToken& name, const Content& c
 // ---- Containers ------------------------------------------------------------------------------
 
 void Parser::open(Array& array, const char* begin) {
-    open_.push(Open(array, pending_.size(), begin));
-}
-
-void Parser::open(Object& object, const char* begin) {
-    open_.push(Open(object, begin));
+    open_.open(array, pending_.size(), begin);
 }
 
 void Parser::close_array(const char* end) {
-    const Open& closed = open_.top();
-    take_pending(*closed.array, closed.first_pending);
-    close(end, PendingElement(closed.array));
+    Array& array = open_.array();
+    take_pending(array, open_.first_pending());
+    close(end, PendingElement(&array));
 }
 
 void Parser::close_object(const char* end) {
-    close(end, PendingElement(open_.top().object));
+    close(end, PendingElement(&open_.object()));
 }
 
 /// @param closed  the innermost open container, for the array that it may be an element of
 void Parser::close(const char* end, const PendingElement& closed) {
-    open_.pop();
+    open_.close();
     child_closed_ = true;
-    if (!open_.empty() && open_.top().is_array()) {
+    if (!open_.empty() && open_.is_array()) {
         element_ = end + 1;
         add_pending(closed);
         // add_pending() hardly ever finds the stack full here, since the elements of the closed
         // container have just left it.
-        if (pending_.size() - open_.top().first_pending >= ArrayLengths::least) {
+        if (pending_.size() - open_.first_pending() >= ArrayLengths::least) {
             make_room();
         }
     }
@@ -419,19 +426,18 @@ void Parser::close(const char* end, const PendingElement& closed) {
 /// Moves the pending elements of the innermost open array into it, if there are many. Otherwise
 /// makes room for one more pending element.
 [[gnu::noinline]] void Parser::make_room() {
-    const Open& open = open_.top();
-    const std::size_t count = pending_.size() - open.first_pending;
+    const std::size_t count = pending_.size() - open_.first_pending();
     if (count < ArrayLengths::least || count < pending_.size() / 2) {
         if (pending_.full()) {
             pending_.grow();
         }
         return;
     }
-    Array& array = *open.array;
+    Array& array = open_.array();
     if (array.capacity() == 0) {
-        reserve_if_possible(array, lengths_.length(open.begin, element_, count - 1));
+        reserve_if_possible(array, lengths_.length(open_.bracket(), element_, count - 1));
     }
-    take_pending(array, open.first_pending);
+    take_pending(array, open_.first_pending());
 }
 
 /// Moves the pending elements from index `first` on into an array.
@@ -448,6 +454,7 @@ void Parser::take_pending(Array& array, std::size_t first) {
         }
     }
     pending_.shrink(first);
+    pending_.release();
     arrays_.release();
     objects_.release();
 }

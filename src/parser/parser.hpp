@@ -5,6 +5,7 @@
 
 #include "parser/array_lengths.hpp"
 #include "parser/errors.hpp"
+#include "parser/open_containers.hpp"
 #include "parser/stack.hpp"
 #include "parser/strings.hpp"
 #include "value/value_access.hpp"
@@ -102,26 +103,6 @@ public:
     void read(Value& root);
 
 private:
-    /// A container that has been opened and not closed.
-    struct Open {
-        Open(Object& opened, const char* bracket) noexcept
-            : object(&opened), first_pending(of_object), begin(bracket) {}
-        Open(Array& opened, std::size_t first, const char* bracket) noexcept
-            : array(&opened), first_pending(first), begin(bracket) {}
-        Open() = default;
-
-        bool is_array() const noexcept { return first_pending != of_object; }
-
-        static constexpr std::size_t of_object = static_cast<std::size_t>(-1);
-
-        union {
-            Array* array;
-            Object* object;
-        };
-        std::size_t first_pending; ///< the index of the first pending element of an array
-        const char* begin;         ///< the opening bracket
-    };
-
     class ElementSink;
     class MemberSink;
     class RootSink;
@@ -151,7 +132,6 @@ private:
     void take_large_integer(const char* place, const NumberToken& token, const Sink& sink);
 
     void open(Array& array, const char* begin);
-    void open(Object& object, const char* begin);
     void add_pending(const PendingElement& element);
     void make_room();
     void close_array(const char* end);
@@ -182,7 +162,7 @@ private:
     const ParseOptions& options_;
     Errors errors_;
 
-    Stack<Open> open_;
+    OpenContainers open_;
     bool child_closed_ = false; ///< whether the last thing read is the end of a container
     Stack<PendingElement> pending_;
     const char* element_ = nullptr; ///< where the element begins that becomes pending, or ends

@@ -3,8 +3,8 @@
 #ifndef FOUNDATION_JSON_SRC_PARSER_STACK_HPP
 #define FOUNDATION_JSON_SRC_PARSER_STACK_HPP
 
+#include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <memory>
 #include <type_traits>
 #include <utility>
@@ -12,21 +12,27 @@
 
 namespace foundation::json::detail {
 
-/// A stack of trivially copyable items. Growth is not part of push(), so that push() is inlined.
+/// A stack of trivially copyable items. It has room of its own for a few, so that short texts need
+/// no allocation. Growth is not part of push(), so that push() is inlined.
 template <class Item>
 class Stack {
     static_assert(std::is_trivially_copyable_v<Item>);
 
 public:
+    Stack() noexcept : items_(own_) {}
+    Stack(const Stack&) = delete;
+    Stack& operator=(const Stack&) = delete;
+
     bool empty() const noexcept { return size_ == 0; }
     std::size_t size() const noexcept { return size_; }
     Item& top() noexcept { return items_[size_ - 1]; }
     const Item& top() const noexcept { return items_[size_ - 1]; }
-    const Item* begin() const noexcept { return items_.get(); }
-    const Item* end() const noexcept { return items_.get() + size_; }
+    const Item* begin() const noexcept { return items_; }
+    const Item* end() const noexcept { return items_ + size_; }
 
     bool full() const noexcept { return size_ == capacity_; }
 
+    /// Growth is kept out of this, to be inlined.
     void push(const Item& item) {
         if (full()) {
             grow();
@@ -37,23 +43,34 @@ public:
     void pop() noexcept { --size_; }
     void shrink(std::size_t size) noexcept { size_ = size; }
 
-    [[gnu::noinline]] void grow() {
-        // By half, not to double the size, since old and new items are in memory at the same time.
-        const std::size_t capacity = capacity_ == 0 ? first_capacity : capacity_ + capacity_ / 2;
-        auto items = std::make_unique<Item[]>(capacity);
-        if (size_ != 0) {
-            std::memcpy(items.get(), items_.get(), size_ * sizeof(Item));
+    // In small steps, since old and new items are in memory at a time.
+
+    [[gnu::noinline]] void grow() { move(capacity_ + capacity_ / 4); }
+
+    /// Gives up some of the room if much of it is not in use.
+    void release() {
+        if (size_ < capacity_ - capacity_ / 3 && capacity_ > kept_capacity) {
+            move(capacity_ - capacity_ / 4);
         }
-        items_ = std::move(items);
-        capacity_ = capacity;
     }
 
 private:
-    static constexpr std::size_t first_capacity = 64;
+    static constexpr std::size_t own_capacity = 64;
+    static constexpr std::size_t kept_capacity = 1024;
 
-    std::unique_ptr<Item[]> items_;
+    void move(std::size_t capacity) {
+        std::unique_ptr<Item[]> items(new Item[capacity]);
+        std::copy(begin(), end(), items.get());
+        heap_ = std::move(items);
+        items_ = heap_.get();
+        capacity_ = capacity;
+    }
+
+    Item* items_;
     std::size_t size_ = 0;
-    std::size_t capacity_ = 0;
+    std::size_t capacity_ = own_capacity;
+    std::unique_ptr<Item[]> heap_;
+    Item own_[own_capacity];
 };
 
 /// A stack of containers that keep their addresses. It uses containers again after pop(), so they
@@ -72,15 +89,16 @@ public:
 
     void pop() noexcept { --size_; }
 
-    /// Frees most of the containers that are not in use.
+    /// Frees most of the containers that are not in use, if there are many.
     void release() noexcept {
-        while (size_ + 2 * chunk_size <= chunks_.size() * chunk_size) {
+        while (size_ + kept <= chunks_.size() * chunk_size) {
             chunks_.pop_back();
         }
     }
 
 private:
-    static constexpr std::size_t chunk_size = 32;
+    static constexpr std::size_t chunk_size = 16;
+    static constexpr std::size_t kept = 256;
 
     [[gnu::noinline]] void grow() { chunks_.push_back(std::make_unique<Container[]>(chunk_size)); }
 
