@@ -134,8 +134,18 @@ private:
 
 /// Skips blanks and, where they are allowed, comments.
 inline const char* Parser::skip_space(const char* place) const {
-    const bool none = place != end_ && static_cast<unsigned char>(*place) > ' ' && *place != '/';
-    return none ? place : skip_long_space(place);
+    const auto is_token = [](char byte) {
+        return static_cast<unsigned char>(byte) > ' ' && byte != '/';
+    };
+    if (end_ - place >= 2) {
+        if (is_token(*place)) {
+            return place;
+        }
+        if (*place == ' ' && is_token(place[1])) {
+            return place + 1;
+        }
+    }
+    return skip_long_space(place);
 }
 
 // ---- Structure -------------------------------------------------------------------------------

@@ -58,10 +58,15 @@ template <class Bytes>
         } else if (is_ascii(*place)) {
             place = skip_clean<Bytes>(place, end);
         } else {
-            const Utf8Sequence sequence = utf8_sequence(place, end);
-            place += sequence.length;
-            if (!sequence.complete) {
-                token.error = place == end ? StringError::text_ends : StringError::utf8;
+            while (end - place >= 3 && is_usual_of_three(place)) {
+                place += 3;
+            }
+            if (place != end && !is_ascii(*place)) {
+                const Utf8Sequence sequence = utf8_sequence(place, end);
+                place += sequence.length;
+                if (!sequence.complete) {
+                    token.error = place == end ? StringError::text_ends : StringError::utf8;
+                }
             }
         }
         if (token.error != StringError::none) {
@@ -70,12 +75,24 @@ template <class Bytes>
     }
 }
 
+/// Reads a string that may be long.
+template <class Bytes>
+[[gnu::noinline]] StringToken scan_long_string(const char* from, const char* end) noexcept {
+    const StringToken token{from, skip_clean<Bytes>(from, end)};
+    return token.end != end && *token.end == '"' ? token : scan_special<Bytes>(token, end);
+}
+
 /// Reads a string.
 /// @param from  behind the opening quote
 template <class Bytes>
-StringToken scan_string(const char* from, const char* end) noexcept {
-    const StringToken token{from, skip_clean<Bytes>(from, end)};
-    return token.end != end && *token.end == '"' ? token : scan_special<Bytes>(token, end);
+[[gnu::always_inline]] inline StringToken scan_string(const char* from, const char* end) noexcept {
+    if (end - from >= static_cast<std::ptrdiff_t>(Bytes::size)) {
+        const auto found = Bytes(from).special_in_string();
+        if (!found.empty() && from[found.first()] == '"') {
+            return {from, from + found.first()};
+        }
+    }
+    return scan_long_string<Bytes>(from, end);
 }
 
 /// Decodes a token into a string.

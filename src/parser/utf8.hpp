@@ -41,6 +41,15 @@ inline Utf8Sequence utf8_sequence(const char* from, const char* end) noexcept {
     return {length, true};
 }
 
+/// Whether a text goes on with one of those sequences of three bytes that have no limits but those
+/// of each byte.
+/// @param from  at least three bytes
+inline bool is_usual_of_three(const char* from) noexcept {
+    const auto lead = static_cast<unsigned char>(from[0]);
+    return lead > 0xE0 && lead < 0xF0 && lead != 0xED && is_continuation(from[1]) &&
+           is_continuation(from[2]);
+}
+
 /// The character of a complete sequence, or of an ASCII byte.
 inline std::uint32_t code_point(std::string_view sequence) noexcept {
     constexpr unsigned lead_bits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};

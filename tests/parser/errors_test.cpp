@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace foundation::json::test {
@@ -516,6 +517,21 @@ TEST(ParserErrors, ATextThatIsNotUtf8IsLocatedAtTheWrongByte) {
         {"[\"\xE9t\xE9\"]", INVALID_UNICODE_ESCAPE, 3, 1, 4,
          "the text is not UTF-8: a character is cut off before 't'"},
     });
+}
+
+TEST(ParserErrors, WhatLiesBehindTheTextIsNotLookedAt) {
+    // Each beginning of a longer text is a text that ends too early, exactly at its end.
+    const std::string_view whole = "[ \"\xE3\x81\x82\xC3\xA9\xF0\x9F\x8C\x8D\\u00e9\", true, "
+                                   "\"a string of more than sixteen bytes\", {\"name\": null}]";
+    for (std::size_t size = 1; size != whole.size() && !::testing::Test::HasFailure(); ++size) {
+        try {
+            parse(whole.substr(0, size));
+            ADD_FAILURE() << size << " bytes are accepted";
+        } catch (const ParserException& error) {
+            EXPECT_EQ(error.get_byte_position(), size) << error.what();
+            EXPECT_EQ(std::string(error.what()).substr(0, 13), "the text ends") << size;
+        }
+    }
 }
 
 TEST(ParserErrors, BytesThatBeginNoValueAreNamed) {
