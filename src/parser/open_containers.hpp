@@ -15,7 +15,7 @@ namespace foundation::json::detail {
 
 /// A stack of open containers.
 ///
-/// Texts may be nested deeply, so it takes few words: one for an object and three for an array.
+/// Texts may be nested deeply, so it takes few words: two for an object and three for an array.
 /// They lie in chunks, since a block that grows takes twice as much while it is copied.
 class OpenContainers {
 public:
