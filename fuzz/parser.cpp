@@ -148,7 +148,7 @@ public:
             failure = content(error) + error.get_quoted_text();
             check_position(text_, error);
             check_description(error);
-            check_refusal_by_the_tests(error.what());
+            check_usage_error_by_the_tests(error.what());
         }
         check_stream(value, failure);
         const std::vector<std::string> values = values_of_stream(piece_);
@@ -161,7 +161,7 @@ public:
     }
 
 private:
-    void check_refusal_by_the_tests(const std::string& what) const {
+    void check_usage_error_by_the_tests(const std::string& what) const {
         const bool too_deep = what.find("nested deeper") != std::string::npos;
         if (is_ascii(text_) && is_shallow(text_) && !too_deep) {
             expect(!read_by_the_tests(text_), "no reader accepts it: " + what);

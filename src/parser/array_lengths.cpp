@@ -1,7 +1,7 @@
 #include "parser/array_lengths.hpp"
 
 #include "parser/byte_block.hpp"
-#include "parser/scanning.hpp"
+#include "parser/skipping.hpp"
 
 #include <utility>
 #include <vector>

@@ -21,7 +21,7 @@ constexpr bool is_letter(char byte) noexcept {
     return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_';
 }
 
-constexpr bool is_word(char byte) noexcept {
+constexpr bool continues_word(char byte) noexcept {
     return is_letter(byte) || is_digit(byte);
 }
 

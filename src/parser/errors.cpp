@@ -114,7 +114,7 @@ std::size_t marked(std::string_view text) noexcept {
 
 } // namespace
 
-void Place::advance(std::string_view text) noexcept {
+void TextPosition::advance(std::string_view text) noexcept {
     const std::size_t mark = byte == 0 ? marked(text) : 0;
     byte += text.size();
     text.remove_prefix(mark);
@@ -130,21 +130,21 @@ void Place::advance(std::string_view text) noexcept {
 
 // ---- Where it failed -------------------------------------------------------------------------
 
-Place Errors::place_of(const char* place) const noexcept {
-    Place result = begin_;
+TextPosition Errors::place_of(const char* place) const noexcept {
+    TextPosition result = begin_;
     result.advance(text_.substr(0, static_cast<std::size_t>(place - text_.data())));
     return result;
 }
 
 /// The name that messages give another place than that of the error.
 std::string Errors::where(const char* place) const {
-    const Place found = place_of(place);
+    const TextPosition found = place_of(place);
     return "at line " + std::to_string(found.line) + ", column " + std::to_string(found.column);
 }
 
 void Errors::fail(ParseResult result, const char* place, const std::string& what) const {
     const auto position = static_cast<std::size_t>(place - text_.data());
-    const Place failed = place_of(place);
+    const TextPosition failed = place_of(place);
 
     const std::size_t line_feed = text_.substr(0, position).rfind('\n');
     const std::size_t text_begin = begin_.byte == 0 ? marked(text_) : 0;
@@ -196,7 +196,7 @@ bool Errors::is_curly_quote(const char* place) const noexcept {
 
 std::string_view Errors::word_at(const char* place) const noexcept {
     const char* const behind =
-        std::find_if_not(place, end(), [](char byte) { return is_word(byte); });
+        std::find_if_not(place, end(), [](char byte) { return continues_word(byte); });
     return {place, static_cast<std::size_t>(behind - place)};
 }
 
@@ -217,13 +217,13 @@ void Errors::check_comment(const char* place, ParseResult result) const {
 /// Fails if a word begins right behind a string or number.
 /// @param place  neither the beginning nor the end of the text
 void Errors::check_glued(const char* place, ParseResult result) const {
-    if (place[-1] == '"' && is_word(*place)) {
+    if (place[-1] == '"' && continues_word(*place)) {
         fail(UNESCAPED_QUOTE, place,
              "found " + name_of(place) +
                  " right after a string: a quote within a string is written \\\"");
     }
     if (is_digit(place[-1]) &&
-        (is_word(*place) || *place == '.' || *place == '+' || *place == '-')) {
+        (continues_word(*place) || *place == '.' || *place == '+' || *place == '-')) {
         fail(result, place, "found " + name_of(place) + " right after a number");
     }
 }
@@ -419,7 +419,7 @@ void Errors::no_separator(const char* place, const char* opening) const {
     check_comment(place, result);
     check_glued(place, result);
     constexpr std::string_view first_bytes = "\"'[{-";
-    if (is_word(*place) || first_bytes.find(*place) != std::string_view::npos) {
+    if (continues_word(*place) || first_bytes.find(*place) != std::string_view::npos) {
         fail(result, place, "a comma is missing before " + name_of(place));
     }
     const bool not_closed = is_bracket(*place) || (array && *place == ':');

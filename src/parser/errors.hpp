@@ -17,7 +17,7 @@ namespace foundation::json::detail {
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 /// A place in the whole input, of which a text may be a part.
-struct Place {
+struct TextPosition {
     std::size_t byte = 0;
     std::size_t line = 1;
     std::size_t column = 1;
@@ -37,7 +37,7 @@ constexpr std::size_t most_quoted = 160;
 class Errors {
 public:
     /// @param begin  where the text begins in the whole input
-    Errors(std::string_view text, const Place& begin, const ParseOptions& options) noexcept
+    Errors(std::string_view text, const TextPosition& begin, const ParseOptions& options) noexcept
         : text_(text), begin_(begin), options_(options) {}
 
     [[noreturn]] void no_value(const char* place, const char* opening, bool after_comma) const;
@@ -60,7 +60,7 @@ private:
     void check_glued(const char* place, ParseResult result) const;
 
     const char* end() const noexcept { return text_.data() + text_.size(); }
-    Place place_of(const char* place) const noexcept;
+    TextPosition place_of(const char* place) const noexcept;
     std::string where(const char* place) const;
     [[noreturn]] void ends_within(ParseResult result, const char* opening) const;
     std::string name_of(const char* place) const;
@@ -68,7 +68,7 @@ private:
     std::string_view word_at(const char* place) const noexcept;
 
     std::string_view text_;
-    Place begin_;
+    TextPosition begin_;
     const ParseOptions& options_;
 };
 

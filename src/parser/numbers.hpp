@@ -58,7 +58,7 @@ inline std::uint64_t load_first_lowest(const char* from) noexcept {
 
 /// Appends the digits at the start of a word of text to a number, modulo 2^64.
 /// @return their count, at most digits_at_once
-inline std::ptrdiff_t scan_word(const char* from, std::uint64_t& number) noexcept {
+inline std::ptrdiff_t scan_eight_digits(const char* from, std::uint64_t& number) noexcept {
     const std::uint64_t word = load_first_lowest(from);
     const std::ptrdiff_t count = count_digits(word);
     if (count != 0) {
@@ -72,7 +72,7 @@ inline std::ptrdiff_t scan_word(const char* from, std::uint64_t& number) noexcep
 /// @return the place behind the last of them
 inline const char* scan_digits(const char* from, const char* end, std::uint64_t& number) noexcept {
     while (end - from >= digits_at_once) {
-        const std::ptrdiff_t count = scan_word(from, number);
+        const std::ptrdiff_t count = scan_eight_digits(from, number);
         from += count;
         if (count != digits_at_once) {
             return from;
@@ -158,10 +158,10 @@ inline UsualNumber scan_usual_number(const char* from) noexcept {
         ++place;
     }
     if (place - from == few_digits) {
-        std::ptrdiff_t more = scan_word(place, digits);
+        std::ptrdiff_t more = scan_eight_digits(place, digits);
         place += more;
         if (more == digits_at_once) {
-            place += scan_word(place, digits);
+            place += scan_eight_digits(place, digits);
         }
     }
     std::ptrdiff_t count = place - from;
@@ -171,10 +171,10 @@ inline UsualNumber scan_usual_number(const char* from) noexcept {
     int exponent = 0;
     if (*place == '.') {
         const char* const fraction = ++place;
-        std::ptrdiff_t more = scan_word(place, digits);
+        std::ptrdiff_t more = scan_eight_digits(place, digits);
         place += more;
         if (more == digits_at_once) {
-            more = scan_word(place, digits);
+            more = scan_eight_digits(place, digits);
             place += more;
         }
         const std::ptrdiff_t decimals = place - fraction;

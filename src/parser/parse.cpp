@@ -1,6 +1,6 @@
 // The functions that read one whole text, from memory, a stream or a file.
+#include "parser/input.hpp"
 #include "parser/parser.hpp"
-#include "parser/reading.hpp"
 
 #include <foundation/json/parse.hpp>
 

@@ -302,7 +302,7 @@ const char* Parser::read_word(const char* begin, const char (&word)[Size], Conte
             errors_.bad_word(begin, place);
         }
     }
-    if (place != end_ && is_word(*place)) {
+    if (place != end_ && continues_word(*place)) {
         errors_.bad_word(begin, place);
     }
     sink(content);

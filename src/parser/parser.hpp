@@ -81,7 +81,7 @@ class Parser {
 public:
     /// @param text  must outlive the parser, and so must the options
     Parser(std::string_view text, const ParseOptions& options)
-        : Parser(text, text, Place(), options) {
+        : Parser(text, text, TextPosition(), options) {
         if (text.substr(0, byte_order_mark.size()) == byte_order_mark) {
             begin_ += byte_order_mark.size();
         }
@@ -90,7 +90,7 @@ public:
     /// @param value    the part of the text to read
     /// @param context  the text as far as it is known, for errors to quote
     /// @param begin    where the context begins in the whole input
-    Parser(std::string_view value, std::string_view context, const Place& begin,
+    Parser(std::string_view value, std::string_view context, const TextPosition& begin,
            const ParseOptions& options)
         : begin_(value.data()),
           end_(value.data() + value.size()),
@@ -165,10 +165,10 @@ private:
     OpenContainers open_;
     bool child_closed_ = false; ///< whether the last thing read is the end of a container
     Stack<PendingElement> pending_;
-    const char* element_ = nullptr; ///< where the element begins that becomes pending, or ends
-    ArrayLengths lengths_;          ///< of arrays with too many elements to be pending at once
-    Pool<Array> arrays_;            ///< open or pending arrays that are elements of arrays
-    Pool<Object> objects_;          ///< the same for objects
+    const char* element_ = nullptr;  ///< where the element begins that becomes pending, or ends
+    ArrayLengths lengths_;           ///< of arrays with too many elements to be pending at once
+    ContainerStack<Array> arrays_;   ///< open or pending arrays that are elements of arrays
+    ContainerStack<Object> objects_; ///< the same for objects
 
     const Array no_elements_;
     const Object no_members_;

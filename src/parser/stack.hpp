@@ -76,7 +76,7 @@ private:
 /// A stack of containers that keep their addresses. It uses containers again after pop(), so they
 /// must be empty by then.
 template <class Container>
-class Pool {
+class ContainerStack {
 public:
     /// The containers that were pushed last may be popped in any order, with no push() in between.
     Container& push() {

@@ -3,7 +3,7 @@
 #ifndef FOUNDATION_JSON_SRC_PARSER_STRINGS_HPP
 #define FOUNDATION_JSON_SRC_PARSER_STRINGS_HPP
 
-#include "parser/scanning.hpp"
+#include "parser/skipping.hpp"
 #include "parser/utf8.hpp"
 
 #include <cstddef>

@@ -2,7 +2,7 @@
 
 #include "parser/byte_block.hpp"
 #include "parser/characters.hpp"
-#include "parser/scanning.hpp"
+#include "parser/skipping.hpp"
 
 namespace foundation::json::detail {
 
@@ -210,7 +210,7 @@ bool ValueFinder::begin_sequence(unsigned char lead) {
 
 bool ValueFinder::take_in_word(char byte) {
     if (state_ == State::word_end) {
-        return !is_word(byte) && end_scalar(byte);
+        return !continues_word(byte) && end_scalar(byte);
     }
     if (byte != *rest_of_word_) {
         return false;
@@ -253,7 +253,7 @@ bool ValueFinder::take_in_number(char byte) {
         return true;
     }
     const bool may_end = whole || state_ == State::fraction || state_ == State::exponent;
-    const bool goes_on = is_word(byte) || byte == '.' || byte == '+' || byte == '-';
+    const bool goes_on = continues_word(byte) || byte == '.' || byte == '+' || byte == '-';
     return may_end && !goes_on && end_scalar(byte);
 }
 

@@ -1,6 +1,6 @@
 // ValueStream: reads values one after the other from a stream.
+#include "parser/input.hpp"
 #include "parser/parser.hpp"
-#include "parser/reading.hpp"
 #include "parser/value_finder.hpp"
 
 #include <foundation/json/parse.hpp>
@@ -38,11 +38,11 @@ private:
     const ParseOptions options_;
     detail::ValueFinder finder_;
 
-    std::string text_;         ///< taken from the stream and not yet forgotten
-    detail::Place known_;      ///< the place of the last error, or the start of the text if later
-    std::size_t known_at_ = 0; ///< the position of that place in the text
-    std::size_t value_ = 0;    ///< where the next value begins, or blanks before it
-    std::size_t end_ = 0;      ///< how far the finder has read
+    std::string text_;           ///< taken from the stream and not yet forgotten
+    detail::TextPosition known_; ///< the place of the last error, or the start of the text if later
+    std::size_t known_at_ = 0;   ///< the position of that place in the text
+    std::size_t value_ = 0;      ///< where the next value begins, or blanks before it
+    std::size_t end_ = 0;        ///< how far the finder has read
     Status status_ = Status::nothing;
     bool started_ = false;
     bool ended_ = false;

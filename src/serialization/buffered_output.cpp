@@ -189,7 +189,7 @@ bool writes_as_classic(const std::locale& locale) {
 
 void StringOutput::find_out_locale() {
     const std::locale global;
-    locale_ = writes_as_classic(global) ? Locale::does_not_count : Locale::counts;
+    locale_ = writes_as_classic(global) ? Locale::irrelevant : Locale::relevant;
 }
 
 bool BufferedStreamOutput::applies_to(const std::ostream& stream) {

@@ -95,7 +95,7 @@ public:
 
     /// Whether the text has a piece that the global locale writes differently. The text is of no
     /// use then, and has to be written to a stream.
-    bool is_wrong() const noexcept { return locale_ == Locale::counts; }
+    bool depends_on_locale() const noexcept { return locale_ == Locale::relevant; }
 
     /// The text up to the cursor. Call it once, at the end.
     std::string take(const char* at);
@@ -121,7 +121,7 @@ private:
 
     void end_piece(const char* text, std::size_t size);
 
-    enum class Locale { unknown, does_not_count, counts };
+    enum class Locale { unknown, irrelevant, relevant };
 
     Locale locale_ = Locale::unknown;
     char first_[4096];

@@ -14,17 +14,17 @@ namespace foundation::json::detail {
 ///
 /// Compilers may move arithmetic across both changes. So put the computation into a function that
 /// is not inlined and takes its numbers by reference.
-class DefaultEnvironment {
+class DefaultEnvironmentButRounding {
 public:
-    DefaultEnvironment() noexcept {
+    DefaultEnvironmentButRounding() noexcept {
         const int direction = std::fegetround();
         std::fegetenv(&callers_);
         std::fesetenv(FE_DFL_ENV);
         std::fesetround(direction);
     }
-    DefaultEnvironment(const DefaultEnvironment&) = delete;
-    DefaultEnvironment& operator=(const DefaultEnvironment&) = delete;
-    ~DefaultEnvironment() { std::fesetenv(&callers_); }
+    DefaultEnvironmentButRounding(const DefaultEnvironmentButRounding&) = delete;
+    DefaultEnvironmentButRounding& operator=(const DefaultEnvironmentButRounding&) = delete;
+    ~DefaultEnvironmentButRounding() { std::fesetenv(&callers_); }
 
 private:
     std::fenv_t callers_;

@@ -3,7 +3,7 @@
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_FAST_STRING_TEXT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_FAST_STRING_TEXT_HPP
 
-#include "serialization/string_text.hpp"
+#include "serialization/short_escape.hpp"
 
 #include <array>
 #include <cstddef>

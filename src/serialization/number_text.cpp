@@ -1,6 +1,6 @@
 #include "serialization/number_text.hpp"
 
-#include "parse_errors/read_double.hpp"
+#include "parser_support/read_double.hpp"
 #include "serialization/default_environment.hpp"
 
 #include <algorithm>
@@ -85,7 +85,7 @@ void format_exponent(NumberBuffer& buffer, const Formats& formats, Number number
 
 } // namespace
 
-// Not to be inlined into number_text(); see DefaultEnvironment.
+// Not to be inlined into number_text(); see DefaultEnvironmentButRounding.
 
 [[gnu::noinline]] void format_double(NumberBuffer& buffer, const double& number) {
     if (std::fabs(number) < 1e6) {
@@ -110,7 +110,7 @@ const char* number_text(NumberBuffer& buffer, NumberBits<double> bits) {
     if (!bits.is_finite()) {
         return non_finite_text(bits);
     }
-    const DefaultEnvironment environment;
+    const DefaultEnvironmentButRounding environment;
     format_double(buffer, bits.number());
     return buffer;
 }
@@ -119,7 +119,7 @@ const char* number_text(NumberBuffer& buffer, NumberBits<float> bits) {
     if (!bits.is_finite()) {
         return non_finite_text(bits);
     }
-    const DefaultEnvironment environment;
+    const DefaultEnvironmentButRounding environment;
     format_float(buffer, bits.number());
     return buffer;
 }

@@ -78,7 +78,7 @@ std::string to_string(const Value& value, bool pretty) {
     if (detail::fast_number_text_applies()) {
         detail::StringOutput output;
         const char* const end = write_layout(output, output.start(), value, pretty);
-        if (!output.is_wrong()) {
+        if (!output.depends_on_locale()) {
             return output.take(end);
         }
     }

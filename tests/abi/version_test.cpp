@@ -11,7 +11,7 @@ namespace {
 #error "the version cannot be compared by the preprocessor"
 #endif
 
-TEST(Version, IsOnePointZeroPointZero) {
+TEST(Version, MacrosAgree) {
     EXPECT_EQ(FOUNDATION_JSON_VERSION, 10000);
     EXPECT_EQ(FOUNDATION_JSON_VERSION_MAJOR, 1);
     EXPECT_EQ(FOUNDATION_JSON_VERSION_MINOR, 0);

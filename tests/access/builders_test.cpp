@@ -4,7 +4,7 @@
 
 #include "support/describe.hpp"
 #include "support/kind.hpp"
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include <foundation/json/value.hpp>
 
 #include "support/describe.hpp"
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <gtest/gtest.h>
 
@@ -78,7 +78,7 @@ TEST(Fallback, ChoosesByTheLeftOperandAlone) {
 }
 
 TEST(Fallback, GivesTheOperandItselfAndChangesNeither) {
-    for (const Sample& left : samples()) {
+    for (const Sample& left : one_of_each_kind()) {
         const Value right(Array{"right"});
         const Value& chosen = left.value || right;
         EXPECT_TRUE(&chosen == &left.value || &chosen == &right) << left.kind;

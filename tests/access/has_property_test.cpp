@@ -2,7 +2,7 @@
 #include <foundation/json/builders.hpp>
 #include <foundation/json/value.hpp>
 
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <gtest/gtest.h>
 
@@ -38,7 +38,7 @@ TEST(HasProperty, FindsAMemberOfAMap) {
 }
 
 TEST(HasProperty, FindsAMemberWhateverItHolds) {
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         EXPECT_TRUE(HasProperty("a")(Object{{"a", sample.value}})) << sample.kind;
     }
 }
@@ -51,7 +51,7 @@ TEST(HasProperty, FindsAMemberThatALookupInserted) {
 }
 
 TEST(HasProperty, IsFalseForAValueThatIsNoObject) {
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         const bool is_object = sample.kind == "JSON object";
         EXPECT_EQ(HasProperty("a")(sample.value), is_object) << sample.kind;
         EXPECT_FALSE(HasProperty("")(sample.value)) << sample.kind;

@@ -4,8 +4,8 @@
 
 #include "support/describe.hpp"
 #include "support/kind.hpp"
-#include "support/samples.hpp"
 #include "support/thrown_message.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <gtest/gtest.h>
 
@@ -186,7 +186,7 @@ TYPED_TEST(IndexingConstAndNot, OnlyANumberOrAStringIsAKey) {
         Value(Array{}),     Value(Array{0}), Value(Object{}), Value(Object{{"a", 1}}),
         Value(0.0f),        Value(0LL),      Value(0ULL),
     };
-    for (Sample& sample : samples()) {
+    for (Sample& sample : one_of_each_kind()) {
         TypeParam& value = sample.value;
         for (const Value& key : keys) {
             EXPECT_EQ(thrown_message([&] { static_cast<void>(value[key]); }), "Undefined value")
@@ -228,7 +228,7 @@ TYPED_TEST(IndexingConstAndNot, LookupsChain) {
 
 TYPED_TEST(IndexingConstAndNot, AFailingLookupLeavesTheValueAsItWas) {
     for (const Value& key : {Value("missing"), Value(0.0), Value(0LL), Value(Null())}) {
-        for (Sample& sample : samples()) {
+        for (Sample& sample : one_of_each_kind()) {
             TypeParam& value = sample.value;
             try {
                 static_cast<void>(value[key]);
@@ -425,7 +425,7 @@ TEST(HasOwnProperty, IsTrueForTheNamesOfAnObject) {
 }
 
 TEST(HasOwnProperty, CountsAMemberWhateverItHolds) {
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         EXPECT_TRUE(Value(Object{{"a", sample.value}}).hasOwnProperty("a")) << sample.kind;
     }
 }
@@ -446,7 +446,7 @@ TEST(HasOwnProperty, LooksAtTheOutermostObjectOnly) {
 }
 
 TEST(HasOwnProperty, IsFalseForEveryKindButObject) {
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         const bool is_object = sample.kind == "JSON object";
         EXPECT_EQ(sample.value.hasOwnProperty("a"), is_object) << sample.kind;
         for (const char* name : {"", "0", "length", "text"}) {

@@ -3,8 +3,8 @@
 #include <foundation/json/value.hpp>
 
 #include "support/describe.hpp"
-#include "support/samples.hpp"
 #include "support/thrown_message.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ TEST(Push, AppendsAtTheEnd) {
 TEST(Push, AppendsAValueOfAnyKind) {
     Value array{Array{}};
     int count = 0;
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         array.push(sample.value);
         EXPECT_EQ(describe(array[count]), sample.description);
         ++count;
@@ -71,7 +71,7 @@ TEST(Push, OntoAnythingButAnArrayNamesTheKindAfterABlank) {
 }
 
 TEST(Push, ThatFailsLeavesTheValueAsItWas) {
-    for (Sample& sample : samples()) {
+    for (Sample& sample : one_of_each_kind()) {
         try {
             sample.value.push(1);
             EXPECT_EQ(sample.kind, "JSON array");
@@ -157,7 +157,7 @@ TEST(Push, OfTheLastElementSurvivesTheGrowthThatMakesItMove) {
     }
 }
 
-TEST(Push, OfAnElementOfAnElement) {
+TEST(Push, OfANestedElementAppendsACopy) {
     Value array(Array{Array{"deep", Array{1}}, 2});
     array.push(array[0][1]);
     array.push(array[0][0]);
@@ -183,14 +183,14 @@ TEST(Push, GrowthLeavesTheContentOfElementsWhereItIs) {
 
 TEST(Push, GrowthKeepsElementsOfEveryKind) {
     Value array{Array{}};
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         array.push(sample.value);
     }
     for (int i = 0; i != 1000; ++i) {
         array.push(i);
     }
     int index = 0;
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         EXPECT_EQ(describe(array[index]), sample.description);
         ++index;
     }

@@ -1,7 +1,7 @@
 // Running out of memory in push() and lookups: the value stays as it was.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <foundation/json/value.hpp>
 
@@ -157,7 +157,7 @@ TEST(LookupOutOfMemory, CannotHappenToMembersThatAreThere) {
 
 // ---- hasOwnProperty and HasProperty --------------------------------------------------------
 
-TEST(PropertyTestOutOfMemory, LeavesTheValueAsItWas) {
+TEST(HasPropertyOutOfMemory, LeavesTheValueAsItWas) {
     struct Operands {
         Value object;
         std::optional<bool> answer;
@@ -175,7 +175,7 @@ TEST(PropertyTestOutOfMemory, LeavesTheValueAsItWas) {
     EXPECT_EQ(failures, 1u);
 }
 
-TEST(PropertyTestOutOfMemory, LeaksNoName) {
+TEST(HasPropertyOutOfMemory, LeaksNoName) {
     const Value object(Object{{long_key, 1}});
     const std::optional<Value::HasProperty> none;
     const auto expect_none = [](const auto& test) { EXPECT_FALSE(test.has_value()); };
@@ -192,7 +192,7 @@ TEST(PropertyTestOutOfMemory, LeaksNoName) {
               1u);
 }
 
-TEST(PropertyTestOutOfMemory, KeepsTheNameWhenCopyAssignmentFails) {
+TEST(HasPropertyOutOfMemory, KeepsTheNameWhenCopyAssignmentFails) {
     const Value object(Object{{"old", 1}});
     const Value other(Object{{long_key, 1}});
     const Value::HasProperty source(long_key);

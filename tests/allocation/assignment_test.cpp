@@ -1,7 +1,7 @@
 // Running out of memory in assignment and swap, for every pair of kinds.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <foundation/json/value.hpp>
 
@@ -21,7 +21,7 @@ struct Operands {
 
 template <class Test>
 void for_all_pairs_of_kinds(Test test) {
-    for (const Sample& a : samples()) {
+    for (const Sample& a : one_of_each_kind()) {
         for (const Sample& b : other_samples()) {
             SCOPED_TRACE(a.kind + " and " + b.kind);
             test(a, b);

@@ -1,7 +1,7 @@
 // Running out of memory in builders: a chain is as it was before the step that failed.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <foundation/json/builders.hpp>
 

@@ -2,7 +2,7 @@
 // stays as it was.
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <foundation/json/value.hpp>
 

@@ -2,8 +2,8 @@
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
 #include "support/fixed_stream.hpp"
-#include "support/samples.hpp"
-#include "support/write_onto.hpp"
+#include "support/values_of_each_kind.hpp"
+#include "support/write_as.hpp"
 
 #include <foundation/json/builders.hpp>
 #include <foundation/json/value.hpp>
@@ -29,7 +29,7 @@ Value array_of(std::size_t count, const Value& element) {
 }
 
 TEST(Allocations, OfMovingAreOneContainerForArraysAndObjectsAndNoneForOtherKinds) {
-    for (Sample& sample : samples()) {
+    for (Sample& sample : one_of_each_kind()) {
         const std::size_t container = sample.is_container() ? 1 : 0;
         std::vector<Value> target;
         target.reserve(1);
@@ -47,7 +47,7 @@ TEST(Allocations, OfMovingDoNotDependOnTheContent) {
 }
 
 TEST(Allocations, OfMoveAssignmentAreOneContainerWhereTheKindBecomesArrayOrObject) {
-    for (const Sample& before : samples()) {
+    for (const Sample& before : one_of_each_kind()) {
         for (Sample& source : other_samples()) {
             Value target = before.value;
             const std::size_t container =
@@ -59,7 +59,7 @@ TEST(Allocations, OfMoveAssignmentAreOneContainerWhereTheKindBecomesArrayOrObjec
 }
 
 TEST(Allocations, OfSwapAreNoneBetweenValuesOfTheSameKind) {
-    std::vector<Sample> left = samples();
+    std::vector<Sample> left = one_of_each_kind();
     std::vector<Sample> right = other_samples();
     for (std::size_t kind = 0; kind != left.size(); ++kind) {
         EXPECT_EQ(allocations_of([&] { left[kind].value.swap(right[kind].value); }), 0u)
@@ -131,7 +131,7 @@ TEST(Allocations, OfPushingOneByOneGrowWithTheLogarithmOfTheLength) {
 
 TEST(Allocations, OfTheFallbackAreNone) {
     const Value fallback(array_of(10, long_text));
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         EXPECT_EQ(allocations_of([&] {
                       const Value& chosen = sample.value || fallback;
                       static_cast<void>(chosen);
@@ -142,8 +142,8 @@ TEST(Allocations, OfTheFallbackAreNone) {
 }
 
 TEST(Allocations, OfComparingAreNone) {
-    const std::vector<Sample> left = samples();
-    const std::vector<Sample> same = samples();
+    const std::vector<Sample> left = one_of_each_kind();
+    const std::vector<Sample> same = one_of_each_kind();
     const std::vector<Sample> right = other_samples();
     const auto compare = [](const Value& a, const Value& b) {
         return (a == b ? 1 : 0) + (a != b ? 1 : 0) + (a < b ? 1 : 0);
@@ -209,7 +209,7 @@ TEST(Allocations, OfTheTextOfANumberAreNoneExceptForALongResult) {
 }
 
 TEST(Allocations, OfASmallTextAreTheResult) {
-    for (const std::vector<Sample>& values : {samples(), other_samples()}) {
+    for (const std::vector<Sample>& values : {one_of_each_kind(), other_samples()}) {
         for (const Sample& sample : values) {
             EXPECT_LE(allocations_of([&] { static_cast<void>(serialize(sample.value)); }), 1u)
                 << sample.kind;

@@ -3,7 +3,7 @@
 #include "support/allocation_failures.hpp"
 #include "support/describe.hpp"
 #include "support/nested.hpp"
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <foundation/json/value.hpp>
 
@@ -46,7 +46,7 @@ struct Operands {
 };
 
 TEST(DeepCopyOutOfMemory, LeaksNothingAndLeavesTheSourceAsItWas) {
-    const Value source = nested(levels, samples());
+    const Value source = nested(levels, one_of_each_kind());
     const std::string description = describe(source);
     const std::size_t failures = fail_each_allocation(
         [] { return std::optional<Value>(); }, [&](auto& copy) { copy.emplace(source); },
@@ -79,7 +79,7 @@ std::size_t failures_of_assigning(const Value& target, const Value& source,
 }
 
 TEST(DeepAssignmentOutOfMemory, LeavesAnArrayInPlaceOfAnArray) {
-    const Value source = nested(levels, samples());
+    const Value source = nested(levels, one_of_each_kind());
     EXPECT_GT(failures_of_assigning(Array{}, source, "JSON array"), 2u * levels);
     EXPECT_GT(failures_of_assigning(nested(levels, other_samples()), source, "JSON array"), 0u);
     EXPECT_GT(failures_of_assigning(nested(levels - 3, {}), source, "JSON array"), 0u);
@@ -88,7 +88,7 @@ TEST(DeepAssignmentOutOfMemory, LeavesAnArrayInPlaceOfAnArray) {
 
 TEST(DeepAssignmentOutOfMemory, LeavesFalseWhereTheKindWouldHaveChanged) {
     EXPECT_GT(failures_of_assigning("a text too long for a string's own storage",
-                                    nested(levels, samples()), "JSON boolean"),
+                                    nested(levels, one_of_each_kind()), "JSON boolean"),
               2u * levels);
 }
 

@@ -4,8 +4,8 @@
 #include "support/describe.hpp"
 #include "support/fixed_stream.hpp"
 #include "support/locales.hpp"
-#include "support/samples.hpp"
-#include "support/write_onto.hpp"
+#include "support/values_of_each_kind.hpp"
+#include "support/write_as.hpp"
 
 #include <foundation/json/builders.hpp>
 #include <foundation/json/serializer.hpp>

@@ -144,7 +144,7 @@ TEST(Content, OfAFallbackIsThatOfTheChosenValue) {
     EXPECT_EQ(&get<std::string>(missing || other), &get<std::string>(other));
 }
 
-TEST(Content, IsTheValueItself) {
+TEST(Content, ChangesReachTheValue) {
     Value value(Object{{"list", Array{1, "two"}}});
     EXPECT_EQ(&get<Object>(value).at("list"), &value["list"]);
     EXPECT_EQ(&get<Array>(value["list"])[1], &value["list"][1]);

@@ -3,7 +3,7 @@
 
 #include "support/describe.hpp"
 #include "support/locales.hpp"
-#include "support/rounds.hpp"
+#include "support/repetitions.hpp"
 #include "support/scoped_flush_to_zero.hpp"
 #include "support/scoped_rounding.hpp"
 
@@ -399,7 +399,7 @@ std::string outcome_in_short(const Value& value) {
 
 TEST(Number, AgreesWithTheProcessorsConversionWhereThatIsDefined) {
     std::mt19937_64 random(20261122);
-    for (std::size_t round = 0; round < test::test_rounds(); ++round) {
+    for (std::size_t round = 0; round < test::test_repetitions(); ++round) {
         // Numbers of all exponents, and of the exponents of ordinary numbers.
         const double number = round % 2 == 0 ? any_of<double>(random)
                                              : std::ldexp(static_cast<double>(random() % 4096),

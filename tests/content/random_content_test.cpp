@@ -1,7 +1,7 @@
 // Compares random values with the content that they were made of.
 #include "support/describe.hpp"
 #include "support/random_trees.hpp"
-#include "support/rounds.hpp"
+#include "support/repetitions.hpp"
 #include "support/tree.hpp"
 
 #include <foundation/json/content.hpp>
@@ -77,7 +77,7 @@ bool agrees(const Value& value, const Tree& tree) {
 
 TEST(RandomContent, IsWhatTheValueWasMadeOf) {
     RandomTrees trees(20261121, RandomTrees::Kinds::all);
-    for (std::size_t round = 0; round < test_rounds(); ++round) {
+    for (std::size_t round = 0; round < test_repetitions(); ++round) {
         const Tree tree = trees.tree();
         const Value value = to_value(tree);
         ASSERT_TRUE(agrees(value, tree)) << "round " << round << ": " << test::content_text(value);

@@ -2,7 +2,7 @@
 #include "convert/fleet.hpp"
 #include "support/describe.hpp"
 #include "support/random_objects.hpp"
-#include "support/rounds.hpp"
+#include "support/repetitions.hpp"
 
 #include <foundation/json/convert.hpp>
 
@@ -69,7 +69,7 @@ TYPED_TEST_SUITE(RandomRoundTrip, Types, NameOfType);
 TYPED_TEST(RandomRoundTrip, GivesAnEqualObject) {
     const std::uint64_t seed = test::random_seed();
     test::RandomObjects objects(seed);
-    for (std::size_t round = test::test_rounds() / 20; round > 0; --round) {
+    for (std::size_t round = test::test_repetitions() / 20; round > 0; --round) {
         const auto object = objects.make<TypeParam>();
         const Value value = from(object);
         ASSERT_EQ(to<TypeParam>(value), object) << test::describe(value) << "\nseed " << seed;

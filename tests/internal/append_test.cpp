@@ -5,7 +5,7 @@
 #include <foundation/json/value.hpp>
 
 #include "support/describe.hpp"
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <gtest/gtest.h>
 
@@ -121,14 +121,14 @@ TEST(Append, OfAllOwnElementsDoublesTheArray) {
 
 TEST(Append, GrowthMovesElementsOfEveryKind) {
     Array elements;
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         elements.push_back(sample.value);
     }
     elements.shrink_to_fit();
     const Value value("one more");
     append(elements, &value, 1);
     std::size_t i = 0;
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         EXPECT_EQ(describe(elements[i++]), sample.description);
     }
     EXPECT_EQ(elements.back(), value);

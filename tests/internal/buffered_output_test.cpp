@@ -8,7 +8,7 @@
 #include "support/locales.hpp"
 #include "support/probe_stream.hpp"
 #include "support/random_trees.hpp"
-#include "support/rounds.hpp"
+#include "support/repetitions.hpp"
 #include "support/tree.hpp"
 
 #include <gtest/gtest.h>
@@ -295,7 +295,7 @@ TEST(RandomBufferedOutput, HasTheReferenceTextOfValues) {
     const std::uint64_t seed = test::random_seed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     test::RandomTrees trees(seed, test::RandomTrees::Kinds::all);
-    for (std::size_t i = test::test_rounds() / 20; i > 0 && !HasFailure(); --i) {
+    for (std::size_t i = test::test_repetitions() / 20; i > 0 && !HasFailure(); --i) {
         test::Elements elements;
         for (std::size_t count = trees.below(40); count > 0; --count) {
             elements.push_back(trees.tree());
@@ -353,7 +353,7 @@ TEST(RandomBufferedOutput, LeavesAnyStreamThatItAppliesToAsTheReferenceDoes) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     RandomPieces random(seed);
     test::RandomTrees& choice = random.random;
-    for (std::size_t i = test::test_rounds() / 2; i > 0 && !HasFailure(); --i) {
+    for (std::size_t i = test::test_repetitions() / 2; i > 0 && !HasFailure(); --i) {
         const Pieces pieces = random.pieces();
         const std::string text = string_text(pieces);
         const bool fails = choice.once_in(2);

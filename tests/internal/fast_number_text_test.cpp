@@ -6,7 +6,7 @@
 #include "serialization/number_text.hpp"
 #include "support/locales.hpp"
 #include "support/random_trees.hpp"
-#include "support/rounds.hpp"
+#include "support/repetitions.hpp"
 #include "support/scoped_rounding.hpp"
 
 #include <gtest/gtest.h>
@@ -572,7 +572,7 @@ TYPED_TEST(RandomFastNumberText, IsTheReferenceText) {
     const std::uint64_t seed = test::random_seed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     RandomNumbers<TypeParam> numbers(seed);
-    for (std::size_t i = test::test_rounds(); i > 0 && !this->HasFailure(); --i) {
+    for (std::size_t i = test::test_repetitions(); i > 0 && !this->HasFailure(); --i) {
         compare(numbers.any_bits());
         compare(numbers.decimal());
         compare_with_neighbours(numbers.decimal(), 1);

@@ -6,7 +6,7 @@
 
 #include "support/edge_memory.hpp"
 #include "support/random_trees.hpp"
-#include "support/rounds.hpp"
+#include "support/repetitions.hpp"
 
 #include <gtest/gtest.h>
 
@@ -209,7 +209,7 @@ TYPED_TEST(CopyEscaped, CopiesRandomContentAsByteByByte) {
     const std::uint64_t seed = test::random_seed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     test::RandomTrees random(seed, test::RandomTrees::Kinds::all);
-    for (std::size_t i = test::test_rounds(); i > 0 && !this->HasFailure(); --i) {
+    for (std::size_t i = test::test_repetitions(); i > 0 && !this->HasFailure(); --i) {
         std::string content = clean_content(random.below(300));
         for (std::size_t escapes = random.below(6); escapes > 0 && !content.empty(); --escapes) {
             content[random.below(content.size())] = "\"\\/\b\t\n\f\r\x01\x1F"[random.below(10)];

@@ -35,7 +35,7 @@ PROGRAMS = (PUBLIC, INTERNAL, PARSER, ALLOCATION)
 # The libraries and programs that contain objects of the libraries.
 LINKED = (*LIBRARIES, INTERNAL, PARSER)
 # The tests that take longest come last; they are seldom needed.
-LONG = "*Random*:AnyStream.*:*OutOfMemory.*:PeakMemory.*:ParserReference.*"
+LONG = "*Random*:AnyStream.*:*OutOfMemory.*:PeakMemory.*:ParserAndIndependentReader.*"
 RUNS = [(p, f"-{LONG}") for p in PROGRAMS] + [(p, LONG) for p in PROGRAMS]
 MEMORY = 4 << 30
 HEADERS = ("include/foundation/json/content.hpp", "include/foundation/json/convert.hpp")

@@ -2,7 +2,7 @@
 #include "support/describe.hpp"
 #include "support/locales.hpp"
 #include "support/random_trees.hpp"
-#include "support/rounds.hpp"
+#include "support/repetitions.hpp"
 #include "support/scoped_rounding.hpp"
 
 #include "parser/numbers.hpp"
@@ -279,7 +279,7 @@ std::string random_number(std::mt19937_64& random) {
 TEST(ParserNumbers, RandomNumbersAgreeWithTheCLibrary) {
     const std::uint64_t seed = random_seed();
     std::mt19937_64 random(seed);
-    for (std::size_t i = 0; i != 4 * test_rounds(); ++i) {
+    for (std::size_t i = 0; i != 4 * test_repetitions(); ++i) {
         const std::string text = random_number(random);
         const double expected = std::strtod(text.c_str(), nullptr);
         if (std::isfinite(expected)) {
@@ -293,7 +293,7 @@ TEST(ParserNumbers, RandomNumbersAgreeWithTheCLibrary) {
 TEST(ParserNumbers, EveryDoubleIsReadBackFromItsText) {
     const std::uint64_t seed = random_seed();
     std::mt19937_64 random(seed);
-    for (std::size_t i = 0; i != 4 * test_rounds(); ++i) {
+    for (std::size_t i = 0; i != 4 * test_repetitions(); ++i) {
         const std::uint64_t bits = random();
         double number = 0;
         std::memcpy(&number, &bits, sizeof number);
@@ -310,7 +310,7 @@ TEST(ParserNumbers, TheFastPathIsRightWhereItDecides) {
     const std::uint64_t seed = random_seed();
     std::mt19937_64 random(seed);
     std::size_t undecided = 0;
-    const std::size_t rounds = 20 * test_rounds();
+    const std::size_t rounds = 20 * test_repetitions();
     for (std::size_t i = 0; i != rounds; ++i) {
         const std::uint64_t digits = (random() >> random() % 64) % 10'000'000'000'000'000'000U;
         const int exponent = static_cast<int>(random() % 660) - 345;

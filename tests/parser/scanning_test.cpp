@@ -2,7 +2,7 @@
 #include "support/edge_memory.hpp"
 
 #include "parser/byte_block.hpp"
-#include "parser/scanning.hpp"
+#include "parser/skipping.hpp"
 #include "parser/utf8.hpp"
 
 #include <gtest/gtest.h>

@@ -627,7 +627,7 @@ TEST(ValueStream, LeavesTheCallersValueUnchangedWhereThereIsNone) {
     EXPECT_EQ(value, Value("before"));
 }
 
-TEST(ValueStream, Moves) {
+TEST(ValueStream, AMovedStreamGoesOnWhereTheOtherWas) {
     PiecewiseStream stream("1 2 3 ");
     ValueStream values(stream);
     Value value;

@@ -3,7 +3,7 @@
 /// std::ostringstream, which swallows what insertions throw. Only std::bad_alloc is thrown.
 #include "support/locales.hpp"
 #include "support/tree.hpp"
-#include "support/write_onto.hpp"
+#include "support/write_as.hpp"
 
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>

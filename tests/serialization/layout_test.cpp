@@ -80,11 +80,11 @@ TEST(Layout, PrettyTextHasALinePerElementAndMember) {
                                                                                "}");
 }
 
-TEST(Layout, PrettyTextOfOneElement) {
+TEST(Layout, PrettyTextPutsTheOnlyElementOnItsOwnLine) {
     EXPECT_EQ(pretty_print(Array{1}), "[\n    1\n]");
 }
 
-TEST(Layout, PrettyTextOfOneMember) {
+TEST(Layout, PrettyTextPutsTheOnlyMemberOnItsOwnLine) {
     EXPECT_EQ(pretty_print(Object{{"a", 1}}), "{\n    \"a\":1\n}");
 }
 
@@ -107,7 +107,7 @@ TEST(Layout, PrettyTextOpensNestedContainersOnTheLineOfTheirSeparator) {
                                    "]");
 }
 
-TEST(Layout, PrettyTextOfEveryKind) {
+TEST(Layout, PrettyTextPutsEveryKindOnItsOwnLine) {
     const Value value =
         Array{Undefined(), Null(), true, 1e6, "s", Array{}, Object{}, 0.5f, -1LL, 1ULL};
     EXPECT_EQ(pretty_print(value), "[\n"

@@ -2,7 +2,7 @@
 /// Which locale affects which text: the stream's C++ locale affects 64-bit integers and the digits
 /// of escapes, the process's C locale affects doubles and floats.
 #include "support/locales.hpp"
-#include "support/write_onto.hpp"
+#include "support/write_as.hpp"
 
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>

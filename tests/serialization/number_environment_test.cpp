@@ -5,7 +5,7 @@
 #include "support/float_environments.hpp"
 #include "support/notable_numbers.hpp"
 #include "support/number_rule.hpp"
-#include "support/write_onto.hpp"
+#include "support/write_as.hpp"
 
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>

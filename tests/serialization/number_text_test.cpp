@@ -219,7 +219,7 @@ TEST(DoubleText, OfNonFiniteNumbersIsAQuotedString) {
     expect_texts(cases);
 }
 
-TEST(DoubleText, ServesInts) {
+TEST(DoubleText, OfAnIntIsThatOfTheSameDouble) {
     const Case<int> cases[] = {
         {0, "0"},
         {-1, "-1"},

@@ -6,7 +6,7 @@
 #include "support/probe_stream.hpp"
 #include "support/random_trees.hpp"
 #include "support/tree.hpp"
-#include "support/write_onto.hpp"
+#include "support/write_as.hpp"
 
 #include <gtest/gtest.h>
 

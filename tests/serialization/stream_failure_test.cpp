@@ -1,7 +1,7 @@
 /// @file
 /// Writing onto streams that have failed, that fail during the write, and that throw.
 #include "support/probe_stream.hpp"
-#include "support/write_onto.hpp"
+#include "support/write_as.hpp"
 
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>

@@ -2,7 +2,7 @@
 /// How the width, fill and flags of the caller's stream affect the text, how writing the text
 /// changes them, and when a stream is flushed.
 #include "support/probe_stream.hpp"
-#include "support/write_onto.hpp"
+#include "support/write_as.hpp"
 
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>

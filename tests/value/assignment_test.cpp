@@ -1,6 +1,6 @@
 // Assignment and swap, of every kind to every kind.
 #include "support/describe.hpp"
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <foundation/json/value.hpp>
 
@@ -15,14 +15,15 @@ namespace {
 using test::Array;
 using test::describe;
 using test::Object;
+using test::one_of_each_kind;
 using test::other_samples;
 using test::Sample;
-using test::samples;
 
-/// Calls the test with every pair of kinds: a target of samples(), a source of other_samples().
+/// Calls the test with every pair of kinds: a target of one_of_each_kind(), a source of
+/// other_samples().
 template <class Test>
 void for_all_pairs_of_kinds(Test test) {
-    for (const Sample& target : samples()) {
+    for (const Sample& target : one_of_each_kind()) {
         for (const Sample& source : other_samples()) {
             SCOPED_TRACE("target: " + target.kind + ", source: " + source.kind);
             test(target, source);
@@ -43,7 +44,7 @@ TEST(CopyAssignment, MakesTheTargetACopyAndLeavesTheSourceAsItWas) {
 }
 
 TEST(CopyAssignment, OfItselfChangesNothing) {
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         Value value = sample.value;
         const Value& same = value;
         EXPECT_EQ(&(value = same), &value);
@@ -115,7 +116,7 @@ TEST(MoveAssignment, TakesOverTheContentOfEveryKind) {
 }
 
 TEST(MoveAssignment, OfItselfChangesNothing) {
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         Value value = sample.value;
         Value& same = value;
         EXPECT_EQ(&(value = std::move(same)), &value);
@@ -189,7 +190,7 @@ TEST(Swap, ExchangesValuesOfAllKinds) {
 }
 
 TEST(Swap, WithItselfChangesNothing) {
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         Value value = sample.value;
         EXPECT_EQ(&value.swap(value), &value);
         EXPECT_EQ(describe(value), sample.description);

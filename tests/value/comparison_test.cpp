@@ -1,7 +1,7 @@
 // Equality and order of values.
 #include "support/deep_stack.hpp"
 #include "support/describe.hpp"
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <foundation/json/value.hpp>
 
@@ -130,7 +130,7 @@ TEST(Comparison, FindsNoNumbersEqualAcrossKinds) {
 
 // ---- Scalars -------------------------------------------------------------------------------
 
-TEST(Comparison, OfNullsAndFlags) {
+TEST(Comparison, NullsAreEqualAndFalseIsLessThanTrue) {
     expect_relations({
         {Null(), EQUAL, Null()},
         {false, EQUAL, false},

@@ -1,6 +1,6 @@
 // Conversions of values to native types, and their errors.
 #include "support/describe.hpp"
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <foundation/json/value.hpp>
 

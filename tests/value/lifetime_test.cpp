@@ -2,8 +2,8 @@
 // elements of arrays, where a kind follows upon another in the same place.
 #include "support/describe.hpp"
 #include "support/random_trees.hpp"
-#include "support/rounds.hpp"
-#include "support/samples.hpp"
+#include "support/repetitions.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <foundation/json/content.hpp>
 #include <foundation/json/value.hpp>
@@ -22,13 +22,13 @@ namespace foundation::json {
 namespace {
 
 using test::describe;
+using test::one_of_each_kind;
 using test::other_samples;
 using test::Sample;
-using test::samples;
 
 /// Values of every kind, with texts that a string holds within itself among them.
 std::vector<Sample> all_samples() {
-    std::vector<Sample> all = samples();
+    std::vector<Sample> all = one_of_each_kind();
     std::vector<Sample> others = other_samples();
     std::move(others.begin(), others.end(), std::back_inserter(all));
     all.push_back({"", "JSON string", "JSON string \"\"", "JSON string \"\""});
@@ -254,7 +254,7 @@ TEST(RandomLifetime, OfElementsIsThatOfAListOfTheirDescriptions) {
     const std::uint64_t seed = test::random_seed();
     SCOPED_TRACE("FOUNDATION_JSON_TEST_SEED=" + std::to_string(seed));
     Model model(seed);
-    for (std::size_t round = 0; round != test::test_rounds() && !HasFailure(); ++round) {
+    for (std::size_t round = 0; round != test::test_repetitions() && !HasFailure(); ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         model.change();
         model.expect_equal();

@@ -1,6 +1,6 @@
 // The Undefined constant of the interface.
 #include "support/kind.hpp"
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <foundation/json/value.hpp>
 

@@ -1,6 +1,6 @@
 // Construction, copies and moves of a value, and its memory layout.
 #include "support/describe.hpp"
-#include "support/samples.hpp"
+#include "support/values_of_each_kind.hpp"
 
 #include <foundation/json/value.hpp>
 
@@ -23,8 +23,8 @@ using test::Array;
 using test::describe;
 using test::kind_name;
 using test::Object;
+using test::one_of_each_kind;
 using test::Sample;
-using test::samples;
 
 // ---- Construction --------------------------------------------------------------------------
 
@@ -191,7 +191,7 @@ TEST(Value, IsBuiltImplicitlyFromEverythingItCanHold) {
 // ---- Copying and moving --------------------------------------------------------------------
 
 TEST(Value, CopiesEqualTheirSourceWhichStaysAsItWas) {
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         const Value copy(sample.value);
         EXPECT_EQ(describe(copy), sample.description);
         EXPECT_EQ(describe(sample.value), sample.description);
@@ -210,7 +210,7 @@ TEST(Value, CopiesAreDeep) {
 }
 
 TEST(Value, MovingEmptiesStringsAndContainersAndLeavesOtherKindsAsTheyWere) {
-    for (Sample& sample : samples()) {
+    for (Sample& sample : one_of_each_kind()) {
         const Value target(std::move(sample.value));
         EXPECT_EQ(describe(target), sample.description);
         EXPECT_EQ(describe(sample.value), sample.left_behind);
@@ -269,7 +269,7 @@ TEST(Value, IsAKindIndexBesideTheStorageOfAString) {
 
 TEST(Value, BeginsWithItsKindIndex) {
     std::int32_t expected = 0;
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : one_of_each_kind()) {
         std::int32_t index = -1;
         std::memcpy(&index, &sample.value, sizeof index);
         EXPECT_EQ(index, expected++) << sample.kind;

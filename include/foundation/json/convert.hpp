@@ -1114,14 +1114,14 @@ inline const Value* find_child(const Value& value, std::string_view token) {
 }
 
 /// How far a JSON Pointer leads.
-struct Way {
+struct PathLookup {
     const Value* last;        // the last value on the way
     std::string_view reached; // the pointer to it
     std::string_view next;    // the token after that, empty if the way is complete
     bool is_complete;
 };
 
-inline Way follow(const Value& root, std::string_view pointer) {
+inline PathLookup follow(const Value& root, std::string_view pointer) {
     check_pointer(pointer);
     const Value* value = &root;
     std::size_t begin = 0;
@@ -1140,7 +1140,7 @@ inline Way follow(const Value& root, std::string_view pointer) {
 }
 
 /// Throws if the last value on an incomplete way is of a kind that cannot have what comes next.
-inline void check_end(const Way& way) {
+inline void check_end(const PathLookup& way) {
     const Kind kind = kind_of(*way.last);
     if (kind != Kind::object && !(kind == Kind::array && is_index(way.next))) {
         fail_conversion(Place(way.reached), *way.last, traits<Object>::name);
@@ -1149,8 +1149,8 @@ inline void check_end(const Way& way) {
 
 /// The value that a JSON Pointer leads to. Null if it is missing; an error if what lies on the way
 /// is of a wrong kind.
-inline const Value* find_or_null(const Value& root, std::string_view pointer) {
-    const Way way = follow(root, pointer);
+inline const Value* find_checked(const Value& root, std::string_view pointer) {
+    const PathLookup way = follow(root, pointer);
     if (way.is_complete) {
         return way.last;
     }
@@ -1159,8 +1159,8 @@ inline const Value* find_or_null(const Value& root, std::string_view pointer) {
 }
 
 /// The same; null also if there is Undefined or Null, there or on the way.
-inline const Value* find_something(const Value& root, std::string_view pointer) {
-    const Way way = follow(root, pointer);
+inline const Value* find_present(const Value& root, std::string_view pointer) {
+    const PathLookup way = follow(root, pointer);
     if (is_nothing(*way.last)) {
         return nullptr;
     }
@@ -1211,7 +1211,7 @@ T to(const Value& value, const ConvertOptions& options = {}) {
 template <class T>
 T to(const Value& root, std::string_view pointer, const ConvertOptions& options = {}) {
     const detail::Place place(pointer);
-    const Value* const value = detail::find_or_null(root, pointer);
+    const Value* const value = detail::find_checked(root, pointer);
     if (value == nullptr) {
         if constexpr (detail::IsOptional<T>::value) {
             return std::nullopt;
@@ -1230,7 +1230,7 @@ T to(const Value& root, std::string_view pointer, const ConvertOptions& options 
 template <class T>
 detail::FallbackFor<T> to_or(const Value& root, std::string_view pointer, T fallback) {
     using Result = detail::FallbackFor<T>;
-    const Value* const value = detail::find_something(root, pointer);
+    const Value* const value = detail::find_present(root, pointer);
     if (value == nullptr) {
         return Result(std::move(fallback));
     }
@@ -1268,7 +1268,7 @@ Value from(const T& object) {
 /// @throws std::bad_alloc         memory runs out
 /// @complexity one lookup per token of the pointer
 inline const Value* find(const Value& root, std::string_view pointer) {
-    const detail::Way way = detail::follow(root, pointer);
+    const detail::PathLookup way = detail::follow(root, pointer);
     return way.is_complete ? way.last : nullptr;
 }
 

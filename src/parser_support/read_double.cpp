@@ -1,4 +1,4 @@
-#include "parse_errors/read_double.hpp"
+#include "parser_support/read_double.hpp"
 
 #include <fast_float/fast_float.h>
 

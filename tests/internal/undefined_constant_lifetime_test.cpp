@@ -36,7 +36,7 @@ struct EarliestAndLatest {
 
 [[gnu::init_priority(101)]] EarliestAndLatest earliest_and_latest;
 
-TEST(UndefinedConstant, IsThereBeforeStaticObjectsAreConstructed) {
+TEST(UndefinedConstantLifetime, IsThereBeforeStaticObjectsAreConstructed) {
     EXPECT_EQ(earliest_and_latest.kind_at_start, "undefined");
 }
 
@@ -45,7 +45,7 @@ TEST(UndefinedConstant, IsThereBeforeStaticObjectsAreConstructed) {
     std::exit(0);
 }
 
-TEST(UndefinedConstant, IsThereAfterStaticObjectsAreDestroyed) {
+TEST(UndefinedConstantLifetime, IsThereAfterStaticObjectsAreDestroyed) {
     EXPECT_EXIT(exit_and_report(), testing::ExitedWithCode(0), "^a missing member is undefined\n$");
 }
 

@@ -1,7 +1,7 @@
 /// @file
 /// Two sets of values, one of every kind in each, for tests that go through all pairs of kinds.
-#ifndef FOUNDATION_JSON_TESTS_SUPPORT_SAMPLES_HPP
-#define FOUNDATION_JSON_TESTS_SUPPORT_SAMPLES_HPP
+#ifndef FOUNDATION_JSON_TESTS_SUPPORT_VALUES_OF_EACH_KIND_HPP
+#define FOUNDATION_JSON_TESTS_SUPPORT_VALUES_OF_EACH_KIND_HPP
 
 #include <foundation/json/value.hpp>
 
@@ -26,7 +26,7 @@ struct Sample {
 
 /// One value of each kind, in the order of the kinds. The texts are too long for a string's own
 /// storage, so that copying one allocates.
-inline std::vector<Sample> samples() {
+inline std::vector<Sample> one_of_each_kind() {
     return {
         {Undefined(), "undefined", "undefined", "undefined"},
         {Null(), "JSON null", "JSON null null", "JSON null null"},
@@ -44,8 +44,8 @@ inline std::vector<Sample> samples() {
     };
 }
 
-/// As samples(), with other content wherever the kind has content. The text is longer than the
-/// first, and there are more elements and members.
+/// As one_of_each_kind(), with other content wherever the kind has content. The text is longer than
+/// the first, and there are more elements and members.
 inline std::vector<Sample> other_samples() {
     return {
         {Undefined(), "undefined", "undefined", "undefined"},

@@ -1,7 +1,7 @@
 /// @file
 /// A write onto a stream or into a string as one call that takes the layout.
-#ifndef FOUNDATION_JSON_TESTS_SUPPORT_WRITE_ONTO_HPP
-#define FOUNDATION_JSON_TESTS_SUPPORT_WRITE_ONTO_HPP
+#ifndef FOUNDATION_JSON_TESTS_SUPPORT_WRITE_AS_HPP
+#define FOUNDATION_JSON_TESTS_SUPPORT_WRITE_AS_HPP
 
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>

@@ -137,14 +137,14 @@ Value configuration() {
                   {"text", "t"}};
 }
 
-TEST(ToAtAPlace, Converts) {
+TEST(ToByPointer, ConvertsTheValueAtThePointer) {
     const Value config = configuration();
     EXPECT_EQ(to<int>(config, "/server/port"), 80);
     EXPECT_EQ(to<std::string>(config, "/server/tags/0"), "x");
     EXPECT_EQ(to<Array>(Value(Array{1, "x"}), ""), (Array{1, "x"}));
 }
 
-TEST(ToAtAPlace, NamesPlacesFromTheRoot) {
+TEST(ToByPointer, NamesPlacesFromTheRoot) {
     const Value config = configuration();
     EXPECT_EQ(conversion_error([&] { to<fleet::Server>(config, "/server"); }),
               "at /server/tags/1: invalid conversion: JSON number to JSON string");
@@ -153,14 +153,14 @@ TEST(ToAtAPlace, NamesPlacesFromTheRoot) {
     EXPECT_EQ(error_pointer([&] { to<int>(odd, "/a~1b"); }), "/a~1b");
 }
 
-TEST(ToAtAPlace, TakesOptions) {
+TEST(ToByPointer, TakesOptions) {
     const Value config = Object{{"server", Object{{"host", "a"}, {"x", 1}}}};
     const ConvertOptions strict{ConvertOptions::UnknownMembers::error};
     EXPECT_EQ(to<fleet::Server>(config, "/server").host, "a");
     EXPECT_EQ(error_pointer([&] { to<fleet::Server>(config, "/server", strict); }), "/server/x");
 }
 
-TEST(ToAtAPlace, ThrowsWhereNoValueIs) {
+TEST(ToByPointer, ThrowsWhereNoValueIs) {
     const Value config = configuration();
     EXPECT_EQ(conversion_error([&] { to<int>(config, "/server/prot"); }),
               "at /server/prot: there is no value");
@@ -174,7 +174,7 @@ TEST(ToAtAPlace, ThrowsWhereNoValueIs) {
               "at /undefined: invalid conversion: undefined to JSON number");
 }
 
-TEST(ToAtAPlace, ThrowsWhereAStepLeadsIntoAnotherKind) {
+TEST(ToByPointer, ThrowsWhereAStepLeadsIntoAnotherKind) {
     const Value config = configuration();
     EXPECT_EQ(conversion_error([&] { to<int>(config, "/text/x/y"); }),
               "at /text: invalid conversion: JSON string to JSON object");
@@ -188,7 +188,7 @@ TEST(ToAtAPlace, ThrowsWhereAStepLeadsIntoAnotherKind) {
               "at the root: invalid conversion: JSON number to JSON object");
 }
 
-TEST(ToAtAPlace, GivesNulloptForAMissingValue) {
+TEST(ToByPointer, GivesNulloptForAMissingValue) {
     const Value config = configuration();
     EXPECT_EQ(to<std::optional<int>>(config, "/server/prot"), std::nullopt);
     EXPECT_EQ(to<std::optional<int>>(config, "/server/port"), 80);

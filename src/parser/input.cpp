@@ -1,4 +1,4 @@
-#include "parser/reading.hpp"
+#include "parser/input.hpp"
 
 #include <fcntl.h>
 #include <sys/stat.h>

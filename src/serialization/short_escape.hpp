@@ -1,7 +1,7 @@
 /// @file
 /// Which bytes of a string have an escape of two characters, and the letter of each.
-#ifndef FOUNDATION_JSON_SRC_SERIALIZATION_STRING_TEXT_HPP
-#define FOUNDATION_JSON_SRC_SERIALIZATION_STRING_TEXT_HPP
+#ifndef FOUNDATION_JSON_SRC_SERIALIZATION_SHORT_ESCAPE_HPP
+#define FOUNDATION_JSON_SRC_SERIALIZATION_SHORT_ESCAPE_HPP
 
 namespace foundation::json::detail {
 

@@ -1,4 +1,4 @@
-// Usage: foundation_json_verdicts FOLDER [COUNT [SEED]]
+// Usage: foundation_json_parser_agreement FOLDER [COUNT [SEED]]
 // Damages texts, the files of a folder among them, and compares whether the parser and two other
 // libraries accept each of them. The program counts the differences that have a known reason; it
 // prints any other, and fails.
@@ -321,12 +321,13 @@ private:
 
 int main(int argc, char** argv) {
     if (argc < 2 || argc > 4) {
-        std::cerr << "usage: foundation_json_verdicts FOLDER [COUNT [SEED]]\n";
+        std::cerr << "usage: foundation_json_parser_agreement FOLDER [COUNT [SEED]]\n";
         return 2;
     }
     const std::size_t count = argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 1'000'000;
     if (count == 0) {
-        std::cerr << "foundation_json_verdicts: '" << argv[2] << "' is not a number above 0\n";
+        std::cerr << "foundation_json_parser_agreement: '" << argv[2]
+                  << "' is not a number above 0\n";
         return 2;
     }
     const std::uint64_t seed = argc > 3 ? std::strtoull(argv[3], nullptr, 10) : 1;
@@ -339,7 +340,7 @@ int main(int argc, char** argv) {
         }
         return comparison.report(count);
     } catch (const std::exception& error) {
-        std::cerr << "foundation_json_verdicts: " << error.what() << '\n';
+        std::cerr << "foundation_json_parser_agreement: " << error.what() << '\n';
         return 1;
     }
 }

@@ -1,7 +1,7 @@
 #include <foundation/json/text_helpers.hpp>
 
-#include "parse_errors/read_double.hpp"
-#include "parse_errors/utf16_converter.hpp"
+#include "parser_support/read_double.hpp"
+#include "parser_support/utf16_converter.hpp"
 
 #include <cstring>
 #include <stdexcept>

@@ -1,7 +1,7 @@
 /// @file
 /// Skips blanks, and the bytes of strings that need neither decoding nor checks.
-#ifndef FOUNDATION_JSON_SRC_PARSER_SCANNING_HPP
-#define FOUNDATION_JSON_SRC_PARSER_SCANNING_HPP
+#ifndef FOUNDATION_JSON_SRC_PARSER_SKIPPING_HPP
+#define FOUNDATION_JSON_SRC_PARSER_SKIPPING_HPP
 
 #include "parser/byte_block.hpp"
 #include "parser/characters.hpp"

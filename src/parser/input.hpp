@@ -1,7 +1,7 @@
 /// @file
 /// Input: reads whole texts from streams and files, and sets the state of streams.
-#ifndef FOUNDATION_JSON_SRC_PARSER_READING_HPP
-#define FOUNDATION_JSON_SRC_PARSER_READING_HPP
+#ifndef FOUNDATION_JSON_SRC_PARSER_INPUT_HPP
+#define FOUNDATION_JSON_SRC_PARSER_INPUT_HPP
 
 #include <cstddef>
 #include <filesystem>

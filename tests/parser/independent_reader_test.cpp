@@ -2,7 +2,7 @@
 #include "support/describe.hpp"
 #include "support/json_reader.hpp"
 #include "support/random_trees.hpp"
-#include "support/rounds.hpp"
+#include "support/repetitions.hpp"
 
 #include "parser/utf8.hpp"
 
@@ -75,10 +75,10 @@ std::string plain_text(const test::Tree& tree, bool pretty) {
     return stream.str();
 }
 
-TEST(ParserReference, TextsOfRandomValuesAreReadBack) {
+TEST(ParserAndIndependentReader, TextsOfRandomValuesAreReadBack) {
     const std::uint64_t seed = random_seed();
     RandomTrees trees(seed, RandomTrees::Kinds::readable);
-    for (std::size_t i = 0; i != test_rounds() / 5; ++i) {
+    for (std::size_t i = 0; i != test_repetitions() / 5; ++i) {
         const test::Tree tree = trees.tree();
         const Value value = to_value(tree);
         const std::string compact = plain_text(tree, false);
@@ -176,7 +176,7 @@ void check(const std::string& text) {
     }
 }
 
-TEST(ParserReference, DamagedTextsAreRefusedOrReadAlike) {
+TEST(ParserAndIndependentReader, DamagedTextsAreRefusedOrReadAlike) {
     const std::uint64_t seed = random_seed();
     std::mt19937_64 random(seed);
     const std::string texts[] = {
@@ -189,7 +189,7 @@ TEST(ParserReference, DamagedTextsAreRefusedOrReadAlike) {
         "{\n    \"name\": \"value\",\n    \"other\": [\n        12345678,\n        0.25\n    "
         "]\n}\n",
     };
-    for (std::size_t i = 0; i != 4 * test_rounds(); ++i) {
+    for (std::size_t i = 0; i != 4 * test_repetitions(); ++i) {
         check(damaged(texts[random() % std::size(texts)], random));
         if (HasFatalFailure()) {
             FAIL() << "seed " << seed;
@@ -209,7 +209,7 @@ std::vector<std::filesystem::path> documents() {
     return found;
 }
 
-TEST(ParserReference, DocumentsAreReadAlikeWholeAndInPieces) {
+TEST(ParserAndIndependentReader, DocumentsAreReadAlikeWholeAndInPieces) {
     const std::uint64_t seed = random_seed();
     std::mt19937_64 random(seed);
     for (const std::filesystem::path& path : documents()) {
@@ -225,7 +225,7 @@ TEST(ParserReference, DocumentsAreReadAlikeWholeAndInPieces) {
         EXPECT_TRUE(values.next(first)) << path;
         EXPECT_EQ(first, value) << path;
         EXPECT_FALSE(values.next(first)) << path;
-        for (std::size_t i = 0; i != test_rounds() / 5; ++i) {
+        for (std::size_t i = 0; i != test_repetitions() / 5; ++i) {
             check(damaged(whole.substr(random() % whole.size(), random() % 200), random));
             if (HasFatalFailure()) {
                 FAIL() << path << ", seed " << seed;

@@ -1,4 +1,4 @@
-#include "parse_errors/utf16_converter.hpp"
+#include "parser_support/utf16_converter.hpp"
 
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_err.h>

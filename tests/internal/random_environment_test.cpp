@@ -6,7 +6,7 @@
 #include "support/float_environments.hpp"
 #include "support/notable_numbers.hpp"
 #include "support/number_rule.hpp"
-#include "support/rounds.hpp"
+#include "support/repetitions.hpp"
 
 #include <gtest/gtest.h>
 
@@ -68,7 +68,7 @@ Environment any_environment(std::mt19937_64& random) {
 }
 
 template <class Number>
-class NumberTextInAnyEnvironment : public testing::Test {};
+class NumberTextInRandomEnvironments : public testing::Test {};
 
 struct NumberNames {
     template <class Number>
@@ -78,21 +78,21 @@ struct NumberNames {
 };
 
 using Numbers = testing::Types<double, float>;
-TYPED_TEST_SUITE(NumberTextInAnyEnvironment, Numbers, NumberNames);
+TYPED_TEST_SUITE(NumberTextInRandomEnvironments, Numbers, NumberNames);
 
-TYPED_TEST(NumberTextInAnyEnvironment, FollowsTheRuleForRandomBits) {
+TYPED_TEST(NumberTextInRandomEnvironments, FollowsTheRuleForRandomBits) {
     std::mt19937_64 random(20261121);
-    for (std::size_t i = 0; i < test::test_rounds(); ++i) {
+    for (std::size_t i = 0; i < test::test_repetitions(); ++i) {
         const auto word = static_cast<test::WordOf<TypeParam>>(random());
         expect_the_rule(any_environment(random), test::number_of<TypeParam>(word));
     }
 }
 
-TYPED_TEST(NumberTextInAnyEnvironment, FollowsTheRuleForRandomSubnormalBits) {
+TYPED_TEST(NumberTextInRandomEnvironments, FollowsTheRuleForRandomSubnormalBits) {
     std::mt19937_64 random(20261122);
     using Word = test::WordOf<TypeParam>;
     constexpr Word mantissa = NumberBits<TypeParam>::implicit_bit - 1;
-    for (std::size_t i = 0; i < test::test_rounds() / 2; ++i) {
+    for (std::size_t i = 0; i < test::test_repetitions() / 2; ++i) {
         const Word word = static_cast<Word>(random()) & ~NumberBits<TypeParam>::infinity;
         const Word shifted = static_cast<Word>((word & mantissa) >>
                                                (random() % NumberBits<TypeParam>::mantissa_bits));
@@ -101,7 +101,7 @@ TYPED_TEST(NumberTextInAnyEnvironment, FollowsTheRuleForRandomSubnormalBits) {
     }
 }
 
-TYPED_TEST(NumberTextInAnyEnvironment, FollowsTheRuleForNotableNumbers) {
+TYPED_TEST(NumberTextInRandomEnvironments, FollowsTheRuleForNotableNumbers) {
     std::mt19937_64 random(20261123);
     for (const auto word : test::notable_words<TypeParam>()) {
         for (int i = 0; i < 20; ++i) {
