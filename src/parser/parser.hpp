@@ -155,7 +155,7 @@ private:
     }
 
     /// The opening bracket of the innermost open container; null if there is none.
-    const char* opening() const noexcept { return open_.empty() ? nullptr : open_.top().begin; }
+    const char* opening() const noexcept { return open_.empty() ? nullptr : open_.bracket(); }
 
     const char* begin_;
     const char* end_;
