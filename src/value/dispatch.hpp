@@ -6,10 +6,11 @@
 #include "value/value_access.hpp"
 
 #include <string>
+#include <utility>
 
 namespace foundation::json::detail {
 
-/// Whether a value holds a tag, a bool or a number: content without a destructor.
+/// Whether a value holds a tag, a bool or a number: content that needs no destruction.
 inline bool holds_scalar(const Value& value) noexcept {
     const Kind kind = kind_of(value);
     return kind < Kind::string || kind > Kind::object;
@@ -20,28 +21,33 @@ template <class Callable, class AnyValue>
 [[gnu::always_inline]] inline decltype(auto) visit_inline(const Callable& callable,
                                                           AnyValue& value) {
     const Kind kind = kind_of(value);
+    // The only visit: compilers reduce it to the address of the variant's storage, and for arrays
+    // and objects what that points to.
+    const AddressOf address_of;
+    void* const address =
+        const_cast<void*>(std::as_const(ValueAccess::variant(value)).apply_visitor(address_of));
     if (kind == Kind::number) {
-        return callable(ValueAccess::content<double>(value));
+        return callable(*static_cast<ContentOf<AnyValue, double>*>(address));
     }
     switch (kind) {
     case Kind::null:
-        return callable(ValueAccess::content<Null>(value));
+        return callable(*static_cast<ContentOf<AnyValue, Null>*>(address));
     case Kind::boolean:
-        return callable(ValueAccess::content<bool>(value));
+        return callable(*static_cast<ContentOf<AnyValue, bool>*>(address));
     case Kind::string:
-        return callable(ValueAccess::content<std::string>(value));
+        return callable(*static_cast<ContentOf<AnyValue, std::string>*>(address));
     case Kind::array:
-        return callable(ValueAccess::content<Array>(value));
+        return callable(*static_cast<ContentOf<AnyValue, Array>*>(address));
     case Kind::object:
-        return callable(ValueAccess::content<Object>(value));
+        return callable(*static_cast<ContentOf<AnyValue, Object>*>(address));
     case Kind::float32:
-        return callable(ValueAccess::content<float>(value));
+        return callable(*static_cast<ContentOf<AnyValue, float>*>(address));
     case Kind::int64:
-        return callable(ValueAccess::content<long long>(value));
+        return callable(*static_cast<ContentOf<AnyValue, long long>*>(address));
     case Kind::uint64:
-        return callable(ValueAccess::content<unsigned long long>(value));
+        return callable(*static_cast<ContentOf<AnyValue, unsigned long long>*>(address));
     default: // Kind::undefined, the only other one left
-        return callable(ValueAccess::content<Undefined>(value));
+        return callable(*static_cast<ContentOf<AnyValue, Undefined>*>(address));
     }
 }
 

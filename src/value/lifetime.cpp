@@ -116,20 +116,18 @@ template <class Container>
     return copy;
 }
 
-// Flattened, so that copying scalars is compiled into the loop over elements.
 template <class Content>
-[[gnu::noinline, gnu::flatten]] Variant copy_content(const Content& content) {
+[[gnu::noinline]] Variant copy_content(const Content& content) {
     return Variant(content);
 }
 
 /// A copy of the visited content.
 struct Copy : boost::static_visitor<Variant> {
-    template <class Scalar>
-    Variant operator()(const Scalar& content) const {
+    template <class Content>
+    Variant operator()(const Content& content) const {
         return Variant(content);
     }
 
-    Variant operator()(const std::string& content) const { return copy_content(content); }
     Variant operator()(const Array& content) const { return copy_container(content); }
     Variant operator()(const Object& content) const { return copy_container(content); }
 
@@ -149,10 +147,31 @@ struct Take : boost::static_visitor<Variant> {
     }
 };
 
+/// A copy of anything but a number or string.
+[[gnu::noinline]] Variant copy_other(const Value& original) {
+    return detail::visit_inline(Copy(), original);
+}
+
+// The two commonest kinds come first, in a function so short that compilers inline it into the
+// loops over elements.
+inline Variant copy(const Value& original) {
+    if (holds<double>(original)) {
+        return Variant(detail::ValueAccess::content<double>(original));
+    }
+    return holds<std::string>(original)
+               ? copy_content(detail::ValueAccess::content<std::string>(original))
+               : copy_other(original);
+}
+
+[[gnu::noinline]] Variant take_other(Value& original) {
+    return detail::visit_inline(Take(), original);
+}
+
 } // namespace
 
-[[gnu::flatten]] Value::Value(const Value& other) : variant_(detail::visit_inline(Copy(), other)) {}
-[[gnu::flatten]] Value::Value(Value&& other) : variant_(detail::visit_inline(Take(), other)) {}
+Value::Value(const Value& other) : variant_(copy(other)) {}
+
+Value::Value(Value&& other) : variant_(holds<double>(other) ? copy(other) : take_other(other)) {}
 
 namespace {
 
@@ -224,7 +243,7 @@ inline void destroy_content(Value& value) noexcept {
 
 } // namespace
 
-[[gnu::flatten]] Value::~Value() {
+Value::~Value() {
     destroy_content(*this);
     // Whatever kind it was, nothing is left to destroy. The library's own Undefined stays one: a
     // missing member may be looked up after static objects are destroyed.
@@ -358,7 +377,7 @@ template <class Container>
     return target;
 }
 
-[[gnu::noinline, gnu::flatten]] Value& assign_moved(Value& target, Value& source) {
+[[gnu::noinline]] Value& assign_moved(Value& target, Value& source) {
     assign_variant(detail::ValueAccess::variant(target),
                    std::move(detail::ValueAccess::variant(source)));
     return target;
@@ -366,7 +385,7 @@ template <class Container>
 
 } // namespace
 
-[[gnu::flatten]] Value& Value::operator=(const Value& other) {
+Value& Value::operator=(const Value& other) {
     return this != &other ? detail::visit_inline(Assign(*this, other), other) : *this;
 }
 
@@ -425,7 +444,7 @@ void exchange(Value* values, const Value* values_end, Value* others) noexcept {
 
 /// Moves values to the end of an array with sufficient capacity. If anything throws, they stay
 /// where they were.
-[[gnu::noinline, gnu::flatten]] void move_over(Array& target, Array& values) {
+[[gnu::noinline]] void move_over(Array& target, Array& values) {
     const std::size_t old_size = target.size();
     try {
         for (Value& value : values) {
@@ -454,7 +473,7 @@ void exchange(Value* values, const Value* values_end, Value* others) noexcept {
 
 } // namespace
 
-[[gnu::flatten]] void append(Array& elements, const Value& value) {
+void append(Array& elements, const Value& value) {
     if (elements.size() != elements.capacity()) {
         elements.push_back(value);
     } else {
