@@ -830,9 +830,10 @@ struct Converter<std::optional<T>, Category::other> {
 
     static void read(std::optional<T>& target, const Value& value, const Place& place,
                      Session& session) {
-        target.reset();
         if constexpr (require_default<T>()) {
-            if (!is_nothing(value)) {
+            if (is_nothing(value)) {
+                target.reset();
+            } else {
                 Converter<T>::read(target.emplace(), value, place, session);
             }
         }
