@@ -22,7 +22,7 @@ TASKS = ["serialize", "serialize scattered", "pretty_print", "message",
          "read strings", "read numbers", "push", "insert all keys", "1,000 lookups", "to structs",
          "to structs by hand", "from structs", "words", "numbers", "strings", "containers"]
 CHECKED, STANDARD = "RapidJSON, checked", "std::variant"
-WRITING = ["text", "messages", "streams"]
+WRITING = ["text", "messages", "scattered", "streams"]
 OTHERS = ["values", "arrays", "objects", "conversion"]
 
 
