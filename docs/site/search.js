@@ -11,12 +11,14 @@ window.Worker = class extends window.Worker {
         super(location.protocol === "file:" ? URL.createObjectURL(script) : url, options);
     }
 
-    // A query is the only message that is a text. Signs would have a meaning in it, and the words that
-    // only make a question of it are on every page.
+    // A query is the only message that is a text. Signs would have a meaning in it, the words that only
+    // make a question of it are on every page, and numbers in a message are different each time.
     postMessage(message, ...more) {
         const isQuery = typeof message.data === "string";
         const words = isQuery && message.data.replace(/[^\p{L}\p{N}_]+/gu, " ").trim();
-        const asked = isQuery && words.replace(/\b(how|do|does|can|should|i|my|what|which|a|an|the|of) /gi, "");
+        const asked = isQuery && (words
+            .replace(/\b(how|do|does|can|should|i|my|what|which|a|an|the|of) /gi, "")
+            .replace(/(^| )\p{N}+(?= |$)/gu, "").trim() || words);
         super.postMessage(isQuery ? { ...message, data: asked } : message, ...more);
     }
 };
