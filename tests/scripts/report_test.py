@@ -19,6 +19,7 @@ LONG_NAME = "a_document_with_a_name_that_is_longer_than_any_column"
 TIMES = {
     "text": {("serialize", "doc"): {OURS: 2e6, "nlohmann": 8e6, "RapidJSON": 1e6}},
     "messages": {("message", "a & b < c"): {OURS: 100.0, "nlohmann": 200.0, "Boost.JSON": 6400.0}},
+    "scattered": {("serialize scattered", "a & b < c"): {OURS: 30.0, "JsonCpp": 40.0}},
     "streams": {("write to std::ostringstream", LONG_NAME): {OURS: 10.0, "JsonCpp": 20.0}},
     "parsing": {("parse and destroy", "doc"): {OURS: 300.0, "RapidJSON": 200.0}},
     "reading": {("read numbers", "doc"): {OURS: 30.0, "std::variant": 15.0, "nlohmann": 40.0,
@@ -223,7 +224,7 @@ class Report(unittest.TestCase):
 
     def NoLabelReachesTheBars(self):
         labels = [text for text in self.chart("writing").iter(SVG + "text") if text.get("x") == "14"]
-        self.assertEqual(len(labels), 4)
+        self.assertEqual(len(labels), 5)
         for label in labels:
             self.assertLess(14 + 0.6 * 12 * len(label.text), 131, label.text)
 
