@@ -341,6 +341,7 @@ void Errors::bad_string(const StringToken& token) const {
     case StringError::escape:
         fail(INVALID_ESCAPE_SEQUENCE, place,
              "found " + name_of(place) +
+                 // With escapes as in the other texts. NOLINTNEXTLINE(modernize-raw-string-literal)
                  " after '\\' in a string: a backslash itself is written \\\\");
     case StringError::escape_ends:
     case StringError::unicode_escape:

@@ -6,7 +6,6 @@
 #include <foundation/json/content.hpp>
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -26,21 +25,21 @@ public:
     bool empty() const noexcept { return depth_ == 0; }
     std::size_t depth() const noexcept { return depth_; }
 
-    /// @param bracket  the opening one
+    /// @param bracket  the opening one, in the text, which must stay there
     void open(Object& object, const char* bracket) {
         make_room(words_of_object);
-        *top_++ = reinterpret_cast<Word>(bracket);
-        *top_++ = reinterpret_cast<Word>(&object);
+        (top_++)->object = &object;
+        (top_++)->bracket = bracket;
         ++depth_;
     }
 
     /// @param first_pending  of its elements
-    /// @param bracket        the opening one
+    /// @param bracket        the opening one, in the text, which must stay there
     void open(Array& array, std::size_t first_pending, const char* bracket) {
         make_room(words_of_array);
-        *top_++ = first_pending;
-        *top_++ = reinterpret_cast<Word>(bracket);
-        *top_++ = reinterpret_cast<Word>(&array) + array_mark;
+        (top_++)->first_pending = first_pending;
+        (top_++)->array = &array;
+        (top_++)->bracket = bracket;
         ++depth_;
     }
 
@@ -54,22 +53,24 @@ public:
 
     // Of the innermost container.
 
-    bool is_array() const noexcept { return (top_[-1] & array_mark) != 0; }
-    Object& object() const noexcept { return *reinterpret_cast<Object*>(top_[-1]); }
-    Array& array() const noexcept { return *reinterpret_cast<Array*>(top_[-1] - array_mark); }
-    const char* bracket() const noexcept { return reinterpret_cast<const char*>(top_[-2]); }
+    bool is_array() const noexcept { return *bracket() == '['; }
+    Object& object() const noexcept { return *top_[-2].object; }
+    Array& array() const noexcept { return *top_[-2].array; }
+    const char* bracket() const noexcept { return top_[-1].bracket; }
     /// Of the elements of an array.
-    std::size_t first_pending() const noexcept { return top_[-3]; }
+    std::size_t first_pending() const noexcept { return top_[-3].first_pending; }
 
 private:
-    using Word = std::uintptr_t;
+    union Word {
+        Object* object;
+        Array* array;
+        const char* bracket;
+        std::size_t first_pending;
+    };
 
     static constexpr std::ptrdiff_t words_of_object = 2;
     static constexpr std::ptrdiff_t words_of_array = 3;
     static constexpr std::size_t chunk_size = 96;
-
-    /// Added to the address of an array, which is even.
-    static constexpr Word array_mark = 1;
 
     struct Chunk {
         std::unique_ptr<Word[]> words;

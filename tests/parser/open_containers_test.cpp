@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <random>
+#include <string>
 #include <vector>
 
 namespace foundation::json::detail {
@@ -42,7 +43,8 @@ TEST(OpenContainers, AreThoseThatWereOpenedAndNotClosed) {
     std::mt19937_64 random(seed);
     std::vector<Array> arrays(7);
     std::vector<Object> objects(5);
-    const std::vector<char> text(100);
+    const std::string array_text(100, '[');
+    const std::string object_text(100, '{');
     OpenContainers open;
     std::vector<Opened> expected;
     // By turns mostly opened and mostly closed, so that all depths up to some hundred occur.
@@ -55,12 +57,13 @@ TEST(OpenContainers, AreThoseThatWereOpenedAndNotClosed) {
             expect_innermost(open, expected);
             continue;
         }
-        const char* const bracket = &text[random() % text.size()];
         if (random() % 2 == 0) {
+            const char* const bracket = &object_text[random() % object_text.size()];
             Object& object = objects[random() % objects.size()];
             open.open(object, bracket);
             expected.push_back({&object, nullptr, 0, bracket});
         } else {
+            const char* const bracket = &array_text[random() % array_text.size()];
             Array& array = arrays[random() % arrays.size()];
             open.open(array, i, bracket);
             expected.push_back({nullptr, &array, i, bracket});
