@@ -393,12 +393,15 @@ void Errors::no_name(const char* place, const char* opening, bool after_comma) c
     if (word.empty()) {
         found = name_of(place);
     }
-    const std::string hint = *place == ','        ? ""
-                             : is_bracket(*place) ? ": the object begins " + where(opening)
-                             : is_curly_quote(place)
-                                 ? ": names are written in straight double quotes"
-                                 : ": names are written in double quotes";
-    fail(MISSING_LEADING_QUOTE, place, "found " + found + " where a name should begin" + hint);
+    std::string what = "found " + found + " where a name should begin";
+    if (is_bracket(*place)) {
+        what += ": the object begins " + where(opening);
+    } else if (is_curly_quote(place)) {
+        what += ": names are written in straight double quotes";
+    } else if (*place != ',') {
+        what += ": names are written in double quotes";
+    }
+    fail(MISSING_LEADING_QUOTE, place, what);
 }
 
 void Errors::no_colon(const char* place, const char* opening) const {
@@ -423,11 +426,12 @@ void Errors::no_separator(const char* place, const char* opening) const {
     if (continues_word(*place) || first_bytes.find(*place) != std::string_view::npos) {
         fail(result, place, "a comma is missing before " + name_of(place));
     }
-    const bool not_closed = is_bracket(*place) || (array && *place == ':');
-    fail(result, place,
-         "found " + name_of(place) + " where " + (array ? "',' or ']'" : "',' or '}'") +
-             " is expected" +
-             (not_closed ? ": the " + container_name(opening) + " begins " + where(opening) : ""));
+    std::string what = "found " + name_of(place) + " where ";
+    what += array ? "',' or ']' is expected" : "',' or '}' is expected";
+    if (is_bracket(*place) || (array && *place == ':')) {
+        what += ": the " + container_name(opening) + " begins " + where(opening);
+    }
+    fail(result, place, what);
 }
 
 void Errors::after_value(const char* place, const char* value_end) const {

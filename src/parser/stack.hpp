@@ -32,13 +32,8 @@ public:
 
     bool full() const noexcept { return size_ == capacity_; }
 
-    /// Growth is kept out of this, to be inlined.
-    void push(const Item& item) {
-        if (full()) {
-            grow();
-        }
-        items_[size_++] = item;
-    }
+    /// There must be room: growth is kept out of this, to be inlined.
+    void push(const Item& item) noexcept { items_[size_++] = item; }
 
     void pop() noexcept { --size_; }
     void shrink(std::size_t size) noexcept { size_ = size; }

@@ -21,6 +21,7 @@ template <class Callable, class AnyValue>
 [[gnu::always_inline]] inline decltype(auto) visit_inline(const Callable& callable,
                                                           AnyValue& value) {
     const Kind kind = kind_of(value);
+    // GCOVR_EXCL_BR_START: some callers keep numbers or containers for themselves
     // The only visit: compilers reduce it to the address of the variant's storage, and for arrays
     // and objects what that points to.
     const AddressOf address_of;
@@ -49,6 +50,7 @@ template <class Callable, class AnyValue>
     default: // Kind::undefined, the only other one left
         return callable(*static_cast<ContentOf<AnyValue, Undefined>*>(address));
     }
+    // GCOVR_EXCL_BR_STOP: from here on as everywhere
 }
 
 } // namespace foundation::json::detail

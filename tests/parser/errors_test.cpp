@@ -170,6 +170,8 @@ TEST(ParserErrors, ANameIsWrittenInDoubleQuotes) {
          "found 'null' where a name should begin: names are written in double quotes"},
         {"{-1:1}", MISSING_LEADING_QUOTE, 1, 1, 2,
          "found '-' where a name should begin: names are written in double quotes"},
+        {"{\xE2\x80", MISSING_LEADING_QUOTE, 1, 1, 2,
+         "found byte 0xE2 where a name should begin: names are written in double quotes"},
         {"{\"a\":1,b:2}", MISSING_LEADING_QUOTE, 7, 1, 8,
          "found 'b' where a name should begin: names are written in double quotes"},
     });
