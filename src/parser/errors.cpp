@@ -439,11 +439,13 @@ void Errors::after_value(const char* place, const char* value_end) const {
     const bool of_object = *place == '}' || *place == ':';
     const ParseResult result = of_object ? MISSING_OBJECT_OPEN : MISSING_ARRAY_OPEN;
     check_glued(place, result);
-    const char last = value_end[-1];
-    const std::string behind = is_bracket(last)
-                                   ? "the " + in_quotes({&last, 1}) + " that ends the value"
-                                   : "the end of the value";
-    fail(result, place, "found " + name_of(place) + " after " + behind);
+    std::string what = "found " + name_of(place) + " after ";
+    if (const char last = value_end[-1]; is_bracket(last)) {
+        what += "the " + in_quotes({&last, 1}) + " that ends the value";
+    } else {
+        what += "the end of the value";
+    }
+    fail(result, place, what);
 }
 
 void Errors::too_deep(const char* place) const {
