@@ -86,7 +86,7 @@ private:
 
     [[gnu::noinline]] void enter_chunk() {
         if (spare_ == nullptr) {
-            spare_.reset(new Word[chunk_size]);
+            spare_ = std::make_unique<Word[]>(chunk_size);
         }
         chunks_.push_back({nullptr, begin_, top_});
         chunks_.back().words = std::move(spare_);
