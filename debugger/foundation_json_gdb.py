@@ -68,15 +68,18 @@ class FoundationJsonProgram:
     def layout(value_type):
         """None if the debug information only declares the type or that of its content."""
         try:
-            variant = value_type["variant_"]
+            # A union without a name holds the variant.
+            union = next(field for field in value_type.fields() if not field.name)
+            variant = union.type["variant_"]
             which, storage = variant.type["which_"], variant.type["storage_"]
-        except (KeyError, TypeError):
+        except (KeyError, TypeError, StopIteration):
             return None
+        offset = union.bitpos + variant.bitpos
         return foundation_json_values.Layout(
             value_type.sizeof,
-            (variant.bitpos + which.bitpos) // 8,
+            (offset + which.bitpos) // 8,
             which.type.sizeof,
-            (variant.bitpos + storage.bitpos) // 8,
+            (offset + storage.bitpos) // 8,
         )
 
     def held(self, value):

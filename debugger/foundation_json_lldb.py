@@ -119,12 +119,14 @@ class Program:
 
 def layout_of(value_type):
     """None if the debug information only declares the type."""
-    variant = field(value_type, "variant_")
+    # A union without a name holds the variant.
+    union = field(value_type, None)
+    variant = union and field(union.GetType(), "variant_")
     which = variant and field(variant.GetType().GetCanonicalType(), "which_")
     storage = variant and field(variant.GetType().GetCanonicalType(), "storage_")
     if not which or not storage:
         return None
-    offset = variant.GetOffsetInBytes()
+    offset = union.GetOffsetInBytes() + variant.GetOffsetInBytes()
     return values.Layout(
         value_type.GetByteSize(),
         offset + which.GetOffsetInBytes(),
@@ -134,8 +136,9 @@ def layout_of(value_type):
 
 
 def field(of_type, name):
+    """The field of that name, or the first without a name."""
     fields = (of_type.GetFieldAtIndex(i) for i in range(of_type.GetNumberOfFields()))
-    return next((one for one in fields if one.GetName() == name), None)
+    return next((one for one in fields if (one.GetName() or None) == name), None)
 
 
 def plain(value):

@@ -129,15 +129,6 @@ std::size_t Value::length() const {
     return visit(detail::Length(), *this);
 }
 
-void Value::push(const Value& v) {
-    // An array takes no visit.
-    if (auto* const elements = get_if<Array>(this)) {
-        detail::append(*elements, v);
-    } else {
-        visit(push_visitor(v), *this); // GCOVR_EXCL_BR_LINE: it does not return
-    }
-}
-
 bool Value::hasOwnProperty(const std::string& key) const {
     return HasProperty(key)(*this);
 }

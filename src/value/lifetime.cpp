@@ -152,8 +152,9 @@ struct Take : boost::static_visitor<Variant> {
     return detail::visit_inline(Copy(), original);
 }
 
-// The two commonest kinds come first, in a function so short that compilers inline it into the
+// The two commonest kinds come first, in functions so short that compilers inline them into the
 // loops over elements.
+
 inline Variant copy(const Value& original) {
     if (holds<double>(original)) {
         return Variant(detail::ValueAccess::content<double>(original));
@@ -163,15 +164,20 @@ inline Variant copy(const Value& original) {
                : copy_other(original);
 }
 
-[[gnu::noinline]] Variant take_other(Value& original) {
-    return detail::visit_inline(Take(), original);
+inline Variant take(Value& original) {
+    if (holds<double>(original)) {
+        return Variant(detail::ValueAccess::content<double>(original));
+    }
+    return holds<std::string>(original)
+               ? Variant(std::move(detail::ValueAccess::content<std::string>(original)))
+               : detail::visit_inline(Take(), original);
 }
 
 } // namespace
 
 Value::Value(const Value& other) : variant_(copy(other)) {}
 
-Value::Value(Value&& other) : variant_(holds<double>(other) ? copy(other) : take_other(other)) {}
+Value::Value(Value&& other) : variant_(take(other)) {}
 
 namespace {
 
@@ -243,13 +249,11 @@ inline void destroy_content(Value& value) noexcept {
 
 } // namespace
 
+// The variant is in a union, so that this is all that happens: scalars are not written to. That
+// matters to the library's own Undefined, since a missing member may be looked up after static
+// objects are destroyed, and to big arrays of numbers.
 Value::~Value() {
     destroy_content(*this);
-    // Whatever kind it was, nothing is left to destroy. The library's own Undefined stays one: a
-    // missing member may be looked up after static objects are destroyed.
-    if (!holds<Undefined>(*this)) {
-        new (&variant_) Variant(false);
-    }
 }
 
 namespace {
@@ -490,5 +494,14 @@ void append(Array& elements, const Value* values, std::size_t count) {
 }
 
 } // namespace detail
+
+void Value::push(const Value& v) {
+    // An array takes no visit.
+    if (auto* const elements = get_if<Array>(this)) {
+        detail::append(*elements, v);
+    } else {
+        visit(push_visitor(v), *this); // GCOVR_EXCL_BR_LINE: it does not return
+    }
+}
 
 } // namespace foundation::json

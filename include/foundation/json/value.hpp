@@ -362,7 +362,10 @@ private:
     /// that value already, before any constructor runs, and stay so after its destructor.
     static const Value UNDEFINED;
 
-    Variant variant_;
+    // In a union, so that its destructor is not called for scalars.
+    union {
+        Variant variant_;
+    };
 };
 
 /// What `a || b` returns: references to both operands, and the choice between them.
