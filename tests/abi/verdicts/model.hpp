@@ -76,6 +76,11 @@ private:
 #elif defined(DATA_MEMBER_WITH_ANOTHER_NAME)
     Content* content_;
     int area_;
+#elif defined(DATA_MEMBER_IN_A_UNION)
+    Content* content_;
+    union {
+        int size_;
+    };
 #else
     Content* content_;
     int size_;
