@@ -130,7 +130,9 @@ std::size_t Value::length() const {
 }
 
 bool Value::hasOwnProperty(const std::string& key) const {
-    return HasProperty(key)(*this);
+    // As HasProperty, which would copy the key.
+    const auto* const members = get_if<Object>(this);
+    return members != nullptr && members->find(key) != members->end();
 }
 
 Value::push_visitor::push_visitor(const Value& v) noexcept : value_(&v) {}
