@@ -57,7 +57,7 @@ private:
             break;
         case ']':
         case '}':
-            close();
+            close(byte);
             break;
         case ',':
             ++commas_;
@@ -75,7 +75,7 @@ private:
         }
     }
 
-    void close() {
+    void close(const char* bracket) {
         if (open_.empty()) {
             done_ = true;
             return;
@@ -83,7 +83,7 @@ private:
         const Container closed = open_.back();
         open_.pop_back();
         if (commas_ >= least - 1) {
-            lengths_.known_.emplace(closed.begin, commas_ + 1);
+            lengths_.known_.emplace(closed.begin, Known{bracket, commas_ + 1});
         }
         commas_ = closed.commas_before;
     }
@@ -128,12 +128,16 @@ private:
     bool done_ = false;
 };
 
-std::size_t ArrayLengths::length(const char* array, const char* element, std::size_t before) {
-    const auto known = known_.find(array);
-    if (known != known_.end()) {
-        const std::size_t result = known->second;
-        known_.erase(known);
-        return result;
+std::size_t ArrayLengths::length(const char* element, std::size_t before) {
+    // The array itself, if it is known, begins last of all that are known around the element. Those
+    // that end before the element have been read, and nobody asks for them any more.
+    for (auto known = known_.lower_bound(element); known != known_.begin();) {
+        --known;
+        const Known found = known->second;
+        known = known_.erase(known);
+        if (found.end >= element) {
+            return found.length;
+        }
     }
     return before + Count(*this, element).run();
 }

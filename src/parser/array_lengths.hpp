@@ -20,19 +20,24 @@ public:
     /// @param comments  whether the text may have comments
     ArrayLengths(const char* end, bool comments) noexcept : end_(end), comments_(comments) {}
 
-    /// Finds the length of a long array, counting from one of its elements on.
-    /// @param array    the opening bracket of the array
+    /// Finds the length of a long array, counting from one of its elements on. Each array may be
+    /// asked for once, in the order of the text.
     /// @param element  the element: its first byte, or the one behind it
     /// @param before   the number of elements before it
     /// @throws std::bad_alloc
-    std::size_t length(const char* array, const char* element, std::size_t before);
+    std::size_t length(const char* element, std::size_t before);
 
 private:
     class Count;
 
+    struct Known {
+        const char* end; ///< the closing bracket
+        std::size_t length;
+    };
+
     const char* end_;
     bool comments_;
-    std::map<const char*, std::size_t> known_; ///< by opening bracket
+    std::map<const char*, Known> known_; ///< by opening bracket
 };
 
 } // namespace foundation::json::detail

@@ -63,10 +63,8 @@ public:
         parser_.add_pending(PendingElement(content));
     }
 
-    void open_array(const char* place) const { parser_.open(parser_.arrays_.push(), place); }
-    void open_object(const char* place) const {
-        parser_.open_.open(parser_.objects_.push(), place);
-    }
+    void open_array() const { parser_.open(parser_.arrays_.push()); }
+    void open_object() const { parser_.open_.open(parser_.objects_.push()); }
 
 private:
     Parser& parser_;
@@ -85,12 +83,10 @@ public:
         decode(token, content_of<std::string>(insert(parser_.no_text_)));
     }
 
-    void open_array(const char* place) const {
-        parser_.open(content_of<Array>(insert(parser_.no_elements_)), place);
-    }
+    void open_array() const { parser_.open(content_of<Array>(insert(parser_.no_elements_))); }
 
-    void open_object(const char* place) const {
-        parser_.open_.open(content_of<Object>(insert(parser_.no_members_)), place);
+    void open_object() const {
+        parser_.open_.open(content_of<Object>(insert(parser_.no_members_)));
     }
 
 private:
@@ -117,14 +113,14 @@ public:
         decode(token, content_of<std::string>(root_));
     }
 
-    void open_array(const char* place) const {
+    void open_array() const {
         root_ = Value(parser_.no_elements_);
-        parser_.open(content_of<Array>(root_), place);
+        parser_.open(content_of<Array>(root_));
     }
 
-    void open_object(const char* place) const {
+    void open_object() const {
         root_ = Value(parser_.no_members_);
-        parser_.open_.open(content_of<Object>(root_), place);
+        parser_.open_.open(content_of<Object>(root_));
     }
 
 private:
@@ -164,7 +160,7 @@ inline bool Parser::find_first(const char*& place, char close) const {
         return !options_.trailing_commas || !is_at(place, close);
     }
     if (!is_at(place, close)) {
-        errors_.no_separator(place, opening());
+        errors_.no_separator(place, opening(place));
     }
     return false;
 }
@@ -215,12 +211,12 @@ const char* Parser::read_members(const char* place) {
     bool more = after_comma ? find_next(place, '}') : find_first(place, '}');
     while (more) {
         if (!is_at(place, '"')) {
-            errors_.no_name(place, opening(), after_comma);
+            errors_.no_name(place, opening(place), after_comma);
         }
         const StringToken name = read_name(place);
         place = skip_space(name.end + 1);
         if (!is_at(place, ':')) {
-            errors_.no_colon(place, opening());
+            errors_.no_colon(place, opening(place));
         }
         place = skip_space(place + 1);
         if (is_opening(place)) {
@@ -257,9 +253,9 @@ const char* Parser::open_container(const char* place, const Sink& sink) {
         errors_.too_deep(place);
     }
     if (*place == '[') {
-        sink.open_array(place);
+        sink.open_array();
     } else {
-        sink.open_object(place);
+        sink.open_object();
     }
     return place + 1;
 }
@@ -268,7 +264,7 @@ const char* Parser::open_container(const char* place, const Sink& sink) {
 template <class Sink>
 const char* Parser::read_scalar(const char* place, const Sink& sink, bool after_comma) {
     if (place == end_) {
-        errors_.no_value(place, opening(), after_comma);
+        errors_.no_value(place, opening(place), after_comma);
     }
     switch (*place) {
     case '"': {
@@ -287,7 +283,7 @@ const char* Parser::read_scalar(const char* place, const Sink& sink, bool after_
         return read_word(place, "false", false, sink);
     default:
         if (!begins_number(*place)) {
-            errors_.no_value(place, opening(), after_comma);
+            errors_.no_value(place, opening(place), after_comma);
         }
         return read_number(place, sink);
     }
@@ -402,8 +398,8 @@ Value& Parser::insert(Object& members, const StringToken& name, const Content& c
 
 // ---- Containers ------------------------------------------------------------------------------
 
-void Parser::open(Array& array, const char* begin) {
-    open_.open(array, pending_.size(), begin);
+void Parser::open(Array& array) {
+    open_.open(array, pending_.size());
 }
 
 void Parser::close_array(const char* end) {
@@ -431,6 +427,37 @@ void Parser::close(const char* end, const PendingElement& closed) {
     }
 }
 
+/// Finds the opening bracket of the innermost open container. Only errors ask for it: the
+/// containers do not keep it, which would take a word for each.
+/// @param place  behind what has been read
+/// @return null if no container is open
+[[gnu::noinline]] const char* Parser::opening(const char* place) const {
+    const char* result = nullptr;
+    std::size_t depth = 0;
+    for (const char* at = skip_space(begin_); at < place; at = skip_space(at)) {
+        switch (*at) {
+        case '[':
+        case '{':
+            ++depth;
+            result = depth == open_.depth() ? at : result;
+            ++at;
+            break;
+        case ']':
+        case '}':
+            --depth;
+            ++at;
+            break;
+        case '"':
+            at = scan_string<Block>(at + 1, end_).end + 1;
+            break;
+        default:
+            ++at;
+            break;
+        }
+    }
+    return result;
+}
+
 // ---- Elements --------------------------------------------------------------------------------
 
 /// Moves the pending elements of the innermost open array into it, if there are many. Otherwise
@@ -445,7 +472,7 @@ void Parser::close(const char* end, const PendingElement& closed) {
     }
     Array& array = open_.array();
     if (array.capacity() == 0) {
-        reserve_if_possible(array, lengths_.length(open_.bracket(), element_, count - 1));
+        reserve_if_possible(array, lengths_.length(element_, count - 1));
     }
     take_pending(array, open_.first_pending());
 }

@@ -131,12 +131,13 @@ private:
     template <class Sink>
     void take_large_integer(const char* place, const NumberToken& token, const Sink& sink);
 
-    void open(Array& array, const char* begin);
+    void open(Array& array);
     void add_pending(const PendingElement& element);
     void make_room();
     void close_array(const char* end);
     void close_object(const char* end);
     void close(const char* end, const PendingElement& closed);
+    const char* opening(const char* place) const;
     void take_pending(Array& array, std::size_t first);
     void take(Array& array, const PendingElement& element);
 
@@ -153,9 +154,6 @@ private:
     bool is_opening(const char* place) const noexcept {
         return is_at(place, '[') || is_at(place, '{');
     }
-
-    /// The opening bracket of the innermost open container; null if there is none.
-    const char* opening() const noexcept { return open_.empty() ? nullptr : open_.bracket(); }
 
     const char* begin_;
     const char* end_;

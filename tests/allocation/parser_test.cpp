@@ -228,6 +228,18 @@ TEST(PeakMemory, OfReadingDeepNestingIsLittleMoreThanTheValue) {
     expect_little_memory(nested(2500, "{\"a\":{\"b\":[0,[", ",0]]}}"), options);
 }
 
+TEST(PeakMemory, OfReadingIsAboutAWordForEachOpenObject) {
+    constexpr std::size_t levels = 5000;
+    const std::string text = nested(levels, "{\"a\":", "}");
+    ParseOptions options;
+    options.max_depth = levels + 1;
+    const std::size_t before = live_bytes();
+    std::optional<Value> value;
+    const std::size_t peak = peak_bytes_of([&] { value = parse(text, options); });
+    const std::size_t kept = live_bytes() - before;
+    EXPECT_LE(peak - kept, levels * sizeof(void*) * 5 / 4);
+}
+
 TEST(PeakMemory, OfReadingAStreamIncludesTheText) {
     const std::string text = long_array("[1,2]", 60000);
     const std::size_t before = live_bytes();
@@ -248,6 +260,14 @@ TEST(Allocations, OfReadingAreThoseOfTheValue) {
     // Besides those: elements that are pending, of which there may be many, and chunks of the
     // pools.
     EXPECT_LE(allocations_of([] { parse(long_array("[1,2]", 1000)); }), 2u * 1000 + 2 + 60);
+}
+
+TEST(Allocations, OfReadingAreNoMoreWhereElementsOpenAndCloseAtAnyDepth) {
+    const std::string elements = long_array("[]", 1000);
+    for (std::size_t depth = 1; depth != 80; ++depth) {
+        const std::string text = std::string(depth, '[') + elements + std::string(depth, ']');
+        EXPECT_LE(allocations_of([&] { parse(text); }), 1500u) << depth;
+    }
 }
 
 } // namespace

@@ -22,7 +22,7 @@ std::string array_of(const std::string& element, std::size_t count) {
 /// The length of the array that a text begins with, counted from its first element on.
 std::size_t length_of(std::string_view text, bool comments = false) {
     ArrayLengths lengths(text.data() + text.size(), comments);
-    return lengths.length(text.data(), text.data() + 1, 0);
+    return lengths.length(text.data() + 1, 0);
 }
 
 TEST(ArrayLengths, CountElementsOfEveryKind) {
@@ -40,9 +40,9 @@ TEST(ArrayLengths, CountElementsOfEveryKind) {
 TEST(ArrayLengths, CountFromAnElementOn) {
     const std::string text = "[0,1,2,[3,3],4]";
     ArrayLengths lengths(text.data() + text.size(), false);
-    EXPECT_EQ(lengths.length(text.data(), &text[1], 0), 5u);
-    EXPECT_EQ(lengths.length(text.data(), &text[5], 2), 5u);
-    EXPECT_EQ(lengths.length(text.data(), &text[13], 4), 5u);
+    EXPECT_EQ(lengths.length(&text[1], 0), 5u);
+    EXPECT_EQ(lengths.length(&text[5], 2), 5u);
+    EXPECT_EQ(lengths.length(&text[13], 4), 5u);
 }
 
 TEST(ArrayLengths, SkipCommentsWhereTheyAreAllowed) {
@@ -75,17 +75,54 @@ TEST(ArrayLengths, AreKeptForLongArraysWithinTheOneThatIsCounted) {
     const std::string text = "[" + inner + "," + array_of("0", 255) + "," + inner + "]";
     std::string changed = text;
     ArrayLengths lengths(changed.data() + changed.size(), false);
-    EXPECT_EQ(lengths.length(changed.data(), &changed[1], 0), 3u);
+    EXPECT_EQ(lengths.length(&changed[1], 0), 3u);
     // Another count of the changed text would find less.
     for (char& byte : changed) {
         byte = byte == ',' ? ' ' : byte;
     }
     const std::size_t last = text.size() - 1 - inner.size();
-    EXPECT_EQ(lengths.length(&changed[1], &changed[2], 0), 256u);
-    EXPECT_EQ(lengths.length(&changed[inner.size() + 2], &changed[inner.size() + 3], 0), 1u);
-    EXPECT_EQ(lengths.length(&changed[last], &changed[last + 1], 0), 256u);
+    EXPECT_EQ(lengths.length(&changed[2], 0), 256u);
+    EXPECT_EQ(lengths.length(&changed[inner.size() + 3], 0), 1u);
+    EXPECT_EQ(lengths.length(&changed[last + 1], 0), 256u);
     // A length is kept for one call, since each array is read once.
-    EXPECT_EQ(lengths.length(&changed[1], &changed[2], 0), 1u);
+    EXPECT_EQ(lengths.length(&changed[last + 1], 0), 1u);
+}
+
+TEST(ArrayLengths, AreThoseOfTheInnermostArrayAroundTheElement) {
+    const std::string inner = array_of("0", 300);
+    std::string middle = "[" + inner + "," + inner;
+    for (int i = 0; i != 298; ++i) {
+        middle += ",1";
+    }
+    middle += ",[]]";
+    const std::string text = "[" + middle + "]";
+    const char* const first = &text[2];
+    const char* const second = first + inner.size() + 1;
+    const char* const end_of_middle = &text[text.size() - 2];
+    // More than any length, so that it shows where elements are counted again.
+    const std::size_t before = 1000;
+    ArrayLengths counted(text.data() + text.size(), false);
+    EXPECT_EQ(counted.length(&text[1], 0), 1u);
+    {
+        ArrayLengths lengths = counted;
+        EXPECT_EQ(lengths.length(first + 1, before), 300u);
+        EXPECT_EQ(lengths.length(second + 1, before), 300u);
+        EXPECT_EQ(lengths.length(end_of_middle, before), 301u);
+        EXPECT_EQ(lengths.length(end_of_middle, before), before + 1) << "each is kept for one call";
+    }
+    {
+        ArrayLengths lengths = counted;
+        EXPECT_EQ(lengths.length(second, before), 301u) << "an array is no element of itself";
+    }
+    {
+        ArrayLengths lengths = counted;
+        EXPECT_EQ(lengths.length(second - 1, before), 301u) << "the first has ended before it";
+    }
+    {
+        ArrayLengths lengths = counted;
+        EXPECT_EQ(lengths.length(second + inner.size() - 1, before), 300u);
+        EXPECT_EQ(lengths.length(end_of_middle, before), 301u) << "the first was never asked for";
+    }
 }
 
 } // namespace

@@ -223,6 +223,38 @@ TEST(ParserErrors, ATextThatIsCutOffNamesTheContainerThatIsOpen) {
     });
 }
 
+TEST(ParserErrors, BracketsInStringsAndCommentsOpenAndCloseNothing) {
+    check({
+        {"{\"a]}\": [\"[{\", \"\\\"[\", \"\\\\\"", MISSING_ARRAY_CLOSE, 26, 1, 27,
+         "the text ends within the array that begins at line 1, column 9"},
+        {"{\"\\\"[\": {\"]]\": \"a string of more than sixteen bytes [\"]", MISSING_OBJECT_CLOSE,
+         54, 1, 55,
+         "found ']' where ',' or '}' is expected: the object begins at line 1, column 9"},
+    });
+    ParseOptions options;
+    options.comments = true;
+    expect_failure({"/* [ */ {\"a\": // {[\n [1 /* ] */, {} // ]", MISSING_ARRAY_CLOSE, 40, 2, 21,
+                    "the text ends within the array that begins at line 2, column 2"},
+                   options);
+}
+
+TEST(ParserErrors, OfManyOpenContainersTheInnermostIsNamed) {
+    std::string text;
+    for (int i = 0; i != 100; ++i) {
+        text += "[{\"a\":";
+    }
+    check({{text, UNEXPECTED_END_OF_INPUT, 600, 1, 601,
+            "the text ends within the object that begins at line 1, column 596"}});
+    text += "[]";
+    for (int i = 0; i != 50; ++i) {
+        text += "},0]";
+    }
+    check({{text, MISSING_OBJECT_CLOSE, 802, 1, 803,
+            "the text ends within the object that begins at line 1, column 296"},
+           {text + "},1", MISSING_ARRAY_CLOSE, 805, 1, 806,
+            "the text ends within the array that begins at line 1, column 295"}});
+}
+
 TEST(ParserErrors, ATextThatIsCutOffWithinAScalarNamesTheScalar) {
     check({
         {"\"", MISSING_TRAILING_QUOTE, 1, 1, 2, "the text ends within a string"},

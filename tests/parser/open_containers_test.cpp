@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <random>
-#include <string>
 #include <vector>
 
 namespace foundation::json::detail {
@@ -18,7 +17,6 @@ struct Opened {
     Object* object; ///< null for an array
     Array* array;
     std::size_t first_pending;
-    const char* bracket;
 };
 
 void expect_innermost(const OpenContainers& open, const std::vector<Opened>& expected) {
@@ -35,7 +33,6 @@ void expect_innermost(const OpenContainers& open, const std::vector<Opened>& exp
         ASSERT_EQ(&open.array(), innermost.array);
         ASSERT_EQ(open.first_pending(), innermost.first_pending);
     }
-    ASSERT_EQ(open.bracket(), innermost.bracket);
 }
 
 TEST(OpenContainers, AreThoseThatWereOpenedAndNotClosed) {
@@ -43,8 +40,6 @@ TEST(OpenContainers, AreThoseThatWereOpenedAndNotClosed) {
     std::mt19937_64 random(seed);
     std::vector<Array> arrays(7);
     std::vector<Object> objects(5);
-    const std::string array_text(100, '[');
-    const std::string object_text(100, '{');
     OpenContainers open;
     std::vector<Opened> expected;
     // By turns mostly opened and mostly closed, so that all depths up to some hundred occur.
@@ -58,15 +53,13 @@ TEST(OpenContainers, AreThoseThatWereOpenedAndNotClosed) {
             continue;
         }
         if (random() % 2 == 0) {
-            const char* const bracket = &object_text[random() % object_text.size()];
             Object& object = objects[random() % objects.size()];
-            open.open(object, bracket);
-            expected.push_back({&object, nullptr, 0, bracket});
+            open.open(object);
+            expected.push_back({&object, nullptr, 0});
         } else {
-            const char* const bracket = &array_text[random() % array_text.size()];
             Array& array = arrays[random() % arrays.size()];
-            open.open(array, i, bracket);
-            expected.push_back({nullptr, &array, i, bracket});
+            open.open(array, i);
+            expected.push_back({nullptr, &array, i});
         }
         expect_innermost(open, expected);
     }
