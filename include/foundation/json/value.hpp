@@ -330,8 +330,7 @@ public:
     void push(const Value& v);
 
     /// Whether this is an object with a member of that name, even an Undefined one. False for every
-    /// other kind.
-    /// @throws std::bad_alloc memory runs out
+    /// other kind. Allocates nothing.
     /// @complexity logarithmic in the number of members
     [[nodiscard]] bool hasOwnProperty(const std::string& key) const;
     /// @}
