@@ -2,6 +2,8 @@
 // Reads texts of many shapes, hostile ones among them, of SMALL and of LARGE kilobytes, and prints
 // the time per byte. Fails if the large text of a shape takes so much longer per byte that the time
 // is not proportional to the length.
+#include "support/deep_stack.hpp"
+
 #include <foundation/json/parse.hpp>
 
 #include <algorithm>
@@ -231,11 +233,13 @@ int main(int argc, char** argv) {
     }
     std::cout << "nanoseconds per byte of " << small << " and " << large << " kB\n";
     bool grows_evenly = true;
-    for (const Shape& shape : shapes()) {
-        if (!measure(shape, small, large)) {
-            std::cout << "  grows faster than the text\n";
-            grows_evenly = false;
+    foundation::json::test::run_with_deep_stack([&] {
+        for (const Shape& shape : shapes()) {
+            if (!measure(shape, small, large)) {
+                std::cout << "  grows faster than the text\n";
+                grows_evenly = false;
+            }
         }
-    }
+    });
     return grows_evenly ? 0 : 1;
 }
