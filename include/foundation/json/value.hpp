@@ -409,7 +409,7 @@ private:
     const Value* right_;
 };
 
-/// The predicate behind Value::hasOwnProperty(): whether content is an object with a given member.
+/// Value::hasOwnProperty() as a predicate: whether content is an object with a given member.
 class FOUNDATION_JSON_EXPORT Value::HasProperty : public boost::static_visitor<bool> {
 public:
     /// Looks for that name. Copying it may throw std::bad_alloc, here and in the copy operations.
