@@ -18,10 +18,12 @@ PEERS = ["nlohmann", "RapidJSON", "Boost.JSON", "JsonCpp"]
 BEGIN, END = "<!-- results: begin -->", "<!-- results: end -->"
 TASKS = ["serialize", "serialize scattered", "pretty_print", "message",
          "write to a stream", "write to std::ostringstream",
-         "write to std::ofstream", "parse and destroy", "walk", "copy and destroy", "==", "<",
+         "write to std::ofstream", "parse and destroy", "walk", "walk scattered",
+         "copy and destroy", "==", "<",
          "read strings", "read numbers", "push", "insert all keys", "1,000 lookups", "to structs",
          "to structs by hand", "from structs", "words", "numbers", "strings", "containers"]
 CHECKED, STANDARD = "RapidJSON, checked", "std::variant"
+WALKS = ["walk", "walk scattered"]
 WRITING = ["text", "messages", "scattered", "streams"]
 OTHERS = ["values", "arrays", "objects", "conversion"]
 
@@ -202,7 +204,7 @@ class Bounds:
         """(task, subject, the faster library, our time / its time)."""
         for (task, subject), times in self.rows.items():
             best = best_peer(times)
-            if task != "walk" and best is not None and OURS in times:
+            if task not in WALKS and best is not None and OURS in times:
                 ratio = times[OURS] / times[best]
                 if ratio > 1 and digits(ratio) != "1.00":
                     yield task, subject, best, ratio
@@ -228,12 +230,13 @@ class Bounds:
         calls = self.of_memory(task, subject, STANDARD, "allocations")
         return f"{time}, {calls:,} allocations" if calls else time
 
-    def walk(self, subject, times, best):
-        walks = self.rows.get(("walk", subject), {})
+    def walk(self, task, subject, times, best):
+        walk = "walk scattered" if task == "serialize scattered" else "walk"
+        walks = self.rows.get((walk, subject), {})
         if OURS not in walks:
             return "–"
         theirs = duration(walks[best]) if best in walks else "–"
-        return f"{self.time_beside('walk', subject, times)} / {theirs}"
+        return f"{self.time_beside(walk, subject, times)} / {theirs}"
 
     def bytes_read(self, task, subject, contender):
         """The bytes of the values that a task reads, at least."""
@@ -265,10 +268,10 @@ class Bounds:
                     duration(times[OURS] / calls) if calls else "–",
                     self.memory_pair(size_text, task, subject, best, "allocated_bytes"),
                     self.memory_pair(size_text, task, subject, best, "kept_bytes"),
-                    self.walk(subject, times, best), self.bare_work(task, subject, times)])
+                    self.walk(task, subject, times, best), self.bare_work(task, subject, times)])
             elif task.split(", ")[0] in READING_TASKS:
                 size = [self.bytes_read(task, subject, contender) for contender in (OURS, best)]
-                walk = self.walk(subject, times, best) if task.startswith("==") else "–"
+                walk = self.walk(task, subject, times, best) if task.startswith("==") else "–"
                 reading.append([*cells, pair(size_text, *size), walk,
                                 self.bare_work(task, subject, times)])
             else:
@@ -277,7 +280,7 @@ class Bounds:
                         for time, bytes_ in zip((times[OURS], times[best]), size)]
                 writing.append([*cells, pair(size_text, *size), pair(duration, *each),
                                 self.memory_pair("{:,}".format, task, subject, best, "allocations"),
-                                self.walk(subject, times, best)])
+                                self.walk(task, subject, times, best)])
         return self.text(allocating, reading, writing)
 
     def text(self, allocating, reading, writing):
@@ -346,7 +349,7 @@ def main(arguments):
         return 2
     folder, page = map(Path, arguments)
 
-    writing = read_families(folder, WRITING)
+    written = read_families(folder, WRITING)
     parsing = medians(folder / "parsing.json")
     reading = medians(folder / "reading.json")
     others = read_families(folder, OTHERS)
@@ -354,8 +357,9 @@ def main(arguments):
     growth = read_families(folder, ["growth", "growth_of_parsing"], "bytes_per_second")
     memory = json.loads((folder / "memory.json").read_text())
     compared = {row: times for row, times in others.items()
-                if not row[0].startswith("<") and row[0] != "walk"}
-    walks = {row: times for row, times in others.items() if row[0] == "walk"}
+                if not row[0].startswith("<") and row[0] not in WALKS}
+    walks = {row: times for row, times in (written | others).items() if row[0] in WALKS}
+    writing = {row: times for row, times in written.items() if row[0] not in WALKS}
     bounds = Bounds(writing | parsing | reading | compared | walks | details,
                     read_families(folder, [*WRITING, "details"], "bytes_per_second"),
                     medians(folder / "reading.json", "values"), memory)

@@ -63,6 +63,11 @@ void add_scattered() {
         add<Contender>("serialize scattered", document.name, [subject](benchmark::State& state) {
             time_text(state, [&] { return Contender::serialize(subject->value); });
         });
+        add<Contender>("walk scattered", document.name, [subject](benchmark::State& state) {
+            for (auto _ : state) {
+                benchmark::DoNotOptimize(Contender::walk(subject->value));
+            }
+        });
     }
 }
 
