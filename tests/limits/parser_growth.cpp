@@ -225,8 +225,8 @@ bool measure(const Shape& shape, std::size_t small, std::size_t large) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::size_t small = argc == 3 ? std::strtoull(argv[1], nullptr, 10) : 20;
-    const std::size_t large = argc == 3 ? std::strtoull(argv[2], nullptr, 10) : 2000;
+    const std::size_t small = argc == 3 ? std::strtoul(argv[1], nullptr, 10) : 20;
+    const std::size_t large = argc == 3 ? std::strtoul(argv[2], nullptr, 10) : 2000;
     if ((argc != 1 && argc != 3) || small == 0 || large <= small) {
         std::cerr << "usage: parser_growth [SMALL LARGE], in kilobytes\n";
         return 2;
