@@ -1,4 +1,4 @@
-// Indexing, hasOwnProperty, length and push: looking into arrays and objects, and growing them.
+// Indexing, hasOwnProperty and length: looking into arrays and objects. And what push() visits.
 #include "access/indexing.hpp"
 
 #include "value/append.hpp"
