@@ -5,7 +5,7 @@
 #include "expect.hpp"
 #include "input.hpp"
 
-#include "serialization/fast_number_text.hpp"
+#include "number/fast_number_text.hpp"
 #include "serialization/number_text.hpp"
 #include "support/float_environments.hpp"
 #include "support/number_rule.hpp"

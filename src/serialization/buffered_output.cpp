@@ -1,7 +1,7 @@
 #include "serialization/buffered_output.hpp"
 
-#include "serialization/fast_string_text.hpp"
-#include "serialization/shuffled_string_text.hpp"
+#include "text/fast_string_text.hpp"
+#include "text/shuffled_string_text.hpp"
 
 #include <algorithm>
 #include <locale>

@@ -4,7 +4,7 @@
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_BUFFERED_OUTPUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_BUFFERED_OUTPUT_HPP
 
-#include "serialization/fast_number_text.hpp"
+#include "number/fast_number_text.hpp"
 #include "serialization/stream_output.hpp"
 
 #include <cstddef>

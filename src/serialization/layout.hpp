@@ -16,7 +16,7 @@
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 
-#include "serialization/number_bits.hpp"
+#include "number/number_bits.hpp"
 #include "value/value_access.hpp"
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 #include "serialization/number_text.hpp"
 
-#include "parser_support/read_double.hpp"
-#include "serialization/default_environment.hpp"
+#include "number/default_environment.hpp"
+#include "parse_errors/read_double.hpp"
 
 #include <algorithm>
 #include <cmath>

@@ -5,7 +5,7 @@
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_NUMBER_TEXT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_NUMBER_TEXT_HPP
 
-#include "serialization/number_bits.hpp"
+#include "number/number_bits.hpp"
 
 namespace foundation::json::detail {
 

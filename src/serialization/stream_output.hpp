@@ -3,7 +3,7 @@
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_STREAM_OUTPUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_STREAM_OUTPUT_HPP
 
-#include "serialization/number_bits.hpp"
+#include "number/number_bits.hpp"
 
 #include <cstddef>
 #include <ostream>

@@ -1,7 +1,7 @@
 /// @file
 /// The text of numbers by the fast path: the same as by the reference algorithm, for every number
 /// that is not left to it.
-#include "serialization/fast_number_text.hpp"
+#include "number/fast_number_text.hpp"
 
 #include "serialization/number_text.hpp"
 #include "support/locales.hpp"

@@ -1,8 +1,8 @@
 /// @file
 /// Copying and escaping strings many bytes at a time: the result is the same as byte by byte, with
 /// no read outside the string and no write beyond the room.
-#include "serialization/fast_string_text.hpp"
-#include "serialization/shuffled_string_text.hpp"
+#include "text/fast_string_text.hpp"
+#include "text/shuffled_string_text.hpp"
 
 #include "support/edge_memory.hpp"
 #include "support/random_trees.hpp"

@@ -1,7 +1,7 @@
 /// @file
 /// Compares the texts of random numbers in random floating-point environments: by the fast path, by
 /// the reference algorithm, and by the implementation in the tests.
-#include "serialization/fast_number_text.hpp"
+#include "number/fast_number_text.hpp"
 #include "serialization/number_text.hpp"
 #include "support/float_environments.hpp"
 #include "support/notable_numbers.hpp"

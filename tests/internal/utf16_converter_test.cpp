@@ -1,5 +1,5 @@
 // Converts UTF-16 text to a named encoding.
-#include "parser_support/utf16_converter.hpp"
+#include "parse_errors/utf16_converter.hpp"
 
 #include "support/utf_text.hpp"
 

@@ -5,7 +5,7 @@
 ///
 /// FIRST and LAST are bit patterns in hexadecimal, from 0 to ffffffff. Reports every difference;
 /// the exit status is 1 if there is one.
-#include "serialization/fast_number_text.hpp"
+#include "number/fast_number_text.hpp"
 #include "serialization/number_text.hpp"
 
 #include <atomic>

@@ -372,7 +372,7 @@ class Worker:
             if not all(self.link(name, replaced) for name in LINKED):
                 return "does not compile", "does not link"
             for name, which in RUNS:
-                if mutant.file.startswith("src/parser/") and name not in (PARSER, ALLOCATION):
+                if mutant.file.startswith(("src/grammar/", "src/reading/")) and name not in (PARSER, ALLOCATION):
                     continue  # does not use the parser
                 failure = self.test(name, which, 10 + 5 * self.project.seconds[name, which])
                 if failure:

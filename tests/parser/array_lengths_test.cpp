@@ -1,6 +1,6 @@
 // Tests the lengths of arrays, which are counted ahead of reading them. A wrong length would cost
 // time and memory, but change no value.
-#include "parser/array_lengths.hpp"
+#include "reading/array_lengths.hpp"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include "support/random_trees.hpp"
 #include "support/repetitions.hpp"
 
-#include "parser/utf8.hpp"
+#include "text/utf8.hpp"
 
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>

@@ -5,7 +5,7 @@
 #include "support/repetitions.hpp"
 #include "support/scoped_rounding.hpp"
 
-#include "parser/numbers.hpp"
+#include "grammar/numbers.hpp"
 #include "value/value_access.hpp"
 
 #include <foundation/json/json.hpp>

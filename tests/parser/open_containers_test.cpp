@@ -1,5 +1,5 @@
 // The stack of open containers against a vector of them.
-#include "parser/open_containers.hpp"
+#include "reading/open_containers.hpp"
 
 #include "support/random_trees.hpp"
 

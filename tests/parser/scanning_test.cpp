@@ -1,9 +1,9 @@
 // Compares scanning sixteen bytes at a time, with and without vectors, with one byte at a time.
 #include "support/edge_memory.hpp"
 
-#include "parser/byte_block.hpp"
-#include "parser/skipping.hpp"
-#include "parser/utf8.hpp"
+#include "text/byte_block.hpp"
+#include "text/skipping.hpp"
+#include "text/utf8.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,464 @@
+#include "grammar/errors.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace foundation::json::detail {
+
+namespace {
+
+/// The most bytes of a word, number or name that a message quotes.
+constexpr std::size_t longest_in_message = 40;
+
+std::string in_quotes(std::string_view text) {
+    std::string result = "'";
+    result += text;
+    result += '\'';
+    return result;
+}
+
+std::string hexadecimal(std::uint32_t number, int digits, std::string prefix) {
+    for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
+        prefix += "0123456789ABCDEF"[number >> shift & 15];
+    }
+    return prefix;
+}
+
+/// Whether a character beyond ASCII is visible by itself.
+bool is_visible(std::uint32_t code) noexcept {
+    struct Range {
+        std::uint32_t first;
+        std::uint32_t last;
+    };
+    // Controls, spaces, marks of direction, and the byte order mark.
+    constexpr std::array<Range, 5> invisible{
+        {{0x80, 0xA0}, {0x2000, 0x200F}, {0x2028, 0x202F}, {0x2060, 0x206F}, {0xFEFF, 0xFEFF}}};
+    return std::none_of(invisible.begin(), invisible.end(), [code](const Range& range) {
+        return range.first <= code && code <= range.last;
+    });
+}
+
+std::string name_of_ascii(char byte) {
+    switch (byte) {
+    case ' ':
+        return "a blank";
+    case '\t':
+        return "a tab";
+    case '\n':
+    case '\r':
+        return "a line end";
+    case '\'':
+        return "a single quote";
+    default:
+        break;
+    }
+    if (is_control(byte) || byte == 0x7F) {
+        return hexadecimal(static_cast<unsigned char>(byte), 2, "byte 0x");
+    }
+    return in_quotes({&byte, 1});
+}
+
+std::string container_name(const char* opening) {
+    return *opening == '[' ? "array" : "object";
+}
+
+bool is_bracket(char byte) noexcept {
+    return byte == '[' || byte == ']' || byte == '{' || byte == '}';
+}
+
+char lower(char byte) noexcept {
+    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
+
+bool same_but_for_case(std::string_view a, std::string_view b) noexcept {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return lower(x) == lower(y); });
+}
+
+bool is_not_finite(std::string_view word) noexcept {
+    return same_but_for_case(word, "nan") || same_but_for_case(word, "infinity") ||
+           same_but_for_case(word, "inf");
+}
+
+/// The literal that a word equals but for upper and lower case; empty if there is none.
+std::string_view literal_like(std::string_view word) noexcept {
+    constexpr std::array<std::string_view, 3> literals{"null", "true", "false"};
+    const auto* const found =
+        std::find_if(literals.begin(), literals.end(),
+                     [word](std::string_view literal) { return same_but_for_case(word, literal); });
+    return found == literals.end() ? std::string_view() : *found;
+}
+
+/// Moves a place in a text back to where its character begins, but not before `begin`.
+std::size_t character_begin(std::string_view text, std::size_t begin, std::size_t place) noexcept {
+    while (place > begin && place < text.size() && is_continuation(text[place])) {
+        --place;
+    }
+    return place;
+}
+
+/// A text, cut to the length that a message quotes.
+std::string shortened(std::string_view text) {
+    if (text.size() <= longest_in_message) {
+        return std::string(text);
+    }
+    const std::size_t size = character_begin(text, 0, longest_in_message);
+    return std::string(text.substr(0, size)) + "...";
+}
+
+/// The length of the byte order mark at the start of a text; 0 if there is none.
+std::size_t marked(std::string_view text) noexcept {
+    return text.substr(0, byte_order_mark.size()) == byte_order_mark ? byte_order_mark.size() : 0;
+}
+
+} // namespace
+
+void TextPosition::advance(std::string_view text) noexcept {
+    const std::size_t mark = byte == 0 ? marked(text) : 0;
+    byte += text.size();
+    text.remove_prefix(mark);
+    for (const char c : text) {
+        if (c == '\n') {
+            ++line;
+            column = 1;
+        } else if (!is_continuation(c)) {
+            ++column;
+        }
+    }
+}
+
+// ---- Where it failed -------------------------------------------------------------------------
+
+TextPosition Errors::place_of(const char* place) const noexcept {
+    TextPosition result = begin_;
+    result.advance(text_.substr(0, static_cast<std::size_t>(place - text_.data())));
+    return result;
+}
+
+/// The name that messages give another place than that of the error.
+std::string Errors::where(const char* place) const {
+    const TextPosition found = place_of(place);
+    return "at line " + std::to_string(found.line) + ", column " + std::to_string(found.column);
+}
+
+void Errors::fail(ParseResult result, const char* place, const std::string& what) const {
+    const auto position = static_cast<std::size_t>(place - text_.data());
+    const TextPosition failed = place_of(place);
+
+    const std::size_t line_feed = text_.substr(0, position).rfind('\n');
+    const std::size_t text_begin = begin_.byte == 0 ? marked(text_) : 0;
+    const std::size_t line_begin = line_feed == std::string_view::npos ? text_begin : line_feed + 1;
+    std::size_t line_end = std::min(text_.find('\n', position), text_.size());
+    if (line_end > position && text_[line_end - 1] == '\r') {
+        --line_end;
+    }
+    std::size_t begin = std::max(line_begin, position - std::min(position, most_quoted));
+    while (begin < position && begin > line_begin && is_continuation(text_[begin])) {
+        ++begin;
+    }
+    const std::size_t end = character_begin(text_.substr(0, line_end), position,
+                                            std::min(line_end, position + most_quoted));
+    throw ParserException(what, result, failed.byte, failed.line, failed.column, position - begin,
+                          std::string(text_.substr(begin, end - begin)));
+}
+
+/// The name of the character at a place in messages.
+/// @param place  not the end
+std::string Errors::name_of(const char* place) const {
+    if (is_ascii(*place)) {
+        return name_of_ascii(*place);
+    }
+    const Utf8Sequence sequence = utf8_sequence(place, end());
+    if (!sequence.complete) {
+        return hexadecimal(static_cast<unsigned char>(*place), 2, "byte 0x");
+    }
+    const std::string_view bytes(place, sequence.length);
+    const std::uint32_t code = code_point(bytes);
+    if (is_visible(code)) {
+        return in_quotes(bytes);
+    }
+    return hexadecimal(code, 4, "U+");
+}
+
+/// Whether a quotation mark of printed text is at a place.
+/// @param place  not the end
+bool Errors::is_curly_quote(const char* place) const noexcept {
+    constexpr std::uint32_t first = 0x2018;
+    constexpr std::uint32_t last = 0x201F;
+    if (is_ascii(*place)) {
+        return false;
+    }
+    const Utf8Sequence sequence = utf8_sequence(place, end());
+    const std::uint32_t code = sequence.complete ? code_point({place, sequence.length}) : 0;
+    return first <= code && code <= last;
+}
+
+std::string_view Errors::word_at(const char* place) const noexcept {
+    const char* const behind =
+        std::find_if_not(place, end(), [](char byte) { return continues_word(byte); });
+    return {place, static_cast<std::size_t>(behind - place)};
+}
+
+// ---- Values ----------------------------------------------------------------------------------
+
+/// Fails if a comment begins at a place and the option comments is off, or if a comment of another
+/// language begins there.
+void Errors::check_comment(const char* place, ParseResult result) const {
+    if (!options_.comments && end() - place >= 2 && place[0] == '/' &&
+        (place[1] == '/' || place[1] == '*')) {
+        fail(result, place, "found a comment: the option comments allows it");
+    }
+    if (options_.comments && *place == '#') {
+        fail(result, place, "found '#': a comment begins with // or /*");
+    }
+}
+
+/// Fails if a word begins right behind a string or number.
+/// @param place  neither the beginning nor the end of the text
+void Errors::check_glued(const char* place, ParseResult result) const {
+    if (place[-1] == '"' && continues_word(*place)) {
+        fail(UNESCAPED_QUOTE, place,
+             "found " + name_of(place) +
+                 " right after a string: a quote within a string is written \\\"");
+    }
+    if (is_digit(place[-1]) &&
+        (continues_word(*place) || *place == '.' || *place == '+' || *place == '-')) {
+        fail(result, place, "found " + name_of(place) + " right after a number");
+    }
+}
+
+void Errors::no_value(const char* place, const char* opening, bool after_comma) const {
+    const bool in_array = opening != nullptr && *opening == '[';
+    if (place == end()) {
+        if (opening == nullptr) {
+            fail(EMPTY_INPUT, place, "the text holds no value");
+        }
+        ends_within(in_array && !after_comma ? MISSING_ARRAY_CLOSE : UNEXPECTED_END_OF_INPUT,
+                    opening);
+    }
+    if (*place == ']' && after_comma) {
+        fail(MISSING_ARRAY_CLOSE, place,
+             "found ']' after a comma: the option trailing_commas allows it");
+    }
+    if (opening == nullptr && (*place == ']' || *place == '}')) {
+        const bool array = *place == ']';
+        fail(array ? MISSING_ARRAY_OPEN : MISSING_OBJECT_OPEN, place,
+             array ? "found ']' without a '[' before it" : "found '}' without a '{' before it");
+    }
+    check_comment(place, MISSING_LEADING_DIGIT);
+    const std::string_view word = word_at(place);
+    if (is_not_finite(word)) {
+        fail(MISSING_LEADING_DIGIT, place, std::string(word) + " is not a JSON number");
+    }
+    if (*place == '\'') {
+        fail(MISSING_LEADING_QUOTE, place,
+             "found a single quote: strings are written in double quotes");
+    }
+    if (*place == '+') {
+        fail(MISSING_LEADING_DIGIT, place, "found '+': numbers have no plus sign");
+    }
+    if (*place == '.') {
+        fail(MISSING_LEADING_DIGIT, place, "found '.': numbers have a digit before it");
+    }
+    const std::string_view literal = literal_like(word);
+    if (!literal.empty()) {
+        fail(literal == "null" ? NULL_MISMATCH : BOOLEAN_MISMATCH, place,
+             "found " + in_quotes(word) + ": " + std::string(literal) +
+                 " is written in lower case");
+    }
+    if (is_letter(*place)) {
+        fail(MISSING_LEADING_QUOTE, place,
+             "found " + in_quotes(shortened(word)) +
+                 " where a value should begin: strings are written in double quotes");
+    }
+    if (in_array && *place == '}') {
+        fail(MISSING_LEADING_DIGIT, place,
+             "found '}' where a value should begin: the array begins " + where(opening));
+    }
+    const bool utf8 = is_ascii(*place) || utf8_sequence(place, end()).complete;
+    const char* const hint = !utf8 ? ": the text is not UTF-8"
+                             : is_curly_quote(place)
+                                 ? ": strings are written in straight double quotes"
+                                 : "";
+    fail(MISSING_LEADING_DIGIT, place,
+         "found " + name_of(place) + " where a value should begin" + hint);
+}
+
+void Errors::bad_word(const char* word, const char* place) const {
+    const ParseResult result = *word == 'n' ? NULL_MISMATCH : BOOLEAN_MISMATCH;
+    const std::string_view whole = word_at(word);
+    if (place == end()) {
+        fail(result, place, "the text ends within " + in_quotes(whole));
+    }
+    if (is_not_finite(whole)) {
+        fail(result, place, std::string(whole) + " is not a JSON number");
+    }
+    const char* const meant = *word == 'n' ? "null" : *word == 't' ? "true" : "false";
+    fail(result, place,
+         "found " + in_quotes(shortened(whole)) + " where " + meant +
+             " may be meant, or a string in double quotes");
+}
+
+void Errors::bad_number(const NumberToken& token) const {
+    if (token.end == end()) {
+        fail(token.error, token.end, "the text ends within a number");
+    }
+    const std::string_view word = word_at(token.end);
+    if (token.error == MISSING_QUANTITY_AFTER_SIGN && is_not_finite(word)) {
+        fail(token.error, token.end, "-" + std::string(word) + " is not a JSON number");
+    }
+    if (token.error == MISSING_LEADING_DIGIT) {
+        fail(token.error, token.end, "found " + name_of(token.end) + " after a leading 0");
+    }
+    const char* const before = token.error == MISSING_QUANTITY_AFTER_SIGN ? "after '-'"
+                               : token.error == INVALID_FRACTION          ? "after '.'"
+                                                                          : "in an exponent";
+    fail(token.error, token.end,
+         "found " + name_of(token.end) + " where a digit is expected " + before);
+}
+
+void Errors::too_large(const char* number, const char* number_end) const {
+    const std::string_view text(number, static_cast<std::size_t>(number_end - number));
+    fail(INVALID_EXPONENT, number, "the number " + shortened(text) + " is too large for a double");
+}
+
+void Errors::bad_string(const StringToken& token) const {
+    const char* const place = token.end;
+    switch (token.error) {
+    case StringError::text_ends:
+        fail(MISSING_TRAILING_QUOTE, place, "the text ends within a string");
+    case StringError::line_ends:
+        fail(MISSING_TRAILING_QUOTE, place,
+             std::string("the line ends before the closing quote of a string, where a line end is "
+                         "written ") +
+                 (*place == '\n' ? "\\n" : "\\r"));
+    case StringError::control:
+        fail(INVALID_ESCAPE_SEQUENCE, place,
+             "found " + name_of(place) + " in a string, where it is written " +
+                 (*place == '\t' ? "\\t"
+                                 : hexadecimal(static_cast<unsigned char>(*place), 4, "\\u")));
+    case StringError::escape:
+        fail(INVALID_ESCAPE_SEQUENCE, place,
+             "found " + name_of(place) +
+                 // With escapes as in the other texts. NOLINTNEXTLINE(modernize-raw-string-literal)
+                 " after '\\' in a string: a backslash itself is written \\\\");
+    case StringError::escape_ends:
+    case StringError::unicode_escape:
+        if (place == end()) {
+            fail(INCOMPLETE_ESCAPE_SEQUENCE, place, "the text ends within a string");
+        }
+        fail(*place == '"' ? INCOMPLETE_ESCAPE_SEQUENCE : INVALID_UNICODE_ESCAPE, place,
+             "found " + name_of(place) + " within the four hexadecimal digits after \\u");
+    default:
+        not_utf8(place);
+    }
+}
+
+void Errors::not_utf8(const char* place) const {
+    fail(INVALID_UNICODE_ESCAPE, place,
+         (is_ascii(*place) ? "the text is not UTF-8: a character is cut off before "
+                           : "the text is not UTF-8: found ") +
+             (is_ascii(*place) ? name_of_ascii(*place)
+                               : hexadecimal(static_cast<unsigned char>(*place), 2, "byte 0x")));
+}
+
+/// @param comment  where the comment begins
+void Errors::bad_comment(const char* place, const char* comment) const {
+    if (place == end()) {
+        fail(UNEXPECTED_END_OF_INPUT, place,
+             "the text ends within the comment that begins " + where(comment));
+    }
+    not_utf8(place);
+}
+
+// ---- Between values --------------------------------------------------------------------------
+
+void Errors::ends_within(ParseResult result, const char* opening) const {
+    fail(result, end(),
+         "the text ends within the " + container_name(opening) + " that begins " + where(opening));
+}
+
+void Errors::no_name(const char* place, const char* opening, bool after_comma) const {
+    if (place == end()) {
+        ends_within(after_comma ? UNEXPECTED_END_OF_INPUT : MISSING_OBJECT_CLOSE, opening);
+    }
+    if (*place == '}') { // without a comma before it, it closes the object
+        fail(MISSING_OBJECT_CLOSE, place,
+             "found '}' after a comma: the option trailing_commas allows it");
+    }
+    check_comment(place, MISSING_LEADING_QUOTE);
+    const std::string_view word = word_at(place);
+    std::string found = in_quotes(shortened(word));
+    if (word.empty()) {
+        found = name_of(place);
+    }
+    std::string what = "found " + found + " where a name should begin";
+    if (is_bracket(*place)) {
+        what += ": the object begins " + where(opening);
+    } else if (is_curly_quote(place)) {
+        what += ": names are written in straight double quotes";
+    } else if (*place != ',') {
+        what += ": names are written in double quotes";
+    }
+    fail(MISSING_LEADING_QUOTE, place, what);
+}
+
+void Errors::no_colon(const char* place, const char* opening) const {
+    if (place == end()) {
+        ends_within(MISSING_NAME_SEPARATOR, opening);
+    }
+    check_comment(place, MISSING_NAME_SEPARATOR);
+    check_glued(place, MISSING_NAME_SEPARATOR);
+    fail(MISSING_NAME_SEPARATOR, place,
+         "found " + name_of(place) + " where ':' is expected after a name");
+}
+
+void Errors::no_separator(const char* place, const char* opening) const {
+    const bool array = *opening == '[';
+    const ParseResult result = array ? MISSING_ARRAY_CLOSE : MISSING_OBJECT_CLOSE;
+    if (place == end()) {
+        ends_within(result, opening);
+    }
+    check_comment(place, result);
+    check_glued(place, result);
+    constexpr std::string_view first_bytes = "\"'[{-";
+    if (continues_word(*place) || first_bytes.find(*place) != std::string_view::npos) {
+        fail(result, place, "a comma is missing before " + name_of(place));
+    }
+    std::string what = "found " + name_of(place) + " where ";
+    what += array ? "',' or ']' is expected" : "',' or '}' is expected";
+    if (is_bracket(*place) || (array && *place == ':')) {
+        what += ": the " + container_name(opening) + " begins " + where(opening);
+    }
+    fail(result, place, what);
+}
+
+void Errors::after_value(const char* place, const char* value_end) const {
+    check_comment(place, MISSING_ARRAY_OPEN);
+    const bool of_object = *place == '}' || *place == ':';
+    const ParseResult result = of_object ? MISSING_OBJECT_OPEN : MISSING_ARRAY_OPEN;
+    check_glued(place, result);
+    std::string what = "found " + name_of(place) + " after ";
+    if (const char last = value_end[-1]; is_bracket(last)) {
+        what += "the " + in_quotes({&last, 1}) + " that ends the value";
+    } else {
+        what += "the end of the value";
+    }
+    fail(result, place, what);
+}
+
+void Errors::too_deep(const char* place) const {
+    fail(*place == '[' ? MISSING_ARRAY_CLOSE : MISSING_OBJECT_CLOSE, place,
+         "nested deeper than " + std::to_string(options_.max_depth) +
+             " levels: the option max_depth is the limit");
+}
+
+void Errors::duplicate_name(const char* place, const StringToken& name) const {
+    // As it is written, since a decoded escape may not be printable.
+    fail(MISSING_OBJECT_CLOSE, place,
+         "the name \"" + shortened({name.text, name.size()}) +
+             "\" occurs twice in an object: the option duplicate_names allows it");
+}
+
+} // namespace foundation::json::detail

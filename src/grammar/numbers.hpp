@@ -1,0 +1,209 @@
+/// @file
+/// The numbers of a text.
+#ifndef FOUNDATION_JSON_SRC_GRAMMAR_NUMBERS_HPP
+#define FOUNDATION_JSON_SRC_GRAMMAR_NUMBERS_HPP
+
+#include "number/decimal.hpp"
+#include "text/characters.hpp"
+
+#include <foundation/json/parse_errors.hpp>
+
+#include <cstdint>
+#include <cstring>
+#include <optional>
+
+namespace foundation::json::detail {
+
+/// A number as it stands in a text.
+struct NumberToken {
+    const char* end;   ///< the byte behind it, or the first byte that cannot continue it
+    ParseResult error; ///< NO_PARSE_ERROR, or what is wrong at the end
+    bool negative;
+    bool whole;        ///< written without point and exponent
+    Decimal magnitude; ///< only if there is no error
+};
+
+constexpr std::ptrdiff_t digits_at_once = 8;
+
+/// The powers of ten, from 10^0 to 10^digits_at_once.
+inline constexpr std::uint64_t power_of_10[digits_at_once + 1] = {
+    1, 10, 100, 1000, 10'000, 100'000, 1'000'000, 10'000'000, 100'000'000};
+
+/// The number of digits at the start of a word of text, whose first byte is its lowest.
+constexpr std::ptrdiff_t count_digits(std::uint64_t word) noexcept {
+    constexpr std::uint64_t every = 0x0101010101010101;
+    const std::uint64_t amounts = word ^ every * '0'; // 0 to 9 for digits
+    const std::uint64_t others =
+        (((amounts & every * 0x7F) + every * 0x76) | amounts) & every * 0x80;
+    return others == 0 ? digits_at_once : __builtin_ctzll(others) / 8;
+}
+
+/// The value of eight digits: joins neighbours to pairs, pairs to groups of four, and these to one
+/// number. Bytes that are 0 count as the digit 0.
+constexpr std::uint64_t eight_digits(std::uint64_t word) noexcept {
+    // Each product adds 10, 100 or 10000 times the lower neighbour to the higher one.
+    word = (word & 0x0F0F0F0F0F0F0F0F) * (10 << 8 | 1) >> 8;
+    word = (word & 0x00FF00FF00FF00FF) * (100 << 16 | 1) >> 16;
+    return (word & 0x0000FFFF0000FFFF) * (std::uint64_t{10000} << 32 | 1) >> 32;
+}
+
+inline std::uint64_t load_first_lowest(const char* from) noexcept {
+    std::uint64_t word = 0;
+    std::memcpy(&word, from, sizeof word);
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+    word = __builtin_bswap64(word);
+#endif
+    return word;
+}
+
+/// Appends the digits at the start of a word of text to a number, modulo 2^64.
+/// @return their count, at most digits_at_once
+inline std::ptrdiff_t scan_eight_digits(const char* from, std::uint64_t& number) noexcept {
+    const std::uint64_t word = load_first_lowest(from);
+    const std::ptrdiff_t count = count_digits(word);
+    if (count != 0) {
+        // The shift puts zeros before fewer than eight digits.
+        number = number * power_of_10[count] + eight_digits(word << (64 - 8 * count));
+    }
+    return count;
+}
+
+/// Appends the digits at the start of a text to a number, modulo 2^64.
+/// @return the place behind the last of them
+inline const char* scan_digits(const char* from, const char* end, std::uint64_t& number) noexcept {
+    while (end - from >= digits_at_once) {
+        const std::ptrdiff_t count = scan_eight_digits(from, number);
+        from += count;
+        if (count != digits_at_once) {
+            return from;
+        }
+    }
+    while (from != end && is_digit(*from)) {
+        number = number * 10 + static_cast<std::uint64_t>(*from - '0');
+        ++from;
+    }
+    return from;
+}
+
+/// Reads the exponent of a number.
+/// @param from  at its 'e' or 'E'
+const char* scan_exponent(const char* from, const char* end, NumberToken& token) noexcept;
+
+/// The leading digits of a number that has more than 64 bits hold.
+/// @param exponent  that of its last digit
+Decimal leading_digits(const char* from, const char* end, std::int64_t exponent) noexcept;
+
+/// Reads a number.
+/// @param from  at a minus sign or a digit
+inline NumberToken scan_number(const char* from, const char* end) noexcept {
+    NumberToken token{from, NO_PARSE_ERROR, *from == '-', true, {0, 0, false}};
+    const auto fail = [&token](const char* place, ParseResult error) {
+        token.end = place;
+        token.error = error;
+        return token;
+    };
+    const char* const first = from + (token.negative ? 1 : 0);
+    std::uint64_t digits = 0;
+    const char* place = scan_digits(first, end, digits);
+    if (place == first) {
+        return fail(place, MISSING_QUANTITY_AFTER_SIGN);
+    }
+    if (*first == '0' && place - first > 1) {
+        return fail(first + 1, MISSING_LEADING_DIGIT);
+    }
+    std::ptrdiff_t count = place - first;
+    if (place != end && *place == '.') {
+        const char* const fraction = place + 1;
+        place = scan_digits(fraction, end, digits);
+        if (place == fraction) {
+            return fail(place, INVALID_FRACTION);
+        }
+        token.whole = false;
+        token.magnitude.exponent = fraction - place;
+        count += place - fraction;
+    }
+    const char* const last = place;
+    if (place != end && (*place == 'e' || *place == 'E')) {
+        place = scan_exponent(place, end, token);
+    }
+    token.end = place;
+    token.magnitude.digits = digits;
+    if (count > Decimal::most_digits) {
+        token.magnitude = leading_digits(first, last, token.magnitude.exponent);
+    }
+    return token;
+}
+
+/// A number of few digits, at most 19, and without an exponent.
+struct UsualNumber {
+    const char* end; ///< the place behind it; null for any other number
+    std::uint64_t digits;
+    int exponent; ///< to base 10, at most 0
+};
+
+/// How many digits before the point are read one by one.
+constexpr std::ptrdiff_t few_digits = 3;
+
+/// The most bytes that scan_usual_number() looks at.
+constexpr std::ptrdiff_t usual_number_room = few_digits + 4 * digits_at_once + 2;
+
+/// Reads a number without its sign, if it has few digits and no exponent.
+inline UsualNumber scan_usual_number(const char* from) noexcept {
+    constexpr UsualNumber unusual{nullptr, 0, 0};
+    std::uint64_t digits = 0;
+    const char* place = from;
+    // One by one, since the processor predicts well how many there are.
+    while (place - from != few_digits && is_digit(*place)) {
+        digits = digits * 10 + static_cast<std::uint64_t>(*place - '0');
+        ++place;
+    }
+    if (place - from == few_digits) {
+        std::ptrdiff_t more = scan_eight_digits(place, digits);
+        place += more;
+        if (more == digits_at_once) {
+            place += scan_eight_digits(place, digits);
+        }
+    }
+    std::ptrdiff_t count = place - from;
+    if (count == 0 || count == few_digits + 2 * digits_at_once || (*from == '0' && count > 1)) {
+        return unusual;
+    }
+    int exponent = 0;
+    if (*place == '.') {
+        const char* const fraction = ++place;
+        std::ptrdiff_t more = scan_eight_digits(place, digits);
+        place += more;
+        if (more == digits_at_once) {
+            more = scan_eight_digits(place, digits);
+            place += more;
+        }
+        const std::ptrdiff_t decimals = place - fraction;
+        count += decimals;
+        exponent = static_cast<int>(-decimals);
+        if (decimals == 0 || count > Decimal::most_digits || is_digit(*place)) {
+            return unusual;
+        }
+    }
+    if (*place == 'e' || *place == 'E') {
+        return unusual;
+    }
+    return {place, digits, exponent};
+}
+
+/// Whether a double holds a whole number exactly.
+/// @param number  not 0
+constexpr bool is_exact_double(std::uint64_t number) noexcept {
+    return number >> __builtin_ctzll(number) < std::uint64_t{1} << 53;
+}
+
+/// The value of a text of digits; empty if it takes more than 64 bits.
+std::optional<std::uint64_t> whole_number(const char* from, const char* end) noexcept;
+
+/// Finds the double nearest to a number that was read, with its sign.
+/// @param from  where the number begins
+/// @return false if it is too large
+bool number_value(const char* from, const NumberToken& token, double& number) noexcept;
+
+} // namespace foundation::json::detail
+
+#endif

@@ -1,0 +1,120 @@
+#include "grammar/strings.hpp"
+
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace foundation::json::detail {
+
+namespace {
+
+constexpr std::string_view escape_letters = "\"\\/bfnrt";
+constexpr std::string_view escape_meanings = "\"\\/\b\f\n\r\t";
+
+constexpr std::size_t unicode_escape_size = 6; // \uXXXX
+constexpr std::uint32_t replacement = 0xFFFD;
+
+constexpr bool is_first_of_pair(std::uint32_t unit) noexcept {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+constexpr bool is_second_of_pair(std::uint32_t unit) noexcept {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+/// The UTF-16 unit of a well-formed \u escape.
+std::uint32_t unicode_unit(const char* escape) noexcept {
+    std::uint32_t unit = 0;
+    for (std::size_t i = 2; i != unicode_escape_size; ++i) {
+        unit = unit << 4 | static_cast<std::uint32_t>(hex_digit(escape[i]));
+    }
+    return unit;
+}
+
+/// The character of a \u escape, or of two that are a surrogate pair.
+/// @param place  at the escape; is moved behind it
+std::uint32_t unicode_character(const char*& place, const char* end) noexcept {
+    const std::uint32_t first = unicode_unit(place);
+    place += unicode_escape_size;
+    if (!is_first_of_pair(first)) {
+        return is_second_of_pair(first) ? replacement : first;
+    }
+    if (end - place >= static_cast<std::ptrdiff_t>(unicode_escape_size) && place[0] == '\\' &&
+        place[1] == 'u') {
+        const std::uint32_t second = unicode_unit(place);
+        if (is_second_of_pair(second)) {
+            place += unicode_escape_size;
+            return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
+        }
+    }
+    return replacement;
+}
+
+/// Calls put(bytes, size) with the content of a string, piece by piece.
+template <class Put>
+void for_each_piece(const StringToken& token, Put put) {
+    for (const char* place = token.text; place != token.end;) {
+        const auto left = static_cast<std::size_t>(token.end - place);
+        const void* const found = std::memchr(place, '\\', left);
+        if (found == nullptr) {
+            put(place, left);
+            return;
+        }
+        const auto* const escape = static_cast<const char*>(found);
+        put(place, static_cast<std::size_t>(escape - place));
+        place = escape;
+        char bytes[4];
+        if (place[1] == 'u') {
+            const char* const end = put_utf8(bytes, unicode_character(place, token.end));
+            put(bytes, static_cast<std::size_t>(end - bytes));
+        } else {
+            bytes[0] = escape_meanings[escape_letters.find(place[1])];
+            put(bytes, 1);
+            place += 2;
+        }
+    }
+}
+
+} // namespace
+
+StringError scan_escape(const char*& place, const char* end) noexcept {
+    ++place;
+    if (place == end) {
+        return StringError::escape_ends;
+    }
+    if (*place != 'u') {
+        if (escape_letters.find(*place) == std::string_view::npos) {
+            return StringError::escape;
+        }
+        ++place;
+        return StringError::none;
+    }
+    ++place;
+    for (int i = 0; i != 4; ++i, ++place) {
+        if (place == end || *place == '"') {
+            return StringError::escape_ends;
+        }
+        if (hex_digit(*place) < 0) {
+            return StringError::unicode_escape;
+        }
+    }
+    return StringError::none;
+}
+
+void decode(const StringToken& token, std::string& target) {
+    if (!token.escaped) {
+        target.assign(token.text, token.size());
+        return;
+    }
+    // The length is counted first, since an escape may be six times as long as its character.
+    std::size_t size = 0;
+    for_each_piece(token, [&size](const char*, std::size_t count) { size += count; });
+    target.resize(size);
+    char* out = target.data();
+    for_each_piece(token, [&out](const char* bytes, std::size_t count) {
+        std::memcpy(out, bytes, count);
+        out += count;
+    });
+}
+
+} // namespace foundation::json::detail

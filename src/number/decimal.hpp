@@ -1,0 +1,131 @@
+/// @file
+/// From decimal digits to the nearest double, in integer arithmetic.
+#ifndef FOUNDATION_JSON_SRC_NUMBER_DECIMAL_HPP
+#define FOUNDATION_JSON_SRC_NUMBER_DECIMAL_HPP
+
+#include <cstdint>
+#include <cstring>
+
+namespace foundation::json::detail {
+
+/// A positive number, or zero: digits times 10^exponent.
+struct Decimal {
+    /// The largest number of digits that always fits into 64 bits.
+    static constexpr int most_digits = 19;
+
+    std::uint64_t digits;
+    std::int64_t exponent;
+    /// Whether further digits are cut off: the number then lies between digits and digits + 1.
+    bool cut_off;
+};
+
+enum class Rounding {
+    decided,
+    too_large, ///< for a double
+    undecided, ///< needs more digits or bits to find the nearest double, or it is subnormal
+};
+
+// Numbers of up to 19 digits round to zero if their exponent is less than the first, and are too
+// large for a double if it is greater than the second.
+constexpr int least_exponent = -342;
+constexpr int largest_exponent = 308;
+
+#if defined(__SIZEOF_INT128__)
+
+__extension__ using Wide = unsigned __int128;
+
+/// The leading 128 bits of the powers of five; lower bits are cut off.
+class PowersOf5 {
+public:
+    constexpr PowersOf5() noexcept;
+
+    Wide leading_bits(int q) const noexcept { return bits_[q - least_exponent]; }
+
+    /// The exponent e for which 5^q equals its leading bits times 2^e, but for the bits cut off.
+    /// The shifted product is the logarithm of 5^q to base 2, rounded down.
+    static constexpr int exponent(int q) noexcept { return (q * 152170 >> 16) - 127; }
+
+    /// Whether 128 bits hold 5^q exactly.
+    static constexpr bool is_exact(int q) noexcept { return static_cast<unsigned>(q) <= 55; }
+
+private:
+    Wide bits_[largest_exponent - least_exponent + 1];
+};
+
+extern const PowersOf5 powers_of_5;
+
+inline double double_of_bits(std::uint64_t bits) noexcept {
+    static_assert(sizeof(double) == sizeof bits);
+    double number = 0;
+    std::memcpy(&number, &bits, sizeof number);
+    return number;
+}
+
+/// Finds the double nearest to digits times 10^q.
+/// @param digits  not 0
+/// @param q       least_exponent to largest_exponent
+inline Rounding nearest_normal(std::uint64_t digits, int q, double& number) noexcept {
+    constexpr int bits_of_double = 53;
+    constexpr int exponent_bias = 1075; // with a double's 53 bits taken as a whole number
+    constexpr int least_biased = 1;
+    constexpr int largest_biased = 2046;
+    const int normal_shift = __builtin_clzll(digits);
+    const std::uint64_t factor = digits << normal_shift;
+    const Wide power = powers_of_5.leading_bits(q);
+    const Wide low_product = Wide{factor} * static_cast<std::uint64_t>(power);
+    const Wide product =
+        Wide{factor} * static_cast<std::uint64_t>(power >> 64) + (low_product >> 64);
+    // The number is the product and an error of less than 2 units, times a power of 2. One unit is
+    // for the bits cut off the low product, one for those cut off the power.
+    const auto high = static_cast<std::uint64_t>(product >> 64);
+    const auto low = static_cast<std::uint64_t>(product);
+    const int excess = 64 - bits_of_double - 1 + static_cast<int>(high >> 63);
+    std::uint64_t bits = ((high >> (excess - 1)) + 1) >> 1;
+    if (low == 0 || low == ~std::uint64_t{0}) {
+        // Only here the error may decide how to round: where the part below the last bit is half of
+        // that bit, or a unit less than half.
+        const std::uint64_t half = std::uint64_t{1} << (excess - 1);
+        const std::uint64_t below = high & (2 * half - 1);
+        if (below == (low == 0 ? half : half - 1)) {
+            if (!PowersOf5::is_exact(q)) {
+                return Rounding::undecided;
+            }
+            const bool tie = (low | static_cast<std::uint64_t>(low_product)) == 0;
+            bits -= bits & std::uint64_t{tie};
+        }
+    }
+    int biased = excess + 128 + PowersOf5::exponent(q) + q - normal_shift + exponent_bias;
+    if (bits >> bits_of_double != 0) {
+        bits >>= 1;
+        ++biased;
+    }
+    if (biased < least_biased) {
+        return Rounding::undecided;
+    }
+    if (biased > largest_biased) {
+        return Rounding::too_large;
+    }
+    // The first of the 53 bits adds one to the exponent field.
+    number =
+        double_of_bits((static_cast<std::uint64_t>(biased - 1) << (bits_of_double - 1)) + bits);
+    return Rounding::decided;
+}
+
+#else
+
+inline Rounding nearest_normal(std::uint64_t, int, double&) noexcept {
+    return Rounding::undecided;
+}
+
+#endif
+
+/// Finds the double nearest to a number, ties to even, whatever the floating-point environment.
+///
+/// It leaves undecided the numbers that are too small to be normal, and a few in 2^53: those next
+/// to a half-way case between two doubles.
+/// @param number  set if the result is `decided`
+Rounding nearest_double(const Decimal& decimal, double& number) noexcept;
+
+} // namespace foundation::json::detail
+
+#endif

@@ -1,0 +1,37 @@
+/// @file
+/// The text of number_text(), computed by integer arithmetic instead of trial and error.
+#ifndef FOUNDATION_JSON_SRC_NUMBER_FAST_NUMBER_TEXT_HPP
+#define FOUNDATION_JSON_SRC_NUMBER_FAST_NUMBER_TEXT_HPP
+
+#include "number/number_bits.hpp"
+
+#include <cstddef>
+
+namespace foundation::json::detail {
+
+/// Room for every text of fast_number_text(), with a reserve for computing in place.
+constexpr std::size_t fast_number_room = 40;
+
+/// Whether number_text() depends on the number alone: the radix character is `.` and the rounding
+/// mode is to nearest.
+bool fast_number_text_applies() noexcept;
+
+/// Writes the text of number_text(), without a terminator, if fast_number_text_applies(). No other
+/// part of the floating-point environment has an effect, and none is changed.
+///
+/// @return the end of the text, or null for the few numbers that need the reference algorithm
+char* fast_number_text(char* out, NumberBits<double> bits) noexcept;
+char* fast_number_text(char* out, NumberBits<float> bits) noexcept;
+
+/// The same for every number: by the reference algorithm where necessary.
+char* fast_or_reference_number_text(char* out, NumberBits<double> bits) noexcept;
+char* fast_or_reference_number_text(char* out, NumberBits<float> bits) noexcept;
+
+/// Writes an integer in decimal, in the same room.
+/// @return the end of the text, of at most 20 characters
+char* fast_integer_text(char* out, unsigned long long number) noexcept;
+char* fast_integer_text(char* out, long long number) noexcept;
+
+} // namespace foundation::json::detail
+
+#endif

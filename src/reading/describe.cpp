@@ -1,0 +1,157 @@
+// describe(): shows an error to people, with its place, the line of text and a caret.
+#include "grammar/errors.hpp"
+#include "text/characters.hpp"
+#include "text/utf8.hpp"
+
+#include <foundation/json/parse.hpp>
+
+#include <unicode/uchar.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <numeric>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace foundation::json {
+
+namespace {
+
+/// A character as it is shown, and how many columns of a terminal it takes.
+struct Shown {
+    std::string text;
+    std::size_t width;
+};
+
+/// Whether a character is safe to show: it controls neither the terminal nor the direction of text.
+bool prints(UChar32 code) noexcept {
+    constexpr std::uint32_t harmful =
+        U_GC_CC_MASK | U_GC_CF_MASK | U_GC_CS_MASK | U_GC_ZL_MASK | U_GC_ZP_MASK;
+    constexpr UChar32 zero_width_joiner = 0x200D; // joins several characters to one emoji
+    return (U_GET_GC_MASK(code) & harmful) == 0 || code == zero_width_joiner;
+}
+
+std::size_t width_of(UChar32 code) noexcept {
+    if ((U_GET_GC_MASK(code) & (U_GC_MN_MASK | U_GC_ME_MASK | U_GC_CF_MASK)) != 0) {
+        return 0;
+    }
+    const int width = u_getIntPropertyValue(code, UCHAR_EAST_ASIAN_WIDTH);
+    return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
+}
+
+Shown shown(std::string_view sequence, bool complete) {
+    if (sequence == "\t") {
+        return {" ", 1};
+    }
+    const auto code = static_cast<UChar32>(complete ? detail::code_point(sequence) : 0);
+    if (!prints(code)) {
+        return {".", 1};
+    }
+    return {std::string(sequence), width_of(code)};
+}
+
+/// The characters of a text; every byte of a character that is cut off or not UTF-8 counts as one.
+std::vector<Shown> characters(std::string_view text) {
+    std::vector<Shown> result;
+    while (!text.empty()) {
+        detail::Utf8Sequence sequence{1, true};
+        if (!detail::is_ascii(text[0])) {
+            sequence = detail::utf8_sequence(text.data(), text.data() + text.size());
+        }
+        const std::size_t length = sequence.complete ? sequence.length : 1;
+        result.push_back(shown(text.substr(0, length), sequence.complete));
+        text.remove_prefix(length);
+    }
+    return result;
+}
+
+std::string printable(std::string_view text) {
+    std::string result;
+    for (const Shown& character : characters(text)) {
+        result += character.text;
+    }
+    return result;
+}
+
+constexpr const char* ellipsis = "...";
+constexpr std::size_t ellipsis_width = 3;
+
+// How many columns of a long line are shown, before the place and from it on.
+constexpr std::size_t most_before = 40;
+constexpr std::size_t most_after = 39;
+
+struct Part {
+    std::string text;
+    std::size_t width;
+};
+
+std::size_t width_of(const std::vector<Shown>& text) noexcept {
+    return std::accumulate(
+        text.begin(), text.end(), std::size_t{0},
+        [](std::size_t width, const Shown& character) { return width + character.width; });
+}
+
+/// What is shown before the place.
+/// @param cut  whether the line begins before the text
+Part part_before(std::string_view text, bool cut) {
+    const std::vector<Shown> all = characters(text);
+    Part part{{}, width_of(all)};
+    auto first = all.begin();
+    if (cut || part.width > most_before) {
+        for (; part.width > most_before - ellipsis_width; ++first) {
+            part.width -= first->width;
+        }
+        part.text = ellipsis;
+        part.width += ellipsis_width;
+    }
+    for (; first != all.end(); ++first) {
+        part.text += first->text;
+    }
+    return part;
+}
+
+/// What is shown from the place on.
+/// @param cut  whether the line goes on behind the text
+std::string part_after(std::string_view text, bool cut) {
+    const std::vector<Shown> all = characters(text);
+    const bool whole = !cut && width_of(all) <= most_after;
+    const std::size_t most = whole ? most_after : most_after - ellipsis_width;
+    std::string result;
+    std::size_t width = 0;
+    for (const Shown& character : all) {
+        width += character.width;
+        if (width > most) {
+            break;
+        }
+        result += character.text;
+    }
+    return whole ? result : result + ellipsis;
+}
+
+} // namespace
+
+std::string describe(const ParserException& error, std::string_view name) {
+    const std::string quoted = error.get_quoted_text();
+    const std::size_t place = std::min(error.get_quoted_byte_position(), quoted.size());
+    const std::string_view text = quoted;
+    // A shorter quote than this means that the line begins or ends there; only whole characters are
+    // quoted.
+    constexpr std::size_t longest_sequence = 4;
+    constexpr std::size_t full = detail::most_quoted - longest_sequence;
+    const auto columns = static_cast<std::size_t>(
+        std::count_if(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(place),
+                      [](char byte) { return !detail::is_continuation(byte); }));
+    const Part before = part_before(text.substr(0, place), columns + 1 < error.get_column());
+
+    std::string result = printable(name);
+    result += name.empty() ? "" : ":";
+    result += std::to_string(error.get_line_number()) + ':' + std::to_string(error.get_column());
+    result += ": " + printable(error.what()) + '\n';
+    result += before.text + part_after(text.substr(place), text.size() - place > full) + '\n';
+    result.append(before.width, ' ');
+    return result + "^\n";
+}
+
+} // namespace foundation::json

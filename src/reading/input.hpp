@@ -1,0 +1,66 @@
+/// @file
+/// Input: reads whole texts from streams and files, and sets the state of streams.
+#ifndef FOUNDATION_JSON_SRC_READING_INPUT_HPP
+#define FOUNDATION_JSON_SRC_READING_INPUT_HPP
+
+#include <cstddef>
+#include <filesystem>
+#include <ios>
+#include <iosfwd>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace foundation::json::detail {
+
+/// A text that is read piece by piece. In one piece, it takes no more memory than its length.
+class GrowingText {
+public:
+    /// @param expected  an estimate of the text's length
+    explicit GrowingText(std::size_t expected) noexcept : expected_(expected) {}
+
+    /// Where to write more of the text: room_size() bytes fit there, at least one.
+    char* room();
+    std::size_t room_size() const noexcept { return capacity_ - used_; }
+    void add(std::size_t count) noexcept { used_ += count; }
+
+    std::size_t size() const noexcept { return full_size_ + used_; }
+
+    /// The whole text in one piece. No more may be added afterwards.
+    std::string_view join();
+
+private:
+    struct Piece {
+        std::unique_ptr<char[]> text;
+        std::size_t size;
+    };
+
+    std::size_t expected_;
+    std::vector<Piece> full_;
+    std::size_t full_size_ = 0;
+    std::unique_ptr<char[]> last_;
+    std::size_t used_ = 0;
+    std::size_t capacity_ = 0;
+};
+
+/// Checks that a stream can be read, as every input function does first.
+/// @throws std::ios_base::failure the stream is not good
+void begin_reading(std::istream& stream);
+
+/// Sets eofbit, unless an error ended the reading.
+/// @throws std::ios_base::failure the stream is bad
+void end_reading(std::istream& stream);
+
+/// Sets badbit or eofbit, and throws nothing, whatever the stream's exceptions() are.
+void set_state(std::istream& stream, std::ios_base::iostate bits) noexcept;
+
+/// The rest of a stream.
+GrowingText read_all(std::istream& stream);
+
+/// The content of a file.
+/// @throws std::system_error with the file's name in its message
+GrowingText read_file(const std::filesystem::path& path);
+
+} // namespace foundation::json::detail
+
+#endif

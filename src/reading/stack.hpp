@@ -1,0 +1,108 @@
+/// @file
+/// Stacks of the parser, which grow and shrink with every array.
+#ifndef FOUNDATION_JSON_SRC_READING_STACK_HPP
+#define FOUNDATION_JSON_SRC_READING_STACK_HPP
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace foundation::json::detail {
+
+/// A stack of trivially copyable items. It has room of its own for a few, so that short texts need
+/// no allocation. Growth is not part of push(), so that push() is inlined.
+template <class Item>
+class Stack {
+    static_assert(std::is_trivially_copyable_v<Item>);
+
+public:
+    Stack() noexcept : items_(own_) {}
+    Stack(const Stack&) = delete;
+    Stack& operator=(const Stack&) = delete;
+
+    bool empty() const noexcept { return size_ == 0; }
+    std::size_t size() const noexcept { return size_; }
+    Item& top() noexcept { return items_[size_ - 1]; }
+    const Item& top() const noexcept { return items_[size_ - 1]; }
+    const Item* begin() const noexcept { return items_; }
+    const Item* end() const noexcept { return items_ + size_; }
+
+    bool full() const noexcept { return size_ == capacity_; }
+
+    /// There must be room: growth is kept out of this, to be inlined.
+    void push(const Item& item) noexcept { items_[size_++] = item; }
+
+    void pop() noexcept { --size_; }
+    void shrink(std::size_t size) noexcept { size_ = size; }
+
+    // In small steps, since old and new items are in memory at a time.
+
+    [[gnu::noinline]] void grow() { move(capacity_ + capacity_ / 4); }
+
+    /// Gives up some of the room if much of it is not in use.
+    void release() {
+        if (size_ < capacity_ - capacity_ / 3 && capacity_ > kept_capacity) {
+            move(capacity_ - capacity_ / 4);
+        }
+    }
+
+private:
+    static constexpr std::size_t own_capacity = 64;
+    static constexpr std::size_t kept_capacity = 1024;
+
+    void move(std::size_t capacity) {
+        // GCOVR_EXCL_BR_START: the check of the size is the compiler's
+        std::unique_ptr<Item[]> items(new Item[capacity]);
+        // GCOVR_EXCL_BR_STOP: the items are there
+        std::copy(begin(), end(), items.get());
+        heap_ = std::move(items);
+        items_ = heap_.get();
+        capacity_ = capacity;
+    }
+
+    Item* items_;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = own_capacity;
+    std::unique_ptr<Item[]> heap_;
+    Item own_[own_capacity];
+};
+
+/// A stack of containers that keep their addresses. It uses containers again after pop(), so they
+/// must be empty by then.
+template <class Container>
+class ContainerStack {
+public:
+    /// The containers that were pushed last may be popped in any order, with no push() in between.
+    Container& push() {
+        if (size_ == chunks_.size() * chunk_size) {
+            grow();
+        }
+        const std::size_t index = size_++;
+        return chunks_[index / chunk_size][index % chunk_size];
+    }
+
+    void pop() noexcept { --size_; }
+
+    /// Frees most of the containers that are not in use, if there are many.
+    void release() noexcept {
+        while (size_ + kept <= chunks_.size() * chunk_size) {
+            chunks_.pop_back();
+        }
+    }
+
+private:
+    static constexpr std::size_t chunk_size = 16;
+    static constexpr std::size_t kept = 256;
+
+    [[gnu::noinline]] void grow() { chunks_.push_back(std::make_unique<Container[]>(chunk_size)); }
+
+    std::vector<std::unique_ptr<Container[]>> chunks_;
+    std::size_t size_ = 0;
+};
+
+} // namespace foundation::json::detail
+
+#endif
