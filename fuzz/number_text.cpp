@@ -42,7 +42,7 @@ test::Environment read_environment(Input& input) {
 
 template <class Number>
 void check_number(const test::Environment& environment, const Number& number) {
-    const detail::NumberBits<Number> bits(number);
+    const detail::FloatingBits<Number> bits(number);
     std::string expected;
     {
         const test::EnvironmentKeeper keeper;

@@ -1,12 +1,15 @@
 // The snippets in the comments of the public headers.
 #include "snippet.hpp"
 
+#include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 
+#include <cstddef>
 #include <cstdio>
 #include <iostream>
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 using namespace foundation::json;
@@ -20,7 +23,40 @@ Value read(const std::string& text) {
 
 } // namespace
 
+//! [members]
+struct Server {
+    std::string host;
+    int port = 8080;
+};
+
+template <>
+inline constexpr auto foundation::json::members<Server> =
+    std::tuple(required("host", &Server::host), defaulted("port", &Server::port));
+//! [members]
+
 int main() {
+    snippet("members");
+    std::cout << to<Server>(Property("host") = "here").port << '\n';
+
+    snippet("numbers");
+    {
+        //! [numbers]
+        Value v((Property("grams") = 250, Property("share") = 0.5));
+        int grams = number<int>(v["grams"]); // exactly that number, or an exception
+        v["id"] = integer(std::size_t{7});   // a uint64, where Value(7) would be a double
+        //! [numbers]
+        std::cout << grams << ' ' << serialize(v) << '\n';
+    }
+
+    snippet("pointer");
+    {
+        Value config(Property("servers") = (Element(Property("port") = 80), Element(Null())));
+        //! [pointer]
+        const Value* port = find(config, "/servers/0/port"); // null where there is nothing
+        //! [pointer]
+        std::cout << serialize(*port) << '\n';
+    }
+
     snippet("value");
     {
         //! [value]

@@ -1,30 +1,15 @@
 #include "grammar/numbers.hpp"
 
+#include "number/default_environment.hpp"
+
 #include <fast_float/fast_float.h>
 
-#include <cfenv>
 #include <cstring>
 #include <limits>
 
 namespace foundation::json::detail {
 
 namespace {
-
-/// Sets the floating-point environment that programs start with: rounding to nearest, subnormal
-/// numbers not flushed to zero, no traps. Its destructor restores the previous one, with its flags.
-class DefaultEnvironment {
-public:
-    DefaultEnvironment() noexcept {
-        std::fegetenv(&previous_);
-        std::fesetenv(FE_DFL_ENV);
-    }
-    ~DefaultEnvironment() { std::fesetenv(&previous_); }
-    DefaultEnvironment(const DefaultEnvironment&) = delete;
-    DefaultEnvironment& operator=(const DefaultEnvironment&) = delete;
-
-private:
-    std::fenv_t previous_;
-};
 
 /// Finds the nearest double for every number; slower than nearest_double().
 /// @return false if it is too large

@@ -60,14 +60,14 @@ private:
 
 constexpr PowersOf5::PowersOf5() noexcept : bits_{} {
     Large power(0);
-    for (int q = 0; q <= largest_exponent; ++q) {
-        bits_[q - least_exponent] = power.leading_bits();
+    for (int q = 0; q <= largest_decimal_exponent; ++q) {
+        bits_[q - least_decimal_exponent] = power.leading_bits();
         power.times_5();
     }
     // The first set bit of 5^-342 is 795 places behind the point, and 128 bits are needed.
     Large inverse(Large::words * 32 - 1);
-    for (int q = 0; q >= least_exponent; --q) {
-        bits_[q - least_exponent] = inverse.leading_bits();
+    for (int q = 0; q >= least_decimal_exponent; --q) {
+        bits_[q - least_decimal_exponent] = inverse.leading_bits();
         inverse.over_5();
     }
 }
@@ -77,11 +77,11 @@ constexpr PowersOf5 powers_of_5;
 #endif
 
 Rounding nearest_double(const Decimal& decimal, double& number) noexcept {
-    if (decimal.digits == 0 || decimal.exponent < least_exponent) {
+    if (decimal.digits == 0 || decimal.exponent < least_decimal_exponent) {
         number = 0;
         return Rounding::decided;
     }
-    if (decimal.exponent > largest_exponent) {
+    if (decimal.exponent > largest_decimal_exponent) {
         return Rounding::too_large;
     }
     const int q = static_cast<int>(decimal.exponent);

@@ -27,8 +27,8 @@ enum class Rounding {
 
 // Numbers of up to 19 digits round to zero if their exponent is less than the first, and are too
 // large for a double if it is greater than the second.
-constexpr int least_exponent = -342;
-constexpr int largest_exponent = 308;
+constexpr int least_decimal_exponent = -342;
+constexpr int largest_decimal_exponent = 308;
 
 #if defined(__SIZEOF_INT128__)
 
@@ -39,7 +39,7 @@ class PowersOf5 {
 public:
     constexpr PowersOf5() noexcept;
 
-    Wide leading_bits(int q) const noexcept { return bits_[q - least_exponent]; }
+    Wide leading_bits(int q) const noexcept { return bits_[q - least_decimal_exponent]; }
 
     /// The exponent e for which 5^q equals its leading bits times 2^e, but for the bits cut off.
     /// The shifted product is the logarithm of 5^q to base 2, rounded down.
@@ -49,7 +49,7 @@ public:
     static constexpr bool is_exact(int q) noexcept { return static_cast<unsigned>(q) <= 55; }
 
 private:
-    Wide bits_[largest_exponent - least_exponent + 1];
+    Wide bits_[largest_decimal_exponent - least_decimal_exponent + 1];
 };
 
 extern const PowersOf5 powers_of_5;
@@ -63,7 +63,7 @@ inline double double_of_bits(std::uint64_t bits) noexcept {
 
 /// Finds the double nearest to digits times 10^q.
 /// @param digits  not 0
-/// @param q       least_exponent to largest_exponent
+/// @param q       least_decimal_exponent to largest_decimal_exponent
 inline Rounding nearest_normal(std::uint64_t digits, int q, double& number) noexcept {
     constexpr int bits_of_double = 53;
     constexpr int exponent_bias = 1075; // with a double's 53 bits taken as a whole number

@@ -1,6 +1,5 @@
 /// @file
-/// The floating-point environment that programs start with, but for the caller's rounding
-/// direction, set for a while.
+/// The floating-point environment that programs start with, set for a while.
 #ifndef FOUNDATION_JSON_SRC_NUMBER_DEFAULT_ENVIRONMENT_HPP
 #define FOUNDATION_JSON_SRC_NUMBER_DEFAULT_ENVIRONMENT_HPP
 
@@ -8,23 +7,24 @@
 
 namespace foundation::json::detail {
 
-/// Sets the default floating-point environment, but keeps the rounding direction of
-/// std::fegetround(). The destructor restores the caller's environment: flags, traps, and other
-/// settings of the machine, such as flushing subnormal numbers to zero.
+/// Sets the default floating-point environment: subnormal numbers are not flushed to zero, and
+/// nothing traps. The destructor restores the caller's environment with its flags.
 ///
 /// Compilers may move arithmetic across both changes. So put the computation into a function that
 /// is not inlined and takes its numbers by reference.
-class DefaultEnvironmentButRounding {
+class DefaultEnvironment {
 public:
-    DefaultEnvironmentButRounding() noexcept {
-        const int direction = std::fegetround();
+    /// @param rounding  the rounding direction to set; that of std::fegetround() keeps the caller's
+    explicit DefaultEnvironment(int rounding = FE_TONEAREST) noexcept {
         std::fegetenv(&callers_);
         std::fesetenv(FE_DFL_ENV);
-        std::fesetround(direction);
+        if (rounding != FE_TONEAREST) {
+            std::fesetround(rounding);
+        }
     }
-    DefaultEnvironmentButRounding(const DefaultEnvironmentButRounding&) = delete;
-    DefaultEnvironmentButRounding& operator=(const DefaultEnvironmentButRounding&) = delete;
-    ~DefaultEnvironmentButRounding() { std::fesetenv(&callers_); }
+    DefaultEnvironment(const DefaultEnvironment&) = delete;
+    DefaultEnvironment& operator=(const DefaultEnvironment&) = delete;
+    ~DefaultEnvironment() { std::fesetenv(&callers_); }
 
 private:
     std::fenv_t callers_;

@@ -18,7 +18,7 @@ namespace {
 
 /// Separate from the fast path, which needs no such buffer.
 template <class Number>
-[[gnu::noinline]] char* reference_number_text(char* out, NumberBits<Number> bits) noexcept {
+[[gnu::noinline]] char* reference_number_text(char* out, FloatingBits<Number> bits) noexcept {
     NumberBuffer buffer;
     const char* const text = number_text(buffer, bits);
     return std::copy_n(text, std::strlen(text), out);
@@ -92,13 +92,12 @@ private:
 
 constexpr ScalingPowers scaling_powers;
 
-/// What differs between double and float: their bits, and the digits of the two formats.
+/// The two formats of a type, by their numbers of digits, and how exactly its digits are computed.
 template <class Number>
-struct Kind;
+struct Formats;
 
 template <>
-struct Kind<double> : NumberBits<double> {
-    static constexpr int bias = 1075;
+struct Formats<double> {
     static constexpr int spare_bits = 0;
     static constexpr std::uint64_t doubt = 4;
     static constexpr int few_digits = 15;
@@ -106,8 +105,7 @@ struct Kind<double> : NumberBits<double> {
 };
 
 template <>
-struct Kind<float> : NumberBits<float> {
-    static constexpr int bias = 150;
+struct Formats<float> {
     static constexpr int spare_bits = 1;
     // Its text is read as a double first, which may round it to the half-way point of two floats.
     static constexpr std::uint64_t doubt = std::uint64_t{1} << 30;
@@ -182,40 +180,41 @@ private:
 ///         a text between two numbers, and very close to them
 template <class Number>
 bool scaled_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexcept {
-    using K = Kind<Number>;
-    mantissa <<= K::spare_bits;
-    exponent -= K::spare_bits;
+    using Bits = FloatingBits<Number>;
+    using F = Formats<Number>;
+    mantissa <<= F::spare_bits;
+    exponent -= F::spare_bits;
     // floor(log10(2^n)) for the exponent n of the leading bit; that of the number may be one more.
-    int decimal_exponent = ((exponent + K::mantissa_bits + K::spare_bits) * 315653) >> 20;
-    Product scaled(mantissa, exponent, K::many_digits - 1 - decimal_exponent);
-    if (scaled.whole() >= powers_of_10.power[K::many_digits]) {
+    int decimal_exponent = ((exponent + Bits::mantissa_bits + F::spare_bits) * 315653) >> 20;
+    Product scaled(mantissa, exponent, F::many_digits - 1 - decimal_exponent);
+    if (scaled.whole() >= powers_of_10.power[F::many_digits]) {
         ++decimal_exponent;
-        scaled = Product(mantissa, exponent, K::many_digits - 1 - decimal_exponent);
+        scaled = Product(mantissa, exponent, F::many_digits - 1 - decimal_exponent);
     }
     const std::uint64_t whole = scaled.whole();
     const std::uint64_t rest = scaled.rest();
     constexpr std::uint64_t one = Product::one;
 
     // The rounding direction is unpredictable, so it is computed without branches.
-    constexpr std::uint64_t many_to_few = powers_of_10.power[K::many_digits - K::few_digits];
+    constexpr std::uint64_t many_to_few = powers_of_10.power[F::many_digits - F::few_digits];
     const std::uint64_t few = (whole + many_to_few / 2) / many_to_few;
     const std::uint64_t many = whole + rest / (one / 2);
 
     const auto off = static_cast<std::int64_t>((few * many_to_few - whole) * one - rest);
     const auto distance = static_cast<std::uint64_t>(std::abs(off));
-    std::uint64_t reach = scaled.half_step(K::spare_bits);
-    if (mantissa == std::uint64_t{1} << (K::mantissa_bits + K::spare_bits) && off < 0) {
+    std::uint64_t reach = scaled.half_step(F::spare_bits);
+    if (mantissa == std::uint64_t{1} << (Bits::mantissa_bits + F::spare_bits) && off < 0) {
         reach /= 2; // the next number below a power of two is half as far away
     }
 
-    if (rest - (one / 2 - K::doubt) <= 2 * K::doubt ||
-        distance - (reach - K::doubt) <= 2 * K::doubt) {
+    if (rest - (one / 2 - F::doubt) <= 2 * F::doubt ||
+        distance - (reach - F::doubt) <= 2 * F::doubt) {
         return false;
     }
     if (distance < reach) {
-        decimal = make_decimal<K::few_digits>(few, decimal_exponent);
+        decimal = make_decimal<F::few_digits>(few, decimal_exponent);
     } else {
-        decimal = make_decimal<K::many_digits>(many, decimal_exponent);
+        decimal = make_decimal<F::many_digits>(many, decimal_exponent);
     }
     return true;
 }
@@ -374,14 +373,14 @@ char* write_whole(char* out, std::uint64_t number) noexcept {
 
 /// The bits of a whole number that has at most as many bits as a mantissa.
 template <class Number>
-constexpr typename Kind<Number>::Word bits_of_whole(std::uint64_t number) noexcept {
-    using K = Kind<Number>;
-    int exponent = K::bias;
-    for (; number < K::implicit_bit; number *= 2) {
+constexpr typename FloatingBits<Number>::Word bits_of_whole(std::uint64_t number) noexcept {
+    using Bits = FloatingBits<Number>;
+    int exponent = Bits::bias;
+    for (; number < Bits::implicit_bit; number *= 2) {
         --exponent;
     }
-    return static_cast<typename K::Word>(exponent - 1) * K::implicit_bit +
-           static_cast<typename K::Word>(number);
+    return static_cast<typename Bits::Word>(exponent - 1) * Bits::implicit_bit +
+           static_cast<typename Bits::Word>(number);
 }
 
 [[gnu::noinline]] char* write_text(char* out, const char* text) noexcept {
@@ -390,15 +389,15 @@ constexpr typename Kind<Number>::Word bits_of_whole(std::uint64_t number) noexce
 
 /// Writes the remaining positive numbers.
 template <class Number>
-using Rest = char* (*)(char*, NumberBits<Number>) noexcept;
+using Rest = char* (*)(char*, FloatingBits<Number>) noexcept;
 
 /// For normal numbers that are not whole, and for large ones. A separate function, so that the code
 /// for small whole numbers need not save registers.
 template <class Number>
-[[gnu::noinline]] char* write_digits(char* out, NumberBits<Number> bits,
+[[gnu::noinline]] char* write_digits(char* out, FloatingBits<Number> bits,
                                      Rest<Number> write_rest) noexcept {
     Decimal decimal;
-    const int exponent = static_cast<int>(bits.exponent()) - Kind<Number>::bias;
+    const int exponent = static_cast<int>(bits.exponent()) - FloatingBits<Number>::bias;
     if (!scaled_digits<Number>(decimal, bits.mantissa(), exponent)) {
         return write_rest(out, bits.without_sign());
     }
@@ -407,18 +406,19 @@ template <class Number>
 }
 
 template <class Number>
-[[gnu::always_inline]] inline char* write_number(char* out, NumberBits<Number> bits,
+[[gnu::always_inline]] inline char* write_number(char* out, FloatingBits<Number> bits,
                                                  Rest<Number> write_rest) noexcept {
-    using K = Kind<Number>;
+    using Bits = FloatingBits<Number>;
     *out = '-';
     char* const behind_sign = out + (bits.is_negative() ? 1 : 0);
     // The number of mantissa bits before the point, without the implicit one. Wraps below 1.
-    const auto before_point = bits.exponent() - (K::bias - K::mantissa_bits);
-    if (before_point < K::mantissa_bits) {
-        if (bits.word << (K::sign_bit + 1 - K::mantissa_bits + before_point) == 0) {
+    const auto before_point = bits.exponent() - (Bits::bias - Bits::mantissa_bits);
+    if (before_point < Bits::mantissa_bits) {
+        if (bits.word << (Bits::sign_bit + 1 - Bits::mantissa_bits + before_point) == 0) {
             // Both formats give all digits of a whole number of that size: fewer digits would
             // read back as another number.
-            return write_whole(behind_sign, bits.mantissa() >> (K::mantissa_bits - before_point));
+            return write_whole(behind_sign,
+                               bits.mantissa() >> (Bits::mantissa_bits - before_point));
         }
     } else if (bits.magnitude() == 0) {
         *behind_sign = '0';
@@ -426,7 +426,7 @@ template <class Number>
     } else if (!bits.is_finite()) {
         return write_text(out, non_finite_text(bits));
     } else if (bits.exponent() == 0 ||
-               (std::is_same_v<Number, float> && bits.magnitude() == K::largest)) {
+               (std::is_same_v<Number, float> && bits.magnitude() == Bits::largest)) {
         // Subnormal numbers have fewer bits and other rules; the largest float has ten digits.
         return write_rest(behind_sign, bits.without_sign());
     }
@@ -434,7 +434,7 @@ template <class Number>
 }
 
 template <class Number>
-char* leave(char*, NumberBits<Number>) noexcept {
+char* leave(char*, FloatingBits<Number>) noexcept {
     return nullptr;
 }
 
@@ -444,19 +444,19 @@ bool fast_number_text_applies() noexcept {
     return std::strcmp(nl_langinfo(RADIXCHAR), ".") == 0 && std::fegetround() == FE_TONEAREST;
 }
 
-char* fast_number_text(char* out, NumberBits<double> bits) noexcept {
+char* fast_number_text(char* out, FloatingBits<double> bits) noexcept {
     return write_number(out, bits, leave);
 }
 
-char* fast_number_text(char* out, NumberBits<float> bits) noexcept {
+char* fast_number_text(char* out, FloatingBits<float> bits) noexcept {
     return write_number(out, bits, leave);
 }
 
-char* fast_or_reference_number_text(char* out, NumberBits<double> bits) noexcept {
+char* fast_or_reference_number_text(char* out, FloatingBits<double> bits) noexcept {
     return write_number(out, bits, reference_number_text);
 }
 
-char* fast_or_reference_number_text(char* out, NumberBits<float> bits) noexcept {
+char* fast_or_reference_number_text(char* out, FloatingBits<float> bits) noexcept {
     return write_number(out, bits, reference_number_text);
 }
 
@@ -477,19 +477,19 @@ bool fast_number_text_applies() noexcept {
     return true; // the reference algorithm, the only one here, has no other conditions
 }
 
-char* fast_number_text(char*, NumberBits<double>) noexcept {
+char* fast_number_text(char*, FloatingBits<double>) noexcept {
     return nullptr;
 }
 
-char* fast_number_text(char*, NumberBits<float>) noexcept {
+char* fast_number_text(char*, FloatingBits<float>) noexcept {
     return nullptr;
 }
 
-char* fast_or_reference_number_text(char* out, NumberBits<double> bits) noexcept {
+char* fast_or_reference_number_text(char* out, FloatingBits<double> bits) noexcept {
     return reference_number_text(out, bits);
 }
 
-char* fast_or_reference_number_text(char* out, NumberBits<float> bits) noexcept {
+char* fast_or_reference_number_text(char* out, FloatingBits<float> bits) noexcept {
     return reference_number_text(out, bits);
 }
 

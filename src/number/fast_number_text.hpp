@@ -3,11 +3,20 @@
 #ifndef FOUNDATION_JSON_SRC_NUMBER_FAST_NUMBER_TEXT_HPP
 #define FOUNDATION_JSON_SRC_NUMBER_FAST_NUMBER_TEXT_HPP
 
-#include "number/number_bits.hpp"
+#include <foundation/json/detail/floating_bits.hpp>
 
 #include <cstddef>
 
 namespace foundation::json::detail {
+
+/// The text of a number that is not finite.
+template <class Number>
+const char* non_finite_text(const FloatingBits<Number>& bits) noexcept {
+    if (bits.is_nan()) {
+        return "\"NaN\"";
+    }
+    return bits.is_negative() ? "\"-Inf\"" : "\"Inf\"";
+}
 
 /// Room for every text of fast_number_text(), with a reserve for computing in place.
 constexpr std::size_t fast_number_room = 40;
@@ -20,12 +29,12 @@ bool fast_number_text_applies() noexcept;
 /// part of the floating-point environment has an effect, and none is changed.
 ///
 /// @return the end of the text, or null for the few numbers that need the reference algorithm
-char* fast_number_text(char* out, NumberBits<double> bits) noexcept;
-char* fast_number_text(char* out, NumberBits<float> bits) noexcept;
+char* fast_number_text(char* out, FloatingBits<double> bits) noexcept;
+char* fast_number_text(char* out, FloatingBits<float> bits) noexcept;
 
 /// The same for every number: by the reference algorithm where necessary.
-char* fast_or_reference_number_text(char* out, NumberBits<double> bits) noexcept;
-char* fast_or_reference_number_text(char* out, NumberBits<float> bits) noexcept;
+char* fast_or_reference_number_text(char* out, FloatingBits<double> bits) noexcept;
+char* fast_or_reference_number_text(char* out, FloatingBits<float> bits) noexcept;
 
 /// Writes an integer in decimal, in the same room.
 /// @return the end of the text, of at most 20 characters

@@ -12,7 +12,7 @@ namespace foundation::json::detail {
 
 template <class Sink>
 template <class Number>
-char* BufferedOutput<Sink>::real_number(Cursor at, NumberBits<Number> bits) {
+char* BufferedOutput<Sink>::real_number(Cursor at, FloatingBits<Number> bits) {
     if (!has_room(at, fast_number_room)) {
         return real_number_in_new_room(at, bits);
     }
@@ -23,7 +23,7 @@ char* BufferedOutput<Sink>::real_number(Cursor at, NumberBits<Number> bits) {
 template <class Sink>
 template <class Number>
 [[gnu::noinline]] char* BufferedOutput<Sink>::real_number_in_new_room(Cursor at,
-                                                                      NumberBits<Number> bits) {
+                                                                      FloatingBits<Number> bits) {
     return fast_or_reference_number_text(sink().make_room(at), bits);
 }
 
@@ -35,12 +35,12 @@ char* BufferedOutput<Sink>::integer(Cursor at, Number value) {
 }
 
 template <class Sink>
-char* BufferedOutput<Sink>::number(Cursor at, NumberBits<double> bits) {
+char* BufferedOutput<Sink>::number(Cursor at, FloatingBits<double> bits) {
     return real_number(at, bits);
 }
 
 template <class Sink>
-char* BufferedOutput<Sink>::number(Cursor at, NumberBits<float> bits) {
+char* BufferedOutput<Sink>::number(Cursor at, FloatingBits<float> bits) {
     return real_number(at, bits);
 }
 

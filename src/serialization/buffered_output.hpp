@@ -44,8 +44,8 @@ public:
         return at + N - 1;
     }
 
-    Cursor number(Cursor at, NumberBits<double> bits);
-    Cursor number(Cursor at, NumberBits<float> bits);
+    Cursor number(Cursor at, FloatingBits<double> bits);
+    Cursor number(Cursor at, FloatingBits<float> bits);
     Cursor number(Cursor at, long long value);
     Cursor number(Cursor at, unsigned long long value);
     Cursor string(Cursor at, const std::string& text);
@@ -72,9 +72,9 @@ private:
     Sink& sink() { return static_cast<Sink&>(*this); }
 
     template <class Number>
-    Cursor real_number(Cursor at, NumberBits<Number> bits);
+    Cursor real_number(Cursor at, FloatingBits<Number> bits);
     template <class Number>
-    Cursor real_number_in_new_room(Cursor at, NumberBits<Number> bits);
+    Cursor real_number_in_new_room(Cursor at, FloatingBits<Number> bits);
     template <class Number>
     Cursor integer(Cursor at, Number value);
 };

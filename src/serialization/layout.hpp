@@ -5,7 +5,7 @@
 /// far. Its functions write a piece at a cursor and return the next one:
 ///
 ///     text(Cursor, const char (&)[N])     one piece of fixed text
-///     number(Cursor, NumberBits<T>)       a double or float
+///     number(Cursor, FloatingBits<T>)       a double or float
 ///     number(Cursor, T)                   a long long or unsigned long long
 ///     string(Cursor, const std::string&)  a quoted and escaped string
 ///     line_end(Cursor)                    a line feed, and a flush of a stream
@@ -16,8 +16,8 @@
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 
-#include "number/number_bits.hpp"
 #include "value/value_access.hpp"
+#include <foundation/json/detail/floating_bits.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -46,10 +46,10 @@ public:
     }
 
     Cursor operator()(const double& number) const {
-        return output_.number(at_, NumberBits<double>(number));
+        return output_.number(at_, FloatingBits<double>(number));
     }
     Cursor operator()(const float& number) const {
-        return output_.number(at_, NumberBits<float>(number));
+        return output_.number(at_, FloatingBits<float>(number));
     }
     Cursor operator()(long long number) const { return output_.number(at_, number); }
     Cursor operator()(unsigned long long number) const { return output_.number(at_, number); }

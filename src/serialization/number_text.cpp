@@ -1,4 +1,5 @@
 #include "serialization/number_text.hpp"
+#include "number/fast_number_text.hpp"
 
 #include "number/default_environment.hpp"
 #include "parse_errors/read_double.hpp"
@@ -85,7 +86,7 @@ void format_exponent(NumberBuffer& buffer, const Formats& formats, Number number
 
 } // namespace
 
-// Not to be inlined into number_text(); see DefaultEnvironmentButRounding.
+// Not to be inlined into number_text(); see DefaultEnvironment.
 
 [[gnu::noinline]] void format_double(NumberBuffer& buffer, const double& number) {
     if (std::fabs(number) < 1e6) {
@@ -106,20 +107,20 @@ void format_exponent(NumberBuffer& buffer, const Formats& formats, Number number
     }
 }
 
-const char* number_text(NumberBuffer& buffer, NumberBits<double> bits) {
+const char* number_text(NumberBuffer& buffer, FloatingBits<double> bits) {
     if (!bits.is_finite()) {
         return non_finite_text(bits);
     }
-    const DefaultEnvironmentButRounding environment;
+    const DefaultEnvironment environment(std::fegetround());
     format_double(buffer, bits.number());
     return buffer;
 }
 
-const char* number_text(NumberBuffer& buffer, NumberBits<float> bits) {
+const char* number_text(NumberBuffer& buffer, FloatingBits<float> bits) {
     if (!bits.is_finite()) {
         return non_finite_text(bits);
     }
-    const DefaultEnvironmentButRounding environment;
+    const DefaultEnvironment environment(std::fegetround());
     format_float(buffer, bits.number());
     return buffer;
 }

@@ -5,7 +5,7 @@
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_NUMBER_TEXT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_NUMBER_TEXT_HPP
 
-#include "number/number_bits.hpp"
+#include <foundation/json/detail/floating_bits.hpp>
 
 namespace foundation::json::detail {
 
@@ -17,8 +17,8 @@ using NumberBuffer = char[80];
 /// Depends on the radix character of the C locale and the rounding direction of std::fegetround(),
 /// but on nothing else of the floating-point environment, which stays unchanged.
 /// @return the text, in the buffer or in static storage
-const char* number_text(NumberBuffer& buffer, NumberBits<double> bits);
-const char* number_text(NumberBuffer& buffer, NumberBits<float> bits);
+const char* number_text(NumberBuffer& buffer, FloatingBits<double> bits);
+const char* number_text(NumberBuffer& buffer, FloatingBits<float> bits);
 
 /// Writes the text of a finite number to the buffer, in the current floating-point environment.
 void format_double(NumberBuffer& buffer, const double& number);

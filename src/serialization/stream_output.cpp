@@ -65,13 +65,13 @@ StreamOutput::Cursor StreamOutput::text(Cursor at, const char* piece) {
     return at;
 }
 
-StreamOutput::Cursor StreamOutput::number(Cursor at, NumberBits<double> bits) {
+StreamOutput::Cursor StreamOutput::number(Cursor at, FloatingBits<double> bits) {
     NumberBuffer buffer;
     insert(number_text(buffer, bits));
     return at;
 }
 
-StreamOutput::Cursor StreamOutput::number(Cursor at, NumberBits<float> bits) {
+StreamOutput::Cursor StreamOutput::number(Cursor at, FloatingBits<float> bits) {
     NumberBuffer buffer;
     insert(number_text(buffer, bits));
     return at;

@@ -3,7 +3,7 @@
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_STREAM_OUTPUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_STREAM_OUTPUT_HPP
 
-#include "number/number_bits.hpp"
+#include <foundation/json/detail/floating_bits.hpp>
 
 #include <cstddef>
 #include <ostream>
@@ -29,8 +29,8 @@ public:
     explicit StreamOutput(std::ostream& stream, Failure failure = Failure::as_the_stream_says);
 
     Cursor text(Cursor at, const char* piece);
-    Cursor number(Cursor at, NumberBits<double> bits);
-    Cursor number(Cursor at, NumberBits<float> bits);
+    Cursor number(Cursor at, FloatingBits<double> bits);
+    Cursor number(Cursor at, FloatingBits<float> bits);
     Cursor number(Cursor at, long long value);
     Cursor number(Cursor at, unsigned long long value);
     Cursor string(Cursor at, const std::string& text);

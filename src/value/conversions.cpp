@@ -37,7 +37,7 @@ struct ToInt : boost::static_visitor<int> {
 
     template <class Other>
     int operator()(const Other&) const {
-        detail::throw_invalid_conversion(Kind{traits<Other>::order}, traits<int>::name);
+        detail::throw_invalid_conversion(traits<Other>::order, traits<int>::name);
     }
 };
 

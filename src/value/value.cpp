@@ -2,6 +2,7 @@
 #include "value/hardening.hpp"
 #include "value/value_access.hpp"
 
+#include <stdexcept>
 #include <string>
 
 namespace foundation::json {
@@ -32,6 +33,42 @@ const int traits<float>::order;
 const int traits<int>::order;
 const int traits<long long>::order;
 const int traits<unsigned long long>::order;
+
+namespace detail {
+
+namespace {
+
+/// The name of each type in a list, in its order.
+template <class... Types>
+const char* name_in(TypeList<Types...>, int order) noexcept {
+    int next = 0;
+    const char* result = "no kind"; // what is no order
+    static_cast<void>(((order == next++ ? (result = traits<Types>::name, true) : false) || ...));
+    return result;
+}
+
+/// Whether each type of a list has the order of its place there.
+template <class... Types>
+constexpr bool are_in_order(TypeList<Types...>) noexcept {
+    int next = 0;
+    return ((traits<Types>::order == next++) && ...);
+}
+
+static_assert(are_in_order(Contents()));
+static_assert(static_cast<int>(Kind::uint64) == Contents::size - 1);
+
+} // namespace
+
+const char* name_of_order(int order) noexcept {
+    return name_in(Contents(), order);
+}
+
+void throw_invalid_conversion(int order, const char* target) {
+    throw std::runtime_error(std::string("invalid conversion: ") + name_of_order(order) + " to " +
+                             target);
+}
+
+} // namespace detail
 
 const Value Value::UNDEFINED;
 

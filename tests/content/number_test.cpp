@@ -371,7 +371,7 @@ TEST(Number, IsWrittenTheSameWayInMessagesInEveryLocale) {
 /// A double or float of any bits.
 template <class Floating>
 Floating any_of(std::mt19937_64& random) {
-    const auto bits = static_cast<typename detail::FloatingFormat<Floating>::Bits>(random());
+    const auto bits = static_cast<typename detail::FloatingBits<Floating>::Word>(random());
     Floating number;
     std::memcpy(&number, &bits, sizeof number);
     return number;

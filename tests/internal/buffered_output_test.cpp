@@ -63,7 +63,7 @@ public:
     template <class Number>
     Cursor operator()(Number number) const {
         if constexpr (std::is_floating_point_v<Number>) {
-            return output_.number(at_, NumberBits(number));
+            return output_.number(at_, FloatingBits(number));
         } else {
             return output_.number(at_, number);
         }

@@ -76,7 +76,7 @@ const char left_to_the_reference[] = "(left to the reference algorithm)";
 template <class Number>
 std::string fast_text(Number number) {
     char text[fast_number_room];
-    char* const end = fast_number_text(text, NumberBits(number));
+    char* const end = fast_number_text(text, FloatingBits(number));
     return end != nullptr ? std::string(text, end) : left_to_the_reference;
 }
 
@@ -87,12 +87,12 @@ std::string fast_text(Number number) {
 template <class Number>
 void compare_one(Number number, bool may_be_left) {
     char fast[fast_number_room];
-    const char* const end = fast_number_text(fast, NumberBits(number));
+    const char* const end = fast_number_text(fast, FloatingBits(number));
     if (end == nullptr && may_be_left) {
         return;
     }
     NumberBuffer buffer;
-    const char* const reference = number_text(buffer, NumberBits(number));
+    const char* const reference = number_text(buffer, FloatingBits(number));
     if (end == nullptr) {
         ADD_FAILURE() << reference << " was left to the reference algorithm";
         return;
@@ -381,7 +381,7 @@ void expect_left_to_the_reference(const std::vector<std::pair<Number, std::strin
         EXPECT_EQ(fast_text(number), left_to_the_reference) << text;
         EXPECT_EQ(fast_text(-number), left_to_the_reference) << text;
         NumberBuffer buffer;
-        EXPECT_STREQ(number_text(buffer, NumberBits(number)), text.c_str());
+        EXPECT_STREQ(number_text(buffer, FloatingBits(number)), text.c_str());
     }
 }
 

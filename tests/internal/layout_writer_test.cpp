@@ -18,8 +18,8 @@ public:
     struct Cursor {};
 
     Cursor text(Cursor, const char* piece) { return add(piece); }
-    Cursor number(Cursor, NumberBits<double> bits) { return add(bits.number(), " as double"); }
-    Cursor number(Cursor, NumberBits<float> bits) { return add(bits.number(), " as float"); }
+    Cursor number(Cursor, FloatingBits<double> bits) { return add(bits.number(), " as double"); }
+    Cursor number(Cursor, FloatingBits<float> bits) { return add(bits.number(), " as float"); }
     Cursor number(Cursor, long long value) { return add(value, " as int64"); }
     Cursor number(Cursor, unsigned long long value) { return add(value, " as uint64"); }
     Cursor string(Cursor, const std::string& text) { return add("string " + text); }

@@ -76,20 +76,20 @@ TEST(NumberBuffer, IsTerminatedAfterTheTextOfAFloat) {
 
 TEST(NumberBuffer, HoldsTheTextOfEveryFiniteNumber) {
     NumberBuffer buffer;
-    EXPECT_STREQ(number_text(buffer, NumberBits(999999.5)), "999999.5");
-    EXPECT_STREQ(number_text(buffer, NumberBits(1e6)), "1.0E+6");
-    EXPECT_STREQ(number_text(buffer, NumberBits(DBL_MAX)), "1.7976931348623157E+308");
-    EXPECT_STREQ(number_text(buffer, NumberBits(FLT_MAX)), "3.402823466E+38");
+    EXPECT_STREQ(number_text(buffer, FloatingBits(999999.5)), "999999.5");
+    EXPECT_STREQ(number_text(buffer, FloatingBits(1e6)), "1.0E+6");
+    EXPECT_STREQ(number_text(buffer, FloatingBits(DBL_MAX)), "1.7976931348623157E+308");
+    EXPECT_STREQ(number_text(buffer, FloatingBits(FLT_MAX)), "3.402823466E+38");
 }
 
 TEST(NumberBuffer, IsNotNeededForNumbersThatAreNotFinite) {
     NumberBuffer buffer = "untouched";
-    EXPECT_STREQ(number_text(buffer, NumberBits(std::nan(""))), "\"NaN\"");
-    EXPECT_STREQ(number_text(buffer, NumberBits(HUGE_VAL)), "\"Inf\"");
-    EXPECT_STREQ(number_text(buffer, NumberBits(-HUGE_VAL)), "\"-Inf\"");
-    EXPECT_STREQ(number_text(buffer, NumberBits(std::nanf(""))), "\"NaN\"");
-    EXPECT_STREQ(number_text(buffer, NumberBits(HUGE_VALF)), "\"Inf\"");
-    EXPECT_STREQ(number_text(buffer, NumberBits(-HUGE_VALF)), "\"-Inf\"");
+    EXPECT_STREQ(number_text(buffer, FloatingBits(std::nan(""))), "\"NaN\"");
+    EXPECT_STREQ(number_text(buffer, FloatingBits(HUGE_VAL)), "\"Inf\"");
+    EXPECT_STREQ(number_text(buffer, FloatingBits(-HUGE_VAL)), "\"-Inf\"");
+    EXPECT_STREQ(number_text(buffer, FloatingBits(std::nanf(""))), "\"NaN\"");
+    EXPECT_STREQ(number_text(buffer, FloatingBits(HUGE_VALF)), "\"Inf\"");
+    EXPECT_STREQ(number_text(buffer, FloatingBits(-HUGE_VALF)), "\"-Inf\"");
     EXPECT_STREQ(buffer, "untouched");
 }
 

@@ -23,20 +23,20 @@ using test::Environment;
 using test::flags_raised_in;
 
 template <class Number>
-std::string reference_text(NumberBits<Number> bits) {
+std::string reference_text(FloatingBits<Number> bits) {
     NumberBuffer buffer;
     return number_text(buffer, bits);
 }
 
 template <class Number>
-std::string fast_text(NumberBits<Number> bits) {
+std::string fast_text(FloatingBits<Number> bits) {
     char text[fast_number_room];
     return {text, fast_or_reference_number_text(text, bits)};
 }
 
 template <class Number>
 void expect_the_rule(const Environment& environment, const Number& number) {
-    const NumberBits<Number> bits(number);
+    const FloatingBits<Number> bits(number);
     std::string expected;
     {
         const test::EnvironmentKeeper keeper;
@@ -91,11 +91,11 @@ TYPED_TEST(NumberTextInRandomEnvironments, FollowsTheRuleForRandomBits) {
 TYPED_TEST(NumberTextInRandomEnvironments, FollowsTheRuleForRandomSubnormalBits) {
     std::mt19937_64 random(20261122);
     using Word = test::WordOf<TypeParam>;
-    constexpr Word mantissa = NumberBits<TypeParam>::implicit_bit - 1;
+    constexpr Word mantissa = FloatingBits<TypeParam>::implicit_bit - 1;
     for (std::size_t i = 0; i < test::test_repetitions() / 2; ++i) {
-        const Word word = static_cast<Word>(random()) & ~NumberBits<TypeParam>::infinity;
+        const Word word = static_cast<Word>(random()) & ~FloatingBits<TypeParam>::infinity;
         const Word shifted = static_cast<Word>((word & mantissa) >>
-                                               (random() % NumberBits<TypeParam>::mantissa_bits));
+                                               (random() % FloatingBits<TypeParam>::mantissa_bits));
         const Word sign = word & ~mantissa;
         expect_the_rule(any_environment(random), test::number_of<TypeParam>(sign | shifted));
     }

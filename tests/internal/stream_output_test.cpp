@@ -23,8 +23,8 @@ TEST(StreamOutput, WritesThePiecesOneBehindTheOther) {
     output.text({}, "[");
     output.line_end({});
     output.spaces({}, 2);
-    output.number({}, NumberBits<double>(1.5));
-    output.number({}, NumberBits<float>(0.25f));
+    output.number({}, FloatingBits<double>(1.5));
+    output.number({}, FloatingBits<float>(0.25f));
     output.number({}, -7LL);
     output.number({}, 8ULL);
     output.text({}, "null");

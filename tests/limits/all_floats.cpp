@@ -34,7 +34,7 @@ void compare(std::uint32_t bits) {
     float number;
     std::memcpy(&number, &bits, sizeof number);
     char fast[fast_number_room];
-    const char* const end = fast_number_text(fast, NumberBits(number));
+    const char* const end = fast_number_text(fast, FloatingBits(number));
     ++compared;
     if (end == nullptr) {
         ++left_to_the_reference;
@@ -42,7 +42,8 @@ void compare(std::uint32_t bits) {
     }
     const std::string_view text(fast, static_cast<std::size_t>(end - fast));
     NumberBuffer buffer;
-    if (const char* const reference = number_text(buffer, NumberBits(number)); text != reference) {
+    if (const char* const reference = number_text(buffer, FloatingBits(number));
+        text != reference) {
         ++differences;
         std::printf("%08x: reference %s, fast %.*s\n", static_cast<unsigned>(bits), reference,
                     static_cast<int>(text.size()), text.data());

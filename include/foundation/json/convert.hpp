@@ -32,7 +32,10 @@
 #define FOUNDATION_JSON_CONVERT_HPP
 
 #include <foundation/json/content.hpp>
+#include <foundation/json/detail/quoted.hpp>
 #include <foundation/json/export.hpp>
+#include <foundation/json/members.hpp>
+#include <foundation/json/pointer.hpp>
 
 #include <array>
 #include <cstddef>
@@ -56,29 +59,6 @@ namespace foundation::json {
 
 /// @cond
 namespace detail {
-
-/// Appends a text as it stands between the quotes of a JSON string: quotes, backslashes and control
-/// bytes are escaped.
-inline void append_escaped(std::string& target, std::string_view text) {
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x20 || byte == 0x7f) {
-            constexpr char digits[] = "0123456789abcdef";
-            target += {'\\', 'u', '0', '0', digits[byte >> 4], digits[byte & 15]};
-            continue;
-        }
-        if (c == '"' || c == '\\') {
-            target += '\\';
-        }
-        target += c;
-    }
-}
-
-inline std::string quoted(std::string_view text) {
-    std::string result = "\"";
-    append_escaped(result, text);
-    return result += '"';
-}
 
 inline std::string describe_place(std::string_view pointer) {
     if (pointer.empty()) {
@@ -126,67 +106,6 @@ struct ConvertOptions {
     };
     UnknownMembers unknown_members = UnknownMembers::ignore; ///< passes them over by default
 };
-
-/// @cond
-namespace detail {
-
-struct NoTable {};
-
-/// An entry of a table of members.
-template <class Class, class Type>
-struct Member {
-    std::string_view name;
-    Type Class::*pointer;
-    bool is_required;
-};
-
-template <class Class, class Type>
-constexpr Member<Class, Type> make_member(std::string_view name, Type Class::*pointer,
-                                          bool is_required) {
-    static_assert(!std::is_function_v<Type>,
-                  "a table of members holds data members: give this one as &Class::data_member");
-    return {name, pointer, is_required};
-}
-
-} // namespace detail
-/// @endcond
-
-/// @name Tables
-/// @{
-
-/// The table of a class's members. Specialise it for your class as a std::tuple of what required()
-/// and defaulted() return. See the top of the page for an example.
-///
-/// A base's members are joined by `std::tuple_cat(members<Base>, std::tuple(...))`. For the members
-/// of a class template, specialise partially: `template <class T> inline constexpr auto
-/// foundation::json::members<Range<T>> = ...`. For private members, let the class befriend a struct
-/// of yours that holds the table as a static member.
-template <class T>
-inline constexpr auto members = detail::NoTable{};
-
-/// The table of an enumeration's names, specialised likewise: a std::array of std::pair<E, const
-/// char*>. Of several names for an enumerator, the first is written and all are read.
-template <class E>
-inline constexpr auto enumerators = detail::NoTable{};
-
-/// A required member; if it is missing or Undefined, to() throws.
-/// @param name     in JSON; must outlive the table
-/// @param pointer  to a data member of the class or of a base
-template <class Class, class Type>
-constexpr auto required(std::string_view name, Type Class::*pointer) {
-    return detail::make_member(name, pointer, true);
-}
-
-/// A member with a default: if it is missing or Undefined, it keeps what the class's default
-/// constructor gave it. Null is not missing: it is a wrong kind for any type but std::optional and
-/// Value.
-/// @param name     in JSON; must outlive the table
-/// @param pointer  to a data member of the class or of a base
-template <class Class, class Type>
-constexpr auto defaulted(std::string_view name, Type Class::*pointer) {
-    return detail::make_member(name, pointer, false);
-}
-/// @}
 
 /// @cond
 namespace detail {
@@ -265,7 +184,7 @@ inline std::string list_of(const char* head, const std::string_view* texts, std:
     std::string result;
     for (std::size_t i = 0; i < count; ++i) {
         result += i == 0 ? head : ", ";
-        result += quoted(texts[i]);
+        result += detail::quoted(texts[i]);
     }
     return result;
 }
@@ -299,14 +218,6 @@ struct Session {
     std::string key; // of the lookup under way, kept for its memory
 };
 
-/// What a table of members says, but for their types.
-struct MemberNames {
-    const std::string_view* names;
-    const bool* required;
-    const std::size_t* sorted; // the indexes, in the order of the names
-    std::size_t count;
-};
-
 /// Finds the members of an object that a table names.
 ///
 /// All are found before any is read: the object has them in the order of their names, but they are
@@ -328,7 +239,8 @@ public:
         }
         for (std::size_t i = 0; i < table_.count; ++i) {
             if (table_.required[i] && found[i] == nullptr) {
-                fail(place, "the required member " + quoted(table_.names[i]) + " is missing");
+                fail(place,
+                     "the required member " + detail::quoted(table_.names[i]) + " is missing");
             }
         }
     }
@@ -377,7 +289,8 @@ private:
         while (is_known(member->first)) {
             ++member;
         }
-        fail(Place(place, member->first), "the member " + quoted(member->first) + " is unknown" +
+        fail(Place(place, member->first), "the member " + detail::quoted(member->first) +
+                                              " is unknown" +
                                               list_of("; known are ", table_.names, table_.count));
     }
 
@@ -428,13 +341,6 @@ private:
 };
 
 // ---- Which types ---------------------------------------------------------------------------
-
-template <class T>
-constexpr bool has_members = !std::is_same_v<std::remove_cv_t<decltype(members<T>)>, NoTable>;
-
-template <class T>
-constexpr bool has_enumerators =
-    !std::is_same_v<std::remove_cv_t<decltype(enumerators<T>)>, NoTable>;
 
 template <class T>
 constexpr bool is_character() {
@@ -511,121 +417,6 @@ constexpr bool require_default() {
                   "to convert a Value to this type, give it a default constructor: an object is "
                   "made first, and then its members are read");
     return std::is_default_constructible_v<T>;
-}
-
-/// Whether no text occurs twice.
-constexpr bool all_different(const std::string_view* texts, std::size_t count) {
-    for (std::size_t i = 1; i < count; ++i) {
-        for (std::size_t j = 0; j < i; ++j) {
-            if (texts[i] == texts[j]) {
-                return false;
-            }
-        }
-    }
-    return true;
-}
-
-// ---- Tables --------------------------------------------------------------------------------
-
-/// The indexes of texts in the order of the texts, by insertion.
-template <std::size_t Count>
-constexpr std::array<std::size_t, Count>
-sorted_indexes(const std::array<std::string_view, Count>& texts) {
-    std::array<std::size_t, Count> result{};
-    for (std::size_t i = 0; i < Count; ++i) {
-        std::size_t j = i;
-        for (; j > 0 && texts[i] < texts[result[j - 1]]; --j) {
-            result[j] = result[j - 1];
-        }
-        result[j] = i;
-    }
-    return result;
-}
-
-/// What can be said of a table without its class.
-template <class Table>
-struct MemberTable {
-    static constexpr bool is_valid = false;
-};
-
-template <class... Classes, class... Types>
-struct MemberTable<std::tuple<Member<Classes, Types>...>> {
-    static constexpr bool is_valid = true;
-
-    template <class T>
-    static constexpr bool belongs_to = (std::is_base_of_v<Classes, T> && ...);
-};
-
-/// The table of T, with its names in an array.
-template <class T,
-          class Indexes =
-              std::make_index_sequence<std::tuple_size_v<std::remove_cv_t<decltype(members<T>)>>>>
-struct Names;
-
-template <class T, std::size_t... I>
-struct Names<T, std::index_sequence<I...>> {
-    static constexpr std::size_t count = sizeof...(I);
-    static constexpr std::array<std::string_view, count> texts{std::get<I>(members<T>).name...};
-    static constexpr std::array<bool, count> required{std::get<I>(members<T>).is_required...};
-    static constexpr std::array<std::size_t, count> sorted = sorted_indexes(texts);
-    static constexpr MemberNames view{texts.data(), required.data(), sorted.data(), count};
-};
-
-/// Refuses, at compile time, a table of members with a mistake in it.
-template <class T>
-constexpr bool require_members() {
-    using Table = MemberTable<std::remove_cv_t<decltype(members<T>)>>;
-    static_assert(Table::is_valid, "foundation::json::members has to be a std::tuple of what "
-                                   "required(name, member) and defaulted(name, member) return");
-    if constexpr (Table::is_valid) {
-        constexpr bool belong = Table::template belongs_to<T>;
-        static_assert(belong, "foundation::json::members names a member of another class, which is "
-                              "no base of this one");
-        constexpr bool differ = all_different(Names<T>::texts.data(), Names<T>::count);
-        static_assert(differ, "foundation::json::members names two members the same");
-        return belong && differ;
-    } else {
-        return false;
-    }
-}
-
-/// What can be said of a table of names.
-template <class E, class Table>
-struct EnumeratorTable {
-    static constexpr bool is_valid = false;
-};
-
-template <class E, std::size_t Count>
-struct EnumeratorTable<E, std::array<std::pair<E, const char*>, Count>> {
-    static constexpr bool is_valid = true;
-    static constexpr std::size_t count = Count;
-
-    static constexpr std::array<std::string_view, Count> names() {
-        std::array<std::string_view, Count> result;
-        for (std::size_t i = 0; i < Count; ++i) {
-            result[i] = enumerators<E>[i].second;
-        }
-        return result;
-    }
-    static constexpr std::array<std::string_view, Count> texts = names();
-};
-
-template <class E>
-using EnumeratorTableOf = EnumeratorTable<E, std::remove_cv_t<decltype(enumerators<E>)>>;
-
-/// Refuses, at compile time, a table of names with a mistake in it.
-template <class E>
-constexpr bool require_enumerators() {
-    using Table = EnumeratorTableOf<E>;
-    static_assert(Table::is_valid, "foundation::json::enumerators has to be a std::array of "
-                                   "std::pair<E, const char*>, with E this enumeration");
-    if constexpr (Table::is_valid) {
-        constexpr bool differ = all_different(Table::texts.data(), Table::count);
-        static_assert(differ, "foundation::json::enumerators has the same name twice");
-        return differ;
-    } else {
-        return false;
-    }
 }
 
 // ---- Converters ----------------------------------------------------------------------------
@@ -718,7 +509,7 @@ struct Converter<E, Category::enumeration> {
                     return;
                 }
             }
-            fail(place, "the enumerator " + quoted(name) + " is unknown" +
+            fail(place, "the enumerator " + detail::quoted(name) + " is unknown" +
                             list_of("; known are ", Table::texts.data(), Table::count));
         }
     }
@@ -1052,94 +843,6 @@ T read_value(const Value& value, const Place& place, const ConvertOptions& optio
 
 // ---- JSON Pointers -------------------------------------------------------------------------
 
-/// @throws std::invalid_argument if a text is no JSON Pointer
-inline void check_pointer(std::string_view pointer) {
-    const auto refuse = [&](const char* reason) {
-        throw std::invalid_argument(quoted(pointer) + " is no JSON Pointer: " + reason);
-    };
-    if (!pointer.empty() && pointer.front() != '/') {
-        refuse("it is not empty and does not begin with /");
-    }
-    for (std::size_t i = 0; i < pointer.size(); ++i) {
-        if (pointer[i] == '~' &&
-            (i + 1 == pointer.size() || (pointer[i + 1] != '0' && pointer[i + 1] != '1'))) {
-            refuse("~ is not followed by 0 or 1");
-        }
-    }
-}
-
-/// A name as a JSON Pointer that has been checked escapes it.
-inline std::string unescaped(std::string_view token) {
-    std::string name;
-    for (std::size_t i = 0; i < token.size(); ++i) {
-        if (token[i] == '~') {
-            ++i;
-            name += token[i] == '0' ? '~' : '/';
-        } else {
-            name += token[i];
-        }
-    }
-    return name;
-}
-
-/// Whether a token may stand for an element of an array, be it the one after the last.
-inline bool is_index(std::string_view token) {
-    if (token == "-") {
-        return true;
-    }
-    return !token.empty() && token.find_first_not_of("0123456789") == std::string_view::npos &&
-           (token.size() == 1 || token.front() != '0');
-}
-
-inline const Value* find_element(const Array& elements, std::string_view token) {
-    if (!is_index(token) || token == "-") {
-        return nullptr;
-    }
-    std::size_t index = 0;
-    for (const char digit : token) {
-        index = index * 10 + static_cast<std::size_t>(digit - '0');
-        if (index >= elements.size()) {
-            return nullptr; // before the index can overflow
-        }
-    }
-    return &elements[index];
-}
-
-inline const Value* find_child(const Value& value, std::string_view token) {
-    if (const auto* const object = get_if<Object>(&value)) {
-        const auto found = object->find(unescaped(token));
-        return found != object->end() ? &found->second : nullptr;
-    }
-    const auto* const elements = get_if<Array>(&value);
-    return elements != nullptr ? find_element(*elements, token) : nullptr;
-}
-
-/// How far a JSON Pointer leads.
-struct PathLookup {
-    const Value* last;        // the last value on the way
-    std::string_view reached; // the pointer to it
-    std::string_view next;    // the token after that, empty if the way is complete
-    bool is_complete;
-};
-
-inline PathLookup follow(const Value& root, std::string_view pointer) {
-    check_pointer(pointer);
-    const Value* value = &root;
-    std::size_t begin = 0;
-    while (begin < pointer.size()) {
-        const std::size_t slash = pointer.find('/', begin + 1);
-        const std::size_t end = slash != std::string_view::npos ? slash : pointer.size();
-        const std::string_view token = pointer.substr(begin + 1, end - begin - 1);
-        const Value* const child = find_child(*value, token);
-        if (child == nullptr) {
-            return {value, pointer.substr(0, begin), token, false};
-        }
-        value = child;
-        begin = end;
-    }
-    return {value, pointer, {}, true};
-}
-
 /// Throws if the last value on an incomplete way is of a kind that cannot have what comes next.
 inline void check_end(const PathLookup& way) {
     const Kind kind = kind_of(*way.last);
@@ -1255,31 +958,6 @@ Value from(const T& object) {
     detail::Converter<T>::write(result, object, detail::Place(std::string_view()), writer);
     return result;
 }
-/// @}
-
-/// @name Places
-/// @{
-
-/// The value at a place, by its JSON Pointer (RFC 6901): "" is the root itself, "/servers/3/port" a
-/// member of an element of a member; `~0` in it stands for `~`, `~1` for `/`.
-/// @param root     where the pointer begins
-/// @param pointer  bytes, compared as they are; an index has no leading zeros
-/// @return null if there is no value. The pointer stays valid like the references of content.hpp.
-/// @throws std::invalid_argument  the text is no JSON Pointer
-/// @throws std::bad_alloc         memory runs out
-/// @complexity one lookup per token of the pointer
-inline const Value* find(const Value& root, std::string_view pointer) {
-    const detail::PathLookup way = detail::follow(root, pointer);
-    return way.is_complete ? way.last : nullptr;
-}
-
-/// The same, for a value to be changed.
-inline Value* find(Value& root, std::string_view pointer) {
-    return const_cast<Value*>(find(std::as_const(root), pointer));
-}
-
-/// Deleted: the result would point into a temporary. Give the value a name first.
-const Value* find(const Value&& root, std::string_view pointer) = delete;
 /// @}
 
 } // namespace foundation::json

@@ -137,18 +137,46 @@ struct FOUNDATION_JSON_EXPORT traits<unsigned long long> {
     static const int order = 9;
 };
 
+/// @cond
 namespace detail {
+
+/// A list of types.
+template <class... Types>
+struct TypeList {
+    static constexpr int size = sizeof...(Types);
+
+    template <class T>
+    static constexpr bool contains = (std::is_same_v<T, Types> || ...);
+
+    /// An instance of a template with the types, each as another template says.
+    template <template <class...> class List, template <class> class Each>
+    using As = List<typename Each<Types>::type...>;
+};
+
+/// What values hold: the one list of the kinds, in their order.
+using Contents = TypeList<Undefined, Null, bool, double, std::string, std::vector<Value>,
+                          std::map<std::string, Value>, float, long long, unsigned long long>;
 
 /// Whether T is what a Value of some kind holds.
 template <class T>
-inline constexpr bool is_content =
-    std::disjunction_v<std::is_same<T, Undefined>, std::is_same<T, Null>, std::is_same<T, bool>,
-                       std::is_same<T, double>, std::is_same<T, std::string>,
-                       std::is_same<T, std::vector<Value>>,
-                       std::is_same<T, std::map<std::string, Value>>, std::is_same<T, float>,
-                       std::is_same<T, long long>, std::is_same<T, unsigned long long>>;
+inline constexpr bool is_content = Contents::contains<T>;
+
+/// How a variant holds content: containers of values behind a pointer.
+template <class T>
+struct Stored {
+    using type = T;
+};
+template <>
+struct Stored<std::vector<Value>> {
+    using type = boost::recursive_wrapper<std::vector<Value>>;
+};
+template <>
+struct Stored<std::map<std::string, Value>> {
+    using type = boost::recursive_wrapper<std::map<std::string, Value>>;
+};
 
 } // namespace detail
+/// @endcond
 
 /// A JSON value. See value.hpp for a tour.
 ///
@@ -350,10 +378,7 @@ public:
     /// @}
 
 private:
-    using Variant = boost::variant<Undefined, Null, bool, double, std::string,
-                                   boost::recursive_wrapper<std::vector<Value>>,
-                                   boost::recursive_wrapper<std::map<std::string, Value>>, float,
-                                   long long, unsigned long long>;
+    using Variant = detail::Contents::As<boost::variant, detail::Stored>;
 
     friend struct detail::ValueAccess;
 
