@@ -1,5 +1,7 @@
 #include "grammar/errors.hpp"
 
+#include "grammar/comments.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -59,10 +61,6 @@ std::string name_of_ascii(char byte) {
     return in_quotes({&byte, 1});
 }
 
-std::string container_name(const char* opening) {
-    return *opening == '[' ? "array" : "object";
-}
-
 bool is_bracket(char byte) noexcept {
     return byte == '[' || byte == ']' || byte == '{' || byte == '}';
 }
@@ -107,60 +105,40 @@ std::string shortened(std::string_view text) {
     return std::string(text.substr(0, size)) + "...";
 }
 
-/// The length of the byte order mark at the start of a text; 0 if there is none.
-std::size_t marked(std::string_view text) noexcept {
-    return text.substr(0, byte_order_mark.size()) == byte_order_mark ? byte_order_mark.size() : 0;
+std::string container_name(const Opening& opening) {
+    return opening.bracket == '[' ? "array" : "object";
+}
+
+/// The name that messages give another position than that of the error.
+std::string where(const TextPosition& position) {
+    return "at line " + std::to_string(position.line) + ", column " +
+           std::to_string(position.column);
 }
 
 } // namespace
 
-void TextPosition::advance(std::string_view text) noexcept {
-    const std::size_t mark = byte == 0 ? marked(text) : 0;
-    byte += text.size();
-    text.remove_prefix(mark);
-    for (const char c : text) {
-        if (c == '\n') {
-            ++line;
-            column = 1;
-        } else if (!is_continuation(c)) {
-            ++column;
-        }
-    }
-}
-
 // ---- Where it failed -------------------------------------------------------------------------
 
-TextPosition Errors::place_of(const char* place) const noexcept {
-    TextPosition result = begin_;
-    result.advance(text_.substr(0, static_cast<std::size_t>(place - text_.data())));
-    return result;
-}
-
-/// The name that messages give another place than that of the error.
-std::string Errors::where(const char* place) const {
-    const TextPosition found = place_of(place);
-    return "at line " + std::to_string(found.line) + ", column " + std::to_string(found.column);
-}
-
 void Errors::fail(ParseResult result, const char* place, const std::string& what) const {
-    const auto position = static_cast<std::size_t>(place - text_.data());
-    const TextPosition failed = place_of(place);
+    const std::string_view text = context_.text;
+    const auto position = static_cast<std::size_t>(place - text.data());
+    const TextPosition failed = context_.position_of(place);
 
-    const std::size_t line_feed = text_.substr(0, position).rfind('\n');
-    const std::size_t text_begin = begin_.byte == 0 ? marked(text_) : 0;
+    const std::size_t line_feed = text.substr(0, position).rfind('\n');
+    const std::size_t text_begin = context_.begin.byte == 0 ? mark_length(text) : 0;
     const std::size_t line_begin = line_feed == std::string_view::npos ? text_begin : line_feed + 1;
-    std::size_t line_end = std::min(text_.find('\n', position), text_.size());
-    if (line_end > position && text_[line_end - 1] == '\r') {
+    std::size_t line_end = std::min(text.find('\n', position), text.size());
+    if (line_end > position && text[line_end - 1] == '\r') {
         --line_end;
     }
     std::size_t begin = std::max(line_begin, position - std::min(position, most_quoted));
-    while (begin < position && begin > line_begin && is_continuation(text_[begin])) {
+    while (begin < position && begin > line_begin && is_continuation(text[begin])) {
         ++begin;
     }
-    const std::size_t end = character_begin(text_.substr(0, line_end), position,
+    const std::size_t end = character_begin(text.substr(0, line_end), position,
                                             std::min(line_end, position + most_quoted));
     throw ParserException(what, result, failed.byte, failed.line, failed.column, position - begin,
-                          std::string(text_.substr(begin, end - begin)));
+                          std::string(text.substr(begin, end - begin)));
 }
 
 /// The name of the character at a place in messages.
@@ -202,14 +180,20 @@ std::string_view Errors::word_at(const char* place) const noexcept {
 
 // ---- Values ----------------------------------------------------------------------------------
 
-/// Fails if a comment begins at a place and the option comments is off, or if a comment of another
-/// language begins there.
+/// Fails if a comment begins and the option comments is off, or if one is begun wrongly.
 void Errors::check_comment(const char* place, ParseResult result) const {
-    if (!options_.comments && end() - place >= 2 && place[0] == '/' &&
-        (place[1] == '/' || place[1] == '*')) {
-        fail(result, place, "found a comment: the option comments allows it");
-    }
-    if (options_.comments && *place == '#') {
+    const char* const second = place + 1;
+    if (!options_.comments) {
+        if (*place == '/' && second != end() && begins_comment(*second)) {
+            fail(result, place, "found a comment: the option comments allows it");
+        }
+    } else if (*place == '/') {
+        if (second == end()) {
+            bad_comment(second, context_.position_of(place));
+        }
+        fail(result, second,
+             "found " + name_of(second) + " after '/': a comment begins with // or /*");
+    } else if (*place == '#') {
         fail(result, place, "found '#': a comment begins with // or /*");
     }
 }
@@ -222,16 +206,15 @@ void Errors::check_glued(const char* place, ParseResult result) const {
              "found " + name_of(place) +
                  " right after a string: a quote within a string is written \\\"");
     }
-    if (is_digit(place[-1]) &&
-        (continues_word(*place) || *place == '.' || *place == '+' || *place == '-')) {
+    if (is_digit(place[-1]) && continues_number(*place)) {
         fail(result, place, "found " + name_of(place) + " right after a number");
     }
 }
 
-void Errors::no_value(const char* place, const char* opening, bool after_comma) const {
-    const bool in_array = opening != nullptr && *opening == '[';
+void Errors::no_value(const char* place, const Opening& opening, bool after_comma) const {
+    const bool in_array = opening.bracket == '[';
     if (place == end()) {
-        if (opening == nullptr) {
+        if (opening.bracket == '\0') {
             fail(EMPTY_INPUT, place, "the text holds no value");
         }
         ends_within(in_array && !after_comma ? MISSING_ARRAY_CLOSE : UNEXPECTED_END_OF_INPUT,
@@ -241,7 +224,7 @@ void Errors::no_value(const char* place, const char* opening, bool after_comma) 
         fail(MISSING_ARRAY_CLOSE, place,
              "found ']' after a comma: the option trailing_commas allows it");
     }
-    if (opening == nullptr && (*place == ']' || *place == '}')) {
+    if (opening.bracket == '\0' && (*place == ']' || *place == '}')) {
         const bool array = *place == ']';
         fail(array ? MISSING_ARRAY_OPEN : MISSING_OBJECT_OPEN, place,
              array ? "found ']' without a '[' before it" : "found '}' without a '{' before it");
@@ -274,7 +257,7 @@ void Errors::no_value(const char* place, const char* opening, bool after_comma) 
     }
     if (in_array && *place == '}') {
         fail(MISSING_LEADING_DIGIT, place,
-             "found '}' where a value should begin: the array begins " + where(opening));
+             "found '}' where a value should begin: the array begins " + where(opening.position));
     }
     const bool utf8 = is_ascii(*place) || utf8_sequence(place, end()).complete;
     const char* const hint = !utf8 ? ": the text is not UTF-8"
@@ -364,7 +347,7 @@ void Errors::not_utf8(const char* place) const {
 }
 
 /// @param comment  where the comment begins
-void Errors::bad_comment(const char* place, const char* comment) const {
+void Errors::bad_comment(const char* place, const TextPosition& comment) const {
     if (place == end()) {
         fail(UNEXPECTED_END_OF_INPUT, place,
              "the text ends within the comment that begins " + where(comment));
@@ -374,12 +357,13 @@ void Errors::bad_comment(const char* place, const char* comment) const {
 
 // ---- Between values --------------------------------------------------------------------------
 
-void Errors::ends_within(ParseResult result, const char* opening) const {
+void Errors::ends_within(ParseResult result, const Opening& opening) const {
     fail(result, end(),
-         "the text ends within the " + container_name(opening) + " that begins " + where(opening));
+         "the text ends within the " + container_name(opening) + " that begins " +
+             where(opening.position));
 }
 
-void Errors::no_name(const char* place, const char* opening, bool after_comma) const {
+void Errors::no_name(const char* place, const Opening& opening, bool after_comma) const {
     if (place == end()) {
         ends_within(after_comma ? UNEXPECTED_END_OF_INPUT : MISSING_OBJECT_CLOSE, opening);
     }
@@ -395,7 +379,7 @@ void Errors::no_name(const char* place, const char* opening, bool after_comma) c
     }
     std::string what = "found " + found + " where a name should begin";
     if (is_bracket(*place)) {
-        what += ": the object begins " + where(opening);
+        what += ": the object begins " + where(opening.position);
     } else if (is_curly_quote(place)) {
         what += ": names are written in straight double quotes";
     } else if (*place != ',') {
@@ -404,7 +388,7 @@ void Errors::no_name(const char* place, const char* opening, bool after_comma) c
     fail(MISSING_LEADING_QUOTE, place, what);
 }
 
-void Errors::no_colon(const char* place, const char* opening) const {
+void Errors::no_colon(const char* place, const Opening& opening) const {
     if (place == end()) {
         ends_within(MISSING_NAME_SEPARATOR, opening);
     }
@@ -414,8 +398,8 @@ void Errors::no_colon(const char* place, const char* opening) const {
          "found " + name_of(place) + " where ':' is expected after a name");
 }
 
-void Errors::no_separator(const char* place, const char* opening) const {
-    const bool array = *opening == '[';
+void Errors::no_separator(const char* place, const Opening& opening) const {
+    const bool array = opening.bracket == '[';
     const ParseResult result = array ? MISSING_ARRAY_CLOSE : MISSING_OBJECT_CLOSE;
     if (place == end()) {
         ends_within(result, opening);
@@ -429,18 +413,19 @@ void Errors::no_separator(const char* place, const char* opening) const {
     std::string what = "found " + name_of(place) + " where ";
     what += array ? "',' or ']' is expected" : "',' or '}' is expected";
     if (is_bracket(*place) || (array && *place == ':')) {
-        what += ": the " + container_name(opening) + " begins " + where(opening);
+        what += ": the " + container_name(opening) + " begins " + where(opening.position);
     }
     fail(result, place, what);
 }
 
-void Errors::after_value(const char* place, const char* value_end) const {
+/// @param last  the last byte of the value
+void Errors::after_value(const char* place, char last) const {
     check_comment(place, MISSING_ARRAY_OPEN);
     const bool of_object = *place == '}' || *place == ':';
     const ParseResult result = of_object ? MISSING_OBJECT_OPEN : MISSING_ARRAY_OPEN;
     check_glued(place, result);
     std::string what = "found " + name_of(place) + " after ";
-    if (const char last = value_end[-1]; is_bracket(last)) {
+    if (is_bracket(last)) {
         what += "the " + in_quotes({&last, 1}) + " that ends the value";
     } else {
         what += "the end of the value";
@@ -452,6 +437,12 @@ void Errors::too_deep(const char* place) const {
     fail(*place == '[' ? MISSING_ARRAY_CLOSE : MISSING_OBJECT_CLOSE, place,
          "nested deeper than " + std::to_string(options_.max_depth) +
              " levels: the option max_depth is the limit");
+}
+
+void Errors::too_long(const char* place, std::size_t max_bytes) const {
+    fail(UNEXPECTED_END_OF_INPUT, place,
+         "longer than " + std::to_string(max_bytes) +
+             " bytes: the argument max_bytes is the limit");
 }
 
 void Errors::duplicate_name(const char* place, const StringToken& name) const {

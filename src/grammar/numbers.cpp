@@ -6,6 +6,7 @@
 
 #include <cstring>
 #include <limits>
+#include <optional>
 
 namespace foundation::json::detail {
 
@@ -65,6 +66,9 @@ Decimal leading_digits(const char* from, const char* end, std::int64_t exponent)
     return result;
 }
 
+namespace {
+
+/// The value of a text of digits; empty if it takes more than 64 bits.
 std::optional<std::uint64_t> whole_number(const char* from, const char* end) noexcept {
     constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
     std::uint64_t number = 0;
@@ -78,15 +82,51 @@ std::optional<std::uint64_t> whole_number(const char* from, const char* end) noe
     return number;
 }
 
-bool number_value(const char* from, const NumberToken& token, double& number) noexcept {
+/// Whether a double holds a whole number exactly.
+/// @param number  not 0
+constexpr bool is_exact_double(std::uint64_t number) noexcept {
+    return number >> __builtin_ctzll(number) < std::uint64_t{1} << 53;
+}
+
+/// The integer that a token stands for, if no double holds it.
+std::optional<NumberContent> large_integer(const char* from, const NumberToken& token) noexcept {
+    constexpr std::uint64_t most_negative = std::uint64_t{1} << 63;
+    const auto magnitude = whole_number(from + (token.negative ? 1 : 0), token.end);
+    if (!magnitude || is_exact_double(*magnitude)) {
+        return std::nullopt;
+    }
+    if (*magnitude < most_negative) {
+        const auto number = static_cast<long long>(*magnitude);
+        return NumberContent(token.negative ? -number : number);
+    }
+    if (token.negative) {
+        return std::nullopt;
+    }
+    return NumberContent(static_cast<unsigned long long>(*magnitude));
+}
+
+} // namespace
+
+NumberContent content_of_number(const char* from, const NumberToken& token,
+                                bool exact_integers) noexcept {
+    if (token.whole && token.magnitude.digits <= largest_exact) { // these are all its digits
+        const auto number = static_cast<double>(static_cast<std::int64_t>(token.magnitude.digits));
+        return NumberContent(token.negative ? -number : number);
+    }
+    if (token.whole && exact_integers) {
+        if (const auto integer = large_integer(from, token)) {
+            return *integer;
+        }
+    }
+    double number = 0;
     switch (nearest_double(token.magnitude, number)) {
     case Rounding::decided:
-        number = token.negative ? -number : number;
-        return true;
+        return NumberContent(token.negative ? -number : number);
     case Rounding::too_large:
-        return false;
+        return NumberContent(NumberContent::Type::too_large);
     default:
-        return read_any(from, token.end, number);
+        return read_any(from, token.end, number) ? NumberContent(number)
+                                                 : NumberContent(NumberContent::Type::too_large);
     }
 }
 

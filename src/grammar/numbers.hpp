@@ -10,7 +10,6 @@
 
 #include <cstdint>
 #include <cstring>
-#include <optional>
 
 namespace foundation::json::detail {
 
@@ -190,19 +189,44 @@ inline UsualNumber scan_usual_number(const char* from) noexcept {
     return {place, digits, exponent};
 }
 
-/// Whether a double holds a whole number exactly.
-/// @param number  not 0
-constexpr bool is_exact_double(std::uint64_t number) noexcept {
-    return number >> __builtin_ctzll(number) < std::uint64_t{1} << 53;
+/// A double holds each whole number up to this exactly.
+constexpr std::uint64_t largest_exact = std::uint64_t{1} << 53;
+
+/// Skips bytes that may belong to a number, or be where it fails.
+inline const char* skip_number_bytes(const char* from, const char* end) noexcept {
+    const auto is_of_number = [](char byte) {
+        return is_digit(byte) || byte == '-' || byte == '+' || byte == '.' || byte == 'e' ||
+               byte == 'E';
+    };
+    while (from != end && is_of_number(*from)) {
+        ++from;
+    }
+    return from;
 }
 
-/// The value of a text of digits; empty if it takes more than 64 bits.
-std::optional<std::uint64_t> whole_number(const char* from, const char* end) noexcept;
+/// The number that a token stands for.
+struct NumberContent {
+    enum class Type { number, int64, uint64, too_large };
 
-/// Finds the double nearest to a number that was read, with its sign.
-/// @param from  where the number begins
-/// @return false if it is too large
-bool number_value(const char* from, const NumberToken& token, double& number) noexcept;
+    explicit NumberContent(double content) noexcept : type(Type::number), number(content) {}
+    explicit NumberContent(long long content) noexcept : type(Type::int64), int64(content) {}
+    explicit NumberContent(unsigned long long content) noexcept
+        : type(Type::uint64), uint64(content) {}
+    explicit NumberContent(Type content) noexcept : type(content), number(0) {}
+
+    Type type;
+    union {
+        double number;
+        long long int64;
+        unsigned long long uint64;
+    };
+};
+
+/// The number that a token stands for: the nearest double, or an integer if only that is exact.
+/// @param from            where the number begins
+/// @param exact_integers  whether it may be an integer
+NumberContent content_of_number(const char* from, const NumberToken& token,
+                                bool exact_integers) noexcept;
 
 } // namespace foundation::json::detail
 

@@ -101,6 +101,22 @@ StringError scan_escape(const char*& place, const char* end) noexcept {
     return StringError::none;
 }
 
+const char* begin_of_unit(const StringToken& token) noexcept {
+    const std::string_view text(token.text, token.size());
+    if (token.error == StringError::escape_ends) {
+        return token.text + text.rfind('\\');
+    }
+    // Behind the last lead byte, at most three more may be missing.
+    const char* at = token.end;
+    for (int i = 0; i != 3 && at != token.text && !is_ascii(at[-1]); ++i) {
+        --at;
+        if (!is_continuation(*at)) {
+            return utf8_sequence(at, token.end).complete ? token.end : at;
+        }
+    }
+    return token.end;
+}
+
 void decode(const StringToken& token, std::string& target) {
     if (!token.escaped) {
         target.assign(token.text, token.size());

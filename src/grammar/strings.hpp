@@ -95,6 +95,11 @@ template <class Bytes>
     return scan_long_string<Bytes>(from, end);
 }
 
+/// Where the escape or character begins that a text ends within, if it ends within a string; else
+/// the end of the text.
+/// @param token  ends with the text
+const char* begin_of_unit(const StringToken& token) noexcept;
+
 /// Decodes a token into a string.
 /// @throws std::bad_alloc
 void decode(const StringToken& token, std::string& target);

@@ -1,7 +1,8 @@
 #include "reading/array_lengths.hpp"
 
+#include "grammar/comments.hpp"
+#include "grammar/strings.hpp"
 #include "text/byte_block.hpp"
-#include "text/skipping.hpp"
 
 #include <utility>
 #include <vector>
@@ -11,15 +12,17 @@ namespace foundation::json::detail {
 /// One scan, which counts the elements of an array and of the long arrays within it.
 class ArrayLengths::Count {
 public:
-    Count(ArrayLengths& lengths, const char* element) : lengths_(lengths), place_(element) {}
+    /// @param deepest  how many levels more the text may have
+    Count(ArrayLengths& lengths, const char* element, const char* end, std::size_t deepest)
+        : lengths_(lengths), at_(element), end_(end), deepest_(deepest) {}
 
     /// The number of elements up to the end of the array.
     std::size_t run() {
-        while (!done_ && place_ != lengths_.end_) {
-            if (lengths_.end_ - place_ >= static_cast<std::ptrdiff_t>(Block::size)) {
+        while (!done_ && at_ != end_) {
+            if (end_ - at_ >= static_cast<std::ptrdiff_t>(Block::size)) {
                 take_block();
             } else {
-                const char* const byte = place_++;
+                const char* const byte = at_++;
                 take(byte);
             }
         }
@@ -33,15 +36,15 @@ private:
     };
 
     void take_block() {
-        const char* const block = place_;
-        place_ += Block::size;
+        const char* const block = at_;
+        at_ += Block::size;
         for (auto found = Block(block).structural(); !found.empty(); found.remove_first()) {
             if (done_) {
                 return;
             }
             const char* const byte = block + found.first();
             if (*byte == '"' || *byte == '/') {
-                place_ = byte + 1; // take() moves it behind the string or comment
+                at_ = byte + 1; // take() moves it behind the string or comment
                 take(byte);
                 return;
             }
@@ -53,26 +56,40 @@ private:
         switch (*byte) {
         case '[':
         case '{':
-            open_.push_back({byte, std::exchange(commas_, 0)});
+            open(byte);
             break;
         case ']':
         case '}':
             close(byte);
             break;
         case ',':
-            ++commas_;
+            count(byte);
             break;
         case '"':
             skip_string();
             break;
         case '/':
-            if (lengths_.comments_) {
+            if (lengths_.options_.comments) {
                 skip_comment();
             }
             break;
         default:
             break;
         }
+    }
+
+    void count(const char* comma) {
+        done_ = comma - 1 == last_comma_;
+        last_comma_ = comma;
+        ++commas_;
+    }
+
+    void open(const char* bracket) {
+        if (open_.size() == deepest_) {
+            done_ = true;
+            return;
+        }
+        open_.push_back({bracket, std::exchange(commas_, 0)});
     }
 
     void close(const char* bracket) {
@@ -89,46 +106,29 @@ private:
     }
 
     void skip_string() {
-        const char* const end = lengths_.end_;
-        for (; place_ != end; ++place_) {
-            place_ = skip_clean<Block>(place_, end);
-            if (place_ == end) {
-                return;
-            }
-            if (*place_ == '"') {
-                ++place_;
-                return;
-            }
-            if (*place_ == '\\' && place_ + 1 != end) {
-                ++place_;
-            }
-        }
+        const StringToken token = scan_string<Block>(at_, end_);
+        done_ = token.error != StringError::none;
+        at_ = done_ ? end_ : token.end + 1;
     }
 
     void skip_comment() {
-        const char* const end = lengths_.end_;
-        if (place_ == end || (*place_ != '/' && *place_ != '*')) {
-            return;
-        }
-        const bool to_line_end = *place_ == '/';
-        for (++place_; place_ != end; ++place_) {
-            const bool ends = to_line_end ? *place_ == '\n'
-                                          : *place_ == '*' && end - place_ > 1 && place_[1] == '/';
-            if (ends) {
-                place_ += to_line_end ? 1 : 2;
-                return;
-            }
+        if (at_ != end_ && begins_comment(*at_)) {
+            at_ = scan_comment(at_ + 1, end_, *at_).end;
         }
     }
 
     ArrayLengths& lengths_;
-    const char* place_;
+    const char* at_;
+    const char* end_;
+    std::size_t deepest_;
     std::vector<Container> open_; ///< containers within the array that is counted
     std::size_t commas_ = 0;      ///< so far, in the innermost open container
+    const char* last_comma_ = nullptr;
     bool done_ = false;
 };
 
-std::size_t ArrayLengths::length(const char* element, std::size_t before) {
+std::size_t ArrayLengths::length(const char* element, const char* end, std::size_t before,
+                                 std::size_t depth) {
     // The array itself, if it is known, begins last of all that are known around the element. Those
     // that end before the element have been read, and nobody asks for them any more.
     for (auto known = known_.lower_bound(element); known != known_.begin();) {
@@ -139,7 +139,7 @@ std::size_t ArrayLengths::length(const char* element, std::size_t before) {
             return found.length;
         }
     }
-    return before + Count(*this, element).run();
+    return before + Count(*this, element, end, options_.max_depth - depth).run();
 }
 
 } // namespace foundation::json::detail

@@ -1,5 +1,7 @@
 #include "reading/input.hpp"
 
+#include "grammar/streams.hpp"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -55,45 +57,36 @@ std::string_view GrowingText::join() {
 
 // ---- Streams ---------------------------------------------------------------------------------
 
-void set_state(std::istream& stream, std::ios_base::iostate bits) noexcept {
-    try {
-        stream.setstate(bits);
-    } catch (...) {
-        // The stream has set its state before it throws.
-    }
+namespace {
+
+/// How many bytes to read next, so that one more is read than wanted.
+std::size_t wanted(const GrowingText& text, std::size_t most) noexcept {
+    const std::size_t rest = most - text.size();
+    return rest < text.room_size() ? rest + 1 : text.room_size();
 }
 
-void begin_reading(std::istream& stream) {
-    const std::istream::sentry sentry(stream, true);
-    if (!sentry) {
-        throw std::ios_base::failure(stream.eof() ? "the stream to read from is at its end already"
-                                                  : "the stream to read from has failed, or is of "
-                                                    "a file that could not be opened");
-    }
-}
+} // namespace
 
-void end_reading(std::istream& stream) {
-    if (stream.bad()) {
-        throw std::ios_base::failure("the stream cannot be read to its end");
-    }
-    set_state(stream, std::ios_base::eofbit);
-}
-
-GrowingText read_all(std::istream& stream) {
+GrowingText read_all(std::istream& stream, std::size_t most) {
     begin_reading(stream);
     GrowingText text(0);
+    bool ended = false;
     try {
-        do {
+        while (!ended && text.size() <= most) {
             char* const room = text.room();
-            const std::streamsize count =
-                stream.rdbuf()->sgetn(room, static_cast<std::streamsize>(text.room_size()));
-            text.add(static_cast<std::size_t>(count));
-        } while (text.room_size() == 0);
+            const std::size_t size = wanted(text, most);
+            const auto count = static_cast<std::size_t>(
+                stream.rdbuf()->sgetn(room, static_cast<std::streamsize>(size)));
+            text.add(count);
+            ended = count != size;
+        }
     } catch (...) {
         set_state(stream, std::ios_base::badbit);
         throw;
     }
-    end_reading(stream);
+    if (ended) {
+        end_reading(stream);
+    }
     return text;
 }
 
@@ -151,18 +144,18 @@ private:
 
 } // namespace
 
-GrowingText read_file(const std::filesystem::path& path) {
+GrowingText read_file(const std::filesystem::path& path, std::size_t most) {
     const File file(path);
     const std::size_t size = file.size();
-    GrowingText text(size);
+    GrowingText text(std::min(size, most));
     std::size_t count = 0;
     do {
         char* const room = text.room();
-        count = file.read(room, text.room_size());
+        count = file.read(room, wanted(text, most));
         text.add(count);
-    } while (count != 0);
+    } while (count != 0 && text.size() <= most);
     // A file that the system generates may hold less than its size; then its size stays as it was.
-    if (std::max(text.size(), file.size()) < size) {
+    if (count == 0 && std::max(text.size(), file.size()) < size) {
         fail(path, EIO, ", which became shorter meanwhile");
     }
     return text;

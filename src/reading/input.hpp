@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <ios>
 #include <iosfwd>
 #include <memory>
 #include <string_view>
@@ -43,23 +42,13 @@ private:
     std::size_t capacity_ = 0;
 };
 
-/// Checks that a stream can be read, as every input function does first.
-/// @throws std::ios_base::failure the stream is not good
-void begin_reading(std::istream& stream);
-
-/// Sets eofbit, unless an error ended the reading.
-/// @throws std::ios_base::failure the stream is bad
-void end_reading(std::istream& stream);
-
-/// Sets badbit or eofbit, and throws nothing, whatever the stream's exceptions() are.
-void set_state(std::istream& stream, std::ios_base::iostate bits) noexcept;
-
 /// The rest of a stream.
-GrowingText read_all(std::istream& stream);
+/// @param most  how many bytes are wanted; one more is read, to find out whether there are more
+GrowingText read_all(std::istream& stream, std::size_t most);
 
 /// The content of a file.
 /// @throws std::system_error with the file's name in its message
-GrowingText read_file(const std::filesystem::path& path);
+GrowingText read_file(const std::filesystem::path& path, std::size_t most);
 
 } // namespace foundation::json::detail
 

@@ -1,23 +1,55 @@
-// The functions that read one whole text, from memory, a stream or a file.
+// The functions that parse one whole document, from memory, a stream or a file.
 #include "reading/input.hpp"
-#include "reading/parser.hpp"
+#include "reading/value_reader.hpp"
 
 #include <foundation/json/parse.hpp>
 
 namespace foundation::json {
 
-Value parse(std::string_view text, const ParseOptions& options) {
+namespace detail {
+namespace {
+
+/// @param text  without the byte order mark that the input may begin with
+Value parse_text(WholeText text, const ParseOptions& options) {
     Value value;
-    detail::Parser(text, options).read(value);
+    const Cursor<WholeText> cursor(text, options);
+    const char* const behind_mark = text.begin() + mark_length(text.context().text);
+    const char* const end =
+        ValueReader<WholeText>(cursor).read(cursor.skip_space(behind_mark), value);
+    cursor.expect_end(end, end[-1]);
     return value;
 }
 
+/// The same, if the text is not too long.
+Value parse_limited(std::string_view text, const ParseOptions& options, std::size_t max_bytes) {
+    if (text.size() > max_bytes) {
+        Errors({text, {}}, options).too_long(text.data() + max_bytes, max_bytes);
+    }
+    return parse_text(WholeText(text), options);
+}
+
+} // namespace
+} // namespace detail
+
+Value parse(std::string_view text, const ParseOptions& options) {
+    return detail::parse_text(detail::WholeText(text), options);
+}
+
 Value parse(std::istream& stream, const ParseOptions& options) {
-    return parse(detail::read_all(stream).join(), options);
+    return parse(stream, options, detail::unlimited);
+}
+
+Value parse(std::istream& stream, const ParseOptions& options, std::size_t max_bytes) {
+    return detail::parse_limited(detail::read_all(stream, max_bytes).join(), options, max_bytes);
 }
 
 Value parse_file(const std::filesystem::path& path, const ParseOptions& options) {
-    return parse(detail::read_file(path).join(), options);
+    return parse_file(path, options, detail::unlimited);
+}
+
+Value parse_file(const std::filesystem::path& path, const ParseOptions& options,
+                 std::size_t max_bytes) {
+    return detail::parse_limited(detail::read_file(path, max_bytes).join(), options, max_bytes);
 }
 
 } // namespace foundation::json

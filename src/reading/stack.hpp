@@ -38,9 +38,11 @@ public:
     void pop() noexcept { --size_; }
     void shrink(std::size_t size) noexcept { size_ = size; }
 
-    // In small steps, since old and new items are in memory at a time.
+    // A large stack in small steps, since old and new items are in memory at a time.
 
-    [[gnu::noinline]] void grow() { move(capacity_ + capacity_ / 4); }
+    [[gnu::noinline]] void grow() {
+        move(capacity_ < kept_capacity ? 2 * capacity_ : capacity_ + capacity_ / 4);
+    }
 
     /// Gives up some of the room if much of it is not in use.
     void release() {
@@ -77,27 +79,37 @@ class ContainerStack {
 public:
     /// The containers that were pushed last may be popped in any order, with no push() in between.
     Container& push() {
-        if (size_ == chunks_.size() * chunk_size) {
+        if (size_ == capacity()) {
             grow();
         }
         const std::size_t index = size_++;
-        return chunks_[index / chunk_size][index % chunk_size];
+        return index < first_chunk ? chunks_[0][index]
+                                   : chunks_[1 + (index - first_chunk) / chunk_size]
+                                            [(index - first_chunk) % chunk_size];
     }
 
     void pop() noexcept { --size_; }
 
     /// Frees most of the containers that are not in use, if there are many.
     void release() noexcept {
-        while (size_ + kept <= chunks_.size() * chunk_size) {
+        while (size_ + kept <= capacity()) {
             chunks_.pop_back();
         }
     }
 
 private:
-    static constexpr std::size_t chunk_size = 16;
+    static constexpr std::size_t first_chunk = 16;
+    static constexpr std::size_t chunk_size = 64;
     static constexpr std::size_t kept = 256;
 
-    [[gnu::noinline]] void grow() { chunks_.push_back(std::make_unique<Container[]>(chunk_size)); }
+    std::size_t capacity() const noexcept {
+        return chunks_.empty() ? 0 : first_chunk + (chunks_.size() - 1) * chunk_size;
+    }
+
+    [[gnu::noinline]] void grow() {
+        chunks_.push_back(
+            std::make_unique<Container[]>(chunks_.empty() ? first_chunk : chunk_size));
+    }
 
     std::vector<std::unique_ptr<Container[]>> chunks_;
     std::size_t size_ = 0;

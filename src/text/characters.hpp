@@ -25,6 +25,11 @@ constexpr bool continues_word(char byte) noexcept {
     return is_letter(byte) || is_digit(byte);
 }
 
+/// Whether a byte right behind a number would be taken for a part of it.
+constexpr bool continues_number(char byte) noexcept {
+    return continues_word(byte) || byte == '.' || byte == '+' || byte == '-';
+}
+
 constexpr bool is_ascii(char byte) noexcept {
     return static_cast<unsigned char>(byte) < 0x80;
 }

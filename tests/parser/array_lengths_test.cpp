@@ -19,10 +19,37 @@ std::string array_of(const std::string& element, std::size_t count) {
     return text + "]";
 }
 
+/// The number of elements from which on an array is long.
+constexpr std::size_t least = ArrayLengths::least;
+
+/// The lengths of the arrays of a text.
+class Lengths {
+public:
+    explicit Lengths(std::string_view text, const ParseOptions& options = {})
+        : end_(text.data() + text.size()), lengths_(options) {}
+
+    std::size_t length(const char* element, std::size_t before, std::size_t depth = 1) {
+        return lengths_.length(element, end_, before, depth);
+    }
+
+private:
+    const char* end_;
+    ArrayLengths lengths_;
+};
+
+const ParseOptions& options_with(bool comments) {
+    static const ParseOptions without;
+    static const ParseOptions with = [] {
+        ParseOptions options;
+        options.comments = true;
+        return options;
+    }();
+    return comments ? with : without;
+}
+
 /// The length of the array that a text begins with, counted from its first element on.
 std::size_t length_of(std::string_view text, bool comments = false) {
-    ArrayLengths lengths(text.data() + text.size(), comments);
-    return lengths.length(text.data() + 1, 0);
+    return Lengths(text, options_with(comments)).length(text.data() + 1, 0);
 }
 
 TEST(ArrayLengths, CountElementsOfEveryKind) {
@@ -39,7 +66,7 @@ TEST(ArrayLengths, CountElementsOfEveryKind) {
 
 TEST(ArrayLengths, CountFromAnElementOn) {
     const std::string text = "[0,1,2,[3,3],4]";
-    ArrayLengths lengths(text.data() + text.size(), false);
+    Lengths lengths(text, options_with(false));
     EXPECT_EQ(lengths.length(&text[1], 0), 5u);
     EXPECT_EQ(lengths.length(&text[5], 2), 5u);
     EXPECT_EQ(lengths.length(&text[13], 4), 5u);
@@ -70,28 +97,46 @@ TEST(ArrayLengths, CountToTheEndOfATextThatIsCutOff) {
     EXPECT_EQ(length_of("[", true), 1u);
 }
 
+TEST(ArrayLengths, CountAtMostOneElementForTwoBytesOfWhatIsNotJson) {
+    const std::string commas(1000, ',');
+    EXPECT_LE(length_of("[1,2" + commas), 4u);
+    EXPECT_LE(length_of("[" + commas), 3u);
+    EXPECT_LE(length_of("[1,\"a\"" + commas), 4u);
+    EXPECT_LE(length_of("[1,[2]" + commas), 4u);
+    EXPECT_LE(length_of("[1,x" + commas + "[2,3]"), 4u);
+}
+
+TEST(ArrayLengths, CountNothingBeyondTheDeepestLevelThatIsAllowed) {
+    ParseOptions options;
+    options.max_depth = 10;
+    const std::string text = "[1,2,[[3,4]],5,[[[6]]],7,8]";
+    EXPECT_EQ(Lengths(text, options).length(&text[1], 0, 7), 7u);
+    EXPECT_EQ(Lengths(text, options).length(&text[1], 0, 8), 5u);
+    EXPECT_EQ(Lengths(text, options).length(&text[1], 0, 10), 3u);
+}
+
 TEST(ArrayLengths, AreKeptForLongArraysWithinTheOneThatIsCounted) {
-    const std::string inner = array_of("[0]", 256);
-    const std::string text = "[" + inner + "," + array_of("0", 255) + "," + inner + "]";
+    const std::string inner = array_of("[0]", least);
+    const std::string text = "[" + inner + "," + array_of("0", least - 1) + "," + inner + "]";
     std::string changed = text;
-    ArrayLengths lengths(changed.data() + changed.size(), false);
+    Lengths lengths(changed, options_with(false));
     EXPECT_EQ(lengths.length(&changed[1], 0), 3u);
     // Another count of the changed text would find less.
     for (char& byte : changed) {
         byte = byte == ',' ? ' ' : byte;
     }
     const std::size_t last = text.size() - 1 - inner.size();
-    EXPECT_EQ(lengths.length(&changed[2], 0), 256u);
+    EXPECT_EQ(lengths.length(&changed[2], 0), least);
     EXPECT_EQ(lengths.length(&changed[inner.size() + 3], 0), 1u);
-    EXPECT_EQ(lengths.length(&changed[last + 1], 0), 256u);
+    EXPECT_EQ(lengths.length(&changed[last + 1], 0), least);
     // A length is kept for one call, since each array is read once.
     EXPECT_EQ(lengths.length(&changed[last + 1], 0), 1u);
 }
 
 TEST(ArrayLengths, AreThoseOfTheInnermostArrayAroundTheElement) {
-    const std::string inner = array_of("0", 300);
+    const std::string inner = array_of("0", least + 44);
     std::string middle = "[" + inner + "," + inner;
-    for (int i = 0; i != 298; ++i) {
+    for (std::size_t i = 0; i != least + 42; ++i) {
         middle += ",1";
     }
     middle += ",[]]";
@@ -100,28 +145,30 @@ TEST(ArrayLengths, AreThoseOfTheInnermostArrayAroundTheElement) {
     const char* const second = first + inner.size() + 1;
     const char* const end_of_middle = &text[text.size() - 2];
     // More than any length, so that it shows where elements are counted again.
-    const std::size_t before = 1000;
-    ArrayLengths counted(text.data() + text.size(), false);
+    const std::size_t before = 1000000;
+    Lengths counted(text, options_with(false));
     EXPECT_EQ(counted.length(&text[1], 0), 1u);
     {
-        ArrayLengths lengths = counted;
-        EXPECT_EQ(lengths.length(first + 1, before), 300u);
-        EXPECT_EQ(lengths.length(second + 1, before), 300u);
-        EXPECT_EQ(lengths.length(end_of_middle, before), 301u);
+        Lengths lengths = counted;
+        EXPECT_EQ(lengths.length(first + 1, before), least + 44);
+        EXPECT_EQ(lengths.length(second + 1, before), least + 44);
+        EXPECT_EQ(lengths.length(end_of_middle, before), least + 45);
         EXPECT_EQ(lengths.length(end_of_middle, before), before + 1) << "each is kept for one call";
     }
     {
-        ArrayLengths lengths = counted;
-        EXPECT_EQ(lengths.length(second, before), 301u) << "an array is no element of itself";
+        Lengths lengths = counted;
+        EXPECT_EQ(lengths.length(second, before), least + 45) << "an array is no element of itself";
     }
     {
-        ArrayLengths lengths = counted;
-        EXPECT_EQ(lengths.length(second - 1, before), 301u) << "the first has ended before it";
+        Lengths lengths = counted;
+        EXPECT_EQ(lengths.length(second - 1, before), least + 45)
+            << "the first has ended before it";
     }
     {
-        ArrayLengths lengths = counted;
-        EXPECT_EQ(lengths.length(second + inner.size() - 1, before), 300u);
-        EXPECT_EQ(lengths.length(end_of_middle, before), 301u) << "the first was never asked for";
+        Lengths lengths = counted;
+        EXPECT_EQ(lengths.length(second + inner.size() - 1, before), least + 44);
+        EXPECT_EQ(lengths.length(end_of_middle, before), least + 45)
+            << "the first was never asked for";
     }
 }
 

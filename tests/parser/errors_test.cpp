@@ -649,8 +649,20 @@ TEST(ParserErrors, ACommentThatDoesNotEndIsAnError) {
                     "the text ends within the comment that begins at line 2, column 5"},
                    options);
     expect_failure({"// x", EMPTY_INPUT, 4, 1, 5, "the text holds no value"}, options);
+    expect_failure({"[1 / 2]", MISSING_ARRAY_CLOSE, 4, 1, 5,
+                    "found a blank after '/': a comment begins with // or /*"},
+                   options);
+    expect_failure({"[1 /", UNEXPECTED_END_OF_INPUT, 4, 1, 5,
+                    "the text ends within the comment that begins at line 1, column 4"},
+                   options);
+    expect_failure({"{/x", MISSING_LEADING_QUOTE, 2, 1, 3,
+                    "found 'x' after '/': a comment begins with // or /*"},
+                   options);
+    expect_failure({"{\"a\"/x", MISSING_NAME_SEPARATOR, 5, 1, 6,
+                    "found 'x' after '/': a comment begins with // or /*"},
+                   options);
     expect_failure(
-        {"[1 / 2]", MISSING_ARRAY_CLOSE, 3, 1, 4, "found '/' where ',' or ']' is expected"},
+        {"1/x", MISSING_ARRAY_OPEN, 2, 1, 3, "found 'x' after '/': a comment begins with // or /*"},
         options);
     expect_failure({"// \xC3(\n1", INVALID_UNICODE_ESCAPE, 4, 1, 5,
                     "the text is not UTF-8: a character is cut off before '('"},

@@ -387,7 +387,7 @@ TEST(ValueStream, TakesTheOptions) {
         all_values(texts[0], 1, options),
         (Texts{"[1]", "1:24: the text ends within the array that begins at line 1, column 17"}));
     EXPECT_EQ(all_values(texts[1], 1, options),
-              (Texts{"1:3: found '/' where a value should begin"}));
+              (Texts{"1:4: found 'x' after '/': a comment begins with // or /*"}));
     options.max_depth = 1;
     EXPECT_EQ(
         all_values("[[1]]\n[1]", 3, options),

@@ -325,8 +325,8 @@ TEST(Parser, ALongArrayWithAnErrorFailsAsAShortOneDoes) {
     }
     ParseOptions options;
     options.comments = true;
-    expect_failure_behind(1, ",/", options);
-    expect_failure_behind(1, ",/x]", options);
+    expect_failure_behind(2, ",/", options);
+    expect_failure_behind(2, ",/x]", options);
     expect_failure_behind(3, ",//", options);
     expect_failure_behind(3, ",/*", options);
     expect_failure_behind(5, ",/* *", options);

@@ -100,6 +100,12 @@ FOUNDATION_JSON_EXPORT Value parse(std::string_view text, const ParseOptions& op
 /// @throws ParserException        positions count from the initial position of the stream
 FOUNDATION_JSON_EXPORT Value parse(std::istream& stream, const ParseOptions& options = {});
 
+/// The same with a limit.
+/// @param max_bytes  how long the text may be; reading ends behind so many bytes
+/// @throws ParserException also if the text is longer
+FOUNDATION_JSON_EXPORT Value parse(std::istream& stream, const ParseOptions& options,
+                                   std::size_t max_bytes);
+
 /// The value of a file: a regular file, a pipe, or whatever else can be read to its end.
 ///
 /// @throws std::system_error the file cannot be read, is a directory, or became shorter while it
@@ -107,6 +113,12 @@ FOUNDATION_JSON_EXPORT Value parse(std::istream& stream, const ParseOptions& opt
 /// @throws ParserException   the text is not what the options accept
 FOUNDATION_JSON_EXPORT Value parse_file(const std::filesystem::path& path,
                                         const ParseOptions& options = {});
+
+/// The same with a limit.
+/// @param max_bytes  how long the file may be; reading ends behind so many bytes
+/// @throws ParserException also if the file is longer
+FOUNDATION_JSON_EXPORT Value parse_file(const std::filesystem::path& path,
+                                        const ParseOptions& options, std::size_t max_bytes);
 
 /// Reads values from a stream one after the other: JSON Lines, or simply concatenated values.
 ///
@@ -126,6 +138,12 @@ public:
     /// Refers to the stream, which must outlive this object; reads nothing yet.
     /// @throws std::bad_alloc memory runs out
     explicit ValueStream(std::istream& stream, const ParseOptions& options = {});
+
+    /// The same with a limit.
+    /// @param max_bytes  how long the text of one value may be, without the space around it. A
+    /// longer
+    ///                   one is an error of next()
+    ValueStream(std::istream& stream, const ParseOptions& options, std::size_t max_bytes);
 
     ValueStream(ValueStream&& other) noexcept; ///< leaves the other fit only to be assigned to
     ValueStream& operator=(ValueStream&& other) noexcept; ///< the same

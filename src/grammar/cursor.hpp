@@ -1,0 +1,426 @@
+/// @file
+/// The grammar of JSON: whitespace, comments, separators, names and tokens. It knows no arrays,
+/// objects or values; those who use it do.
+#ifndef FOUNDATION_JSON_SRC_GRAMMAR_CURSOR_HPP
+#define FOUNDATION_JSON_SRC_GRAMMAR_CURSOR_HPP
+
+#include "grammar/comments.hpp"
+#include "grammar/errors.hpp"
+#include "grammar/numbers.hpp"
+#include "grammar/strings.hpp"
+#include "text/byte_block.hpp"
+#include "text/skipping.hpp"
+#include "text/utf8.hpp"
+
+#include <foundation/json/parse.hpp>
+
+#include <cstddef>
+
+namespace foundation::json::detail {
+
+/// Reads the tokens of an input, a WholeText or a Window.
+///
+/// Functions take the position where they begin to read and return the one behind what they read,
+/// so that it stays in a register. With an input that refills, each call makes all other pointers
+/// into the text invalid, but for what it returns.
+///
+/// `opening` is a callable that gives the Opening of the innermost array or object that is open; it
+/// is called for errors alone.
+/// @throws ParserException in every function; with a Window, also whatever reading a stream does
+template <class Input>
+class Cursor {
+public:
+    /// @param options  must outlive the cursor
+    Cursor(Input& input, const ParseOptions& options) noexcept : input_(input), options_(options) {}
+
+    Input& input() const noexcept { return input_; }
+    const ParseOptions& options() const noexcept { return options_; }
+
+    const char* end() const noexcept { return input_.end(); }
+    bool is_at(const char* at, char byte) const noexcept { return at != end() && *at == byte; }
+    /// Whether an array or object begins.
+    bool is_opening(const char* at) const noexcept { return is_at(at, '[') || is_at(at, '{'); }
+
+    // ---- Between tokens ----------------------------------------------------------------------
+
+    /// Skips whitespace and, where they are allowed, comments. At the end, the input ends there.
+    const char* skip_space(const char* at) const;
+
+    /// The same where an earlier call may have ended with an exception within a comment.
+    /// @param at  where the input goes on
+    const char* skip_space_again(const char* at);
+
+    /// Forgets such a comment, to go on elsewhere.
+    void restart() noexcept { interrupted_ = {}; }
+
+    /// Skips to the first element or name of a container. @return false if the container ends
+    bool find_first(const char*& at, char close) const;
+
+    /// Skips to the next element or name of a container. @return false if the container ends
+    template <class OpeningOf>
+    bool find_next(const char*& at, char close, const OpeningOf& opening) const;
+
+    /// Skips a colon and the space around it.
+    template <class OpeningOf>
+    const char* colon(const char* at, const OpeningOf& opening) const;
+
+    /// Fails if the text that is kept is longer than allowed.
+    void check_length(const char* end) const;
+
+    /// Fails if what follows a value would belong to it, had a number not ended before.
+    /// @param last  the last byte of the value
+    void expect_separation(const char* at, char last) const;
+
+    /// Fails unless only space follows.
+    /// @param last  the last byte of the value before it
+    void expect_end(const char* at, char last) const;
+
+    // ---- Tokens ------------------------------------------------------------------------------
+
+    /// Checks the depth of an array or object that begins.
+    /// @param depth  how many are open
+    const char* open(const char* at, std::size_t depth) const;
+
+    /// A member name; fails if there is none.
+    template <class OpeningOf>
+    StringToken name(const char* at, const OpeningOf& opening, bool after_comma) const;
+
+    /// @param at  at the opening quote
+    StringToken string(const char* at) const;
+
+    /// @param at  moved to where the number begins, which may be elsewhere then
+    NumberToken number(const char*& at) const;
+
+    /// A number of the most frequent form, of few digits and without exponent.
+    /// @return null if it is another one, or too near to the end of the text
+    const char* usual_number(const char* at, double& number) const noexcept;
+
+    /// A word such as null.
+    template <std::size_t Size>
+    const char* word(const char* at, const char (&word)[Size]) const;
+
+    // ---- Errors ------------------------------------------------------------------------------
+
+    /// What is wrong where no value begins.
+    template <class OpeningOf>
+    [[noreturn]] void fail_without_value(const char* at, const OpeningOf& opening,
+                                         bool after_comma) const;
+    [[noreturn]] void fail_too_large(const char* number, const char* number_end) const;
+    [[noreturn]] void fail_duplicate(const StringToken& name) const;
+    [[noreturn]] void fail_too_long(const char* limit) const;
+
+private:
+    Errors errors(const char* at) const;
+    const char* skip_long_space(const char* at) const;
+    bool skip_comment(const char*& at) const;
+    const char* end_comment(CommentToken token, char second, const TextPosition& begin) const;
+    bool more(const char*& at) const;
+    bool more(const char*& at, const char*& token) const;
+    void finish(StringToken& token) const;
+
+    /// A comment within which reading was interrupted.
+    struct Interrupted {
+        char second = '\0'; ///< its second byte
+        TextPosition begin;
+    };
+
+    Input& input_;
+    const ParseOptions& options_;
+    mutable Interrupted interrupted_;
+};
+
+/// Reads more text. @return false at the end of the input
+template <class Input>
+bool Cursor<Input>::more([[maybe_unused]] const char*& at,
+                         [[maybe_unused]] const char*& token) const {
+    if constexpr (Input::refills) {
+        check_length(at);
+        return input_.refill(at, token);
+    } else {
+        return false;
+    }
+}
+
+template <class Input>
+bool Cursor<Input>::more(const char*& at) const {
+    const char* token = at;
+    return more(at, token);
+}
+
+/// What is known of the input around an error. Moves no text.
+template <class Input>
+[[gnu::cold, gnu::noinline]] Errors Cursor<Input>::errors([[maybe_unused]] const char* at) const {
+    if constexpr (Input::refills) {
+        return {input_.context_for_error(at), options_};
+    } else {
+        return {input_.context(), options_};
+    }
+}
+
+// ---- Between tokens --------------------------------------------------------------------------
+
+template <class Input>
+inline const char* Cursor<Input>::skip_space(const char* at) const {
+    const auto is_token = [](char byte) {
+        return static_cast<unsigned char>(byte) > ' ' && byte != '/';
+    };
+    if (end() - at >= 2) {
+        if (is_token(*at)) {
+            return at;
+        }
+        if (*at == ' ' && is_token(at[1])) {
+            return at + 1;
+        }
+    }
+    return skip_long_space(at);
+}
+
+template <class Input>
+[[gnu::noinline]] const char* Cursor<Input>::skip_long_space(const char* at) const {
+    for (;;) {
+        at = skip_blanks<Block>(at, end());
+        if (at == end()) {
+            if (!more(at)) {
+                return at;
+            }
+        } else if (*at != '/' || !options_.comments || !skip_comment(at)) {
+            return at;
+        }
+    }
+}
+
+/// @param at  at a slash; moved behind the comment
+/// @return false if no comment begins there
+template <class Input>
+bool Cursor<Input>::skip_comment(const char*& at) const {
+    const char* behind = end();
+    while (behind - at < 2 && more(behind, at)) {
+        behind = end();
+    }
+    if (behind - at < 2 || !begins_comment(at[1])) {
+        return false;
+    }
+    const char second = at[1];
+    const CommentToken token = scan_comment(at + 2, behind, second);
+    // Where it began is asked for only if it matters: each answer takes a scan of the text.
+    at = token.status == CommentEnd::closed
+             ? token.end
+             : end_comment(token, second, input_.context().position_of(at));
+    return true;
+}
+
+/// Reads the rest of a comment that does not end within the text, or fails.
+template <class Input>
+[[gnu::noinline]] const char* Cursor<Input>::end_comment(CommentToken token, char second,
+                                                         const TextPosition& begin) const {
+    interrupted_ = {second, begin};
+    while (token.status == CommentEnd::text_ends && more(token.end)) {
+        token = scan_comment(token.end, end(), second);
+    }
+    interrupted_ = {};
+    if (token.status == CommentEnd::closed || (second == '/' && token.end == end())) {
+        return token.end;
+    }
+    const char* const bad = token.status == CommentEnd::utf8 ? token.end : end();
+    errors(bad).bad_comment(bad, begin);
+}
+
+template <class Input>
+const char* Cursor<Input>::skip_space_again(const char* at) {
+    if (interrupted_.second != '\0') {
+        const Interrupted comment = interrupted_;
+        at = end_comment({at, CommentEnd::text_ends}, comment.second, comment.begin);
+    }
+    return skip_space(at);
+}
+
+template <class Input>
+inline void Cursor<Input>::check_length([[maybe_unused]] const char* end) const {
+    if constexpr (Input::refills) {
+        if (const char* const limit = input_.limit_before(end)) {
+            fail_too_long(limit);
+        }
+    }
+}
+
+template <class Input>
+inline bool Cursor<Input>::find_first(const char*& at, char close) const {
+    at = skip_space(at);
+    return !is_at(at, close);
+}
+
+template <class Input>
+template <class OpeningOf>
+[[gnu::always_inline]] inline bool Cursor<Input>::find_next(const char*& at, char close,
+                                                            const OpeningOf& opening) const {
+    at = skip_space(at);
+    if (is_at(at, ',')) {
+        at = skip_space(at + 1);
+        return !options_.trailing_commas || !is_at(at, close);
+    }
+    if (!is_at(at, close)) {
+        errors(at).no_separator(at, opening());
+    }
+    return false;
+}
+
+template <class Input>
+template <class OpeningOf>
+inline const char* Cursor<Input>::colon(const char* at, const OpeningOf& opening) const {
+    at = skip_space(at);
+    if (!is_at(at, ':')) {
+        errors(at).no_colon(at, opening());
+    }
+    return skip_space(at + 1);
+}
+
+template <class Input>
+void Cursor<Input>::expect_separation(const char* at, char last) const {
+    if (at != end() && is_digit(last) && continues_number(*at)) {
+        errors(at).after_value(at, last);
+    }
+}
+
+template <class Input>
+void Cursor<Input>::expect_end(const char* at, char last) const {
+    at = skip_space(at);
+    if (at != end()) {
+        errors(at).after_value(at, last);
+    }
+}
+
+// ---- Tokens ----------------------------------------------------------------------------------
+
+template <class Input>
+inline const char* Cursor<Input>::open(const char* at, std::size_t depth) const {
+    if (depth >= options_.max_depth) {
+        errors(at).too_deep(at);
+    }
+    return at + 1;
+}
+
+template <class Input>
+template <class OpeningOf>
+inline StringToken Cursor<Input>::name(const char* at, const OpeningOf& opening,
+                                       bool after_comma) const {
+    if (!is_at(at, '"')) {
+        errors(at).no_name(at, opening(), after_comma);
+    }
+    return string(at);
+}
+
+template <class Input>
+[[gnu::always_inline]] inline StringToken Cursor<Input>::string(const char* at) const {
+    StringToken token = scan_string<Block>(at + 1, end());
+    if (token.error != StringError::none) {
+        finish(token);
+    }
+    return token;
+}
+
+/// Reads the rest of a string that does not end within the text, or fails.
+template <class Input>
+[[gnu::noinline]] void Cursor<Input>::finish(StringToken& token) const {
+    if constexpr (Input::refills) {
+        while (token.error != StringError::none && token.end == end()) {
+            const char* at = begin_of_unit(token);
+            if (!more(at, token.text)) {
+                break;
+            }
+            token.end = at;
+            token.error = StringError::none;
+            token = scan_special<Block>(token, end());
+        }
+    }
+    if (token.error != StringError::none) {
+        errors(token.end).bad_string(token);
+    }
+}
+
+template <class Input>
+inline NumberToken Cursor<Input>::number(const char*& at) const {
+    if constexpr (Input::refills) {
+        // Numbers are short: the whole of one is scanned again where the text has ended within it.
+        const char* behind = at;
+        do {
+            behind = skip_number_bytes(behind, end());
+        } while (behind == end() && more(behind, at));
+    }
+    const NumberToken token = scan_number(at, end());
+    if (token.error != NO_PARSE_ERROR) {
+        errors(token.end).bad_number(token);
+    }
+    return token;
+}
+
+template <class Input>
+[[gnu::always_inline]] inline const char*
+Cursor<Input>::usual_number(const char* at, double& number) const noexcept {
+    const bool negative = *at == '-';
+    if (end() - at <= usual_number_room) {
+        return nullptr;
+    }
+    const UsualNumber token = scan_usual_number(at + (negative ? 1 : 0));
+    if (token.end == nullptr) {
+        return nullptr;
+    }
+    if (token.exponent == 0 || token.digits == 0) {
+        if (token.digits > largest_exact) {
+            return nullptr;
+        }
+        number = static_cast<double>(static_cast<std::int64_t>(token.digits));
+    } else if (nearest_normal(token.digits, token.exponent, number) != Rounding::decided) {
+        return nullptr;
+    }
+    number = negative ? -number : number;
+    return token.end;
+}
+
+template <class Input>
+template <std::size_t Size>
+const char* Cursor<Input>::word(const char* at, const char (&word)[Size]) const {
+    const char* begin = at;
+    for (std::size_t i = 0; i != Size; ++i) {
+        if (at == end()) {
+            more(at, begin);
+        }
+        // Behind the last letter, the word must end.
+        const bool as_expected =
+            i == Size - 1 ? at == end() || !continues_word(*at) : is_at(at, word[i]);
+        if (!as_expected) {
+            errors(at).bad_word(begin, at);
+        }
+        at += i == Size - 1 ? 0 : 1;
+    }
+    return at;
+}
+
+// ---- Errors ----------------------------------------------------------------------------------
+
+template <class Input>
+template <class OpeningOf>
+[[gnu::cold, gnu::noinline]] void Cursor<Input>::fail_without_value(const char* at,
+                                                                    const OpeningOf& opening,
+                                                                    bool after_comma) const {
+    errors(at).no_value(at, opening(), after_comma);
+}
+
+template <class Input>
+[[gnu::cold, gnu::noinline]] void Cursor<Input>::fail_too_large(const char* number,
+                                                                const char* number_end) const {
+    errors(number).too_large(number, number_end);
+}
+
+template <class Input>
+[[gnu::cold, gnu::noinline]] void Cursor<Input>::fail_duplicate(const StringToken& name) const {
+    errors(name.text - 1).duplicate_name(name.text - 1, name);
+}
+
+template <class Input>
+[[gnu::cold, gnu::noinline]] void Cursor<Input>::fail_too_long(const char* limit) const {
+    errors(limit).too_long(limit, input_.most_kept());
+}
+
+} // namespace foundation::json::detail
+
+#endif

@@ -1,0 +1,154 @@
+#include "grammar/window.hpp"
+
+#include "grammar/streams.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <istream>
+#include <streambuf>
+#include <utility>
+
+namespace foundation::json::detail {
+
+namespace {
+
+/// The most bytes that are taken from a stream at a time.
+constexpr std::size_t most_at_once = 65536;
+
+/// With less room than this behind the text, it is moved.
+constexpr std::size_t least_room = 4096;
+
+/// Room behind the text that only context_for_error() uses, so that the text need not move then.
+constexpr std::size_t reserve = most_quoted;
+
+/// Text before the one that is needed, for errors to quote: whole characters.
+constexpr std::size_t quoted_before = most_quoted + 4;
+
+} // namespace
+
+Window::Window(std::string_view text) noexcept
+    : ended_(true), text_(text.data()), end_(text.data() + text.size()) {}
+
+const char* Window::begin() {
+    const char* at = end_;
+    if (!started_) {
+        at = text_;
+        const auto may_be_marked = [&] {
+            const auto size = static_cast<std::size_t>(end_ - at);
+            return size < byte_order_mark.size() &&
+                   std::string_view(at, size) == byte_order_mark.substr(0, size);
+        };
+        const char* token = at;
+        while (may_be_marked() && refill(at, token)) {
+            at = token;
+        }
+        started_ = true;
+        at += mark_length({at, static_cast<std::size_t>(end_ - at)});
+    }
+    return at;
+}
+
+bool Window::refill(const char*& at, const char*& token) {
+    if (ended_) {
+        return false;
+    }
+    reached_ = at;
+    begin_reading(*stream_);
+    if (room() < least_room) {
+        make_room(kept_ != nullptr ? std::min(kept_, token) : token, at, token);
+    }
+    return take(std::min(room(), most_at_once));
+}
+
+void Window::settle(const char*& at) {
+    const char* token = at;
+    if (!ended_ && room() < least_room) {
+        make_room(at, at, token);
+    }
+}
+
+/// How many bytes may be read without moving the text.
+std::size_t Window::room() const noexcept {
+    const auto used = static_cast<std::size_t>(end_ - buffer_.get());
+    return buffer_ == nullptr || used + reserve > capacity_ ? 0 : capacity_ - reserve - used;
+}
+
+/// Moves the text that is needed to the begin of the buffer, or to a buffer of another size: twice
+/// that text, so that each byte is moved a few times at most.
+void Window::make_room(const char* needed, const char*& at, const char*& token) {
+    const auto before = std::min(static_cast<std::size_t>(needed - text_), quoted_before);
+    const auto size = static_cast<std::size_t>(end_ - needed) + before;
+    const std::size_t wanted = 2 * size + most_at_once + reserve;
+    std::unique_ptr<char[]> other;
+    if (2 * (size + reserve) > capacity_ || wanted < capacity_ / 4) {
+        // GCOVR_EXCL_BR_START: the check of the size is the compiler's
+        other.reset(new char[wanted]);
+        // GCOVR_EXCL_BR_STOP
+    }
+    forget_before(needed - before);
+    move_to(other != nullptr ? other.get() : buffer_.get(), at, token);
+    if (other != nullptr) {
+        buffer_ = std::move(other);
+        capacity_ = wanted;
+    }
+}
+
+/// Takes what the stream has at hand; waits only if that is nothing.
+/// @return false at the end
+bool Window::take(std::size_t most) {
+    char* const to = buffer_.get() + (end_ - buffer_.get());
+    std::streamsize count = 0;
+    try {
+        std::streambuf& buffer = *stream_->rdbuf();
+        using Traits = std::streambuf::traits_type;
+        if (!Traits::eq_int_type(buffer.sgetc(), Traits::eof())) {
+            count = std::clamp<std::streamsize>(buffer.in_avail(), 1,
+                                                static_cast<std::streamsize>(most));
+            count = buffer.sgetn(to, count);
+        }
+    } catch (...) {
+        set_state(*stream_, std::ios_base::badbit);
+        throw;
+    }
+    if (count == 0) {
+        end_reading(*stream_);
+        ended_ = true;
+        return false;
+    }
+    end_ += count;
+    return true;
+}
+
+void Window::forget_before(const char* begin) {
+    if (listener_ != nullptr) {
+        listener_->forget(context(), begin);
+    }
+    position_.advance({text_, static_cast<std::size_t>(begin - text_)});
+    text_ = begin;
+}
+
+void Window::move_to(char* target, const char*& at, const char*& token) noexcept {
+    const auto size = static_cast<std::size_t>(end_ - text_);
+    if (size != 0) {
+        std::memmove(target, text_, size);
+    }
+    at = target + (at - text_);
+    token = target + (token - text_);
+    reached_ = at;
+    if (kept_ != nullptr) {
+        kept_ = target + (kept_ - text_);
+    }
+    text_ = target;
+    end_ = target + size;
+}
+
+Context Window::context_for_error(const char* at) {
+    while (!ended_ && static_cast<std::size_t>(end_ - at) < most_quoted &&
+           std::find(at, end_, '\n') == end_) {
+        begin_reading(*stream_);
+        take(most_quoted - static_cast<std::size_t>(end_ - at));
+    }
+    return context();
+}
+
+} // namespace foundation::json::detail

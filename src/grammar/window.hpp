@@ -1,0 +1,134 @@
+/// @file
+/// The input of a Cursor that comes from a stream, a piece at a time.
+#ifndef FOUNDATION_JSON_SRC_GRAMMAR_WINDOW_HPP
+#define FOUNDATION_JSON_SRC_GRAMMAR_WINDOW_HPP
+
+#include "grammar/position.hpp"
+
+#include <cstddef>
+#include <iosfwd>
+#include <memory>
+#include <string_view>
+
+namespace foundation::json::detail {
+
+/// What a Window tells before it gives up text.
+class WindowListener {
+public:
+    /// @param context  all text that is there, and where it begins
+    /// @param end      the text before this is given up
+    virtual void forget(const Context& context, const char* end) = 0;
+
+protected:
+    ~WindowListener() = default;
+};
+
+/// A window on the text of a stream, or on a text in memory.
+///
+/// It holds what has come and is still needed: the text from the cursor's position or, if that is
+/// earlier, from the place marked by keep() on, and a line's worth before it for errors to quote.
+/// It grows only where that text fills it.
+class Window {
+public:
+    static constexpr bool refills = true;
+
+    /// Reads from a stream, which must outlive this object; nothing yet.
+    /// @param most_kept  how long the text may be that is kept
+    explicit Window(std::istream& stream, std::size_t most_kept = unlimited) noexcept
+        : stream_(&stream), most_kept_(most_kept) {}
+
+    /// @param text  must outlive this object; nothing is read
+    explicit Window(std::string_view text) noexcept;
+
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+
+    void set_listener(WindowListener* listener) noexcept { listener_ = listener; }
+
+    /// Where the text is needed from, after refill() has thrown an exception.
+    const char* reached() const noexcept { return reached_; }
+
+    /// The end of the text that is there.
+    const char* end() const noexcept { return end_; }
+
+    /// Where the input goes on that has not been read yet, behind a byte order mark.
+    const char* begin();
+
+    /// Reads more text. Waits only for the first byte of it.
+    ///
+    /// All pointers into the text become invalid, but for the arguments.
+    /// @param at     where the text is needed from
+    /// @param token  the same for a token that has been begun, at or before `at`
+    /// @return false at the end of the input
+    /// @throws std::bad_alloc                  nothing has changed then
+    /// @throws whatever reading a stream does  nothing has changed but the state of the stream
+    bool refill(const char*& at, const char*& token);
+    bool refill(const char*& at) {
+        const char* token = at;
+        return refill(at, token);
+    }
+
+    // ---- Text that stays ---------------------------------------------------------------------
+
+    /// Keeps the text from a position on, until release().
+    void keep(const char* from) noexcept { kept_ = from; }
+    void release() noexcept { kept_ = nullptr; }
+
+    /// Where the text begins that is kept; what lies at an offset from there stays at that offset.
+    const char* kept() const noexcept { return kept_; }
+
+    /// The position that the text must not reach which is kept; null if it does not.
+    /// @param end  how far it reaches
+    const char* limit_before(const char* end) const noexcept {
+        const bool longer = kept_ != nullptr && static_cast<std::size_t>(end - kept_) > most_kept_;
+        return longer ? kept_ + most_kept_ : nullptr;
+    }
+    std::size_t most_kept() const noexcept { return most_kept_; }
+
+    // ---- Positions ---------------------------------------------------------------------------
+
+    /// What is known of the input around an error, with the line that it is in, for most_quoted
+    /// bytes behind it. Moves no text; settle() must be called before text is read again.
+    /// @throws whatever reading a stream does
+    Context context_for_error(const char* at);
+
+    /// Prepares for reading on behind an error.
+    /// @param at  the text is needed from here on
+    void settle(const char*& at);
+
+    Context context() const noexcept {
+        return {{text_, static_cast<std::size_t>(end_ - text_)}, position_};
+    }
+
+    /// The number of bytes of the input before a position in the text.
+    std::size_t byte_of(const char* at) const noexcept {
+        return position_.byte + static_cast<std::size_t>(at - text_);
+    }
+
+    /// The position in the text of a byte of the input that is there.
+    const char* at_byte(std::size_t byte) const noexcept { return text_ + (byte - position_.byte); }
+
+private:
+    std::size_t room() const noexcept;
+    void make_room(const char* needed, const char*& at, const char*& token);
+    bool take(std::size_t most);
+    void forget_before(const char* begin);
+    void move_to(char* target, const char*& at, const char*& token) noexcept;
+
+    std::istream* stream_ = nullptr; ///< null if the text is in memory
+    WindowListener* listener_ = nullptr;
+    std::size_t most_kept_ = unlimited;
+    bool started_ = false;
+    bool ended_ = false;
+    const char* text_ = nullptr; ///< what is there
+    const char* end_ = nullptr;
+    const char* kept_ = nullptr;
+    const char* reached_ = nullptr;
+    TextPosition position_; ///< of the first byte that is there
+    std::unique_ptr<char[]> buffer_;
+    std::size_t capacity_ = 0;
+};
+
+} // namespace foundation::json::detail
+
+#endif
