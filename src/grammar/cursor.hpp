@@ -15,6 +15,8 @@
 #include <foundation/json/parse.hpp>
 
 #include <cstddef>
+#include <cstdint>
+#include <type_traits>
 
 namespace foundation::json::detail {
 
@@ -33,7 +35,8 @@ public:
     /// @param options  must outlive the cursor
     Cursor(Input& input, const ParseOptions& options) noexcept : input_(input), options_(options) {}
 
-    Input& input() const noexcept { return input_; }
+    /// The input, or a copy of it where it does not change.
+    auto& input() const noexcept { return input_; }
     const ParseOptions& options() const noexcept { return options_; }
 
     const char* end() const noexcept { return input_.end(); }
@@ -124,7 +127,7 @@ private:
         TextPosition begin;
     };
 
-    Input& input_;
+    std::conditional_t<Input::refills, Input&, const Input> input_;
     const ParseOptions& options_;
     mutable Interrupted interrupted_;
 };
@@ -160,7 +163,7 @@ template <class Input>
 // ---- Between tokens --------------------------------------------------------------------------
 
 template <class Input>
-inline const char* Cursor<Input>::skip_space(const char* at) const {
+[[gnu::always_inline]] inline const char* Cursor<Input>::skip_space(const char* at) const {
     const auto is_token = [](char byte) {
         return static_cast<unsigned char>(byte) > ' ' && byte != '/';
     };

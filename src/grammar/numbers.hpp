@@ -147,7 +147,7 @@ constexpr std::ptrdiff_t few_digits = 3;
 constexpr std::ptrdiff_t usual_number_room = few_digits + 4 * digits_at_once + 2;
 
 /// Reads a number without its sign, if it has few digits and no exponent.
-inline UsualNumber scan_usual_number(const char* from) noexcept {
+[[gnu::always_inline]] inline UsualNumber scan_usual_number(const char* from) noexcept {
     constexpr UsualNumber unusual{nullptr, 0, 0};
     std::uint64_t digits = 0;
     const char* place = from;

@@ -21,7 +21,9 @@ namespace foundation::json::detail {
 template <class Input>
 class ValueReader {
 public:
-    /// @param cursor  must outlive the reader. A Window must keep the text from each value on.
+    /// @param cursor  its input and options must outlive the reader. A Window must keep the text
+    /// from
+    ///                each value on.
     explicit ValueReader(const Cursor<Input>& cursor) noexcept
         : cursor_(cursor), lengths_(cursor.options()) {}
 
@@ -81,7 +83,7 @@ private:
     /// What offsets in the text count from.
     const char* base() const noexcept;
 
-    const Cursor<Input>& cursor_;
+    const Cursor<Input> cursor_;
     Stack<Open> open_;
     bool child_closed_ = false; ///< whether the last thing read is the end of a container
     Stack<PendingElement> pending_;

@@ -1,3 +1,9 @@
+/// @file
+/// The members of ValueReader, for the two sources that make them for one kind of input each. In
+/// one source, compilers would inline less of both.
+#ifndef FOUNDATION_JSON_SRC_READING_VALUE_READER_IMPL_HPP
+#define FOUNDATION_JSON_SRC_READING_VALUE_READER_IMPL_HPP
+
 #include "reading/value_reader.hpp"
 
 #include "value/value_access.hpp"
@@ -10,15 +16,13 @@
 
 namespace foundation::json::detail {
 
-namespace {
-
 template <class Content>
 Content& content_of(Value& value) {
     return boost::strict_get<Content>(ValueAccess::variant(value));
 }
 
 /// Makes room for more elements: exactly for these if the array is empty.
-void reserve_more(Array& array, std::size_t count) {
+inline void reserve_more(Array& array, std::size_t count) {
     const std::size_t size = array.size() + count;
     if (size > array.capacity()) {
         array.reserve(array.empty() ? size : std::max(size, 2 * array.capacity()));
@@ -26,7 +30,7 @@ void reserve_more(Array& array, std::size_t count) {
 }
 
 /// Makes room for a length that was counted, if there is memory for it.
-void reserve_if_possible(Array& array, std::size_t length) {
+inline void reserve_if_possible(Array& array, std::size_t length) {
     try {
         array.reserve(length);
     } catch (...) {
@@ -36,8 +40,6 @@ void reserve_if_possible(Array& array, std::size_t length) {
 
 /// Up to so many bytes, a text and its value are in the processor's caches. Measured.
 constexpr std::ptrdiff_t short_text = 65536;
-
-} // namespace
 
 template <class Input>
 inline const char* ValueReader<Input>::base() const noexcept {
@@ -465,7 +467,6 @@ void ValueReader<Input>::take(Array& array, const PendingElement& element) {
     }
 }
 
-template class ValueReader<WholeText>;
-template class ValueReader<Window>;
-
 } // namespace foundation::json::detail
+
+#endif
