@@ -114,6 +114,7 @@ public:
 
 private:
     Errors errors(const char* at) const;
+    TextPosition position_of(const char* at) const noexcept;
     const char* skip_long_space(const char* at) const;
     bool skip_comment(const char*& at) const;
     const char* end_comment(CommentToken token, char second, const TextPosition& begin) const;
@@ -157,6 +158,15 @@ template <class Input>
         return {input_.context_for_error(at), options_};
     } else {
         return {input_.context(), options_};
+    }
+}
+
+template <class Input>
+TextPosition Cursor<Input>::position_of(const char* at) const noexcept {
+    if constexpr (Input::refills) {
+        return input_.locate(at);
+    } else {
+        return input_.context().position_of(at);
     }
 }
 
@@ -206,9 +216,8 @@ bool Cursor<Input>::skip_comment(const char*& at) const {
     const char second = at[1];
     const CommentToken token = scan_comment(at + 2, behind, second);
     // Where it began is asked for only if it matters: each answer takes a scan of the text.
-    at = token.status == CommentEnd::closed
-             ? token.end
-             : end_comment(token, second, input_.context().position_of(at));
+    at = token.status == CommentEnd::closed ? token.end
+                                            : end_comment(token, second, position_of(at));
     return true;
 }
 

@@ -34,12 +34,18 @@ inline constexpr std::size_t unlimited = ~std::size_t{0};
 
 /// What is known of the input around an error.
 struct Context {
+    Context(std::string_view all, const TextPosition& position) noexcept
+        : text(all), begin(position), marked(all.data()), mark(position) {}
+
     std::string_view text; ///< at least most_quoted bytes on either side, as far as there are any
     TextPosition begin;    ///< where that text begins in the whole input
+    const char* marked;    ///< a byte of the text whose position is known
+    TextPosition mark;     ///< its position
 
     TextPosition position_of(const char* at) const noexcept {
-        TextPosition result = begin;
-        result.advance(text.substr(0, static_cast<std::size_t>(at - text.data())));
+        TextPosition result = at < marked ? begin : mark;
+        const char* const from = at < marked ? text.data() : marked;
+        result.advance({from, static_cast<std::size_t>(at - from)});
         return result;
     }
 };

@@ -27,7 +27,7 @@ constexpr std::size_t quoted_before = most_quoted + 4;
 } // namespace
 
 Window::Window(std::string_view text) noexcept
-    : ended_(true), text_(text.data()), end_(text.data() + text.size()) {}
+    : ended_(true), text_(text.data()), end_(text.data() + text.size()), marked_(text.data()) {}
 
 const char* Window::begin() {
     const char* at = end_;
@@ -123,8 +123,21 @@ void Window::forget_before(const char* begin) {
     if (listener_ != nullptr) {
         listener_->forget(context(), begin);
     }
-    position_.advance({text_, static_cast<std::size_t>(begin - text_)});
+    position_ = context().position_of(begin);
     text_ = begin;
+    if (marked_ < begin) {
+        marked_ = begin;
+        mark_ = position_;
+    }
+}
+
+TextPosition Window::locate(const char* at) noexcept {
+    const TextPosition result = context().position_of(at);
+    if (at > marked_) {
+        marked_ = at;
+        mark_ = result;
+    }
+    return result;
 }
 
 void Window::move_to(char* target, const char*& at, const char*& token) noexcept {
@@ -135,6 +148,7 @@ void Window::move_to(char* target, const char*& at, const char*& token) noexcept
     at = target + (at - text_);
     token = target + (token - text_);
     reached_ = at;
+    marked_ = target + (marked_ - text_);
     if (kept_ != nullptr) {
         kept_ = target + (kept_ - text_);
     }

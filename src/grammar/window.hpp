@@ -97,8 +97,14 @@ public:
     void settle(const char*& at);
 
     Context context() const noexcept {
-        return {{text_, static_cast<std::size_t>(end_ - text_)}, position_};
+        Context result({text_, static_cast<std::size_t>(end_ - text_)}, position_);
+        result.marked = marked_;
+        result.mark = mark_;
+        return result;
     }
+
+    /// The position of a byte in the input. Asked in ascending order, it scans no byte twice.
+    TextPosition locate(const char* at) noexcept;
 
     /// The number of bytes of the input before a position in the text.
     std::size_t byte_of(const char* at) const noexcept {
@@ -125,6 +131,8 @@ private:
     const char* kept_ = nullptr;
     const char* reached_ = nullptr;
     TextPosition position_; ///< of the first byte that is there
+    const char* marked_ = nullptr;
+    TextPosition mark_; ///< of the byte at marked_
     std::unique_ptr<char[]> buffer_;
     std::size_t capacity_ = 0;
 };

@@ -20,9 +20,8 @@ inline void take_value(Value& target, Value& source) {
     try {
         target = std::move(source);
     } catch (...) {
-        // What has just been freed suffices for this.
-        source = Value();
-        target = std::move(old);
+        source = Value();        // gives memory back
+        target = std::move(old); // takes memory for an array or object alone
         throw;
     }
 }

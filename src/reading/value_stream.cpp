@@ -109,6 +109,7 @@ void ValueStream::Implementation::end_value(const char* at) noexcept {
 
 void ValueStream::Implementation::go_on_behind(const ParserException& error) noexcept {
     end_value(window_.at_byte(error.get_byte_position()));
+    window_.locate(at_);
     skips_line_ = at_ != window_.end();
 }
 

@@ -166,6 +166,49 @@ TEST(ParserAllocationFailures, OfAValueStreamLoseNoValue) {
     EXPECT_GE(failures, 10u);
 }
 
+TEST(ParserAllocationFailures, OfAValueStreamLoseNoneOfManyNestedValues) {
+    std::string text;
+    for (int i = 0; i != 3; ++i) {
+        text +=
+            std::string(100, '[') + "{\"a\":\"" + long_text + "\"}" + std::string(100, ']') + "\n";
+    }
+    const std::size_t failures = fail_each_allocation(
+        [&text] { return std::make_unique<Reading>(text); },
+        [](std::unique_ptr<Reading>& reading) {
+            while (reading->values.next(reading->value)) {
+                ++reading->count;
+            }
+        },
+        [](const std::unique_ptr<Reading>&) {},
+        [](const std::unique_ptr<Reading>& reading, auto...) { EXPECT_EQ(reading->count, 3u); });
+    EXPECT_GE(failures, 300u);
+}
+
+TEST(ParserAllocationFailures, OfAValueStreamLeaveTheCallersValueUnchanged) {
+    const Value before[] = {Undefined(),       1.5,         "short",
+                            long_text.c_str(), Array{1, 2}, Object{{"a", 1}}};
+    for (const std::string text : {"[1,[2]]", "{\"a\":{}}", "\"string\"", "7"}) {
+        for (const Value& value : before) {
+            const bool container = holds<Array>(value) || holds<Object>(value);
+            const bool other = container && (text[0] == '[' || text[0] == '{') &&
+                               holds<Array>(value) != (text[0] == '[');
+            static_cast<void>(fail_each_allocation(
+                [&] {
+                    auto reading = std::make_unique<Reading>(text);
+                    reading->value = value;
+                    return reading;
+                },
+                [](std::unique_ptr<Reading>& reading) { reading->values.next(reading->value); },
+                [&](const std::unique_ptr<Reading>& reading) {
+                    const std::string found = test::describe(reading->value);
+                    if (!other || found != test::describe(Value(false))) {
+                        EXPECT_EQ(found, test::describe(value)) << text;
+                    }
+                }));
+        }
+    }
+}
+
 // ---- Memory ----------------------------------------------------------------------------------
 
 /// What parse() promises to take at most beside the text and the value.
@@ -284,6 +327,39 @@ TEST(PeakMemory, OfParsingAStreamIncludesTheText) {
     const std::size_t kept = live_bytes() - with_stream;
     EXPECT_LE(peak, kept + text.size() + text.size() / 4 + most_beside_the_value(1000));
     EXPECT_GT(with_stream, before);
+}
+
+TEST(PeakMemory, OfAValueStreamIncludesNoSpaceAndNoCommentsBetweenValues) {
+    std::string comments;
+    for (int i = 0; i != 100000; ++i) {
+        comments += "/* nothing */ // nothing\n  ";
+    }
+    const std::string text = "1\n" + comments + "2 /*" + std::string(3000000, '*') + "*/ 3";
+    std::istringstream stream(text);
+    ParseOptions options;
+    options.comments = true;
+    const std::size_t peak = peak_bytes_of([&] {
+        ValueStream values(stream, options);
+        Value value;
+        for (int i = 1; i != 4; ++i) {
+            EXPECT_TRUE(values.next(value));
+            EXPECT_EQ(value, Value(i));
+        }
+        EXPECT_FALSE(values.next(value));
+    });
+    EXPECT_LE(peak, 300000u);
+}
+
+TEST(PeakMemory, OfAValueStreamIsNotMuchMoreThanALimit) {
+    const std::string text = "\"" + std::string(5000000, 'x');
+    std::istringstream stream(text);
+    const std::size_t peak = peak_bytes_of([&] {
+        ValueStream values(stream, {}, 100000);
+        Value value;
+        EXPECT_THROW(values.next(value), ParserException);
+        EXPECT_FALSE(values.next(value));
+    });
+    EXPECT_LE(peak, 1000000u);
 }
 
 TEST(Allocations, OfReadingAreThoseOfTheValue) {

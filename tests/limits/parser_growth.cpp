@@ -14,6 +14,7 @@
 #include <iomanip>
 #include <iostream>
 #include <sstream>
+#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -79,9 +80,11 @@ void read_text(const std::string& text) {
     }
 }
 
-void read_stream(const std::string& text) {
-    std::istringstream stream(text);
-    ValueStream values(stream);
+void read_stream(std::istream& stream) {
+    ParseOptions options;
+    options.comments = true;
+    options.max_depth = 50000;
+    ValueStream values(stream, options);
     Value value;
     for (bool more = true; more;) {
         try {
@@ -90,6 +93,38 @@ void read_stream(const std::string& text) {
             // The stream goes on with the next line.
         }
     }
+}
+
+void read_stream(const std::string& text) {
+    std::istringstream stream(text);
+    read_stream(stream);
+}
+
+/// A buffer that gives a byte at a time, as some sockets do.
+class ByteBuffer : public std::streambuf {
+public:
+    explicit ByteBuffer(const std::string& text) noexcept : text_(text) {}
+
+protected:
+    int_type underflow() override {
+        if (next_ == text_.size()) {
+            return traits_type::eof();
+        }
+        byte_ = text_[next_++];
+        setg(&byte_, &byte_, &byte_ + 1);
+        return traits_type::to_int_type(byte_);
+    }
+
+private:
+    const std::string& text_;
+    std::size_t next_ = 0;
+    char byte_ = '\0';
+};
+
+void read_bytes(const std::string& text) {
+    ByteBuffer buffer(text);
+    std::istream stream(&buffer);
+    read_stream(stream);
 }
 
 struct Shape {
@@ -184,6 +219,35 @@ const std::vector<Shape>& shapes() {
          read_stream},
         {"a stream of a long error", [](std::size_t size) { return filled(size, "]", "0 ", ""); },
          read_stream},
+        {"a stream of numbers too large, each deeper",
+         [](std::size_t size) { return filled(size, "", "[1e400,\n", ""); }, read_stream},
+        {"a stream of names that occur twice",
+         [](std::size_t size) { return filled(size, "", "{\"a\":[{\"a\":1e400,\n", ""); },
+         read_stream},
+        {"a stream of errors around a value",
+         [](std::size_t size) {
+             return filled(2400, "", "[1e400,\n", "") + filled(size, "[", "0,", "0]") +
+                    filled(2400, "", "\n]", "");
+         },
+         read_stream},
+        {"a stream of one-byte errors",
+         [](std::size_t size) { return filled(size, "", "]\n", ""); }, read_stream},
+        {"a stream of comments", [](std::size_t size) { return filled(size, "", "/**/ ", ""); },
+         read_stream},
+        {"bytes of comments in a value",
+         [](std::size_t size) { return filled(size, "[", "/**/ ", "0]"); }, read_bytes},
+        {"bytes of comments", [](std::size_t size) { return filled(size, "", "/**/ ", ""); },
+         read_bytes},
+        {"bytes of a comment", [](std::size_t size) { return filled(size, "/*", "* ", "*/0"); },
+         read_bytes},
+        {"bytes of a string",
+         [](std::size_t size) { return filled(size, "[\"", "\\n\xC3\xA9", "\"]"); }, read_bytes},
+        {"bytes of a number", [](std::size_t size) { return filled(size, "[", "7", "]"); },
+         read_bytes},
+        {"bytes of an array", [](std::size_t size) { return filled(size, "[", "0,", "0]"); },
+         read_bytes},
+        {"bytes of errors", [](std::size_t size) { return filled(size, "", "]\n", ""); },
+         read_bytes},
         {"a stream of blanks", [](std::size_t size) { return filled(size, "", " \n", ""); },
          read_stream},
     };
@@ -215,7 +279,7 @@ bool measure(const Shape& shape, std::size_t small, std::size_t large) {
         1e9 * seconds_to_read(shape, small_text) / static_cast<double>(small_text.size());
     const double large_time =
         1e9 * seconds_to_read(shape, large_text) / static_cast<double>(large_text.size());
-    std::cout << std::left << std::setw(34) << shape.name << std::right << std::fixed
+    std::cout << std::left << std::setw(44) << shape.name << std::right << std::fixed
               << std::setprecision(2) << std::setw(10) << small_time << std::setw(10) << large_time
               << std::endl;
     // The constant stands for work that does not depend on the length, such as an allocation.

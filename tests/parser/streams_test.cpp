@@ -315,9 +315,8 @@ TEST_F(ParseFile, NamesAFileThatCannotBeRead) {
 // ---- Values one after the other --------------------------------------------------------------
 
 /// All values of a stream as compact text, and errors as their line, column and message.
-std::vector<std::string> all_values(std::istream& stream, const ParseOptions& options = {}) {
+std::vector<std::string> all_values(ValueStream values) {
     std::vector<std::string> result;
-    ValueStream values(stream, options);
     Value value;
     for (bool more = true; more;) {
         try {
@@ -336,7 +335,7 @@ std::vector<std::string> all_values(std::istream& stream, const ParseOptions& op
 std::vector<std::string> all_values(const std::string& text, std::size_t piece,
                                     const ParseOptions& options = {}) {
     PiecewiseStream stream(text, piece);
-    return all_values(stream, options);
+    return all_values(ValueStream(stream, options));
 }
 
 using Texts = std::vector<std::string>;
@@ -616,6 +615,76 @@ TEST(ValueStream, AnErrorWhoseLineCannotBeReadIsReportedOnceTheStreamWorksAgain)
     EXPECT_THROW(values.next(value), ParserException);
     EXPECT_TRUE(values.next(value));
     EXPECT_EQ(value, Value(4));
+}
+
+// ---- Limits ----------------------------------------------------------------------------------
+
+const std::string too_long = "longer than 10 bytes: the argument max_bytes is the limit";
+
+TEST(MaxBytes, RefusesATextThatIsLonger) {
+    for (const std::size_t piece : {1U, 3U, 1000U}) {
+        PiecewiseStream fits("[1,\n2,  3 ]", piece);
+        EXPECT_EQ(parse(fits, {}, 11), Value((Element(1), Element(2), Element(3))));
+        EXPECT_TRUE(fits.eof());
+        PiecewiseStream longer("[1,\n2,  3 ]", piece);
+        try {
+            parse(longer, {}, 10);
+            ADD_FAILURE() << "was accepted";
+        } catch (const ParserException& error) {
+            EXPECT_EQ(error.what(), too_long);
+            EXPECT_EQ(error.get_parse_result(), UNEXPECTED_END_OF_INPUT);
+            EXPECT_EQ(error.get_byte_position(), 10u);
+            EXPECT_EQ(error.get_line_number(), 2u);
+            EXPECT_EQ(error.get_column(), 7u);
+        }
+        EXPECT_TRUE(longer.good()) << "it is not at its end";
+    }
+    PiecewiseStream empty("", 1);
+    EXPECT_THROW(parse(empty, {}, 0), ParserException);
+    PiecewiseStream one("1", 1);
+    EXPECT_EQ(parse(one, {}, 1), Value(1));
+}
+
+TEST(MaxBytes, TakesOneByteMoreThanTheLimitFromAStream) {
+    PiecewiseStream stream("[1,2,3,4,5,6,7,8]", 1);
+    EXPECT_THROW(parse(stream, {}, 10), ParserException);
+    EXPECT_EQ(stream.get(), '6');
+}
+
+TEST_F(ParseFile, RefusesAFileThatIsLongerThanALimit) {
+    const std::filesystem::path file = write("file", "[1, 2, 3]\n");
+    EXPECT_EQ(parse_file(file, {}, 10), Value((Element(1), Element(2), Element(3))));
+    try {
+        parse_file(file, {}, 9);
+        ADD_FAILURE() << "was accepted";
+    } catch (const ParserException& error) {
+        EXPECT_STREQ(error.what(), "longer than 9 bytes: the argument max_bytes is the limit");
+        EXPECT_EQ(error.get_byte_position(), 9u);
+    }
+    // Nothing that ends later is read.
+    EXPECT_THROW(parse_file("/dev/zero", {}, 1000), ParserException);
+}
+
+TEST(MaxBytes, RefusesAValueOfAStreamThatIsLonger) {
+    for (const std::size_t piece : {1U, 3U, 1000U}) {
+        const auto values_of = [piece](const std::string& text) {
+            PiecewiseStream stream(text, piece);
+            return all_values(ValueStream(stream, {}, 10));
+        };
+        EXPECT_EQ(values_of("[1,2,3,4]\n        [1,2,3,45] \"12345678\" 1234567890\n"),
+                  (Texts{"[1,2,3,4]", "[1,2,3,45]", "\"12345678\"", "1.23456789E+9"}));
+        EXPECT_EQ(values_of("1\n [1,2,3,456]\n2"), (Texts{"1", "2:12: " + too_long, "2"}));
+        EXPECT_EQ(values_of("\"123456789\"\n2"), (Texts{"1:11: " + too_long, "2"}));
+        EXPECT_EQ(values_of("12345678901\n2"), (Texts{"1:11: " + too_long, "2"}));
+        EXPECT_EQ(values_of("[          \n3]\n2"),
+                  (Texts{"1:11: " + too_long, "3", "2:2: found ']' without a '[' before it", "2"}));
+        // What is wrong within the limit is told, and not what is behind it.
+        EXPECT_EQ(values_of("[1,2,x,4,5,6]\n2"),
+                  (Texts{"1:6: found 'x' where a value should begin: strings are written in double "
+                         "quotes",
+                         "2"}));
+        EXPECT_EQ(values_of("[1,2,3,4,5,x]\n2"), (Texts{"1:11: " + too_long, "2"}));
+    }
 }
 
 TEST(ValueStream, LeavesTheCallersValueUnchangedWhereThereIsNone) {

@@ -85,7 +85,10 @@ struct ParseOptions {
 /// @throws ParserException the text is not what the options accept
 /// @throws std::bad_alloc  memory runs out
 /// @complexity linear in the length of the text, plus a search in the object for each name that is
-/// not in ascending order. Besides the text and the value, a few pages of memory are in use.
+/// not in ascending order. Besides the text and the value (of a text that is refused, what was read
+/// of it), at most 1 MiB and 64 bytes for each open array or object are in use. Room for the
+/// elements of a long array is reserved once: as many as the text seems to have, at most one for
+/// two bytes.
 FOUNDATION_JSON_EXPORT Value parse(std::string_view text, const ParseOptions& options = {});
 
 /// The value of the rest of a stream, from its current position to its end; otherwise like parse()
@@ -130,7 +133,8 @@ FOUNDATION_JSON_EXPORT Value parse_file(const std::filesystem::path& path,
 /// A value is returned as soon as its last byte was read: an array, object or string with its
 /// closing bracket or quote, a number or word with the blank or line end after it. next() waits for
 /// no byte beyond that, but may take all that the stream has available. Values need a separator
-/// only where they would run into each other. One value and its text are in memory at a time.
+/// only where they would run into each other. One value and its text are in memory at a time; space
+/// and comments between values are not.
 ///
 /// Two threads must not use it at once.
 class FOUNDATION_JSON_EXPORT ValueStream {
@@ -151,14 +155,19 @@ public:
 
     /// Reads the next value.
     ///
-    /// @param value  becomes the value read; unchanged at the end of the stream and after an error
+    /// @param value  becomes the value read. Unchanged at the end of the stream and after an
+    ///               exception; but false if memory runs out when an array would become an object,
+    ///               or an object an array
     /// @return false at the end of the stream
     /// @throws ParserException        the options do not accept what comes next; the next call
     ///         continues with the line after that of the error. Positions count from the initial
-    ///         position of the stream
+    ///         position of the stream. The rest of the line is read before, for the error to quote,
+    ///         which waits for it where the stream is a pipe that stays open
     /// @throws std::ios_base::failure the stream is not good at first, or fails before its end
-    /// @throws whatever the stream buffer throws
+    /// @throws whatever the stream buffer throws; once the stream works again, the next call
+    ///         continues with the same value
     /// @throws std::bad_alloc         memory runs out; the next call continues with the same value
+    /// @complexity linear in the length of the text, also where values are refused
     bool next(Value& value);
 
 private:
