@@ -16,7 +16,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <type_traits>
 
 namespace foundation::json::detail {
 
@@ -33,10 +32,13 @@ template <class Input>
 class Cursor {
 public:
     /// @param options  must outlive the cursor
-    Cursor(Input& input, const ParseOptions& options) noexcept : input_(input), options_(options) {}
+    /// @param input    the arguments of the input's constructor
+    template <class... Arguments>
+    explicit Cursor(const ParseOptions& options, const Arguments&... input)
+        : input_(input...), options_(options) {}
 
-    /// The input, or a copy of it where it does not change.
-    auto& input() const noexcept { return input_; }
+    Input& input() noexcept { return input_; }
+    const Input& input() const noexcept { return input_; }
     const ParseOptions& options() const noexcept { return options_; }
 
     const char* end() const noexcept { return input_.end(); }
@@ -47,7 +49,7 @@ public:
     // ---- Between tokens ----------------------------------------------------------------------
 
     /// Skips whitespace and, where they are allowed, comments. At the end, the input ends there.
-    const char* skip_space(const char* at) const;
+    const char* skip_space(const char* at);
 
     /// The same where an earlier call may have ended with an exception within a comment.
     /// @param at  where the input goes on
@@ -57,70 +59,85 @@ public:
     void restart() noexcept { interrupted_ = {}; }
 
     /// Skips to the first element or name of a container. @return false if the container ends
-    bool find_first(const char*& at, char close) const;
+    bool find_first(const char*& at, char close);
 
     /// Skips to the next element or name of a container. @return false if the container ends
     template <class OpeningOf>
-    bool find_next(const char*& at, char close, const OpeningOf& opening) const;
+    bool find_next(const char*& at, char close, const OpeningOf& opening);
 
-    /// Skips a colon and the space around it.
+    /// Skips a comma; fails unless there is one or the container ends.
+    /// @param at  behind the space behind an element or member
+    /// @return false if the container ends
     template <class OpeningOf>
-    const char* colon(const char* at, const OpeningOf& opening) const;
+    bool comma(const char*& at, char close, const OpeningOf& opening);
+
+    /// Whether a container may end here and does.
+    bool ends_behind_comma(const char* at, char close) const noexcept {
+        return options_.trailing_commas && is_at(at, close);
+    }
+
+    /// Skips a colon; fails if there is none.
+    /// @param at  behind the space behind a name
+    template <class OpeningOf>
+    const char* colon(const char* at, const OpeningOf& opening);
 
     /// Fails if the text that is kept is longer than allowed.
-    void check_length(const char* end) const;
+    void check_length(const char* end);
 
     /// Fails if what follows a value would belong to it, had a number not ended before.
     /// @param last  the last byte of the value
-    void expect_separation(const char* at, char last) const;
+    void expect_separation(const char* at, char last);
 
     /// Fails unless only space follows.
     /// @param last  the last byte of the value before it
-    void expect_end(const char* at, char last) const;
+    void expect_end(const char* at, char last);
 
     // ---- Tokens ------------------------------------------------------------------------------
 
     /// Checks the depth of an array or object that begins.
     /// @param depth  how many are open
-    const char* open(const char* at, std::size_t depth) const;
+    const char* open(const char* at, std::size_t depth);
 
     /// A member name; fails if there is none.
     template <class OpeningOf>
-    StringToken name(const char* at, const OpeningOf& opening, bool after_comma) const;
+    StringToken name(const char* at, const OpeningOf& opening, bool after_comma);
 
     /// @param at  at the opening quote
-    StringToken string(const char* at) const;
+    StringToken string(const char* at);
 
     /// @param at  moved to where the number begins, which may be elsewhere then
-    NumberToken number(const char*& at) const;
+    NumberToken number(const char*& at);
 
     /// A number of the most frequent form, of few digits and without exponent.
     /// @return null if it is another one, or too near to the end of the text
     const char* usual_number(const char* at, double& number) const noexcept;
 
+    /// The same, of which only the end is wanted.
+    const char* skip_usual_number(const char* at) const noexcept;
+
     /// A word such as null.
     template <std::size_t Size>
-    const char* word(const char* at, const char (&word)[Size]) const;
+    const char* word(const char* at, const char (&word)[Size]);
 
     // ---- Errors ------------------------------------------------------------------------------
 
     /// What is wrong where no value begins.
     template <class OpeningOf>
     [[noreturn]] void fail_without_value(const char* at, const OpeningOf& opening,
-                                         bool after_comma) const;
-    [[noreturn]] void fail_too_large(const char* number, const char* number_end) const;
-    [[noreturn]] void fail_duplicate(const StringToken& name) const;
-    [[noreturn]] void fail_too_long(const char* limit) const;
+                                         bool after_comma);
+    [[noreturn]] void fail_too_large(const char* number, const char* number_end);
+    [[noreturn]] void fail_duplicate(const StringToken& name);
+    [[noreturn]] void fail_too_long(const char* limit);
 
 private:
-    Errors errors(const char* at) const;
-    TextPosition position_of(const char* at) const noexcept;
-    const char* skip_long_space(const char* at) const;
-    bool skip_comment(const char*& at) const;
-    const char* end_comment(CommentToken token, char second, const TextPosition& begin) const;
-    bool more(const char*& at) const;
-    bool more(const char*& at, const char*& token) const;
-    void finish(StringToken& token) const;
+    Errors errors(const char* at);
+    TextPosition position_of(const char* at) noexcept;
+    const char* skip_rest_of_space(const char* at);
+    bool skip_comment(const char*& at);
+    const char* end_comment(CommentToken token, char second, const TextPosition& begin);
+    bool more(const char*& at);
+    bool more(const char*& at, const char*& token);
+    void finish(StringToken& token);
 
     /// A comment within which reading was interrupted.
     struct Interrupted {
@@ -128,15 +145,14 @@ private:
         TextPosition begin;
     };
 
-    std::conditional_t<Input::refills, Input&, const Input> input_;
+    Input input_;
     const ParseOptions& options_;
-    mutable Interrupted interrupted_;
+    Interrupted interrupted_;
 };
 
 /// Reads more text. @return false at the end of the input
 template <class Input>
-bool Cursor<Input>::more([[maybe_unused]] const char*& at,
-                         [[maybe_unused]] const char*& token) const {
+bool Cursor<Input>::more([[maybe_unused]] const char*& at, [[maybe_unused]] const char*& token) {
     if constexpr (Input::refills) {
         check_length(at);
         return input_.refill(at, token);
@@ -146,14 +162,14 @@ bool Cursor<Input>::more([[maybe_unused]] const char*& at,
 }
 
 template <class Input>
-bool Cursor<Input>::more(const char*& at) const {
+bool Cursor<Input>::more(const char*& at) {
     const char* token = at;
     return more(at, token);
 }
 
 /// What is known of the input around an error. Moves no text.
 template <class Input>
-[[gnu::cold, gnu::noinline]] Errors Cursor<Input>::errors([[maybe_unused]] const char* at) const {
+[[gnu::cold, gnu::noinline]] Errors Cursor<Input>::errors([[maybe_unused]] const char* at) {
     if constexpr (Input::refills) {
         return {input_.context_for_error(at), options_};
     } else {
@@ -162,7 +178,7 @@ template <class Input>
 }
 
 template <class Input>
-TextPosition Cursor<Input>::position_of(const char* at) const noexcept {
+TextPosition Cursor<Input>::position_of(const char* at) noexcept {
     if constexpr (Input::refills) {
         return input_.locate(at);
     } else {
@@ -173,7 +189,7 @@ TextPosition Cursor<Input>::position_of(const char* at) const noexcept {
 // ---- Between tokens --------------------------------------------------------------------------
 
 template <class Input>
-[[gnu::always_inline]] inline const char* Cursor<Input>::skip_space(const char* at) const {
+[[gnu::always_inline]] inline const char* Cursor<Input>::skip_space(const char* at) {
     const auto is_token = [](char byte) {
         return static_cast<unsigned char>(byte) > ' ' && byte != '/';
     };
@@ -185,13 +201,14 @@ template <class Input>
             return at + 1;
         }
     }
-    return skip_long_space(at);
+    at = skip_blanks<Block>(at, end());
+    return at != end() && *at != '/' ? at : skip_rest_of_space(at);
 }
 
+/// Skips what follows the whitespace that is there: comments, and what has still to be read.
 template <class Input>
-[[gnu::noinline]] const char* Cursor<Input>::skip_long_space(const char* at) const {
-    for (;;) {
-        at = skip_blanks<Block>(at, end());
+[[gnu::noinline]] const char* Cursor<Input>::skip_rest_of_space(const char* at) {
+    for (;; at = skip_blanks<Block>(at, end())) {
         if (at == end()) {
             if (!more(at)) {
                 return at;
@@ -205,7 +222,7 @@ template <class Input>
 /// @param at  at a slash; moved behind the comment
 /// @return false if no comment begins there
 template <class Input>
-bool Cursor<Input>::skip_comment(const char*& at) const {
+bool Cursor<Input>::skip_comment(const char*& at) {
     const char* behind = end();
     while (behind - at < 2 && more(behind, at)) {
         behind = end();
@@ -224,7 +241,7 @@ bool Cursor<Input>::skip_comment(const char*& at) const {
 /// Reads the rest of a comment that does not end within the text, or fails.
 template <class Input>
 [[gnu::noinline]] const char* Cursor<Input>::end_comment(CommentToken token, char second,
-                                                         const TextPosition& begin) const {
+                                                         const TextPosition& begin) {
     interrupted_ = {second, begin};
     while (token.status == CommentEnd::text_ends && more(token.end)) {
         token = scan_comment(token.end, end(), second);
@@ -247,7 +264,7 @@ const char* Cursor<Input>::skip_space_again(const char* at) {
 }
 
 template <class Input>
-inline void Cursor<Input>::check_length([[maybe_unused]] const char* end) const {
+inline void Cursor<Input>::check_length([[maybe_unused]] const char* end) {
     if constexpr (Input::refills) {
         if (const char* const limit = input_.limit_before(end)) {
             fail_too_long(limit);
@@ -256,19 +273,18 @@ inline void Cursor<Input>::check_length([[maybe_unused]] const char* end) const 
 }
 
 template <class Input>
-inline bool Cursor<Input>::find_first(const char*& at, char close) const {
+inline bool Cursor<Input>::find_first(const char*& at, char close) {
     at = skip_space(at);
     return !is_at(at, close);
 }
 
 template <class Input>
 template <class OpeningOf>
-[[gnu::always_inline]] inline bool Cursor<Input>::find_next(const char*& at, char close,
-                                                            const OpeningOf& opening) const {
-    at = skip_space(at);
+[[gnu::always_inline]] inline bool Cursor<Input>::comma(const char*& at, char close,
+                                                        const OpeningOf& opening) {
     if (is_at(at, ',')) {
-        at = skip_space(at + 1);
-        return !options_.trailing_commas || !is_at(at, close);
+        ++at;
+        return true;
     }
     if (!is_at(at, close)) {
         errors(at).no_separator(at, opening());
@@ -278,23 +294,35 @@ template <class OpeningOf>
 
 template <class Input>
 template <class OpeningOf>
-inline const char* Cursor<Input>::colon(const char* at, const OpeningOf& opening) const {
+[[gnu::always_inline]] inline bool Cursor<Input>::find_next(const char*& at, char close,
+                                                            const OpeningOf& opening) {
     at = skip_space(at);
-    if (!is_at(at, ':')) {
-        errors(at).no_colon(at, opening());
+    if (!comma(at, close, opening)) {
+        return false;
     }
-    return skip_space(at + 1);
+    at = skip_space(at);
+    return !ends_behind_comma(at, close);
 }
 
 template <class Input>
-void Cursor<Input>::expect_separation(const char* at, char last) const {
+template <class OpeningOf>
+[[gnu::always_inline]] inline const char* Cursor<Input>::colon(const char* at,
+                                                               const OpeningOf& opening) {
+    if (!is_at(at, ':')) {
+        errors(at).no_colon(at, opening());
+    }
+    return at + 1;
+}
+
+template <class Input>
+void Cursor<Input>::expect_separation(const char* at, char last) {
     if (at != end() && is_digit(last) && continues_number(*at)) {
         errors(at).after_value(at, last);
     }
 }
 
 template <class Input>
-void Cursor<Input>::expect_end(const char* at, char last) const {
+void Cursor<Input>::expect_end(const char* at, char last) {
     at = skip_space(at);
     if (at != end()) {
         errors(at).after_value(at, last);
@@ -304,7 +332,7 @@ void Cursor<Input>::expect_end(const char* at, char last) const {
 // ---- Tokens ----------------------------------------------------------------------------------
 
 template <class Input>
-inline const char* Cursor<Input>::open(const char* at, std::size_t depth) const {
+inline const char* Cursor<Input>::open(const char* at, std::size_t depth) {
     if (depth >= options_.max_depth) {
         errors(at).too_deep(at);
     }
@@ -313,8 +341,7 @@ inline const char* Cursor<Input>::open(const char* at, std::size_t depth) const 
 
 template <class Input>
 template <class OpeningOf>
-inline StringToken Cursor<Input>::name(const char* at, const OpeningOf& opening,
-                                       bool after_comma) const {
+inline StringToken Cursor<Input>::name(const char* at, const OpeningOf& opening, bool after_comma) {
     if (!is_at(at, '"')) {
         errors(at).no_name(at, opening(), after_comma);
     }
@@ -322,7 +349,7 @@ inline StringToken Cursor<Input>::name(const char* at, const OpeningOf& opening,
 }
 
 template <class Input>
-[[gnu::always_inline]] inline StringToken Cursor<Input>::string(const char* at) const {
+[[gnu::always_inline]] inline StringToken Cursor<Input>::string(const char* at) {
     StringToken token = scan_string<Block>(at + 1, end());
     if (token.error != StringError::none) {
         finish(token);
@@ -332,13 +359,15 @@ template <class Input>
 
 /// Reads the rest of a string that does not end within the text, or fails.
 template <class Input>
-[[gnu::noinline]] void Cursor<Input>::finish(StringToken& token) const {
+[[gnu::noinline]] void Cursor<Input>::finish(StringToken& token) {
     if constexpr (Input::refills) {
         while (token.error != StringError::none && token.end == end()) {
             const char* at = begin_of_unit(token);
-            if (!more(at, token.text)) {
+            const char* quote = token.text - 1;
+            if (!more(at, quote)) {
                 break;
             }
+            token.text = quote + 1;
             token.end = at;
             token.error = StringError::none;
             token = scan_special<Block>(token, end());
@@ -350,7 +379,7 @@ template <class Input>
 }
 
 template <class Input>
-inline NumberToken Cursor<Input>::number(const char*& at) const {
+inline NumberToken Cursor<Input>::number(const char*& at) {
     if constexpr (Input::refills) {
         // Numbers are short: the whole of one is scanned again where the text has ended within it.
         const char* behind = at;
@@ -389,8 +418,15 @@ Cursor<Input>::usual_number(const char* at, double& number) const noexcept {
 }
 
 template <class Input>
+[[gnu::always_inline]] inline const char*
+Cursor<Input>::skip_usual_number(const char* at) const noexcept {
+    const char* const digits = at + (*at == '-' ? 1 : 0);
+    return end() - digits > skipped_number_room ? detail::skip_usual_number(digits) : nullptr;
+}
+
+template <class Input>
 template <std::size_t Size>
-const char* Cursor<Input>::word(const char* at, const char (&word)[Size]) const {
+const char* Cursor<Input>::word(const char* at, const char (&word)[Size]) {
     const char* begin = at;
     for (std::size_t i = 0; i != Size; ++i) {
         if (at == end()) {
@@ -411,25 +447,24 @@ const char* Cursor<Input>::word(const char* at, const char (&word)[Size]) const 
 
 template <class Input>
 template <class OpeningOf>
-[[gnu::cold, gnu::noinline]] void Cursor<Input>::fail_without_value(const char* at,
-                                                                    const OpeningOf& opening,
-                                                                    bool after_comma) const {
+[[gnu::cold, gnu::noinline]] void
+Cursor<Input>::fail_without_value(const char* at, const OpeningOf& opening, bool after_comma) {
     errors(at).no_value(at, opening(), after_comma);
 }
 
 template <class Input>
 [[gnu::cold, gnu::noinline]] void Cursor<Input>::fail_too_large(const char* number,
-                                                                const char* number_end) const {
+                                                                const char* number_end) {
     errors(number).too_large(number, number_end);
 }
 
 template <class Input>
-[[gnu::cold, gnu::noinline]] void Cursor<Input>::fail_duplicate(const StringToken& name) const {
+[[gnu::cold, gnu::noinline]] void Cursor<Input>::fail_duplicate(const StringToken& name) {
     errors(name.text - 1).duplicate_name(name.text - 1, name);
 }
 
 template <class Input>
-[[gnu::cold, gnu::noinline]] void Cursor<Input>::fail_too_long(const char* limit) const {
+[[gnu::cold, gnu::noinline]] void Cursor<Input>::fail_too_long(const char* limit) {
     errors(limit).too_long(limit, input_.most_kept());
 }
 

@@ -6,6 +6,7 @@
 #include "number/decimal.hpp"
 #include "text/characters.hpp"
 
+#include <foundation/json/detail/number_parts.hpp>
 #include <foundation/json/parse_errors.hpp>
 
 #include <cstdint>
@@ -189,6 +190,40 @@ constexpr std::ptrdiff_t usual_number_room = few_digits + 4 * digits_at_once + 2
     return {place, digits, exponent};
 }
 
+/// The most bytes that skip_usual_number() looks at.
+constexpr std::ptrdiff_t skipped_number_room = 6 * digits_at_once + 1;
+
+/// Skips up to so many times eight digits.
+template <int Times>
+[[gnu::always_inline]] inline const char* skip_digits(const char* from) noexcept {
+    for (int i = 0; i != Times; ++i) {
+        const std::ptrdiff_t count = count_digits(load_first_lowest(from));
+        from += count;
+        if (count != digits_at_once) {
+            break;
+        }
+    }
+    return from;
+}
+
+/// Finds the end of a number without its sign, if it has few digits and no exponent, and so is not
+/// too large.
+/// @return null for any other number
+[[gnu::always_inline]] inline const char* skip_usual_number(const char* from) noexcept {
+    const char* at = skip_digits<2>(from);
+    if (at == from || (*from == '0' && at - from > 1)) {
+        return nullptr;
+    }
+    if (*at == '.') {
+        const char* const fraction = at + 1;
+        at = skip_digits<3>(fraction);
+        if (at == fraction) {
+            return nullptr;
+        }
+    }
+    return continues_number(*at) ? nullptr : at;
+}
+
 /// A double holds each whole number up to this exactly.
 constexpr std::uint64_t largest_exact = std::uint64_t{1} << 53;
 
@@ -204,23 +239,11 @@ inline const char* skip_number_bytes(const char* from, const char* end) noexcept
     return from;
 }
 
-/// The number that a token stands for.
-struct NumberContent {
-    enum class Type { number, int64, uint64, too_large };
-
-    explicit NumberContent(double content) noexcept : type(Type::number), number(content) {}
-    explicit NumberContent(long long content) noexcept : type(Type::int64), int64(content) {}
-    explicit NumberContent(unsigned long long content) noexcept
-        : type(Type::uint64), uint64(content) {}
-    explicit NumberContent(Type content) noexcept : type(content), number(0) {}
-
-    Type type;
-    union {
-        double number;
-        long long int64;
-        unsigned long long uint64;
-    };
-};
+/// Whether a number may be too large for a double; if not, it need not be computed to find out.
+constexpr bool may_be_too_large(const NumberToken& token) noexcept {
+    constexpr int digits_of_64_bits = 20;
+    return token.magnitude.exponent > largest_decimal_exponent - digits_of_64_bits;
+}
 
 /// The number that a token stands for: the nearest double, or an integer if only that is exact.
 /// @param from            where the number begins

@@ -10,7 +10,7 @@ namespace {
 /// vectors of them.
 template <class Predicate>
 std::size_t count_bytes(std::string_view text, const Predicate& predicate) noexcept {
-    constexpr std::size_t most = 255;
+    constexpr std::size_t most = 240; // a multiple of every usual vector
     std::size_t result = 0;
     while (!text.empty()) {
         const std::string_view part = text.substr(0, most);
@@ -30,10 +30,10 @@ void TextPosition::advance(std::string_view text) noexcept {
     const std::size_t mark = byte == 0 ? mark_length(text) : 0;
     byte += text.size();
     text.remove_prefix(mark);
-    if (const std::size_t line_feed = text.rfind('\n'); line_feed != std::string_view::npos) {
-        line += count_bytes(text, [](char c) { return c == '\n'; });
+    if (const std::size_t lines = count_bytes(text, [](char c) { return c == '\n'; }); lines != 0) {
+        line += lines;
         column = 1;
-        text.remove_prefix(line_feed + 1);
+        text.remove_prefix(text.rfind('\n') + 1);
     }
     column += count_bytes(text, [](char c) { return !is_continuation(c); });
 }

@@ -29,41 +29,36 @@ constexpr std::size_t quoted_before = most_quoted + 4;
 Window::Window(std::string_view text) noexcept
     : ended_(true), text_(text.data()), end_(text.data() + text.size()), marked_(text.data()) {}
 
-const char* Window::begin() {
-    const char* at = end_;
-    if (!started_) {
-        at = text_;
-        const auto may_be_marked = [&] {
-            const auto size = static_cast<std::size_t>(end_ - at);
-            return size < byte_order_mark.size() &&
-                   std::string_view(at, size) == byte_order_mark.substr(0, size);
-        };
-        const char* token = at;
-        while (may_be_marked() && refill(at, token)) {
-            at = token;
-        }
-        started_ = true;
-        at += mark_length({at, static_cast<std::size_t>(end_ - at)});
-    }
-    return at;
+void Window::begin() {
+    const auto may_be_marked = [this] {
+        const auto size = static_cast<std::size_t>(end_ - text_);
+        return size < byte_order_mark.size() &&
+               std::string_view(text_, size) == byte_order_mark.substr(0, size);
+    };
+    do {
+        at_ = text_;
+    } while (may_be_marked() && refill(at_));
+    at_ += mark_length({text_, static_cast<std::size_t>(end_ - text_)});
 }
 
 bool Window::refill(const char*& at, const char*& token) {
+    at_ = token;
     if (ended_) {
         return false;
     }
-    reached_ = at;
     begin_reading(*stream_);
     if (room() < least_room) {
-        make_room(kept_ != nullptr ? std::min(kept_, token) : token, at, token);
+        const std::ptrdiff_t ahead = at - token;
+        make_room(kept_ != nullptr ? std::min(kept_, token) : token);
+        token = at_;
+        at = at_ + ahead;
     }
     return take(std::min(room(), most_at_once));
 }
 
-void Window::settle(const char*& at) {
-    const char* token = at;
+void Window::settle() {
     if (!ended_ && room() < least_room) {
-        make_room(at, at, token);
+        make_room(at_);
     }
 }
 
@@ -75,7 +70,7 @@ std::size_t Window::room() const noexcept {
 
 /// Moves the text that is needed to the begin of the buffer, or to a buffer of another size: twice
 /// that text, so that each byte is moved a few times at most.
-void Window::make_room(const char* needed, const char*& at, const char*& token) {
+void Window::make_room(const char* needed) {
     const auto before = std::min(static_cast<std::size_t>(needed - text_), quoted_before);
     const auto size = static_cast<std::size_t>(end_ - needed) + before;
     const std::size_t wanted = 2 * size + most_at_once + reserve;
@@ -86,7 +81,7 @@ void Window::make_room(const char* needed, const char*& at, const char*& token) 
         // GCOVR_EXCL_BR_STOP
     }
     forget_before(needed - before);
-    move_to(other != nullptr ? other.get() : buffer_.get(), at, token);
+    move_to(other != nullptr ? other.get() : buffer_.get());
     if (other != nullptr) {
         buffer_ = std::move(other);
         capacity_ = wanted;
@@ -140,18 +135,19 @@ TextPosition Window::locate(const char* at) noexcept {
     return result;
 }
 
-void Window::move_to(char* target, const char*& at, const char*& token) noexcept {
+/// Moves the text, and all that points into it.
+void Window::move_to(char* target) noexcept {
     const auto size = static_cast<std::size_t>(end_ - text_);
     if (size != 0) {
         std::memmove(target, text_, size);
     }
-    at = target + (at - text_);
-    token = target + (token - text_);
-    reached_ = at;
-    marked_ = target + (marked_ - text_);
-    if (kept_ != nullptr) {
-        kept_ = target + (kept_ - text_);
-    }
+    const char* const old = text_;
+    const auto moved = [old, target](const char* from) {
+        return old != nullptr ? target + (from - old) : target;
+    };
+    at_ = moved(at_);
+    kept_ = kept_ != nullptr ? moved(kept_) : nullptr;
+    marked_ = moved(marked_);
     text_ = target;
     end_ = target + size;
 }

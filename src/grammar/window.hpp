@@ -33,9 +33,9 @@ public:
     static constexpr bool refills = true;
 
     /// Reads from a stream, which must outlive this object; nothing yet.
-    /// @param most_kept  how long the text may be that is kept
-    explicit Window(std::istream& stream, std::size_t most_kept = unlimited) noexcept
-        : stream_(&stream), most_kept_(most_kept) {}
+    /// @param most_kept  how long the text may be that is kept, or a token
+    explicit Window(std::istream* stream, std::size_t most_kept = unlimited) noexcept
+        : stream_(stream), most_kept_(most_kept) {}
 
     /// @param text  must outlive this object; nothing is read
     explicit Window(std::string_view text) noexcept;
@@ -45,14 +45,17 @@ public:
 
     void set_listener(WindowListener* listener) noexcept { listener_ = listener; }
 
-    /// Where the text is needed from, after refill() has thrown an exception.
-    const char* reached() const noexcept { return reached_; }
+    /// Where reading goes on: what go_to() has set or, if text has been read since, from where on
+    /// that was needed. So it is right after every exception.
+    const char* at() const noexcept { return at_; }
+    void go_to(const char* at) noexcept { at_ = at; }
 
     /// The end of the text that is there.
     const char* end() const noexcept { return end_; }
 
-    /// Where the input goes on that has not been read yet, behind a byte order mark.
-    const char* begin();
+    /// Reads what may be a byte order mark and goes behind it. To be called before all else, until
+    /// it throws nothing.
+    void begin();
 
     /// Reads more text. Waits only for the first byte of it.
     ///
@@ -92,9 +95,8 @@ public:
     /// @throws whatever reading a stream does
     Context context_for_error(const char* at);
 
-    /// Prepares for reading on behind an error.
-    /// @param at  the text is needed from here on
-    void settle(const char*& at);
+    /// Prepares for reading on from at() behind an error.
+    void settle();
 
     Context context() const noexcept {
         Context result({text_, static_cast<std::size_t>(end_ - text_)}, position_);
@@ -116,10 +118,10 @@ public:
 
 private:
     std::size_t room() const noexcept;
-    void make_room(const char* needed, const char*& at, const char*& token);
+    void make_room(const char* needed);
     bool take(std::size_t most);
     void forget_before(const char* begin);
-    void move_to(char* target, const char*& at, const char*& token) noexcept;
+    void move_to(char* target) noexcept;
 
     std::istream* stream_ = nullptr; ///< null if the text is in memory
     WindowListener* listener_ = nullptr;
@@ -129,7 +131,7 @@ private:
     const char* text_ = nullptr; ///< what is there
     const char* end_ = nullptr;
     const char* kept_ = nullptr;
-    const char* reached_ = nullptr;
+    const char* at_ = nullptr;
     TextPosition position_; ///< of the first byte that is there
     const char* marked_ = nullptr;
     TextPosition mark_; ///< of the byte at marked_

@@ -12,7 +12,7 @@ namespace {
 /// @param text  without the byte order mark that the input may begin with
 Value parse_text(WholeText text, const ParseOptions& options) {
     Value value;
-    const Cursor<WholeText> cursor(text, options);
+    Cursor<WholeText> cursor(options, text);
     const char* const behind_mark = text.begin() + mark_length(text.context().text);
     const char* const end =
         ValueReader<WholeText>(cursor).read(cursor.skip_space(behind_mark), value);

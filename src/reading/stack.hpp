@@ -19,35 +19,35 @@ class Stack {
     static_assert(std::is_trivially_copyable_v<Item>);
 
 public:
-    Stack() noexcept : items_(own_) {}
+    Stack() noexcept : begin_(own_), end_(own_), limit_(own_ + own_capacity) {}
     Stack(const Stack&) = delete;
     Stack& operator=(const Stack&) = delete;
 
-    bool empty() const noexcept { return size_ == 0; }
-    std::size_t size() const noexcept { return size_; }
-    Item& top() noexcept { return items_[size_ - 1]; }
-    const Item& top() const noexcept { return items_[size_ - 1]; }
-    const Item* begin() const noexcept { return items_; }
-    const Item* end() const noexcept { return items_ + size_; }
+    bool empty() const noexcept { return end_ == begin_; }
+    std::size_t size() const noexcept { return static_cast<std::size_t>(end_ - begin_); }
+    Item& top() noexcept { return end_[-1]; }
+    const Item& top() const noexcept { return end_[-1]; }
+    const Item* begin() const noexcept { return begin_; }
+    const Item* end() const noexcept { return end_; }
 
-    bool full() const noexcept { return size_ == capacity_; }
+    bool full() const noexcept { return end_ == limit_; }
 
     /// There must be room: growth is kept out of this, to be inlined.
-    void push(const Item& item) noexcept { items_[size_++] = item; }
+    void push(const Item& item) noexcept { *end_++ = item; }
 
-    void pop() noexcept { --size_; }
-    void shrink(std::size_t size) noexcept { size_ = size; }
+    void pop() noexcept { --end_; }
+    void shrink(std::size_t size) noexcept { end_ = begin_ + size; }
 
     // A large stack in small steps, since old and new items are in memory at a time.
 
     [[gnu::noinline]] void grow() {
-        move(capacity_ < kept_capacity ? 2 * capacity_ : capacity_ + capacity_ / 4);
+        move(capacity() < kept_capacity ? 2 * capacity() : capacity() + capacity() / 4);
     }
 
     /// Gives up some of the room if much of it is not in use.
     void release() {
-        if (size_ < capacity_ - capacity_ / 3 && capacity_ > kept_capacity) {
-            move(capacity_ - capacity_ / 4);
+        if (capacity() > kept_capacity && size() < capacity() - capacity() / 3) {
+            move(capacity() - capacity() / 4);
         }
     }
 
@@ -55,19 +55,21 @@ private:
     static constexpr std::size_t own_capacity = 64;
     static constexpr std::size_t kept_capacity = 1024;
 
+    std::size_t capacity() const noexcept { return static_cast<std::size_t>(limit_ - begin_); }
+
     void move(std::size_t capacity) {
         // GCOVR_EXCL_BR_START: the check of the size is the compiler's
         std::unique_ptr<Item[]> items(new Item[capacity]);
         // GCOVR_EXCL_BR_STOP: the items are there
-        std::copy(begin(), end(), items.get());
+        end_ = std::copy(begin_, end_, items.get());
         heap_ = std::move(items);
-        items_ = heap_.get();
-        capacity_ = capacity;
+        begin_ = heap_.get();
+        limit_ = begin_ + capacity;
     }
 
-    Item* items_;
-    std::size_t size_ = 0;
-    std::size_t capacity_ = own_capacity;
+    Item* begin_;
+    Item* end_;
+    Item* limit_;
     std::unique_ptr<Item[]> heap_;
     Item own_[own_capacity];
 };

@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <string>
+#include <type_traits>
 
 namespace foundation::json::detail {
 
@@ -24,8 +25,9 @@ public:
     /// @param cursor  its input and options must outlive the reader. A Window must keep the text
     /// from
     ///                each value on.
-    explicit ValueReader(const Cursor<Input>& cursor) noexcept
-        : cursor_(cursor), lengths_(cursor.options()) {}
+    /// @param depth   how many arrays and objects are open around the values
+    explicit ValueReader(Cursor<Input>& cursor, std::size_t depth = 0) noexcept
+        : cursor_(cursor), depth_(depth), lengths_(cursor.options()) {}
 
     /// Reads a value.
     /// @param at    where it begins; no space before it
@@ -54,7 +56,7 @@ private:
 
     const char* read_elements(const char* at);
     const char* read_members(const char* at);
-    void check_duplicate(const StringToken& name) const;
+    void check_duplicate(const StringToken& name);
 
     template <class Sink>
     const char* open_container(const char* at, const Sink& sink);
@@ -83,7 +85,9 @@ private:
     /// What offsets in the text count from.
     const char* base() const noexcept;
 
-    const Cursor<Input> cursor_;
+    /// A copy of a cursor on a whole text, which is small and so quicker to get at.
+    std::conditional_t<Input::refills, Cursor<Input>&, Cursor<Input>> cursor_;
+    const std::size_t depth_;
     Stack<Open> open_;
     bool child_closed_ = false; ///< whether the last thing read is the end of a container
     Stack<PendingElement> pending_;

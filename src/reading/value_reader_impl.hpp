@@ -213,7 +213,7 @@ const char* ValueReader<Input>::read_members(const char* at) {
             check_duplicate(name);
         }
         const MemberSink sink(*this, name);
-        at = cursor_.colon(name.end + 1, opening_of);
+        at = cursor_.skip_space(cursor_.colon(cursor_.skip_space(name.end + 1), opening_of));
         if (cursor_.is_opening(at)) {
             return open_container(at, sink);
         }
@@ -226,7 +226,7 @@ const char* ValueReader<Input>::read_members(const char* at) {
 }
 
 template <class Input>
-[[gnu::noinline]] void ValueReader<Input>::check_duplicate(const StringToken& name) const {
+[[gnu::noinline]] void ValueReader<Input>::check_duplicate(const StringToken& name) {
     std::string decoded;
     decode(name, decoded);
     if (open_.top().object->count(decoded) != 0) {
@@ -239,7 +239,7 @@ template <class Input>
 template <class Input>
 template <class Sink>
 const char* ValueReader<Input>::open_container(const char* at, const Sink& sink) {
-    const char* const behind = cursor_.open(at, open_.size());
+    const char* const behind = cursor_.open(at, depth_ + open_.size());
     if (*at == '[') {
         sink.open_array(at);
     } else {
@@ -409,8 +409,8 @@ template <class Input>
     }
     Array& array = *open_.top().array;
     if (array.capacity() == 0) {
-        reserve_if_possible(array,
-                            lengths_.length(element_, cursor_.end(), count - 1, open_.size()));
+        reserve_if_possible(
+            array, lengths_.length(element_, cursor_.end(), count - 1, depth_ + open_.size()));
     }
     take_pending(array, open_.top().first_pending);
 }

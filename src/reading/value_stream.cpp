@@ -13,7 +13,7 @@ namespace foundation::json {
 class ValueStream::Implementation {
 public:
     Implementation(std::istream& stream, const ParseOptions& options, std::size_t max_bytes)
-        : options_(options), window_(stream, max_bytes), cursor_(window_, options_) {}
+        : options_(options), cursor_(options_, &stream, max_bytes), window_(cursor_.input()) {}
 
     bool next(Value& value);
 
@@ -26,40 +26,39 @@ private:
     void go_on_behind(const ParserException& error) noexcept;
 
     const ParseOptions options_;
-    detail::Window window_;
     detail::Cursor<detail::Window> cursor_;
+    detail::Window& window_;
     std::optional<detail::ValueReader<detail::Window>> reader_;
-    const char* at_ = nullptr; ///< behind what has been read; null at first
-    bool skips_line_ = false;  ///< whether the rest of the line belongs to an error
+    bool started_ = false;
+    bool skips_line_ = false; ///< whether the rest of the line belongs to an error
 };
 
 /// @return false at the end
 bool ValueStream::Implementation::find_value() {
     try {
-        if (at_ == nullptr) {
-            at_ = window_.begin();
+        if (!started_) {
+            window_.begin();
+            started_ = true;
         }
         skip_line();
-        at_ = cursor_.skip_space_again(at_);
+        window_.go_to(cursor_.skip_space_again(window_.at()));
     } catch (const ParserException& error) {
         go_on_behind(error);
         throw;
-    } catch (...) {
-        at_ = window_.reached();
-        throw;
     }
-    return at_ != cursor_.end();
+    return window_.at() != cursor_.end();
 }
 
 void ValueStream::Implementation::skip_line() {
     if (skips_line_) {
-        window_.settle(at_);
+        window_.settle();
     }
     while (skips_line_) {
-        const char* const line_feed = std::find(at_, window_.end(), '\n');
+        const char* const line_feed = std::find(window_.at(), window_.end(), '\n');
         const bool found = line_feed != window_.end();
-        at_ = found ? line_feed + 1 : line_feed;
-        skips_line_ = !found && window_.refill(at_);
+        const char* at = found ? line_feed + 1 : line_feed;
+        window_.go_to(at);
+        skips_line_ = !found && window_.refill(at);
     }
 }
 
@@ -68,13 +67,13 @@ void ValueStream::Implementation::read_value(Value& value) {
         if (!reader_) {
             reader_.emplace(cursor_);
         }
-        window_.keep(at_);
+        window_.keep(window_.at());
         Value result;
-        const char* const end = reader_->read(at_, result);
+        const char* const end = reader_->read(window_.at(), result);
         cursor_.check_length(end);
         cursor_.expect_separation(end, end[-1]);
         detail::take_value(value, result);
-        at_ = end;
+        window_.go_to(end);
         window_.release();
     } catch (const ParserException& error) {
         refuse(error);
@@ -101,7 +100,7 @@ void ValueStream::Implementation::refuse(const ParserException& error) {
 
 /// @param at  where to go on
 void ValueStream::Implementation::end_value(const char* at) noexcept {
-    at_ = at;
+    window_.go_to(at);
     reader_.reset();
     window_.release();
     cursor_.restart();
@@ -109,8 +108,8 @@ void ValueStream::Implementation::end_value(const char* at) noexcept {
 
 void ValueStream::Implementation::go_on_behind(const ParserException& error) noexcept {
     end_value(window_.at_byte(error.get_byte_position()));
-    window_.locate(at_);
-    skips_line_ = at_ != window_.end();
+    window_.locate(window_.at());
+    skips_line_ = window_.at() != window_.end();
 }
 
 bool ValueStream::Implementation::next(Value& value) {

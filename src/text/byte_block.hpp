@@ -73,6 +73,11 @@ public:
         return {~blanks(first_) & tops, ~blanks(second_) & tops};
     }
 
+    /// All bytes but spaces.
+    Mask not_space() const noexcept {
+        return {~equal(first_, ' ') & tops, ~equal(second_, ' ') & tops};
+    }
+
     /// The bytes of a string that cannot be skipped: quotes, backslashes, control bytes and all
     /// beyond ASCII.
     Mask special_in_string() const noexcept {
@@ -150,6 +155,8 @@ public:
             .complement();
     }
 
+    Mask not_space() const noexcept { return Mask(equal(' ')).complement(); }
+
     Mask special_in_string() const noexcept {
         // As signed numbers, the bytes beyond ASCII are less than a space, too.
         const __m128i low = _mm_cmplt_epi8(bytes_, _mm_set1_epi8(' '));
@@ -200,6 +207,8 @@ public:
         return Mask(vmvnq_u8(
             vorrq_u8(vorrq_u8(equal(' '), equal('\n')), vorrq_u8(equal('\r'), equal('\t')))));
     }
+
+    Mask not_space() const noexcept { return Mask(vmvnq_u8(equal(' '))); }
 
     Mask special_in_string() const noexcept {
         const uint8x16_t low = vcltq_s8(vreinterpretq_s8_u8(bytes_), vdupq_n_s8(' '));

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <type_traits>
 
 namespace foundation::json::detail {
 
@@ -171,6 +172,47 @@ Integer to_integer(const NumberParts& number, bool is_float) {
     return number.negative && magnitude != 0
                ? static_cast<Integer>(-1 - static_cast<std::int64_t>(magnitude - 1))
                : static_cast<Integer>(magnitude);
+}
+
+// ---- Numbers of documents ------------------------------------------------------------------
+
+/// The number that stands in a document: a double, or an integer if only that is exact.
+struct NumberContent {
+    enum class Type { number, int64, uint64, too_large };
+
+    explicit NumberContent(double content) noexcept : type(Type::number), number(content) {}
+    explicit NumberContent(long long content) noexcept : type(Type::int64), int64(content) {}
+    explicit NumberContent(unsigned long long content) noexcept
+        : type(Type::uint64), uint64(content) {}
+    explicit NumberContent(Type content) noexcept : type(content), number(0) {}
+
+    Type type;
+    union {
+        double number;
+        long long int64;
+        unsigned long long uint64;
+    };
+};
+
+/// The same as an arithmetic type.
+/// @param content  not too large
+/// @throws std::out_of_range as throw_out_of_range()
+template <class Number>
+Number to_number(const NumberContent& content) {
+    if constexpr (std::is_same_v<Number, double>) {
+        if (content.type == NumberContent::Type::number) {
+            return content.number;
+        }
+    }
+    const NumberParts parts = content.type == NumberContent::Type::number ? parts_of(content.number)
+                              : content.type == NumberContent::Type::int64
+                                  ? parts_of(content.int64)
+                                  : parts_of(content.uint64);
+    if constexpr (std::is_integral_v<Number>) {
+        return to_integer<Number>(parts, false);
+    } else {
+        return nearest<Number>(parts);
+    }
 }
 
 } // namespace foundation::json::detail

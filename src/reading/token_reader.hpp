@@ -1,0 +1,134 @@
+/// @file
+/// Reads a document token by token: what is behind a Reader.
+#ifndef FOUNDATION_JSON_SRC_READING_TOKEN_READER_HPP
+#define FOUNDATION_JSON_SRC_READING_TOKEN_READER_HPP
+
+#include "grammar/cursor.hpp"
+#include "grammar/window.hpp"
+#include "reading/stack.hpp"
+
+#include <foundation/json/reader.hpp>
+
+#include <cstddef>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace foundation::json::detail {
+
+/// Reads the tokens of a document in a Window, and knows where it is.
+///
+/// The names and brackets that lead to where it is are in the text as long as that is there; what
+/// the window gives up is copied first.
+class TokenReader final : private WindowListener {
+public:
+    /// @param options  must outlive the reader
+    /// @param input    the arguments of the constructor of the Window
+    template <class... Arguments>
+    explicit TokenReader(const ParseOptions& options, const Arguments&... input)
+        : cursor_(options, input...) {
+        cursor_.input().set_listener(this);
+    }
+    TokenReader(const TokenReader&) = delete;
+    TokenReader& operator=(const TokenReader&) = delete;
+    ~TokenReader() = default;
+
+    Token next();
+    Token token() const noexcept { return token_; }
+    bool is_at_value() const noexcept { return token_ > Token::name && token_ < Token::end; }
+
+    // Of the current token, as in Reader.
+
+    /// A string or name.
+    const StringToken& string() const noexcept { return string_; }
+    /// The text of a number.
+    std::string_view number_text() const noexcept {
+        return {begin_, static_cast<std::size_t>(number_end_ - begin_)};
+    }
+    NumberContent number_content() const noexcept;
+    bool boolean() const noexcept { return *begin_ == 't'; }
+
+    void skip();
+    Value value();
+
+    std::size_t depth() const noexcept { return levels_.size(); }
+    std::string pointer() const;
+    TextPosition position() noexcept { return window().locate(begin_); }
+
+private:
+    /// What comes next.
+    enum class State {
+        separator_in_array, ///< a comma, or the end of the array
+        separator_in_object,
+        member,        ///< the value of a member
+        first_element, ///< an element, or the end of the array
+        first_name,    ///< a name, or the end of the object
+        first_rare,
+        start = first_rare,
+        root,    ///< the value of the document
+        element, ///< what follows a comma in an array
+        name,    ///< the same in an object
+        colon,
+        behind, ///< nothing but space
+        ended,
+    };
+
+    /// An array or object that is open.
+    struct Level {
+        static constexpr std::size_t no_name = ~std::size_t{0};
+
+        std::size_t opening; ///< the byte of the input that is its bracket
+        std::size_t name;    ///< the byte of the input where the name of the present member begins
+        std::size_t name_size; //
+        std::size_t elements;  ///< so far, with the present one
+        bool is_array;
+        bool name_is_escaped;
+    };
+
+    /// Gives the opening bracket of the innermost level.
+    struct OpeningOf {
+        Opening operator()() const { return reader.opening(); }
+        const TokenReader& reader;
+    };
+
+    /// What a level had in text that is given up.
+    struct Kept {
+        TextPosition opening;
+        std::string name;
+    };
+
+    void forget(const Context& context, const char* end) override;
+    void forget_of(std::size_t level, const Context& context, std::size_t begin, std::size_t end);
+
+    Token next_rare();
+    void go_on(const char* at, State state) noexcept;
+    Token read_name(const char* at, bool behind_comma);
+    Token read_value(const char* at, bool behind_comma);
+    void read_any_number(const char* at);
+    Token end_value(const char* end, Token token) noexcept;
+    Token open(const char* at, Token token);
+    Token close(const char* at, Token token);
+    void check_duplicate();
+    Value read_container();
+
+    Opening opening() const;
+    void append_name(std::string& pointer, std::size_t level) const;
+
+    Window& window() noexcept { return cursor_.input(); }
+    const Window& window() const noexcept { return cursor_.input(); }
+
+    Cursor<Window> cursor_;
+    State state_ = State::start;
+    Token token_ = Token::none;
+    const char* begin_ = nullptr; ///< of the current token
+    char last_ = '\0';            ///< of the value before
+    StringToken string_{};
+    const char* number_end_ = nullptr;
+    Stack<Level> levels_;
+    std::vector<Kept> kept_;                   ///< for the outer levels
+    std::vector<std::set<std::string>> names_; ///< for each level, if they must differ
+};
+
+} // namespace foundation::json::detail
+
+#endif
