@@ -81,8 +81,8 @@ public:
     template <class OpeningOf>
     const char* colon(const char* at, const OpeningOf& opening);
 
-    /// Fails if the text that is kept is longer than allowed.
-    void check_length(const char* end);
+    /// Fails if the text of a token or value is longer than allowed.
+    void check_length(const char* begin, const char* end);
 
     /// Fails if what follows a value would belong to it, had a number not ended before.
     /// @param last  the last byte of the value
@@ -154,7 +154,7 @@ private:
 template <class Input>
 bool Cursor<Input>::more([[maybe_unused]] const char*& at, [[maybe_unused]] const char*& token) {
     if constexpr (Input::refills) {
-        check_length(at);
+        check_length(input_.kept() != nullptr ? input_.kept() : token, at);
         return input_.refill(at, token);
     } else {
         return false;
@@ -264,9 +264,10 @@ const char* Cursor<Input>::skip_space_again(const char* at) {
 }
 
 template <class Input>
-inline void Cursor<Input>::check_length([[maybe_unused]] const char* end) {
+inline void Cursor<Input>::check_length([[maybe_unused]] const char* begin,
+                                        [[maybe_unused]] const char* end) {
     if constexpr (Input::refills) {
-        if (const char* const limit = input_.limit_before(end)) {
+        if (const char* const limit = input_.limit_before(begin, end)) {
             fail_too_long(limit);
         }
     }

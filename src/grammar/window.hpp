@@ -80,11 +80,9 @@ public:
     /// Where the text begins that is kept; what lies at an offset from there stays at that offset.
     const char* kept() const noexcept { return kept_; }
 
-    /// The position that the text must not reach which is kept; null if it does not.
-    /// @param end  how far it reaches
-    const char* limit_before(const char* end) const noexcept {
-        const bool longer = kept_ != nullptr && static_cast<std::size_t>(end - kept_) > most_kept_;
-        return longer ? kept_ + most_kept_ : nullptr;
+    /// The limit of a text, if it is longer than allowed; else null.
+    const char* limit_before(const char* begin, const char* end) const noexcept {
+        return static_cast<std::size_t>(end - begin) > most_kept_ ? begin + most_kept_ : nullptr;
     }
     std::size_t most_kept() const noexcept { return most_kept_; }
 

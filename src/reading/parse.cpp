@@ -1,5 +1,6 @@
 // The functions that parse one whole document, from memory, a stream or a file.
 #include "reading/input.hpp"
+#include "reading/parse_text.hpp"
 #include "reading/value_reader.hpp"
 
 #include <foundation/json/parse.hpp>
@@ -7,32 +8,31 @@
 namespace foundation::json {
 
 namespace detail {
-namespace {
 
-/// @param text  without the byte order mark that the input may begin with
-Value parse_text(WholeText text, const ParseOptions& options) {
+Value parse_text(const WholeText& text, const char* begin, const ParseOptions& options) {
     Value value;
     Cursor<WholeText> cursor(options, text);
-    const char* const behind_mark = text.begin() + mark_length(text.context().text);
-    const char* const end =
-        ValueReader<WholeText>(cursor).read(cursor.skip_space(behind_mark), value);
+    const char* const end = ValueReader<WholeText>(cursor).read(cursor.skip_space(begin), value);
     cursor.expect_end(end, end[-1]);
     return value;
 }
 
-/// The same, if the text is not too long.
+namespace {
+
+/// The value of a text, if it is not too long.
 Value parse_limited(std::string_view text, const ParseOptions& options, std::size_t max_bytes) {
     if (text.size() > max_bytes) {
         Errors({text, {}}, options).too_long(text.data() + max_bytes, max_bytes);
     }
-    return parse_text(WholeText(text), options);
+    return parse(text, options);
 }
 
 } // namespace
 } // namespace detail
 
 Value parse(std::string_view text, const ParseOptions& options) {
-    return detail::parse_text(detail::WholeText(text), options);
+    return detail::parse_text(detail::WholeText(text), text.data() + detail::mark_length(text),
+                              options);
 }
 
 Value parse(std::istream& stream, const ParseOptions& options) {

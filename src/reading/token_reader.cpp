@@ -100,9 +100,9 @@ std::string TokenReader::pointer() const {
 // Functions take the position where they begin to read. State and position are stored together,
 // once a step is done: if a later one fails, the next call goes on from there.
 
-Token TokenReader::next() {
+Token TokenReader::read_next() {
     if (state_ >= State::first_rare) {
-        return next_rare();
+        return read_rare();
     }
     const char* at = cursor_.skip_space(window().at());
     switch (state_) {
@@ -132,7 +132,7 @@ Token TokenReader::next() {
 }
 
 /// The same at the begin and end of the document, and where an earlier call has failed.
-[[gnu::noinline]] Token TokenReader::next_rare() {
+[[gnu::noinline]] Token TokenReader::read_rare() {
     if (state_ == State::start) {
         window().begin();
         state_ = State::root;
@@ -169,6 +169,7 @@ inline void TokenReader::go_on(const char* at, State state) noexcept {
 [[gnu::always_inline]] inline Token TokenReader::read_name(const char* at, bool behind_comma) {
     string_ = cursor_.name(at, OpeningOf{*this}, behind_comma);
     begin_ = string_.text - 1;
+    cursor_.check_length(begin_, string_.end + 1);
     if (cursor_.options().duplicate_names == ParseOptions::DuplicateNames::error) {
         check_duplicate();
     }
@@ -202,6 +203,7 @@ inline void TokenReader::go_on(const char* at, State state) noexcept {
     case '"':
         string_ = cursor_.string(at);
         begin_ = string_.text - 1;
+        cursor_.check_length(begin_, string_.end + 1);
         return end_value(string_.end + 1, Token::string);
     case '[':
         return open(at, Token::begin_array);
@@ -237,6 +239,7 @@ inline void TokenReader::go_on(const char* at, State state) noexcept {
     const NumberToken token = cursor_.number(at);
     begin_ = at;
     number_end_ = token.end;
+    cursor_.check_length(at, token.end);
     if (may_be_too_large(token) &&
         content_of_number(at, token, false).type == NumberContent::Type::too_large) {
         cursor_.fail_too_large(at, token.end);
@@ -295,30 +298,39 @@ NumberContent TokenReader::number_content() const noexcept {
 // ---- Whole values ----------------------------------------------------------------------------
 
 void TokenReader::skip() {
-    if (token_ == Token::name) {
-        next();
-    }
-    if (token_ == Token::begin_array || token_ == Token::begin_object) {
-        const std::size_t outer = levels_.size() - 1;
-        while (levels_.size() != outer) {
-            next();
+    if (!skips_) {
+        if (token_ == Token::name) {
+            read_next();
         }
+        if (token_ != Token::begin_array && token_ != Token::begin_object) {
+            return;
+        }
+        skips_ = true;
+        skipped_to_ = levels_.size() - 1;
     }
+    while (levels_.size() != skipped_to_) {
+        read_next();
+    }
+    skips_ = false;
+}
+
+std::string TokenReader::decoded() const {
+    std::string result;
+    decode(string_, result);
+    return result;
 }
 
 Value TokenReader::value() {
     if (token_ == Token::name) {
         next();
     }
+    begin_of_value_ = begin_;
     switch (token_) {
     case Token::begin_array:
     case Token::begin_object:
         return read_container();
-    case Token::string: {
-        std::string content;
-        decode(string_, content);
-        return content;
-    }
+    case Token::string:
+        return decoded();
     case Token::number:
         return value_of(number_content());
     case Token::boolean:
@@ -335,6 +347,8 @@ Value TokenReader::read_container() {
     try {
         const char* const end =
             ValueReader<Window>(cursor_, levels_.size() - 1).read(begin_, result);
+        cursor_.check_length(window().kept(), end);
+        begin_of_value_ = window().kept();
         close(end - 1, token_ == Token::begin_array ? Token::end_array : Token::end_object);
         window().release();
     } catch (...) {

@@ -33,7 +33,10 @@ public:
     TokenReader& operator=(const TokenReader&) = delete;
     ~TokenReader() = default;
 
-    Token next();
+    Token next() {
+        skips_ = false;
+        return read_next();
+    }
     Token token() const noexcept { return token_; }
     bool is_at_value() const noexcept { return token_ > Token::name && token_ < Token::end; }
 
@@ -48,12 +51,20 @@ public:
     NumberContent number_content() const noexcept;
     bool boolean() const noexcept { return *begin_ == 't'; }
 
+    /// The content of a string or name.
+    std::string decoded() const;
+
     void skip();
     Value value();
+    /// The text of what value() has given.
+    std::string_view text_of_value() const noexcept {
+        return {begin_of_value_, static_cast<std::size_t>(window().at() - begin_of_value_)};
+    }
 
     std::size_t depth() const noexcept { return levels_.size(); }
     std::string pointer() const;
-    TextPosition position() noexcept { return window().locate(begin_); }
+    TextPosition position() noexcept { return position_of(begin_); }
+    TextPosition position_of(const char* at) noexcept { return window().locate(at); }
 
 private:
     /// What comes next.
@@ -100,7 +111,8 @@ private:
     void forget(const Context& context, const char* end) override;
     void forget_of(std::size_t level, const Context& context, std::size_t begin, std::size_t end);
 
-    Token next_rare();
+    Token read_next();
+    Token read_rare();
     void go_on(const char* at, State state) noexcept;
     Token read_name(const char* at, bool behind_comma);
     Token read_value(const char* at, bool behind_comma);
@@ -124,6 +136,9 @@ private:
     char last_ = '\0';            ///< of the value before
     StringToken string_{};
     const char* number_end_ = nullptr;
+    const char* begin_of_value_ = nullptr;
+    bool skips_ = false;         ///< whether skip() has begun
+    std::size_t skipped_to_ = 0; ///< the depth at which it ends
     Stack<Level> levels_;
     std::vector<Kept> kept_;                   ///< for the outer levels
     std::vector<std::set<std::string>> names_; ///< for each level, if they must differ

@@ -1,0 +1,145 @@
+/// @file
+/// Records: the values of a stream one after the other, whatever its size: one per line, simply
+/// concatenated, or the elements of an array in a document. Part of the library
+/// foundation::json_parser.
+///
+///     Records<Value> records(stream, Framing::lines);
+///     for (Value record; records.next(record);) {
+///         std::cout << record["name"] << '\n';
+///     }
+///
+/// One record and its text are in memory at a time.
+#ifndef FOUNDATION_JSON_RECORDS_HPP
+#define FOUNDATION_JSON_RECORDS_HPP
+
+#include <foundation/json/export.hpp>
+#include <foundation/json/parse.hpp>
+#include <foundation/json/reader.hpp>
+#include <foundation/json/value.hpp>
+
+#include <cstddef>
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace foundation::json {
+
+/// How the records of a stream are told apart.
+class FOUNDATION_JSON_EXPORT Framing {
+public:
+    enum Kind {
+        /// Each line is a record. Lines without a value are passed over. After an error, the next
+        /// line is read. Lines end with LF or CR LF; the last one may have no end.
+        lines,
+        /// Values follow each other, with or without space between them; a value may span lines.
+        /// After an error, the line behind that of the error is read.
+        concatenated,
+    };
+
+    Framing(Kind kind) noexcept : kind_(kind) {}
+
+    /// The elements of an array in a document. After an error in the document, there are no more.
+    /// @param pointer  the array, as a JSON Pointer (RFC 6901)
+    /// @throws std::invalid_argument the pointer is none
+    [[nodiscard]] static Framing elements(std::string pointer = {});
+
+    /// @cond
+    Kind kind() const noexcept { return kind_; }
+    bool is_elements() const noexcept { return is_elements_; }
+    const std::string& pointer() const noexcept { return pointer_; }
+    /// @endcond
+
+private:
+    Kind kind_;
+    bool is_elements_ = false;
+    std::string pointer_;
+};
+
+/// What may be read, and what becomes of it.
+struct ReadOptions : ParseOptions {
+    /// How long the text of a record may be. A longer one is an error, and is not kept in memory.
+    std::size_t max_bytes = static_cast<std::size_t>(-1);
+};
+
+/// @cond
+namespace detail {
+
+class RecordSource;
+
+/// The records of a stream, whatever they become.
+class FOUNDATION_JSON_EXPORT RecordStream {
+public:
+    RecordStream(std::istream& stream, const Framing& framing, const ReadOptions& options);
+    RecordStream(RecordStream&& other) noexcept;
+    RecordStream& operator=(RecordStream&& other) noexcept;
+    ~RecordStream();
+
+    bool next(Value& record);
+
+    std::string_view text() const noexcept;
+    std::size_t index() const noexcept;
+    Position position() const;
+
+private:
+    std::unique_ptr<RecordSource> source_;
+};
+
+} // namespace detail
+/// @endcond
+
+/// Reads the records of a stream one after the other.
+///
+/// Waits for no more of a stream than a record and its end: the end of its line or, for other
+/// framings, its closing bracket or quote, or the byte behind a number or word. Two threads must
+/// not use one object at once.
+/// @tparam T  what records become: Value
+template <class T>
+class Records {
+public:
+    /// @param stream   must outlive this object; nothing is read yet
+    /// @throws std::bad_alloc memory runs out
+    explicit Records(std::istream& stream, const Framing& framing = Framing::lines,
+                     const ReadOptions& options = {})
+        : records_(stream, framing, options) {}
+
+    /// Reads the next record.
+    /// @param record  becomes the record; its memory is used again where that is possible.
+    /// Unchanged
+    ///                at the end of the stream and after an exception; but false if memory runs out
+    ///                when an array would become an object, or an object an array
+    /// @return false at the end of the stream
+    /// @throws ParserException        the options do not accept the record. The next call goes on
+    /// as
+    ///                                its framing says. Positions count from the initial position
+    ///                                of the stream
+    /// @throws std::runtime_error     the pointer of Framing::elements() leads to no array
+    /// @throws std::ios_base::failure the stream is not good at first, or fails before its end
+    /// @throws whatever the stream buffer throws
+    /// @throws std::bad_alloc         memory runs out; the next call goes on with the same record
+    /// @complexity linear in the length of the text
+    bool next(T& record) { return records_.next(record); }
+
+    /// @name The record that was read last, or that an exception was about
+    /// @{
+
+    /// Its text, without the end of its line; of a record that is too long, its beginning.
+    /// @return valid until the next call of next()
+    [[nodiscard]] std::string_view text() const noexcept { return records_.text(); }
+
+    /// How many records came before it, those with errors included.
+    [[nodiscard]] std::size_t index() const noexcept { return records_.index(); }
+
+    /// Where it begins. With Framing::lines, that is where its line begins.
+    /// @complexity amortized linear in the text since the last call
+    [[nodiscard]] Position position() const { return records_.position(); }
+    /// @}
+
+private:
+    detail::RecordStream records_;
+};
+
+} // namespace foundation::json
+
+#endif

@@ -1,0 +1,432 @@
+#include "reading/record_source.hpp"
+
+#include "reading/parse_text.hpp"
+#include "reading/take_value.hpp"
+#include "reading/token_reader.hpp"
+#include "reading/value_reader.hpp"
+
+#include <foundation/json/convert.hpp>
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace foundation::json::detail {
+
+bool RecordSource::next(Value& record) {
+    if (!found_) {
+        text_ = {};
+        if (!find()) {
+            return false;
+        }
+        index_ = next_index_++;
+        found_ = true;
+    }
+    try {
+        read(record);
+    } catch (const ParserException&) {
+        found_ = false;
+        throw;
+    }
+    found_ = false;
+    return true;
+}
+
+namespace {
+
+/// The names and indexes that a JSON Pointer consists of.
+/// @throws std::invalid_argument the text is no JSON Pointer
+std::vector<std::string> names_of_pointer(std::string_view pointer) {
+    const Value nothing;
+    static_cast<void>(json::find(nothing, pointer)); // checks it
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i != pointer.size(); ++i) {
+        if (pointer[i] == '/') {
+            names.emplace_back();
+        } else if (pointer[i] == '~') {
+            names.back() += pointer[++i] == '0' ? '~' : '/';
+        } else {
+            names.back() += pointer[i];
+        }
+    }
+    return names;
+}
+
+Position to_position(const TextPosition& position) noexcept {
+    return {position.byte, position.line, position.column};
+}
+
+/// A source that goes on with another line behind an error.
+class LinewiseSource : public RecordSource {
+public:
+    LinewiseSource(std::istream& stream, const ReadOptions& options)
+        : options_(options), cursor_(options_, &stream, options_.max_bytes) {}
+
+    Position position() final { return to_position(window().locate(text_.data())); }
+
+protected:
+    /// Reads what there is to read before the next record.
+    void prepare() {
+        if (!started_) {
+            window().begin();
+            started_ = true;
+        }
+        if (skips_line_) {
+            window().settle();
+        }
+        while (skips_line_) {
+            const char* at = end_of_line(window().at());
+            const bool found = at != window().end();
+            at += found ? 1 : 0;
+            window().go_to(at);
+            skips_line_ = !found && window().refill(at);
+        }
+    }
+
+    /// @return the next line feed, or the end of the text that is there
+    const char* end_of_line(const char* from) noexcept {
+        return std::find(from, window().end(), '\n');
+    }
+
+    /// @param at  the line of this position belongs to an error
+    void skip_line_of(const char* at) noexcept {
+        window().go_to(at);
+        window().locate(at);
+        skips_line_ = at != window().end();
+    }
+
+    Window& window() noexcept { return cursor_.input(); }
+
+    const ReadOptions options_;
+    Cursor<Window> cursor_;
+
+private:
+    bool started_ = false;
+    bool skips_line_ = false;
+};
+
+// ---- Lines -----------------------------------------------------------------------------------
+
+class LineSource final : public LinewiseSource {
+public:
+    using LinewiseSource::LinewiseSource;
+
+private:
+    bool find() override;
+    void read(Value& record) override;
+    bool find_line();
+    bool is_empty();
+    Value parse_line(const TextPosition& begin);
+    [[noreturn]] void refuse();
+
+    const char* behind_ = nullptr; ///< where the next line begins
+};
+
+bool LineSource::find() {
+    prepare();
+    while (find_line()) {
+        if (!is_empty()) {
+            return true;
+        }
+        window().go_to(behind_);
+    }
+    return false;
+}
+
+/// Finds the end of a line, or enough of a line that is too long.
+/// @return false at the end of the stream
+bool LineSource::find_line() {
+    const char* begin = window().at();
+    const char* end = end_of_line(begin);
+    // One byte more, which may belong to the end of the line.
+    while (end == window().end() &&
+           window().limit_before(begin, end - (end != begin ? 1 : 0)) == nullptr &&
+           window().refill(end, begin)) {
+        end = end_of_line(end);
+    }
+    const bool has_end = end != window().end();
+    behind_ = end + (has_end ? 1 : 0);
+    const bool carriage_return = has_end && end != begin && end[-1] == '\r';
+    text_ = {begin, static_cast<std::size_t>(end - begin) - (carriage_return ? 1 : 0)};
+    return begin != behind_;
+}
+
+/// Whether a line has no value, but space or comments.
+bool LineSource::is_empty() {
+    const char* const end = text_.data() + text_.size();
+    const char* const at = skip_blanks<Block>(text_.data(), end);
+    if (at == end || *at != '/') {
+        return at == end;
+    }
+    try {
+        return Cursor<WholeText>(options_, text_).skip_space(at) == end;
+    } catch (const ParserException&) {
+        return false;
+    }
+}
+
+void LineSource::read(Value& record) {
+    try {
+        // The position is counted for errors alone.
+        Value result = parse_line({});
+        take_value(record, result);
+    } catch (const ParserException&) {
+        refuse();
+    }
+    window().go_to(behind_);
+}
+
+/// @param begin  where it begins, for errors
+Value LineSource::parse_line(const TextPosition& begin) {
+    const WholeText line(text_, begin);
+    if (text_.size() > options_.max_bytes) {
+        Errors(line.context(), options_)
+            .too_long(text_.data() + options_.max_bytes, options_.max_bytes);
+    }
+    return parse_text(line, line.begin(), options_);
+}
+
+/// Throws the error of a line, with its position in the stream.
+void LineSource::refuse() {
+    const TextPosition begin = window().locate(text_.data());
+    if (text_.size() > options_.max_bytes) {
+        skip_line_of(text_.data() + options_.max_bytes);
+    } else {
+        window().go_to(behind_);
+    }
+    parse_line(begin);
+    throw std::logic_error("foundation::json: a line has an error no more"); // GCOVR_EXCL_LINE
+}
+
+// ---- Values that follow each other -----------------------------------------------------------
+
+class ConcatenatedSource final : public LinewiseSource {
+public:
+    using LinewiseSource::LinewiseSource;
+
+private:
+    bool find() override;
+    void read(Value& record) override;
+    [[noreturn]] void refuse(const ParserException& error);
+    void go_on_behind(const ParserException& error) noexcept;
+    void end_value(const char* at) noexcept;
+
+    std::optional<ValueReader<Window>> reader_;
+};
+
+bool ConcatenatedSource::find() {
+    prepare();
+    try {
+        window().go_to(cursor_.skip_space_again(window().at()));
+    } catch (const ParserException& error) {
+        go_on_behind(error);
+        throw;
+    }
+    return window().at() != cursor_.end();
+}
+
+void ConcatenatedSource::read(Value& record) {
+    window().keep(window().at());
+    try {
+        if (!reader_) {
+            reader_.emplace(cursor_);
+        }
+        Value result;
+        const char* const end = reader_->read(window().at(), result);
+        const char* const begin = window().kept();
+        cursor_.check_length(begin, end);
+        cursor_.expect_separation(end, end[-1]);
+        take_value(record, result);
+        text_ = {begin, static_cast<std::size_t>(end - begin)};
+        window().go_to(end);
+        window().release();
+    } catch (const ParserException& error) {
+        refuse(error);
+    } catch (...) {
+        end_value(window().kept());
+        throw;
+    }
+}
+
+/// Throws the error of a value, unless the value is too long and so may end elsewhere.
+void ConcatenatedSource::refuse(const ParserException& error) {
+    const char* const at = window().at_byte(error.get_byte_position());
+    const char* const limit = window().limit_before(window().kept(), at);
+    if (limit == nullptr) {
+        go_on_behind(error);
+        throw;
+    }
+    try {
+        cursor_.fail_too_long(limit);
+    } catch (const ParserException& too_long) {
+        go_on_behind(too_long);
+        throw;
+    }
+}
+
+void ConcatenatedSource::go_on_behind(const ParserException& error) noexcept {
+    const char* const at = window().at_byte(error.get_byte_position());
+    const char* const begin = window().kept() != nullptr ? window().kept() : at;
+    text_ = {begin, static_cast<std::size_t>(at - begin)};
+    end_value(at);
+    skip_line_of(at);
+}
+
+/// @param at  where to go on
+void ConcatenatedSource::end_value(const char* at) noexcept {
+    window().go_to(at);
+    reader_.reset();
+    window().release();
+    cursor_.restart();
+}
+
+// ---- Elements of an array --------------------------------------------------------------------
+
+class ElementSource final : public RecordSource {
+public:
+    ElementSource(std::istream& stream, const std::string& pointer, const ReadOptions& options)
+        : pointer_(pointer),
+          names_(names_of_pointer(pointer)),
+          options_(options),
+          tokens_(options_, &stream, options_.max_bytes) {}
+
+    Position position() override { return to_position(tokens_.position_of(text_.data())); }
+
+private:
+    bool find() override;
+    void read(Value& record) override;
+    bool find_element();
+    void find_array();
+    void find_member(const std::string& name);
+    void find_index(const std::string& name);
+    void skip_child();
+    [[noreturn]] void fail(const char* problem) const;
+
+    const std::string pointer_;
+    const std::vector<std::string> names_;
+    const ReadOptions options_;
+    TokenReader tokens_;
+    bool ended_ = false;
+
+    // How far the way to the array has been gone, since every step may fail and be tried again.
+    std::size_t step_ = 0;          ///< the name that is looked for
+    Token container_ = Token::none; ///< within this
+    std::size_t passed_ = 0;        ///< elements of an array
+    bool skips_ = false;            ///< a child that is not looked for
+    std::size_t depth_ = 0;         ///< of the array, once it is found
+    bool is_closed_ = false;        ///< the array
+};
+
+bool ElementSource::find() {
+    try {
+        ended_ = ended_ || !find_element();
+        return !ended_;
+    } catch (const ParserException&) {
+        ended_ = true;
+        throw;
+    } catch (const ConversionError&) {
+        ended_ = true;
+        throw;
+    }
+}
+
+bool ElementSource::find_element() {
+    if (depth_ == 0) {
+        find_array();
+    }
+    if (!is_closed_) {
+        tokens_.next();
+        is_closed_ = tokens_.depth() < depth_;
+    }
+    // The rest of the document is checked.
+    while (is_closed_ && tokens_.token() != Token::end) {
+        tokens_.next();
+    }
+    return !is_closed_;
+}
+
+void ElementSource::read(Value& record) {
+    Value result = tokens_.value();
+    text_ = tokens_.text_of_value();
+    take_value(record, result);
+}
+
+void ElementSource::find_array() {
+    for (; step_ != names_.size(); ++step_) {
+        if (container_ == Token::none) {
+            container_ = tokens_.next();
+            passed_ = 0;
+        }
+        if (container_ == Token::begin_object) {
+            find_member(names_[step_]);
+        } else if (container_ == Token::begin_array) {
+            find_index(names_[step_]);
+        } else {
+            fail("there is no value");
+        }
+        container_ = Token::none;
+    }
+    if (tokens_.next() != Token::begin_array) {
+        fail(tokens_.token() == Token::end_array ? "there is no value" : "the value is no array");
+    }
+    depth_ = tokens_.depth();
+}
+
+/// Goes to the name of a member of the present object.
+void ElementSource::find_member(const std::string& name) {
+    for (;; skips_ = true) {
+        skip_child();
+        if (tokens_.next() == Token::end_object) {
+            fail("there is no value");
+        }
+        if (tokens_.decoded() == name) {
+            return;
+        }
+    }
+}
+
+/// Goes before an element of the present array.
+void ElementSource::find_index(const std::string& name) {
+    if (!is_index(name)) {
+        fail("there is no value");
+    }
+    for (;; skips_ = true) {
+        skip_child();
+        if (std::to_string(passed_) == name) {
+            return;
+        }
+        if (tokens_.next() == Token::end_array) {
+            fail("there is no value");
+        }
+    }
+}
+
+/// Skips the present child, if it is not looked for.
+void ElementSource::skip_child() {
+    if (skips_) {
+        tokens_.skip();
+        skips_ = false;
+        ++passed_;
+    }
+}
+
+void ElementSource::fail(const char* problem) const {
+    throw ConversionError(pointer_, problem);
+}
+
+} // namespace
+
+std::unique_ptr<RecordSource> make_record_source(std::istream& stream, const Framing& framing,
+                                                 const ReadOptions& options) {
+    if (framing.is_elements()) {
+        return std::make_unique<ElementSource>(stream, framing.pointer(), options);
+    }
+    if (framing.kind() == Framing::lines) {
+        return std::make_unique<LineSource>(stream, options);
+    }
+    return std::make_unique<ConcatenatedSource>(stream, options);
+}
+
+} // namespace foundation::json::detail

@@ -1,0 +1,54 @@
+/// @file
+/// The records of a stream, by each framing: what is behind Records and ValueStream.
+#ifndef FOUNDATION_JSON_SRC_READING_RECORD_SOURCE_HPP
+#define FOUNDATION_JSON_SRC_READING_RECORD_SOURCE_HPP
+
+#include <foundation/json/records.hpp>
+
+#include <cstddef>
+#include <iosfwd>
+#include <memory>
+#include <string_view>
+
+namespace foundation::json::detail {
+
+/// Finds the records of a stream and reads them.
+class RecordSource {
+public:
+    RecordSource() = default;
+    RecordSource(const RecordSource&) = delete;
+    RecordSource& operator=(const RecordSource&) = delete;
+    virtual ~RecordSource() = default;
+
+    /// Reads the next record, as Records::next() does.
+    bool next(Value& record);
+
+    // Of the last record, as in Records.
+
+    std::string_view text() const noexcept { return text_; }
+    std::size_t index() const noexcept { return index_; }
+    virtual Position position() = 0;
+
+protected:
+    /// Finds the next record; its index counts from then on.
+    /// @return false at the end
+    virtual bool find() = 0;
+
+    /// Reads the record that has been found. Called again if memory has run out.
+    virtual void read(Value& record) = 0;
+
+    std::string_view text_;
+
+private:
+    bool found_ = false; ///< a record that has not been read yet
+    std::size_t index_ = 0;
+    std::size_t next_index_ = 0;
+};
+
+/// @param stream  must outlive the source
+std::unique_ptr<RecordSource> make_record_source(std::istream& stream, const Framing& framing,
+                                                 const ReadOptions& options);
+
+} // namespace foundation::json::detail
+
+#endif
