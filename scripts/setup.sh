@@ -1,5 +1,5 @@
 # Functions that the commands of this project share; to be sourced. Sets `root`, the project's folder,
-# and `builds`, the folder of all builds. Prints almost nothing if there is nothing to do.
+# and `builds`, the folder of all builds. Answers --help by the comment that the command begins with.
 set +o posix # bash started as sh
 set -euo pipefail
 
@@ -7,39 +7,12 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 builds=${FOUNDATION_JSON_BUILD_FOLDER:-$root/build}
 [[ $builds == /* ]] || builds=$PWD/$builds
 
-# What the library and the demonstration need, what the tests need in addition, and what they can do
-# without.
-build_needs=(compiler cmake ninja boost icu fast_float)
-test_needs=(gtest pkg-config localedef nm python3)
-test_wishes=(gdb meson)
-
-# Per line: a need, its name for people, and its Debian package.
-readonly known_needs="\
-abidw        | libabigail               | abigail-tools
-benchmark    | Google Benchmark         | libbenchmark-dev
-boost        | Boost 1.74 or later      | libboost-dev
-clang++      | clang++                  | clang
-cmake        | CMake 3.25 or later      | cmake
-compiler     | a C++17 compiler         | g++
-doxygen      | Doxygen                  | doxygen
-debootstrap  | debootstrap              | debootstrap
-dpkg-dev     | dpkg-buildflags          | dpkg-dev
-fast_float   | fast_float               | libfast-float-dev
-file         | file                     | file
-g++          | g++                      | g++
-gcovr        | gcovr                    | gcovr
-gdb          | gdb                      | gdb
-gtest        | GoogleTest 1.12 or later | libgtest-dev
-icu          | ICU                      | libicu-dev
-llvm         | llvm-symbolizer          | llvm
-localedef    | localedef with sources   | locales
-meson        | Meson                    | meson
-mkdocs       | MkDocs                   | mkdocs
-mkdocs-theme | the theme "material"     | mkdocs-material
-ninja        | Ninja                    | ninja-build
-nm           | nm                       | binutils
-pkg-config   | pkg-config               | pkg-config
-python3      | Python 3                 | python3"
+case ${1-} in
+    -h | --help)
+        sed -n '2,/^[^#]/s/^# //p' "$0"
+        exit
+        ;;
+esac
 
 # fail MESSAGE [STATUS]
 fail() {
@@ -47,9 +20,14 @@ fail() {
     exit "${2:-1}"
 }
 
-# need_field NEED NUMBER prints a field of a need's line.
-need_field() {
-    awk -F ' *[|] *' -v need="$1" -v number="$2" '$1 == need { print $number }' <<<"$known_needs"
+# misused MESSAGE refuses the command's arguments, and says how it is used.
+misused() {
+    fail "$1 ($(sed -n '2s/^# Usage/usage/p' "$0"))" 2
+}
+
+# takes_no_argument ARGUMENT...
+takes_no_argument() {
+    (($# == 0)) || misused "unknown argument '$1'"
 }
 
 # make_builds creates the folder of the builds.
@@ -60,17 +38,22 @@ make_builds() {
 
 # ---- What there is -------------------------------------------------------------------------
 
-# compiles COMMAND: whether it compiles C++17.
-compiles() {
-    local program status=0
-    program=$(mktemp)
-    "$1" -std=c++17 -x c++ - -o "$program" >/dev/null 2>&1 <<<$'#include <optional>\nint main() {}' ||
-        status=1
-    rm -f "$program"
-    return "$status"
-}
+# What the library and the demonstration need, what the tests need in addition, and what they can do
+# without.
+build_needs=(compiler cmake ninja boost icu fast_float)
+test_needs=(gtest pkg-config localedef nm python3)
+test_wishes=(gdb meson)
 
-# find_compiler sets `compiler` to the one that CXX names, or to the first that works.
+# The names of needs for people, and Debian's packages, where they have other names.
+declare -rA names=([abidw]=libabigail [benchmark]="Google Benchmark" [boost]="Boost 1.74 or later"
+    [cmake]="CMake 3.25 or later" [compiler]="a C++17 compiler" [icu]=ICU [ninja]=Ninja
+    [gtest]="GoogleTest and GoogleMock 1.12 or later" [localedef]="localedef with sources")
+declare -rA packages=([abidw]=abigail-tools [benchmark]=libbenchmark-dev [boost]=libboost-dev
+    [clang++]=clang [compiler]=g++ [dpkg-buildflags]=dpkg-dev [fast_float]=libfast-float-dev
+    [gtest]=libgmock-dev [icu]=libicu-dev [llvm-symbolizer]=llvm [localedef]=locales
+    [ninja]=ninja-build [nm]=binutils)
+
+# find_compiler sets `compiler` to the one that CXX names, or to the first that compiles C++17.
 compiler=
 find_compiler() {
     local candidate candidates=(g++ clang++ c++)
@@ -78,7 +61,7 @@ find_compiler() {
     [[ -z ${CXX-} ]] || candidates=("$CXX")
     for candidate in "${candidates[@]}"; do
         candidate=$(type -P "$candidate") || continue
-        if compiles "$candidate"; then
+        if "$candidate" -std=c++17 -fsyntax-only -x c++ - >/dev/null 2>&1 <<<'#include <optional>'; then
             compiler=$candidate
             return
         fi
@@ -87,50 +70,37 @@ find_compiler() {
     return 1
 }
 
-# makes_locales: whether localedef finds the source of a locale.
-makes_locales() {
-    local folder status=0
-    folder=$(mktemp -d)
-    localedef -i de_DE -f UTF-8 "$folder/locale" >/dev/null 2>&1 || status=1
-    rm -rf "$folder"
-    return "$status"
-}
-
-# is_there NEED: whether a need other than a library is there.
+# is_there NEED: whether a need other than a library is there: a program, or else a Debian package.
 is_there() {
+    local version
     case $1 in
         compiler) find_compiler ;;
         cmake)
-            local version
             version=$(cmake --version 2>/dev/null | sed -n '1s/^cmake version \([0-9]*\.[0-9]*\).*/\1/p')
             [[ -n $version ]] && ((${version%.*} > 3 || (${version%.*} == 3 && ${version#*.} >= 25)))
             ;;
-        ninja) type -P ninja >/dev/null || type -P ninja-build >/dev/null || type -P samu >/dev/null ;;
-        localedef)
-            [[ -e /usr/share/i18n/locales/de_DE ]] && type -P localedef >/dev/null || makes_locales
-            ;;
-        dpkg-dev) type -P dpkg-buildflags >/dev/null ;;
-        mkdocs-theme) mkdocs build --help 2>/dev/null | grep -q material ;;
-        llvm) type -P llvm-symbolizer >/dev/null ;;
-        *) type -P "$1" >/dev/null ;;
-    esac
+        localedef) [[ -e /usr/share/i18n/locales/de_DE ]] && type -P localedef ;;
+        mkdocs-material) mkdocs build --help 2>/dev/null | grep -q material ;;
+        ninja) type -P ninja || type -P ninja-build || type -P samu ;;
+        *) type -P "$1" || dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null | grep -qx installed ;;
+    esac >/dev/null
 }
 
-# probe_libraries NEED... prints those that can be used. A result stays valid while the library's
+# probe_libraries NAME... prints those that can be used. A result stays valid while the library's
 # header exists and the environment asks for the same settings.
 probe_libraries() {
     local -r known=$builds/libraries
-    local key name path missing=()
+    local key name path unknown=()
     key="$compiler ${CMAKE_PREFIX_PATH-} ${BOOST_ROOT-} ${CXXFLAGS-} ${CPATH-}"
     [[ -f $known && $(head -n 1 "$known") == "$key" ]] || echo "$key" >"$known"
     for name; do
         path=$(sed -n "s/^$name //p" "$known" | tail -n 1)
-        if [[ -n $path && -e $path ]]; then echo "$name"; else missing+=("$name"); fi
+        if [[ -n $path && -e $path ]]; then echo "$name"; else unknown+=("$name"); fi
     done
-    ((${#missing[@]})) || return 0
+    ((${#unknown[@]})) || return 0
     rm -rf "$builds/probe"
     cmake -S "$root/cmake/probe" -B "$builds/probe" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" \
-        -DRESULT="$builds/probe.txt" -DWANTED="$(IFS=';' && echo "${missing[*]}")" \
+        -DRESULT="$builds/probe.txt" -DWANTED="$(IFS=';' && echo "${unknown[*]}")" \
         >"$builds/probe.log" 2>&1 </dev/null ||
         fail "cannot look for libraries, see $builds/probe.log"
     cat "$builds/probe.txt" >>"$known"
@@ -138,10 +108,9 @@ probe_libraries() {
 }
 
 # look_for NEED... sets `missing` to those that are not there. Without the tools to look for libraries,
-# all libraries count as missing.
-missing=()
+# all libraries count as missing, but only the tools are set in `installable`.
 look_for() {
-    local name found libraries=()
+    local name found='' libraries=()
     missing=()
     for name; do
         case $name in
@@ -149,14 +118,15 @@ look_for() {
             *) is_there "$name" || missing+=("$name") ;;
         esac
     done
+    installable=("${missing[@]}")
     ((${#libraries[@]})) || return 0
-    found=
     if is_there compiler && is_there cmake && is_there ninja; then
         found=$(probe_libraries "${libraries[@]}")
     fi
     for name in "${libraries[@]}"; do
         grep -qxF "$name" <<<"$found" || missing+=("$name")
     done
+    ((${#installable[@]})) || installable=("${missing[@]}")
 }
 
 # ---- What is installed ---------------------------------------------------------------------
@@ -188,31 +158,19 @@ apt_install() {
         -o DPkg::Lock::Timeout=120 "$@" >>"$log" 2>&1 </dev/null || true
 }
 
-# install_missing installs the packages of what look_for found missing: if tools are missing, only
-# these, since they are needed to look for libraries.
-install_missing() {
-    local name tools=() libraries=()
-    for name in "${missing[@]}"; do
-        case $name in
-            boost | icu | fast_float | gtest | benchmark) libraries+=("$(need_field "$name" 3)") ;;
-            *) tools+=("$(need_field "$name" 3)") ;;
-        esac
-    done
-    if ((${#tools[@]})); then apt_install "${tools[@]}"; else apt_install "${libraries[@]}"; fi
-}
-
 # missing_text names what look_for found missing, with Debian's packages.
 missing_text() {
     local name text=
     for name in "${missing[@]}"; do
-        text+="${text:+, }$(need_field "$name" 2) ($(need_field "$name" 3))"
+        text+="${text:+, }${names[$name]-$name} (${packages[$name]-$name})"
     done
     echo "$text"
 }
 
-# provide NEED... looks for these, and installs what is missing, as far as possible.
+# provide NEED... looks for these, and installs what is missing, as far as possible: tools first, since
+# they are needed to look for libraries.
 provide() {
-    local lock _
+    local lock name wanted _
     make_builds
     # One at a time: two commands may be run at once, as in `scripts/demo | scripts/demo -`.
     exec {lock}>"$builds/needs.lock"
@@ -220,7 +178,11 @@ provide() {
     look_for "$@"
     for _ in tools libraries; do
         ((${#missing[@]})) || break
-        install_missing
+        wanted=()
+        for name in "${installable[@]}"; do
+            wanted+=("${packages[$name]-$name}")
+        done
+        apt_install "${wanted[@]}"
         look_for "$@"
     done
     exec {lock}>&-
@@ -236,27 +198,6 @@ need() {
 wish() {
     provide "$@"
     ((${#missing[@]} == 0)) || echo "${0##*/}: going on without $(missing_text): $obstacle" >&2
-}
-
-# missing_packages PACKAGE... prints those that are not installed.
-missing_packages() {
-    local installed package
-    installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null || true)
-    for package; do
-        grep -qxF "installed $package" <<<"$installed" || echo "$package"
-    done
-}
-
-# install_packages PACKAGE... installs those that are missing, or fails and names them. For tools that
-# only Debian has.
-install_packages() {
-    local missing
-    mapfile -t missing < <(missing_packages "$@")
-    ((${#missing[@]})) || return 0
-    make_builds
-    apt_install "${missing[@]}"
-    mapfile -t missing < <(missing_packages "$@")
-    ((${#missing[@]} == 0)) || fail "$obstacle; missing packages: ${missing[*]}"
 }
 
 # ---- Building ------------------------------------------------------------------------------
@@ -292,56 +233,16 @@ build() {
 }
 
 # run_tests NAME [OPTION...] runs the tests built in the folder NAME of the builds, with more options
-# for ctest. Prints what failed, in the order of the tests and not that of their ends, since tests of
-# what others are built on come first: of each test a few lines, of all together a few screens. Then
-# comes a summary; the full list goes to tests.log there.
+# for ctest. Prints what fails and ctest's summary; the result of each test goes to tests.log there.
 run_tests() {
     local -r folder=$builds/$1
     local -r log=$folder/tests.log
-    local terminal=
-    shift
-    if [[ -t 1 ]]; then terminal=yes; fi
-    ctest --test-dir "$folder" --output-on-failure --no-tests=error --parallel "$(nproc)" "$@" 2>&1 |
-        tee "$log" | awk -v list="$log" -v terminal="$terminal" '
-            function print_failures(number, lines) {
-                for (number = 1; number <= last; ++number) {
-                    if (!(number in result)) continue
-                    if (lines > 120) break
-                    print result[number] output[number]
-                    if (hidden[number]) printf "... %d more lines\n", hidden[number]
-                    lines += 2 + shown[number]
-                    delete result[number]
-                    --failures
-                }
-                if (failures) printf "... and the output of %d more tests\n", failures
-                print ""
-            }
-            summary || /^ +Start +[0-9]+: / { if (summary) print; next }
-            /^ *[0-9]+\/[0-9]+ +Test +#[0-9]+: / {
-                number = $0
-                sub(/^[^#]*#/, "", number)
-                number += 0
-                if (/ Passed +[0-9.]+ sec *$/) {
-                    number = 0
-                } else {
-                    result[number] = $0
-                    if (number > last) last = number
-                    ++failures
-                }
-                if (terminal) printf "\r%s%s ", $1, failures ? ", " failures " failed" : ""
-                next
-            }
-            /^[0-9]+% tests passed/ {
-                if (terminal) printf "\r"
-                if (failures) print_failures()
-                print "The result of each test is in " list "\n"
-                print
-                summary = 1
-                next
-            }
-            !number { if (NF) print; next }
-            !NF { next }
-            ++shown[number] <= 15 { output[number] = output[number] "\n" substr($0, 1, 400); next }
-            { --shown[number]; ++hidden[number] }
-            END { if (failures && !summary) print_failures() }'
+    local -r run=(ctest --test-dir "$folder" --output-on-failure --no-tests=error --no-label-summary
+        --parallel "$(nproc)" "${@:2}")
+    if [[ -t 1 ]]; then
+        "${run[@]}" --progress --output-log "$log"
+    else
+        "${run[@]}" 2>&1 | tee "$log" |
+            grep --line-buffered -vE '^ +Start +[0-9]+: | Passed +[0-9.]+ sec *$|^$'
+    fi
 }

@@ -9,8 +9,6 @@ import subprocess
 import sys
 import xml.etree.ElementTree
 
-if len(sys.argv) < 3:
-    sys.exit("check_natvis.py: expected: a Natvis file, a compiler and its flags")
 natvis, *compiler = sys.argv[1:]
 namespace = "{http://schemas.microsoft.com/vstudio/debugger/natvis/2010}"
 

@@ -51,16 +51,10 @@ def same_in_all_versions(output):
     return re.sub(r"(?<= &\) )(\w+ = )0x[0-9a-f]+ ", r"\1", output)
 
 
-try:
-    separator = sys.argv.index("--")
-except ValueError:
-    separator = 1
+separator = sys.argv.index("--")
 transcripts, debugger = map(pathlib.Path, sys.argv[1:separator]), sys.argv[separator + 1 :]
 expected = [line for transcript in transcripts for line in transcript_lines(transcript)]
-prompt = next((prompt for prompt in PROMPTS if expected and expected[0].startswith(prompt)), None)
-if not prompt or not debugger:
-    sys.exit("replay.py: expected: transcripts with commands, --, a debugger and its arguments")
-
+prompt = next(prompt for prompt in PROMPTS if expected[0].startswith(prompt))
 commands = [line.removeprefix(prompt) for line in expected if line.startswith(prompt)]
 options = gdb_options(commands) if prompt == PROMPTS[0] else lldb_options(commands)
 run = subprocess.run(

@@ -23,8 +23,6 @@ def end_of_statement(lines, number):
 
 
 def main():
-    if len(sys.argv) < 3:
-        sys.exit("check_warnings: expected: a source, a compiler, and its options")
     source, command = sys.argv[1], sys.argv[2:]
     version = subprocess.run([command[0], "--version"], stdout=subprocess.PIPE, text=True, check=True)
     is_clang = "clang" in version.stdout
