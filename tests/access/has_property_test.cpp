@@ -4,6 +4,7 @@
 
 #include "support/values_of_each_kind.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <map>
@@ -11,6 +12,7 @@
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace foundation::json::test {
 namespace {
@@ -43,13 +45,6 @@ TEST(HasProperty, FindsAMemberWhateverItHolds) {
     }
 }
 
-TEST(HasProperty, FindsAMemberThatALookupInserted) {
-    Value object{Object{}};
-    EXPECT_FALSE(HasProperty("a")(object));
-    object["a"];
-    EXPECT_TRUE(HasProperty("a")(object));
-}
-
 TEST(HasProperty, IsFalseForAValueThatIsNoObject) {
     for (const Sample& sample : one_of_each_kind()) {
         const bool is_object = sample.kind == "JSON object";
@@ -60,16 +55,11 @@ TEST(HasProperty, IsFalseForAValueThatIsNoObject) {
 }
 
 TEST(HasProperty, IsFalseForTheContentOfEveryOtherKind) {
-    const HasProperty predicate("a");
-    EXPECT_FALSE(predicate(Undefined()));
-    EXPECT_FALSE(predicate(Null()));
-    EXPECT_FALSE(predicate(true));
-    EXPECT_FALSE(predicate(1.0));
-    EXPECT_FALSE(predicate(std::string("a")));
-    EXPECT_FALSE(predicate(Array{"a"}));
-    EXPECT_FALSE(predicate(1.0f));
-    EXPECT_FALSE(predicate(1LL));
-    EXPECT_FALSE(predicate(1ULL));
+    const HasProperty has_a("a");
+    EXPECT_THAT((std::vector<bool>{has_a(Undefined()), has_a(Null()), has_a(true), has_a(1.0),
+                                   has_a(std::string("a")), has_a(Array{"a"}), has_a(1.0f),
+                                   has_a(1LL), has_a(1ULL)}),
+                testing::Each(false));
 }
 
 TEST(HasProperty, AnswersForTheValueThatItsOperandConvertsTo) {
@@ -169,13 +159,6 @@ TEST_P(HasPropertyOfName, MoveAssignmentLeavesAnEmptyName) {
     EXPECT_FALSE(target(Object{{"other", 1}}));
     EXPECT_FALSE(original(members));
     EXPECT_TRUE(has_empty_name(original));
-}
-
-TEST_P(HasPropertyOfName, AMovedFromPredicateCanBeAssigned) {
-    HasProperty original(name);
-    HasProperty moved(std::move(original));
-    original = moved;
-    EXPECT_TRUE(original(members));
 }
 
 TEST_P(HasPropertyOfName, AssignmentToItselfKeepsTheName) {

@@ -1,9 +1,11 @@
 // Tests of the harness itself: it finds wrong states, leaks and unnoticed failures.
 #include "support/allocation_failures.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -13,6 +15,10 @@
 
 namespace foundation::json::test {
 namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
 
 const std::string long_text = "a text too long for a string's own storage";
 
@@ -29,19 +35,6 @@ void expect_nothing(const Texts&) {}
 
 // The tests of the harness call the allocation functions directly, since compilers may leave out
 // the allocations of new expressions and containers that nothing uses.
-TEST(AllocationHarness, CountsAllocations) {
-    EXPECT_EQ(allocations_of([] {}), 0u);
-    EXPECT_EQ(allocations_of([] { ::operator delete(::operator new(1)); }), 1u);
-    EXPECT_EQ(allocations_of([] {
-                  void* const first = ::operator new(1);
-                  void* const second = ::operator new(1);
-                  ::operator delete(second);
-                  ::operator delete(first);
-                  ::operator delete(::operator new(1));
-              }),
-              3u);
-}
-
 TEST(AllocationHarness, CountsEveryFormOfAllocation) {
     constexpr std::align_val_t wide{64};
     const std::size_t live_before = live_allocations();
@@ -59,17 +52,6 @@ TEST(AllocationHarness, CountsEveryFormOfAllocation) {
     EXPECT_EQ(live_allocations(), live_before);
 }
 
-TEST(AllocationHarness, CountsAllocationsThatAreNotReleasedYet) {
-    const std::size_t before = live_allocations();
-    void* const first = ::operator new(1);
-    void* const second = ::operator new(1);
-    EXPECT_EQ(live_allocations(), before + 2);
-    ::operator delete(first);
-    EXPECT_EQ(live_allocations(), before + 1);
-    ::operator delete(second);
-    EXPECT_EQ(live_allocations(), before);
-}
-
 TEST(AllocationHarness, KnowsHowManyBytesAreInUseAndWereAtMost) {
     const std::size_t before = live_bytes();
     const std::size_t peak = peak_bytes_of([&] {
@@ -82,54 +64,24 @@ TEST(AllocationHarness, KnowsHowManyBytesAreInUseAndWereAtMost) {
     EXPECT_GE(peak, 30000u);
     EXPECT_LT(peak, 31000u);
     EXPECT_EQ(live_bytes(), before);
-    EXPECT_LT(peak_bytes_of([] { ::operator delete(::operator new(100)); }), 1000u);
 }
 
 TEST(AllocationHarness, FailsOneAllocation) {
-    bool first_failed = false;
-    bool second_failed = false;
-    bool third_failed = false;
-    const auto fails = [] {
-        try {
-            ::operator delete(::operator new(1));
-            return false;
-        } catch (const std::bad_alloc&) {
-            return true;
+    const auto which_fail = [](Failing mode) {
+        std::array<bool, 3> failed{};
+        const FailingAllocation failing(2, mode);
+        for (bool& fails : failed) {
+            try {
+                ::operator delete(::operator new(1));
+            } catch (const std::bad_alloc&) {
+                fails = true;
+            }
         }
+        return failed;
     };
-    {
-        const FailingAllocation failing(2, Failing::once);
-        first_failed = fails();
-        second_failed = fails();
-        third_failed = fails();
-    }
-    EXPECT_FALSE(first_failed);
-    EXPECT_TRUE(second_failed);
-    EXPECT_FALSE(third_failed);
-    {
-        const FailingAllocation failing(2, Failing::from_then_on);
-        first_failed = fails();
-        second_failed = fails();
-        third_failed = fails();
-    }
-    EXPECT_FALSE(first_failed);
-    EXPECT_TRUE(second_failed);
-    EXPECT_TRUE(third_failed);
-    EXPECT_FALSE(fails());
-}
-
-TEST(AllocationHarness, TellsHowManyAllocationsCouldFail) {
-    EXPECT_EQ(fail_each_allocation(
-                  no_texts, [](Texts&) {}, expect_nothing),
-              0u);
-    EXPECT_EQ(fail_each_allocation(
-                  no_texts,
-                  [](Texts& t) {
-                      t.one = long_text;
-                      t.two = long_text;
-                  },
-                  expect_nothing),
-              2u);
+    EXPECT_THAT(which_fail(Failing::once), ElementsAre(false, true, false));
+    EXPECT_THAT(which_fail(Failing::from_then_on), ElementsAre(false, true, true));
+    ::operator delete(::operator new(1));
 }
 
 TEST(AllocationHarness, ChecksEachFailureInBothModesAndEverySuccess) {
@@ -168,19 +120,6 @@ std::string reported_by(Body body) {
     return messages;
 }
 
-bool contains(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
-TEST(AllocationHarness, ReportsNothingWithoutAnError) {
-    const std::string report = reported_by([] {
-        static_cast<void>(fail_each_allocation(
-            no_texts, [](Texts& t) { t.one = long_text; },
-            [](const Texts& t) { EXPECT_EQ(t.one, ""); }));
-    });
-    EXPECT_EQ(report, "");
-}
-
 TEST(AllocationHarness, ReportsAWrongState) {
     const std::string report = reported_by([] {
         static_cast<void>(fail_each_allocation(
@@ -191,9 +130,9 @@ TEST(AllocationHarness, ReportsAWrongState) {
             },
             [](const Texts& t) { EXPECT_EQ(t.one, "") << "a wrong state"; }));
     });
-    EXPECT_TRUE(contains(report, "a wrong state")) << report;
-    EXPECT_TRUE(contains(report, "allocation 2 fails")) << report;
-    EXPECT_FALSE(contains(report, "allocation 1 fails")) << report;
+    EXPECT_THAT(report, HasSubstr("a wrong state"));
+    EXPECT_THAT(report, HasSubstr("allocation 2 fails"));
+    EXPECT_THAT(report, Not(HasSubstr("allocation 1 fails")));
 }
 
 TEST(AllocationHarness, ReportsALeak) {
@@ -209,9 +148,9 @@ TEST(AllocationHarness, ReportsALeak) {
             },
             expect_nothing));
     });
-    EXPECT_TRUE(contains(report, "something was leaked")) << report;
-    EXPECT_TRUE(contains(report, "allocation 2 fails")) << report;
-    EXPECT_FALSE(contains(report, "allocation 1 fails")) << report;
+    EXPECT_THAT(report, HasSubstr("something was leaked"));
+    EXPECT_THAT(report, HasSubstr("allocation 2 fails"));
+    EXPECT_THAT(report, Not(HasSubstr("allocation 1 fails")));
 }
 
 TEST(AllocationHarness, ReportsAFailureThatGoesUnnoticed) {
@@ -223,7 +162,7 @@ TEST(AllocationHarness, ReportsAFailureThatGoesUnnoticed) {
     };
     const std::string unchecked = reported_by(
         [&] { static_cast<void>(fail_each_allocation(no_texts, absorb, expect_nothing)); });
-    EXPECT_TRUE(contains(unchecked, "the failure went unnoticed")) << unchecked;
+    EXPECT_THAT(unchecked, HasSubstr("the failure went unnoticed"));
 
     const std::string checked = reported_by([&] {
         static_cast<void>(
@@ -231,7 +170,7 @@ TEST(AllocationHarness, ReportsAFailureThatGoesUnnoticed) {
                 EXPECT_EQ(t.one, long_text) << "not achieved";
             }));
     });
-    EXPECT_TRUE(contains(checked, "not achieved")) << checked;
+    EXPECT_THAT(checked, HasSubstr("not achieved"));
 }
 
 TEST(AllocationHarness, ReportsAnOperationThatFailsAgain) {
@@ -253,18 +192,7 @@ TEST(AllocationHarness, ReportsAnOperationThatFailsAgain) {
                                                },
                                                [](const Fragile&) {}));
     });
-    EXPECT_TRUE(contains(report, "when tried again")) << report;
-}
-
-TEST(AllocationHarness, AcceptsAnOperationThatSucceedsWithoutTheAllocation) {
-    const std::size_t failures = fail_each_allocation(
-        no_texts,
-        [](Texts& t) {
-            ::operator delete(::operator new(1, std::nothrow), std::nothrow);
-            t.one = "short";
-        },
-        expect_nothing, [](const Texts& t) { EXPECT_EQ(t.one, "short"); });
-    EXPECT_EQ(failures, 1u);
+    EXPECT_THAT(report, HasSubstr("when tried again"));
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include <unicode/ucnv.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <new>
@@ -21,17 +22,14 @@ extern "C" UConverter* ucnv_open(const char* /*name*/, UErrorCode* status) {
 namespace {
 
 using namespace foundation::json;
+using testing::ThrowsMessage;
 
 TEST(U16ToU8, ThrowsInvalidArgumentWhereIcuLacksTheConverter) {
     for (const UErrorCode why : {U_FILE_ACCESS_ERROR, U_INVALID_FORMAT_ERROR}) {
         why_nothing_opens = why;
         char16_t text[] = u"text";
-        try {
-            static_cast<void>(detail::u16_to_u8(text, 4));
-            ADD_FAILURE() << "nothing was thrown";
-        } catch (const std::invalid_argument& error) {
-            EXPECT_STREQ(error.what(), "unknown encoding: UTF-8");
-        }
+        EXPECT_THAT([&] { static_cast<void>(detail::u16_to_u8(text, 4)); },
+                    ThrowsMessage<std::invalid_argument>("unknown encoding: UTF-8"));
     }
 }
 

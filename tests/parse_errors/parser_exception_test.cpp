@@ -1,6 +1,7 @@
 // The exception of a reader: what it carries, and what copies and moves leave behind.
 #include <foundation/json/parse_errors.hpp>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -9,11 +10,15 @@
 #include <stdexcept>
 #include <string>
 #include <type_traits>
-#include <typeinfo>
 #include <utility>
 
 namespace foundation::json::test {
 namespace {
+
+using testing::AllOf;
+using testing::Property;
+using testing::Throws;
+using testing::ThrowsMessage;
 
 const char* const long_text =
     "a piece of input too long to be stored within a string object itself";
@@ -102,61 +107,19 @@ TEST(ParserException, IsCaughtAsItselfAndAsItsBases) {
     } catch (const ParserException& e) {
         expect_fields(e, first_fields);
     }
-    try {
-        throw first();
-    } catch (const std::runtime_error& e) {
-        EXPECT_STREQ(e.what(), "the first message");
-    }
-    try {
-        throw first();
-    } catch (const std::exception& e) {
-        EXPECT_STREQ(e.what(), "the first message");
-    }
-    EXPECT_THROW(throw first(), ParserException);
-    EXPECT_THROW(throw first(), std::runtime_error);
-    EXPECT_THROW(throw first(), std::exception);
-}
-
-TEST(ParserException, IsFoundBehindAReferenceToItsBase) {
-    const ParserException e = first();
-    const std::exception& base = e;
-    const auto* const found = dynamic_cast<const ParserException*>(&base);
-    ASSERT_EQ(found, &e);
-    EXPECT_EQ(typeid(base), typeid(ParserException));
+    const auto throw_first = [] { throw first(); };
+    EXPECT_THAT(throw_first, ThrowsMessage<std::runtime_error>("the first message"));
+    EXPECT_THAT(throw_first, ThrowsMessage<std::exception>("the first message"));
 }
 
 TEST(ParserException, SurvivesAnExceptionPointer) {
-    std::exception_ptr stored;
-    try {
-        throw first();
-    } catch (...) {
-        stored = std::current_exception();
-    }
+    const std::exception_ptr stored = std::make_exception_ptr(first());
     for (int i = 0; i != 2; ++i) {
-        bool caught = false;
-        try {
-            std::rethrow_exception(stored);
-        } catch (const ParserException& e) {
-            caught = true;
-            expect_fields(e, first_fields);
-        }
-        EXPECT_TRUE(caught);
+        EXPECT_THAT([&] { std::rethrow_exception(stored); },
+                    Throws<ParserException>(AllOf(
+                        Property(&ParserException::get_line_number, 7u),
+                        Property(&ParserException::get_quoted_text, std::string(long_text)))));
     }
-}
-
-TEST(ParserException, SurvivesARethrow) {
-    bool caught = false;
-    try {
-        try {
-            throw first();
-        } catch (const std::exception&) {
-            throw;
-        }
-    } catch (const ParserException& e) {
-        caught = true;
-        expect_fields(e, first_fields);
-    }
-    EXPECT_TRUE(caught);
 }
 
 TEST(ParserException, IsDestroyedThroughItsBase) {
@@ -180,14 +143,6 @@ TEST(ParserException, ACopyOutlivesItsSource) {
     const ParserException copy(*source);
     source.reset();
     expect_fields(copy, first_fields);
-}
-
-TEST(ParserException, CopiesAreIndependent) {
-    ParserException source = first();
-    const ParserException copy(source);
-    source = second();
-    expect_fields(copy, first_fields);
-    expect_fields(source, second_fields);
 }
 
 TEST(ParserException, CopyAssignmentReplacesEverything) {
@@ -250,25 +205,6 @@ TEST(ParserException, MoveAssignmentToItselfChangesNothing) {
     ParserException& same_again = with_short_text;
     with_short_text = std::move(same_again);
     expect_fields(with_short_text, second_fields);
-}
-
-TEST(ParserException, AMovedFromExceptionCanBeUsedAgain) {
-    ParserException source = first();
-    const ParserException target(std::move(source));
-    source = second();
-    expect_fields(source, second_fields);
-    expect_fields(target, first_fields);
-}
-
-TEST(ParserException, ATargetOutlivesTheSourceItWasMovedFrom) {
-    auto source = std::make_unique<ParserException>(first());
-    const ParserException constructed(std::move(*source));
-    source = std::make_unique<ParserException>(first());
-    ParserException assigned = second();
-    assigned = std::move(*source);
-    source.reset();
-    expect_fields(constructed, first_fields);
-    expect_fields(assigned, first_fields);
 }
 
 TEST(ParserException, MovesWithoutThrowing) {
