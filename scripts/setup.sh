@@ -233,12 +233,13 @@ build() {
 }
 
 # run_tests NAME [OPTION...] runs the tests built in the folder NAME of the builds, with more options
-# for ctest. Prints what fails and ctest's summary; the result of each test goes to tests.log there.
+# for ctest. Prints the begin of what each failing test says, and ctest's summary; the result of each test
+# goes to tests.log there.
 run_tests() {
     local -r folder=$builds/$1
     local -r log=$folder/tests.log
     local -r run=(ctest --test-dir "$folder" --output-on-failure --no-tests=error --no-label-summary
-        --parallel "$(nproc)" "${@:2}")
+        --test-output-size-failed 4000 --parallel "$(nproc)" "${@:2}")
     if [[ -t 1 ]]; then
         "${run[@]}" --progress --output-log "$log"
     else

@@ -56,9 +56,6 @@ cp good.json ./--pretty
 run -- --pretty
 expect ADoubleDashEndsTheOptions 0 '{"a":null,"b":[1,true]}\n' ''
 
-run -- - <good.json
-expect ADashIsStandardInputBehindADoubleDash 0 '{"a":null,"b":[1,true]}\n' ''
-
 printf '["a\\u0000b\\/", 2000000]' >zero.json
 run zero.json
 expect ZeroBytesAreContent 0 '["a\\u0000b\\/",2.0E+6]\n' ''
@@ -73,11 +70,6 @@ expect TheSampleIsWrittenCompactly 0 '' ''
 run sample.out
 cmp -s out sample.out && cp /dev/null out
 expect WhatWasWrittenIsWrittenTheSame 0 '' ''
-
-"$program" --pretty "$sample" >pretty.out
-run pretty.out
-cmp -s out sample.out && cp /dev/null out
-expect PrettyTextIsReadAsCompactText 0 '' ''
 
 for option in --help -h; do
     run "$option" missing.json
@@ -196,12 +188,6 @@ expect AnEmptyFileNameIsTrouble 2 '' 'json_format: cannot read : No such file or
 run .
 expect AFolderIsTrouble 2 '' 'json_format: cannot read .: Is a directory\n'
 
-run --lines .
-expect AFolderOfSeveralValuesIsTrouble 2 '' 'json_format: cannot read .: Is a directory\n'
-
-run <.
-expect AReadErrorIsTrouble 2 '' 'json_format: cannot read <stdin>: Is a directory\n'
-
 run <&-
 expect AClosedStandardInputIsTrouble 2 '' 'json_format: cannot read <stdin>: Bad file descriptor\n'
 
@@ -209,14 +195,8 @@ run --prety good.json
 expect AnUnknownOptionIsTrouble 2 '' \
     'json_format: unknown option '"'--prety'"'; try --help\n'
 
-run -p good.json
-expect AnUnknownLetterIsTrouble 2 '' 'json_format: unknown option '"'-p'"'; try --help\n'
-
 run good.json good.json
 expect TwoFilesAreTrouble 2 '' 'json_format: more than one FILE; try --help\n'
-
-run - - <good.json
-expect StandardInputTwiceIsTrouble 2 '' 'json_format: more than one FILE; try --help\n'
 
 cp /dev/null out
 for option in '' --pretty --lines --help --version; do

@@ -83,24 +83,24 @@ TEST(Fallback, GivesTheOperandItselfAndChangesNeither) {
         const Value& chosen = left.value || right;
         EXPECT_TRUE(&chosen == &left.value || &chosen == &right) << left.kind;
         EXPECT_EQ(describe(left.value), left.description);
-        EXPECT_EQ(test::content_text(right), R"(["right"])");
+        EXPECT_EQ(content_text(right), R"(["right"])");
     }
 }
 
 TEST(Fallback, MayBeCopiedFromTemporaries) {
     const Value right = Value() || Value("default");
-    EXPECT_EQ(test::content_text(right), R"("default")");
+    EXPECT_EQ(content_text(right), R"("default")");
     const Value left = Value("present") || Value("default");
-    EXPECT_EQ(test::content_text(left), R"("present")");
+    EXPECT_EQ(content_text(left), R"("present")");
     Value assigned;
     assigned = Value(false) || Value(Array{1});
-    EXPECT_EQ(test::content_text(assigned), "[1]");
+    EXPECT_EQ(content_text(assigned), "[1]");
 }
 
 TEST(Fallback, GivesADefaultForAMissingOrEmptyMember) {
     const Value record(Object{{"name", "x"}, {"empty", ""}, {"zero", 0}, {"zero64", 0LL}});
     const auto name_or_default = [&](const char* key) {
-        return test::content_text(record[key] || Value("unnamed"));
+        return content_text(record[key] || Value("unnamed"));
     };
     EXPECT_EQ(name_or_default("name"), R"("x")");
     EXPECT_EQ(name_or_default("empty"), R"("unnamed")");

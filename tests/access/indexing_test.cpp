@@ -127,7 +127,7 @@ TYPED_TEST(IndexingConstAndNot, ANameGivesTheMemberOfThatName) {
         EXPECT_EQ(look_up(object), Value("AB")) << form;
         EXPECT_EQ(&look_up(object), &object[std::string("ab")]) << form;
     }
-    EXPECT_EQ(test::content_text(object), R"({"a":"A","ab":"AB","b":"B"})");
+    EXPECT_EQ(content_text(object), R"({"a":"A","ab":"AB","b":"B"})");
 }
 
 TYPED_TEST(IndexingConstAndNot, TheEmptyNameIsANameLikeAnyOther) {
@@ -251,8 +251,8 @@ TEST(ConstIndexing, AMissingMemberIsOneConstantUndefinedValueAndIsNotInserted) {
         EXPECT_FALSE(empty.hasOwnProperty(name));
         EXPECT_FALSE(full.hasOwnProperty(name));
     }
-    EXPECT_EQ(test::content_text(empty), "{}");
-    EXPECT_EQ(test::content_text(full), R"({"a":1,"c":3})");
+    EXPECT_EQ(content_text(empty), "{}");
+    EXPECT_EQ(content_text(full), R"({"a":1,"c":3})");
 }
 
 TEST(ConstIndexing, TheUndefinedOfAMissingMemberOutlivesTheObject) {
@@ -294,7 +294,7 @@ TEST(NonConstIndexing, AMissingMemberIsInsertedUndefinedAndStays) {
         EXPECT_TRUE(object.hasOwnProperty("x")) << form;
         EXPECT_EQ(&look_up(object), &member) << form;
         EXPECT_EQ(&static_cast<const Value&>(object)["x"], &member) << form;
-        EXPECT_EQ(test::content_text(object), R"({"x":})") << form;
+        EXPECT_EQ(content_text(object), R"({"x":})") << form;
     }
 }
 
@@ -302,7 +302,7 @@ TEST(NonConstIndexing, AnInsertedMemberCanBeAssigned) {
     for (const auto& [form, look_up] : lookups_of_member<Value>("x")) {
         Value object(Object{{"w", 1}, {"y", 3}});
         look_up(object) = 2;
-        EXPECT_EQ(test::content_text(object), R"({"w":1,"x":2,"y":3})") << form;
+        EXPECT_EQ(content_text(object), R"({"w":1,"x":2,"y":3})") << form;
     }
 }
 
@@ -310,12 +310,12 @@ TEST(NonConstIndexing, ElementsAndMembersCanBeAssignedInPlace) {
     for (const auto& [form, look_up] : lookups_of_element<Value>(1)) {
         Value array(Array{1, 2, 3});
         look_up(array) = "new";
-        EXPECT_EQ(test::content_text(array), R"([1,"new",3])") << form;
+        EXPECT_EQ(content_text(array), R"([1,"new",3])") << form;
     }
     for (const auto& [form, look_up] : lookups_of_member<Value>("b")) {
         Value object(Object{{"a", 1}, {"b", 2}});
         look_up(object) = "new";
-        EXPECT_EQ(test::content_text(object), R"({"a":1,"b":"new"})") << form;
+        EXPECT_EQ(content_text(object), R"({"a":1,"b":"new"})") << form;
     }
 }
 
@@ -323,7 +323,7 @@ TEST(NonConstIndexing, LookingUpAPresentMemberInsertsNothing) {
     for (const auto& [form, look_up] : lookups_of_member<Value>("a")) {
         Value object(Object{{"a", 1}});
         look_up(object);
-        EXPECT_EQ(test::content_text(object), R"({"a":1})") << form;
+        EXPECT_EQ(content_text(object), R"({"a":1})") << form;
     }
 }
 
@@ -344,7 +344,7 @@ TEST(NonConstIndexing, NamesAreOrderedByTheirBytes) {
     for (const char* name : {"b", "ab", "\xC3\xA4", "a", "Z", "", "a b"}) {
         object[name] = ++count;
     }
-    EXPECT_EQ(test::content_text(object),
+    EXPECT_EQ(content_text(object),
               "{\"\":6,\"Z\":5,\"a\":4,\"a b\":7,\"ab\":2,\"b\":1,\"\xC3\xA4\":3}");
 }
 
@@ -370,10 +370,10 @@ TEST(NonConstIndexing, AMemberOfAValueThatIsNoObjectIsNotInserted) {
     EXPECT_THAT(
         [&] { object["a"]["b"] = 2; },
         ThrowsMessage<std::runtime_error>("invalid conversion: JSON number to JSON object"));
-    EXPECT_EQ(test::content_text(object), R"({"a":1})");
+    EXPECT_EQ(content_text(object), R"({"a":1})");
     EXPECT_THAT([&] { object["new"]["b"] = 2; },
                 ThrowsMessage<std::runtime_error>("invalid conversion: undefined to JSON object"));
-    EXPECT_EQ(test::content_text(object), R"({"a":1,"new":})") << "the first step had succeeded";
+    EXPECT_EQ(content_text(object), R"({"a":1,"new":})") << "the first step had succeeded";
 }
 
 TEST(Indexing, ResultsAreReferences) {

@@ -28,7 +28,7 @@ TEST(Push, AppendsAtTheEnd) {
     array.push(1);
     array.push("two");
     array.push(Null());
-    EXPECT_EQ(test::content_text(array), R"([1,"two",null])");
+    EXPECT_EQ(content_text(array), R"([1,"two",null])");
     EXPECT_EQ(array.length(), 3u);
 }
 
@@ -47,11 +47,11 @@ TEST(Push, AppendsACopyThatIsIndependentOfTheSource) {
     Value array{Array{}};
     Value source(Array{1, Object{{"a", "x"}}});
     array.push(source);
-    EXPECT_EQ(test::content_text(source), R"([1,{"a":"x"}])");
+    EXPECT_EQ(content_text(source), R"([1,{"a":"x"}])");
     source[1]["a"] = "changed";
-    EXPECT_EQ(test::content_text(array), R"([[1,{"a":"x"}]])");
+    EXPECT_EQ(content_text(array), R"([[1,{"a":"x"}]])");
     array[0][0] = 2;
-    EXPECT_EQ(test::content_text(source), R"([1,{"a":"changed"}])");
+    EXPECT_EQ(content_text(source), R"([1,{"a":"changed"}])");
 }
 
 TEST(Push, OntoAnythingButAnArrayNamesTheKindAndLeavesTheValueAsItWas) {
@@ -78,7 +78,7 @@ TEST(Push, ThrowsNothingDerivedFromTheRuntimeError) {
 TEST(Push, OfAnArrayIntoItselfAppendsTheArrayAsItWas) {
     Value array(Array{1, "x"});
     array.push(array);
-    EXPECT_EQ(test::content_text(array), R"([1,"x",[1,"x"]])");
+    EXPECT_EQ(content_text(array), R"([1,"x",[1,"x"]])");
 }
 
 TEST(Push, OfAnArrayIntoItselfCanBeRepeated) {
@@ -86,13 +86,13 @@ TEST(Push, OfAnArrayIntoItselfCanBeRepeated) {
     array.push(array);
     array.push(array);
     array.push(array);
-    EXPECT_EQ(test::content_text(array), "[1,[1],[1,[1]],[1,[1],[1,[1]]]]");
+    EXPECT_EQ(content_text(array), "[1,[1],[1,[1]],[1,[1],[1,[1]]]]");
 }
 
 TEST(Push, OfAnEmptyArrayIntoItselfAppendsAnEmptyArray) {
     Value array{Array{}};
     array.push(array);
-    EXPECT_EQ(test::content_text(array), "[[]]");
+    EXPECT_EQ(content_text(array), "[[]]");
 }
 
 TEST(Push, OfAnArrayIntoItselfNeedNotGrowTheStorage) {
@@ -100,17 +100,17 @@ TEST(Push, OfAnArrayIntoItselfNeedNotGrowTheStorage) {
     array.push(4); // the storage now holds more than it needs to
     const Value* const first = &array[0];
     array.push(array);
-    EXPECT_EQ(test::content_text(array), "[1,2,3,4,[1,2,3,4]]");
+    EXPECT_EQ(content_text(array), "[1,2,3,4,[1,2,3,4]]");
     EXPECT_EQ(&array[0], first) << "this test is about a push that does not grow";
 }
 
 TEST(Push, OfAParentIntoItsChildAppendsTheParentAsItWas) {
     Value array(Array{Array{}, 1});
     array[0].push(array);
-    EXPECT_EQ(test::content_text(array), "[[[[],1]],1]");
+    EXPECT_EQ(content_text(array), "[[[[],1]],1]");
     Value object(Object{{"list", Array{1}}});
     object["list"].push(object);
-    EXPECT_EQ(test::content_text(object), R"({"list":[1,{"list":[1]}]})");
+    EXPECT_EQ(content_text(object), R"({"list":[1,{"list":[1]}]})");
 }
 
 TEST(Push, OfAnOwnElementCopiesItAtEverySizeOfTheStorage) {
@@ -131,7 +131,7 @@ TEST(Push, OfAnOwnElementCopiesItAtEverySizeOfTheStorage) {
         for (int i = 1; i != 100; ++i) {
             array.push(array[0]);
             expected += ',' + c.text;
-            ASSERT_EQ(test::content_text(array), '[' + expected + ']');
+            ASSERT_EQ(content_text(array), '[' + expected + ']');
         }
     }
 }
@@ -153,7 +153,7 @@ TEST(Push, OfANestedElementAppendsACopy) {
     Value array(Array{Array{"deep", Array{1}}, 2});
     array.push(array[0][1]);
     array.push(array[0][0]);
-    EXPECT_EQ(test::content_text(array), R"([["deep",[1]],2,[1],"deep"])");
+    EXPECT_EQ(content_text(array), R"([["deep",[1]],2,[1],"deep"])");
 }
 
 // ---- Growth ------------------------------------------------------------------------------------
@@ -221,7 +221,7 @@ TEST(PushVisitor, AppendsToAVectorOfValues) {
     Array elements{1};
     push(elements);
     push(elements);
-    EXPECT_EQ(test::content_text(elements), R"([1,"pushed","pushed"])");
+    EXPECT_EQ(content_text(elements), R"([1,"pushed","pushed"])");
 }
 
 TEST(PushVisitor, AppendsTheValueAsItIsWhenVisited) {
@@ -230,7 +230,7 @@ TEST(PushVisitor, AppendsTheValueAsItIsWhenVisited) {
     value = "after";
     Array elements;
     push(elements);
-    EXPECT_EQ(test::content_text(elements), R"(["after"])");
+    EXPECT_EQ(content_text(elements), R"(["after"])");
 }
 
 TEST(PushVisitor, AppendsAnElementOfTheVectorItself) {
@@ -240,7 +240,7 @@ TEST(PushVisitor, AppendsAnElementOfTheVectorItself) {
     }
     ASSERT_EQ(elements.size(), 21u);
     for (const Value& element : elements) {
-        EXPECT_EQ(test::content_text(element), R"(["first"])");
+        EXPECT_EQ(content_text(element), R"(["first"])");
     }
 }
 

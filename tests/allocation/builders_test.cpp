@@ -20,7 +20,7 @@ const std::string long_name = "a name too long for a string's own storage";
 /// The array or object that a chain holds so far.
 template <class Builder>
 std::string text_of(const Builder& chain) {
-    return test::content_text(Value(chain));
+    return content_text(Value(chain));
 }
 
 // ---- Element -------------------------------------------------------------------------------
@@ -120,7 +120,7 @@ TEST(ElementOutOfMemory, KeepsTheChainWhenConvertingFails) {
             EXPECT_EQ(text_of(o.elements.left), left_elements);
         },
         [](const Operands& o) {
-            EXPECT_EQ(test::content_text(*o.value), left_elements);
+            EXPECT_EQ(content_text(*o.value), left_elements);
             EXPECT_EQ(text_of(o.elements.left), left_elements);
         });
     EXPECT_GT(failures, 0u);
@@ -238,7 +238,7 @@ TEST(PropertyOutOfMemory, KeepsTheTermWhenConvertingFails) {
             EXPECT_EQ(text_of(o.properties.right), right_members);
         },
         [](const Operands& o) {
-            EXPECT_EQ(test::content_text(*o.value), right_members);
+            EXPECT_EQ(content_text(*o.value), right_members);
             EXPECT_EQ(text_of(o.properties.right), right_members);
         });
     EXPECT_GT(failures, 0u);

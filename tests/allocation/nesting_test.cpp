@@ -167,12 +167,12 @@ std::optional<std::string> left_by_failure(const Change& change, std::size_t lev
     }
     EXPECT_EQ(&core_of(target, level), &core);
     if (!failed) {
-        EXPECT_EQ(test::content_text(core), test::content_text(change.source));
+        EXPECT_EQ(content_text(core), content_text(change.source));
         return std::nullopt;
     }
     const bool in_place =
         kind_name(core) == "JSON array" && core.length() != 0 && &core[0] == first;
-    return test::content_text(core) + (in_place ? ", in place" : "");
+    return content_text(core) + (in_place ? ", in place" : "");
 }
 
 std::vector<std::string> left_by_failures(const Change& change, std::size_t level) {

@@ -40,16 +40,16 @@ TEST(Append, AppendsCopiesInOrder) {
     const Array source{"a", Array{1}, Null()};
     for (Array elements : {full({0}), roomy({0})}) {
         append(elements, source.data(), source.size());
-        EXPECT_EQ(test::content_text(elements), R"([0,"a",[1],null])");
+        EXPECT_EQ(content_text(elements), R"([0,"a",[1],null])");
     }
-    EXPECT_EQ(test::content_text(source), R"(["a",[1],null])");
+    EXPECT_EQ(content_text(source), R"(["a",[1],null])");
 }
 
 TEST(Append, OfNothingChangesNothing) {
     Array elements = full({1, 2});
     const Value* const place = elements.data();
     append(elements, nullptr, 0);
-    EXPECT_EQ(test::content_text(elements), "[1,2]");
+    EXPECT_EQ(content_text(elements), "[1,2]");
     EXPECT_EQ(elements.data(), place);
     Array empty;
     append(empty, nullptr, 0);
@@ -82,11 +82,11 @@ TEST(Append, GrowsAtOnceToWhatManyValuesNeed) {
 TEST(Append, OfOwnElementsCopiesThemAsTheyWere) {
     Array tight = full({"a", Array{1}, "c"});
     append(tight, tight.data() + 1, 2);
-    EXPECT_EQ(test::content_text(tight), R"(["a",[1],"c",[1],"c"])");
+    EXPECT_EQ(content_text(tight), R"(["a",[1],"c",[1],"c"])");
 
     Array spare = roomy({"a", Array{1}, "c"});
     append(spare, spare.data() + 1, 2);
-    EXPECT_EQ(test::content_text(spare), R"(["a",[1],"c",[1],"c"])");
+    EXPECT_EQ(content_text(spare), R"(["a",[1],"c",[1],"c"])");
 }
 
 TEST(Append, OfAllOwnElementsDoublesTheArray) {
@@ -96,7 +96,7 @@ TEST(Append, OfAllOwnElementsDoublesTheArray) {
         ASSERT_EQ(elements.size(), 2 * size);
     }
     for (const Value& element : elements) {
-        EXPECT_EQ(test::content_text(element), R"({"a":"b"})");
+        EXPECT_EQ(content_text(element), R"({"a":"b"})");
     }
 }
 
@@ -109,7 +109,7 @@ TEST(Append, OfMoreThanAnArrayCanHoldThrowsAndChangesNothing) {
         EXPECT_THAT([&] { append(elements, elements.data(), count); },
                     ThrowsMessage<std::length_error>("foundation::json: array too long"))
             << count;
-        EXPECT_EQ(test::content_text(elements), R"([1,"x"])");
+        EXPECT_EQ(content_text(elements), R"([1,"x"])");
         EXPECT_EQ(elements.data(), place);
     }
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 
@@ -18,8 +19,15 @@ struct Case {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
+template <std::size_t N>
+void expect_indexes(const Case (&cases)[N]) {
+    for (const Case& c : cases) {
+        EXPECT_EQ(to_index(c.number), c.index) << c.number;
+    }
+}
+
 TEST(IndexConversion, TruncatesTowardZero) {
-    const Case cases[] = {
+    expect_indexes({
         {0.0, 0},
         {-0.0, 0},
         {5e-324, 0},
@@ -34,23 +42,17 @@ TEST(IndexConversion, TruncatesTowardZero) {
         {4503599627370495.5, 4503599627370495},
         {9007199254740992.0, 9007199254740992},
         {0x1.fffffffffffffp+62, 0x7FFFFFFFFFFFFC00}, // the greatest below 2^63
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(to_index(c.number), c.index) << c.number;
-    }
+    });
 }
 
 TEST(IndexConversion, ANegativeFractionIsZero) {
-    const Case cases[] = {
+    expect_indexes({
         {-5e-324, 0}, {-0.5, 0}, {-0.9, 0}, {-0x1.fffffffffffffp-1, 0}, // the least above -1
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(to_index(c.number), c.index) << c.number;
-    }
+    });
 }
 
 TEST(IndexConversion, MinusOneAndLessWrapAround) {
-    const Case cases[] = {
+    expect_indexes({
         {-1.0, 0xFFFFFFFFFFFFFFFF},
         {-1.9, 0xFFFFFFFFFFFFFFFF},
         {-2.0, 0xFFFFFFFFFFFFFFFE},
@@ -58,22 +60,16 @@ TEST(IndexConversion, MinusOneAndLessWrapAround) {
         {-4294967296.0, 0xFFFFFFFF00000000},
         {-0x1.fffffffffffffp+62, 0x8000000000000400}, // the least above -2^63
         {-0x1p+63, 0x8000000000000000},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(to_index(c.number), c.index) << c.number;
-    }
+    });
 }
 
 TEST(IndexConversion, KeepsTheTopBitFrom2To63On) {
-    const Case cases[] = {
+    expect_indexes({
         {0x1p+63, 0x8000000000000000},
         {0x1p+63 + 2048, 0x8000000000000800},
         {0x1.8p+63, 0xC000000000000000},
         {0x1.fffffffffffffp+63, 0xFFFFFFFFFFFFF800}, // the greatest below 2^64
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(to_index(c.number), c.index) << c.number;
-    }
+    });
 }
 
 TEST(IndexConversion, NumbersBeyond64BitsAreTheTopBitAlone) {

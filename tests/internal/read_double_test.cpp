@@ -53,33 +53,31 @@ void expect_read(const Case (&cases)[N]) {
 // ---- What counts as a number -------------------------------------------------------------------
 
 TEST(ReadDouble, ReadsIntegersFractionsAndExponents) {
-    expect_read({
-        {"0", 0.0},
-        {"-0", -0.0},
-        {"-0.0", -0.0},
-        {"0.0", 0.0},
-        {"7", 7.0},
-        {"-7", -7.0},
-        {"007", 7.0},
-        {"1.5", 1.5},
-        {"-1.5", -1.5},
-        {".5", 0.5},
-        {"-.5", -0.5},
-        {"5.", 5.0},
-        {"-5.", -5.0},
-        {"1e3", 1000.0},
-        {"1E3", 1000.0},
-        {"1e+3", 1000.0},
-        {"1e-3", 0.001},
-        {"1.5e3", 1500.0},
-        {"-1.5e-3", -0.0015},
-        {".5e1", 5.0},
-        {"5.e1", 50.0},
-        {"1e003", 1000.0},
-        {"0e999999", 0.0},
-        {"-0e999999", -0.0},
-        {"123456789", 123456789.0},
-    });
+    expect_read({{"0", 0.0},
+                 {"-0", -0.0},
+                 {"-0.0", -0.0},
+                 {"0.0", 0.0},
+                 {"7", 7.0},
+                 {"-7", -7.0},
+                 {"007", 7.0},
+                 {"1.5", 1.5},
+                 {"-1.5", -1.5},
+                 {".5", 0.5},
+                 {"-.5", -0.5},
+                 {"5.", 5.0},
+                 {"-5.", -5.0},
+                 {"1e3", 1000.0},
+                 {"1E3", 1000.0},
+                 {"1e+3", 1000.0},
+                 {"1e-3", 0.001},
+                 {"1.5e3", 1500.0},
+                 {"-1.5e-3", -0.0015},
+                 {".5e1", 5.0},
+                 {"5.e1", 50.0},
+                 {"1e003", 1000.0},
+                 {"0e999999", 0.0},
+                 {"-0e999999", -0.0},
+                 {"123456789", 123456789.0}});
 }
 
 TEST(ReadDouble, StopsWhereTheNumberEnds) {
@@ -126,16 +124,14 @@ TEST(ReadDouble, IsZeroWhereThereIsNoNumber) {
 }
 
 TEST(ReadDouble, ReadsInfinitiesByName) {
-    expect_read({
-        {"inf", infinity},
-        {"INF", infinity},
-        {"Inf", infinity},
-        {"-inf", -infinity},
-        {"infinity", infinity},
-        {"-Infinity", -infinity},
-        {"infinite", infinity},
-        {"info", infinity},
-    });
+    expect_read({{"inf", infinity},
+                 {"INF", infinity},
+                 {"Inf", infinity},
+                 {"-inf", -infinity},
+                 {"infinity", infinity},
+                 {"-Infinity", -infinity},
+                 {"infinite", infinity},
+                 {"info", infinity}});
 }
 
 TEST(ReadDouble, ReadsNotANumberByName) {
@@ -147,20 +143,18 @@ TEST(ReadDouble, ReadsNotANumberByName) {
 // ---- Which double ------------------------------------------------------------------------------
 
 TEST(ReadDouble, OutOfRangeIsAnInfinityOrAZeroOfTheSameSign) {
-    expect_read({
-        {"1e400", infinity},
-        {"-1e400", -infinity},
-        {"1e309", infinity},
-        {"1e-400", 0.0},
-        {"-1e-400", -0.0},
-        {"1e999999999999", infinity},
-        {"-1e999999999999", -infinity},
-        {"1e-999999999999", 0.0},
-        {"-1e-999999999999", -0.0},
-        {"1e99999999999999999999", infinity},
-        {"1e-99999999999999999999", 0.0},
-        {"-2e308", -infinity},
-    });
+    expect_read({{"1e400", infinity},
+                 {"-1e400", -infinity},
+                 {"1e309", infinity},
+                 {"1e-400", 0.0},
+                 {"-1e-400", -0.0},
+                 {"1e999999999999", infinity},
+                 {"-1e999999999999", -infinity},
+                 {"1e-999999999999", 0.0},
+                 {"-1e-999999999999", -0.0},
+                 {"1e99999999999999999999", infinity},
+                 {"1e-99999999999999999999", 0.0},
+                 {"-2e308", -infinity}});
 }
 
 TEST(ReadDouble, ReadsTheEndsOfTheRange) {

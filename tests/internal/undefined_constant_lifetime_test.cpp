@@ -1,5 +1,5 @@
 // A missing member is Undefined before static objects are constructed and after they are destroyed.
-#include "support/kind.hpp"
+#include "support/describe.hpp"
 
 #include <foundation/json/value.hpp>
 

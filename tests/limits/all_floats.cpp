@@ -9,7 +9,6 @@
 #include "serialization/number_text.hpp"
 
 #include <atomic>
-#include <cctype>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -62,33 +61,12 @@ void compare_blocks(std::uint64_t first, std::uint64_t last) {
     }
 }
 
-[[noreturn]] void fail(const char* text, const char* reason) {
-    std::fprintf(stderr, "all_floats: '%s' %s (usage: all_floats [THREADS [FIRST [LAST]]])\n", text,
-                 reason);
-    std::exit(2);
-}
-
-/// The number that an argument gives, in some base.
-std::uint64_t number(const char* text, int base, std::uint64_t least, std::uint64_t most) {
-    char* end = nullptr;
-    const std::uint64_t value = std::strtoull(text, &end, base);
-    if (std::isxdigit(static_cast<unsigned char>(*text)) == 0 || *end != '\0' || value < least ||
-        value > most) {
-        fail(text, "is not a number in range");
-    }
-    return value;
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
-    constexpr std::uint64_t most = 0xFFFFFFFF;
-    const std::uint64_t threads = argc > 1 ? number(argv[1], 10, 1, 1024) : 2;
-    const std::uint64_t first = argc > 2 ? number(argv[2], 16, 0, most) : 0;
-    const std::uint64_t last = argc > 3 ? number(argv[3], 16, first, most) : most;
-    if (argc > 4) {
-        fail(argv[4], "is one argument too many");
-    }
+    const std::uint64_t threads = argc > 1 ? std::strtoull(argv[1], nullptr, 10) : 2;
+    const std::uint64_t first = argc > 2 ? std::strtoull(argv[2], nullptr, 16) : 0;
+    const std::uint64_t last = argc > 3 ? std::strtoull(argv[3], nullptr, 16) : 0xFFFFFFFF;
     const auto start = std::chrono::steady_clock::now();
     std::vector<std::thread> workers;
     for (std::uint64_t i = 0; i < threads; ++i) {

@@ -17,8 +17,6 @@
 
 #include <pthread.h>
 
-#include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -231,39 +229,17 @@ bool all_survive(std::size_t stack, std::size_t depth) {
     return all;
 }
 
-std::size_t number(const char* text, const char* name, unsigned long most) {
-    char* end = nullptr;
-    errno = 0;
-    const unsigned long value = std::strtoul(text, &end, 10);
-    if (*text < '0' || *text > '9' || *end != '\0' || errno != 0 || value == 0 || value > most) {
-        fail((std::string(name) + " must be a number from 1 to " + std::to_string(most) +
-              ", not '" + text + "'")
-                 .c_str());
-    }
-    return value;
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
-    std::vector<const char*> arguments(argv + 1, argv + std::max(argc, 1));
-    const bool marked = !arguments.empty() && std::string_view(arguments[0]) == "--";
-    if (marked) {
-        arguments.erase(arguments.begin());
-    } else if (!arguments.empty() && arguments[0][0] == '-') {
-        fail("unknown option (usage: nesting_depth [STACK_MIB [DEPTH]])");
-    }
-    if (arguments.size() > 2) {
-        fail("too many arguments (usage: nesting_depth [STACK_MIB [DEPTH]])");
-    }
-    const std::size_t mib = !arguments.empty() ? number(arguments[0], "STACK_MIB", 65536) : 8;
+    const std::size_t mib = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 8;
     const std::size_t stack = mib << 20;
 
     // Processes are expected to run out of stack here, and need not leave core files.
     const rlimit no_core = {0, 0};
     setrlimit(RLIMIT_CORE, &no_core);
-    if (arguments.size() == 2) {
-        const std::size_t depth = number(arguments[1], "DEPTH", 100000000);
+    if (argc > 2) {
+        const std::size_t depth = std::strtoul(argv[2], nullptr, 10);
         if (!all_survive(stack, depth)) {
             return 1;
         }

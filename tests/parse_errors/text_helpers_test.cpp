@@ -2,18 +2,13 @@
 #include <foundation/json/text_helpers.hpp>
 
 #include "support/locales.hpp"
-#include "support/threads.hpp"
 #include "support/utf_text.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <climits>
 #include <clocale>
-#include <cmath>
-#include <cstdio>
-#include <limits>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
@@ -198,20 +193,6 @@ TEST(U16ToU8, LongTextsMayHaveACharacterAcrossAnyBoundary) {
     }
 }
 
-TEST(U16ToU8, LongTextsOfPairsAndOfUnpairedSurrogates) {
-    UtfText pairs;
-    UtfText highs;
-    UtfText lows;
-    for (char32_t i = 0; i != 100000; ++i) {
-        pairs.append(0x10000 + i);
-        highs.append_unpaired(static_cast<char16_t>(0xD800 + i % 0x400));
-        lows.append_unpaired(static_cast<char16_t>(0xDC00 + i % 0x400));
-    }
-    expect_converted(pairs);
-    expect_converted(highs);
-    expect_converted(lows);
-}
-
 // ---- Number text -------------------------------------------------------------------------------
 
 TEST(StringToDouble, ReadsTheNumberThatATextBeginsWith) {
@@ -236,31 +217,6 @@ TEST(StringToDouble, ReadsUpToTheTerminatingZero) {
     EXPECT_EQ(string_to_double(text + 3), 34.0);
 }
 
-TEST(StringToDouble, GivesAnInfinityOrAZeroWhenOutOfRange) {
-    EXPECT_EQ(string_to_double("1e400"), std::numeric_limits<double>::infinity());
-    EXPECT_EQ(string_to_double("-1e400"), -std::numeric_limits<double>::infinity());
-    EXPECT_EQ(string_to_double("1e-400"), 0.0);
-    EXPECT_FALSE(std::signbit(string_to_double("1e-400")));
-    EXPECT_EQ(string_to_double("-1e-400"), 0.0);
-    EXPECT_TRUE(std::signbit(string_to_double("-1e-400")));
-}
-
-TEST(StringToDouble, ReadsADecimalPointInEveryLocale) {
-    const ScopedCLocale c_locale(LC_ALL, "de_DE.UTF-8");
-    ASSERT_TRUE(c_locale.succeeded()) << "LOCPATH must name the folder of the generated locale";
-    const ScopedGlobalLocale cpp_locale(grouping_locale("\3")); // a decimal semicolon
-    ASSERT_STREQ(std::localeconv()->decimal_point, ",");
-    char sample[8];
-    std::snprintf(sample, sizeof sample, "%.1f", 1.5);
-    ASSERT_STREQ(sample, "1,5") << "the test needs the locale to be in effect";
-
-    EXPECT_EQ(string_to_double("1.5"), 1.5);
-    EXPECT_EQ(string_to_double("1,5"), 1.0);
-    EXPECT_EQ(string_to_double("-1234.25e-1"), -123.425);
-    EXPECT_EQ(string_to_double("1.234.567"), 1.234);
-    EXPECT_EQ(string_to_double(".5"), 0.5);
-}
-
 // ---- Both --------------------------------------------------------------------------------------
 
 TEST(TextHelpers, ConvertTheSameInEveryLocale) {
@@ -269,15 +225,6 @@ TEST(TextHelpers, ConvertTheSameInEveryLocale) {
     EXPECT_EQ(to_utf8(u"\x00E4\x20AC"), "\xC3\xA4\xE2\x82\xAC");
     const ScopedCLocale ascii_locale(LC_ALL, "C");
     EXPECT_EQ(to_utf8(u"\x00E4\x20AC"), "\xC3\xA4\xE2\x82\xAC");
-}
-
-TEST(TextHelpers, RunOnManyThreadsAtOnce) {
-    std::atomic<int> failures = 0;
-    run_in_threads(1000, [&failures](int) {
-        failures += to_utf8(u"a\xD83D\xDE00") != "a\xF0\x9F\x98\x80";
-        failures += string_to_double("-2.5e1") != -25.0;
-    });
-    EXPECT_EQ(failures, 0);
 }
 
 TEST(TextHelpers, HaveTheSignaturesThatReadersCall) {

@@ -47,11 +47,6 @@ Lines lines_of_file(const fs::path& path) {
     return all_lines(file);
 }
 
-Lines lines_of(const std::string& text) {
-    std::istringstream stream(text);
-    return all_lines(stream);
-}
-
 std::string joined(const Lines& lines) {
     std::string text;
     for (const std::string& line : lines) {
@@ -369,20 +364,16 @@ TEST(Documents, ExplainEveryMessage) {
     EXPECT_GT(count, 60u);
 }
 
-TEST(Messages, AreFoundInSources) {
-    const std::string source = "fail(\"a \\\"quoted\\\" word\" // \"a remark\"\n"
-                               "     \" goes on\" + name + \"one\");\n"
-                               "static_assert(ok, \"only compilers say this\");\n";
-    EXPECT_EQ(messages_in(source), Lines{"a \"quoted\" word goes on"});
-}
-
 TEST(Snippets, HaveTheOutputThatTheirCommentsSay) {
+    std::size_t count = 0;
     for (const Snippet& snippet : all_snippets()) {
         const Lines results = results_in(snippet.code);
         if (!results.empty()) {
             EXPECT_EQ(joined(results), joined(snippet.output)) << snippet.name;
+            ++count;
         }
     }
+    EXPECT_GT(count, 30u);
 }
 
 TEST(Snippets, HaveANameOfTheirOwnInTheirProgram) {
@@ -403,70 +394,6 @@ TEST(Snippets, AreShownSomewhere) {
     for (const Snippet& snippet : all_snippets()) {
         EXPECT_NE(std::find(shown.begin(), shown.end(), snippet.code), shown.end()) << snippet.name;
     }
-}
-
-TEST(Snippets, AreFoundInPrograms) {
-    const Lines program = lines_of("int main() {\n"
-                                   "    //! [one]\n"
-                                   "    if (true) {\n"
-                                   "        f(); // -> 1\n"
-                                   "    }\n"
-                                   "    //! [one]\n"
-                                   "    //! [two]\n"
-                                   "    g();\n"
-                                   "    // ->\n"
-                                   "    // [2]\n"
-                                   "    //   3\n"
-                                   "    h(); // a remark\n"
-                                   "    //! [two]\n"
-                                   "}\n");
-    std::vector<Snippet> snippets = snippets_in(program);
-    ASSERT_EQ(snippets.size(), 2u);
-    take_outputs(snippets, lines_of("[one]\n1\n[two]\n[2]\n  3\n"));
-
-    EXPECT_EQ(snippets[0].name, "one");
-    EXPECT_EQ(joined(snippets[0].code), "if (true) {\n    f(); // -> 1\n}\n");
-    EXPECT_EQ(results_in(snippets[0].code), Lines{"1"});
-    EXPECT_EQ(snippets[0].output, Lines{"1"});
-    EXPECT_EQ(results_in(snippets[1].code), (Lines{"[2]", "  3"}));
-    EXPECT_EQ(snippets[1].output, (Lines{"[2]", "  3"}));
-}
-
-TEST(Blocks, AreFoundInMarkdown) {
-    const std::vector<Block> blocks = blocks_of_markdown(lines_of("Text\n"
-                                                                  "```cpp\n"
-                                                                  "f();\n"
-                                                                  "```\n"
-                                                                  "- item\n"
-                                                                  "  ```text\n"
-                                                                  "  1\n"
-                                                                  "  ```\n"));
-    ASSERT_EQ(blocks.size(), 2u);
-    EXPECT_EQ(blocks[0].line, 2u);
-    EXPECT_EQ(blocks[0].language, "cpp");
-    EXPECT_EQ(blocks[0].text, Lines{"f();"});
-    EXPECT_EQ(blocks[1].language, "text");
-    EXPECT_EQ(blocks[1].text, Lines{"1"});
-}
-
-TEST(Blocks, AreFoundInHeaders) {
-    const std::vector<Block> blocks =
-        blocks_of_header(lines_of("/// A tour:\n"
-                                  "///\n"
-                                  "///     f();\n"
-                                  "///\n"
-                                  "///     g();\n"
-                                  "///\n"
-                                  "/// More.\n"
-                                  "    /// @throws std::bad_alloc then this is\n"
-                                  "    ///         as it was\n"
-                                  "    ///\n"
-                                  "    ///     h();\n"
-                                  "    int member;\n"));
-    ASSERT_EQ(blocks.size(), 2u);
-    EXPECT_EQ(blocks[0].line, 3u);
-    EXPECT_EQ(blocks[0].text, (Lines{"f();", "", "g();"}));
-    EXPECT_EQ(blocks[1].text, Lines{"h();"});
 }
 
 } // namespace

@@ -5,8 +5,9 @@
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_DESCRIBE_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_DESCRIBE_HPP
 
-#include "support/kind.hpp"
 #include "support/tree.hpp"
+
+#include <foundation/json/content.hpp>
 
 #include <cstdio>
 #include <map>
@@ -71,6 +72,11 @@ public:
 private:
     std::string& text_;
 };
+
+/// The name of a value's kind, as messages have it.
+inline std::string kind_name(const Value& value) {
+    return name_of(kind_of(value));
+}
 
 /// The content as compact text: `[1,"two"]`, `7`, nothing for an Undefined.
 inline std::string content_text(const Value& value) {

@@ -1,6 +1,7 @@
 // Equality and order of values.
 #include "support/deep_stack.hpp"
 #include "support/describe.hpp"
+#include "support/nested.hpp"
 #include "support/values_of_each_kind.hpp"
 
 #include <foundation/json/value.hpp>
@@ -323,18 +324,8 @@ TEST(Comparison, FindsAValueThatHoldsUndefinedOrNanUnequalToItself) {
     }
 }
 
-/// The value within `depth` arrays of one element each.
-Value in_arrays(std::size_t depth, Value value) {
-    while (depth-- != 0) {
-        Value outer(Array{Undefined()});
-        outer[0].swap(value);
-        value.swap(outer);
-    }
-    return value;
-}
-
 /// The value within `depth` objects of one member each.
-Value in_objects(std::size_t depth, Value value) {
+Value within_objects(Value value, std::size_t depth) {
     while (depth-- != 0) {
         Value outer(Object{{"member", Undefined()}});
         outer["member"].swap(value);
@@ -348,11 +339,11 @@ Value in_objects(std::size_t depth, Value value) {
 TEST(Comparison, IsLinearInTheDepthOfNesting) {
     for (std::size_t depth : {std::size_t{40}, std::size_t{10000}}) {
         run_with_deep_stack([depth] {
-            for (const auto& nested : {in_arrays, in_objects}) {
-                const Value one = nested(depth, 1);
-                const Value same = nested(depth, 1);
-                const Value two = nested(depth, 2);
-                const Value not_a_number = nested(depth, nan);
+            for (const auto& nested : {test::within_arrays, within_objects}) {
+                const Value one = nested(1, depth);
+                const Value same = nested(1, depth);
+                const Value two = nested(2, depth);
+                const Value not_a_number = nested(nan, depth);
                 EXPECT_TRUE(one == same);
                 EXPECT_FALSE(one < same);
                 EXPECT_FALSE(same < one);
