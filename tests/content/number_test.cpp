@@ -2,10 +2,9 @@
 #include <foundation/json/content.hpp>
 
 #include "support/describe.hpp"
+#include "support/float_environments.hpp"
 #include "support/locales.hpp"
 #include "support/repetitions.hpp"
-#include "support/scoped_flush_to_zero.hpp"
-#include "support/scoped_rounding.hpp"
 
 #include <foundation/json/serializer.hpp>
 

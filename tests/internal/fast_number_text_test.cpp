@@ -4,10 +4,10 @@
 #include "number/fast_number_text.hpp"
 
 #include "serialization/number_text.hpp"
+#include "support/float_environments.hpp"
 #include "support/locales.hpp"
 #include "support/random_trees.hpp"
 #include "support/repetitions.hpp"
-#include "support/scoped_rounding.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // Numbers are read as the nearest double, whatever the environment, or as 64-bit integers.
 #include "support/describe.hpp"
+#include "support/float_environments.hpp"
 #include "support/locales.hpp"
 #include "support/random_trees.hpp"
 #include "support/repetitions.hpp"
-#include "support/scoped_rounding.hpp"
 
 #include "grammar/numbers.hpp"
 #include "value/value_access.hpp"

@@ -1,8 +1,8 @@
 /// @file
 /// The text of the four kinds of numbers.
+#include "support/float_environments.hpp"
 #include "support/number_rule.hpp"
 #include "support/random_trees.hpp"
-#include "support/scoped_rounding.hpp"
 
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>

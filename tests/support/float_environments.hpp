@@ -50,6 +50,18 @@ inline const std::vector<int>& directions() {
     return all;
 }
 
+/// Sets the direction in which the C library rounds, until destroyed.
+class ScopedRounding {
+public:
+    explicit ScopedRounding(int direction) : succeeded_(std::fesetround(direction) == 0) {}
+
+    bool succeeded() const { return succeeded_; }
+
+private:
+    EnvironmentKeeper keeper_;
+    bool succeeded_;
+};
+
 // ---- What only the machine has -----------------------------------------------------------------
 
 // A setting is a control register as it shall be, or rather those bits of it that a program may set
@@ -62,14 +74,17 @@ using MachineSetting = std::uint32_t;
 constexpr const char* machine_register = "MXCSR";
 constexpr MachineSetting settable_bits = 0xFFC0;
 constexpr MachineSetting usual_setting = 0x1F80;
-constexpr MachineSetting trap_bits = 0x1F80; // where they are clear
+constexpr MachineSetting zeroing_results = 0x8000;
+constexpr MachineSetting zeroing_operands = 0x40;
+constexpr MachineSetting trapping = 0;
+constexpr MachineSetting not_trapping = 0x1F80;
 
-inline MachineSetting machine_setting() {
-    return _mm_getcsr() & settable_bits;
+inline MachineSetting whole_register() {
+    return _mm_getcsr();
 }
 
-inline void set_machine(MachineSetting setting) {
-    _mm_setcsr((_mm_getcsr() & ~settable_bits) | setting);
+inline void set_whole_register(MachineSetting value) {
+    _mm_setcsr(value);
 }
 
 /// Every rounding mode, flush-to-zero, denormals-are-zero, and each trap.
@@ -81,69 +96,15 @@ inline std::vector<MachineSetting> imaginable_settings() {
     return result;
 }
 
-inline bool zeroes_results(MachineSetting setting) {
-    return (setting & 0x8000) != 0;
-}
-
-inline bool zeroes_operands(MachineSetting setting) {
-    return (setting & 0x40) != 0;
-}
-
-inline int rounding(MachineSetting setting) {
-    constexpr int directions[] = {FE_TONEAREST, FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO};
-    return directions[setting >> 13 & 3];
-}
-
-inline MachineSetting without_traps(MachineSetting setting) {
-    return setting | trap_bits;
-}
-
-#elif defined(__i386__)
-
-constexpr const char* machine_register = "x87 control word";
-constexpr MachineSetting settable_bits = 0x0300; // the precision of results
-constexpr MachineSetting usual_setting = 0x0300;
-
-inline std::uint16_t whole_register() {
-    std::uint16_t result = 0;
-    __asm__ volatile("fnstcw %0" : "=m"(result));
-    return result;
-}
-
-inline MachineSetting machine_setting() {
-    return whole_register() & settable_bits;
-}
-
-inline void set_machine(MachineSetting setting) {
-    const auto word = static_cast<std::uint16_t>((whole_register() & ~settable_bits) | setting);
-    __asm__ volatile("fldcw %0" : : "m"(word));
-}
-
-inline std::vector<MachineSetting> imaginable_settings() {
-    return {0x0000, 0x0200, 0x0300};
-}
-
-inline bool zeroes_results(MachineSetting) {
-    return false;
-}
-
-inline bool zeroes_operands(MachineSetting) {
-    return false;
-}
-
-inline int rounding(MachineSetting) {
-    return FE_TONEAREST;
-}
-
-inline MachineSetting without_traps(MachineSetting setting) {
-    return setting;
-}
-
 #elif defined(__aarch64__)
 
 constexpr const char* machine_register = "FPCR";
 constexpr MachineSetting settable_bits = 0x03009F00; // default NaN, flush to zero, traps
 constexpr MachineSetting usual_setting = 0;
+constexpr MachineSetting zeroing_results = 0x01000000;
+constexpr MachineSetting zeroing_operands = 0x01000000;
+constexpr MachineSetting trapping = 0x9F00;
+constexpr MachineSetting not_trapping = 0;
 
 inline MachineSetting whole_register() {
     std::uint64_t result = 0;
@@ -151,13 +112,8 @@ inline MachineSetting whole_register() {
     return static_cast<MachineSetting>(result);
 }
 
-inline MachineSetting machine_setting() {
-    return whole_register() & settable_bits;
-}
-
-inline void set_machine(MachineSetting setting) {
-    const std::uint64_t bits = (whole_register() & ~settable_bits) | setting;
-    __asm__ volatile("msr fpcr, %0" : : "r"(bits));
+inline void set_whole_register(std::uint64_t value) {
+    __asm__ volatile("msr fpcr, %0" : : "r"(value));
 }
 
 inline std::vector<MachineSetting> imaginable_settings() {
@@ -171,54 +127,87 @@ inline std::vector<MachineSetting> imaginable_settings() {
     return result;
 }
 
-inline bool zeroes_results(MachineSetting setting) {
-    return (setting & 0x01000000) != 0;
+#else
+
+constexpr MachineSetting zeroing_results = 0;
+constexpr MachineSetting zeroing_operands = 0;
+constexpr MachineSetting trapping = 0;
+constexpr MachineSetting not_trapping = 0;
+
+#if defined(__i386__)
+
+constexpr const char* machine_register = "x87 control word";
+constexpr MachineSetting settable_bits = 0x0300; // the precision of results
+constexpr MachineSetting usual_setting = 0x0300;
+
+inline MachineSetting whole_register() {
+    std::uint16_t result = 0;
+    __asm__ volatile("fnstcw %0" : "=m"(result));
+    return result;
 }
 
-inline bool zeroes_operands(MachineSetting setting) {
-    return zeroes_results(setting);
+inline void set_whole_register(MachineSetting value) {
+    const auto word = static_cast<std::uint16_t>(value);
+    __asm__ volatile("fldcw %0" : : "m"(word));
 }
 
-inline int rounding(MachineSetting) {
-    return FE_TONEAREST;
-}
-
-inline MachineSetting without_traps(MachineSetting setting) {
-    return setting & 0x03000000;
+inline std::vector<MachineSetting> imaginable_settings() {
+    return {0x0000, 0x0200, 0x0300};
 }
 
 #else
 
 constexpr const char* machine_register = "no register";
+constexpr MachineSetting settable_bits = 0;
 constexpr MachineSetting usual_setting = 0;
 
-inline MachineSetting machine_setting() {
+inline MachineSetting whole_register() {
     return 0;
 }
 
-inline void set_machine(MachineSetting) {}
+inline void set_whole_register(MachineSetting) {}
 
 inline std::vector<MachineSetting> imaginable_settings() {
     return {0};
 }
 
-inline bool zeroes_results(MachineSetting) {
-    return false;
+#endif
+#endif
+
+inline MachineSetting machine_setting() {
+    return whole_register() & settable_bits;
 }
 
-inline bool zeroes_operands(MachineSetting) {
-    return false;
+inline void set_machine(MachineSetting setting) {
+    set_whole_register((whole_register() & ~settable_bits) | setting);
 }
 
-inline int rounding(MachineSetting) {
-    return FE_TONEAREST;
+inline bool zeroes_results(MachineSetting setting) {
+    return (setting & zeroing_results) != 0;
+}
+
+inline bool zeroes_operands(MachineSetting setting) {
+    return (setting & zeroing_operands) != 0;
+}
+
+/// Of machines other than x86-64, these bits cannot be set.
+inline int rounding(MachineSetting setting) {
+    constexpr int directions[] = {FE_TONEAREST, FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO};
+    return directions[setting >> 13 & 3];
 }
 
 inline MachineSetting without_traps(MachineSetting setting) {
-    return setting;
+    return (setting & ~trapping) | not_trapping;
 }
 
-#endif
+/// Makes the processor treat subnormal operands and results as zero, if it can, until destroyed.
+class ScopedFlushToZero {
+public:
+    ScopedFlushToZero() { set_machine(machine_setting() | zeroing_results | zeroing_operands); }
+
+private:
+    EnvironmentKeeper keeper_;
+};
 
 /// What arithmetic reveals about its environment.
 struct Behaviour {
