@@ -48,11 +48,7 @@ Value results() {
 
 } // namespace
 
-int main(int argc, char** argv) {
-    if (argc > 1) {
-        std::cerr << "foundation_json_bench_memory: unknown argument '" << argv[1] << "'\n";
-        return 2;
-    }
+int main() {
     try {
         Serializer serializer;
         serializer.pretty_print(true);

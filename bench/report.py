@@ -28,10 +28,6 @@ WRITING = ["text", "messages", "scattered", "streams"]
 OTHERS = ["values", "arrays", "objects", "conversion"]
 
 
-def fail(message):
-    sys.exit(f"report.py: {message}")
-
-
 # ---- Results -------------------------------------------------------------------------------
 
 
@@ -40,7 +36,7 @@ def medians(file, field="cpu_time"):
     rows = {}
     for run in json.loads(file.read_text())["benchmarks"]:
         if run.get("error_occurred"):
-            fail(f"{run['name']}: {run['error_message']}")
+            sys.exit(f"{run['name']}: {run['error_message']}")
         task, subject, contender = run["run_name"].split("/")
         row = rows.setdefault((task, subject), {})
         if run.get("aggregate_name") == "median" and field in run:
@@ -343,12 +339,7 @@ def section(title, page, name):
             f"({picture(page, name).name})", ""]
 
 
-def main(arguments):
-    if len(arguments) != 2:
-        print(__doc__.splitlines()[0], file=sys.stderr)
-        return 2
-    folder, page = map(Path, arguments)
-
+def main(folder, page):
     written = read_families(folder, WRITING)
     parsing = medians(folder / "parsing.json")
     reading = medians(folder / "reading.json")
@@ -398,7 +389,7 @@ def main(arguments):
 
     text = page.read_text()
     if text.count(BEGIN) != 1 or text.count(END) != 1:
-        fail(f"{page} has no markers {BEGIN} and {END}")
+        sys.exit(f"{page} has no markers {BEGIN} and {END}")
     before, after = text.split(BEGIN)[0], text.split(END)[1]
     drawn = {name: chart(title, charted(results))
              for name, title, results in (("writing", "Writing", writing),
@@ -407,13 +398,7 @@ def main(arguments):
     page.write_text(before + "\n".join(lines) + after)
     for name, content in drawn.items():
         picture(page, name).write_text(content)
-    return 0
 
 
 if __name__ == "__main__":
-    try:
-        sys.exit(main(sys.argv[1:]))
-    except OSError as error:
-        fail(f"{error.filename}: {error.strerror}")
-    except (KeyError, TypeError, ValueError) as error:
-        fail(f"not the results of benchmarks: {error!r}")
+    main(*map(Path, sys.argv[1:]))

@@ -1,8 +1,8 @@
 """Makes mutants of the libraries' sources, and of the headers that define more than declarations,
 and reports which of them the tests kill.
 
-Usage: mutate.py ROOT SEED COUNT JOBS [--list] [PATTERN...]; to be started by scripts/mutate, which
-has built the unchanged library and its tests in ROOT/build/mutate.
+To be started by scripts/mutate, which has built the unchanged library and its tests in
+ROOT/build/mutate.
 
 A mutant differs from the sources in one place, by one of the rules below. Only the files that depend
 on the mutant are compiled again, each worker in a folder of its own. Test programs that use the
@@ -11,6 +11,7 @@ a header are compiled into the test programs: each test source of a header becom
 own, so that the linker cannot choose the same function from an unchanged source.
 """
 
+import argparse
 import concurrent.futures
 import filecmp
 import json
@@ -38,7 +39,9 @@ LINKED = (*LIBRARIES, INTERNAL, PARSER)
 LONG = "*Random*:AnyStream.*:*OutOfMemory.*:PeakMemory.*:ParserAndIndependentReader.*"
 RUNS = [(p, f"-{LONG}") for p in PROGRAMS] + [(p, LONG) for p in PROGRAMS]
 MEMORY = 4 << 30
-HEADERS = ("include/foundation/json/content.hpp", "include/foundation/json/convert.hpp")
+HEADERS = tuple(f"include/foundation/json/{name}.hpp"
+                for name in ("content", "convert", "detail/number_parts", "members", "number",
+                             "pointer"))
 HEADER_TESTS = re.compile(r"tests/.*\.dir/(?:(content|convert)/|allocation/(content|convert)_test)")
 
 # ---- The rules -----------------------------------------------------------------------------
@@ -306,15 +309,17 @@ class Worker:
         words[words.index("-o") + 1] = self.folder / (name.removesuffix(".0.0") if name in LIBRARIES else name)
         return run(words, self.project.base, 300) == 0
 
-    def test(self, name, which, seconds):
+    def run_tests(self, program, libraries, which, seconds):
         """None if the tests pass, else how they fail."""
-        own = self.folder / name
-        environment = dict(os.environ, LD_LIBRARY_PATH=str(self.folder), GTEST_BRIEF="1",
+        environment = dict(os.environ, LD_LIBRARY_PATH=str(libraries), GTEST_BRIEF="1",
                            LOCPATH=str(self.project.base / "tests" / "locales"))  # fmt: skip
-        program = own if name in LINKED else self.project.base / "tests" / name
         command = [program, "--gtest_fail_fast", f"--gtest_filter={which}"]
         status = run(command, self.folder, seconds, environment)
         return "took too long" if status is None else f"status {status}" if status else None
+
+    def test(self, name, which, seconds):
+        program = (self.folder if name in LINKED else self.project.base / "tests") / name
+        return self.run_tests(program, self.folder, which, seconds)
 
     def header_test(self, name, output, replacement, seconds):
         """None if the tests of one source pass, else how they fail."""
@@ -324,10 +329,7 @@ class Worker:
         words[words.index("-o") + 1] = program
         if run(words, self.project.base, 300) != 0:
             return "does not link"
-        environment = dict(os.environ, LD_LIBRARY_PATH=str(self.project.base), GTEST_BRIEF="1",
-                           LOCPATH=str(self.project.base / "tests" / "locales"))  # fmt: skip
-        status = run([program, "--gtest_fail_fast"], self.folder, seconds, environment)
-        return "took too long" if status is None else f"status {status}" if status else None
+        return self.run_tests(program, self.project.base, "*", seconds)
 
     def unbroken_header_test(self, name, output):
         """The same for the unchanged source. Keeps the object to compare mutants with, since file names
@@ -383,16 +385,17 @@ class Worker:
 
 
 def main():
-    root, seed, count, jobs = pathlib.Path(sys.argv[1]), *map(int, sys.argv[2:5])
-    only_list = sys.argv[5:6] == ["--list"]
-    patterns = sys.argv[6 if only_list else 5 :]
-    mutants = choose(root, seed, count, patterns)
+    parser = argparse.ArgumentParser(prog="mutate")
+    parser.add_argument("root", type=pathlib.Path)
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--count", type=int, default=190)
+    parser.add_argument("--jobs", type=int, default=os.cpu_count())
+    parser.add_argument("patterns", nargs="*")
+    arguments = parser.parse_args()
+    root, jobs = arguments.root, arguments.jobs
+    mutants = choose(root, arguments.seed, arguments.count, arguments.patterns)
     if not mutants:
-        print(f"mutate: nothing to break in {' or '.join(patterns) or 'the sources'}", file=sys.stderr)
-        return 2
-    if only_list:
-        print("\n".join(map(str, mutants)))
-        return 0
+        sys.exit(f"mutate: nothing to break in {' or '.join(arguments.patterns)}")
     explained = read_explanations(root / "tests" / "mutation" / "survivors.txt")
     stale = [k for k in explained if k[1] not in " ".join((root / k[0]).read_text().split())]
 
