@@ -211,10 +211,14 @@ is_usable() {
     [[ -z $2 ]] || grep -qx "CMAKE_CXX_COMPILER:[A-Z]*=\($2\|$(type -P "$2")\)" "$cache"
 }
 
-# build NAME TARGET [SETTING...] configures the folder NAME of the builds, with settings and presets
-# as cmake takes them, and builds a target in it. All output goes to standard error.
+# The programs that hold nearly all tests.
+test_programs="foundation_json_internal_tests foundation_json_tests foundation_json_parser_tests \
+foundation_json_allocation_tests"
+
+# build NAME TARGETS [SETTING...] configures the folder NAME of the builds, with settings and presets
+# as cmake takes them, and builds targets in it. All output goes to standard error.
 build() {
-    local -r folder=$builds/$1 target=$2
+    local -r folder=$builds/$1 targets=$2
     shift 2
     local lock setting with=
     make_builds
@@ -228,7 +232,8 @@ build() {
     cmake -S "$root" -B "$folder" -G Ninja \
         -DCMAKE_CXX_COMPILER_LAUNCHER="$(type -P ccache || true)" \
         -DFOUNDATION_JSON_CORPUS="${FOUNDATION_JSON_CORPUS:-}" "$@" >/dev/null
-    cmake --build "$folder" --target "$target" >&2
+    # shellcheck disable=SC2086
+    cmake --build "$folder" --target $targets >&2
     exec {lock}>&-
 }
 
