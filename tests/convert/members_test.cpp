@@ -1,10 +1,10 @@
 // Structs by their tables of members: required, defaulted, unknown and inherited ones.
-#include "convert/conversion_error.hpp"
 #include "convert/fleet.hpp"
 #include "support/describe.hpp"
 
 #include <foundation/json/convert.hpp>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -164,9 +164,10 @@ inline constexpr auto foundation::json::members<shapes::LongNames> = std::tuple(
 namespace foundation::json {
 namespace {
 
-using test::conversion_error;
 using test::describe;
-using test::error_pointer;
+using testing::Property;
+using testing::Throws;
+using testing::ThrowsMessage;
 using UnknownMembers = ConvertOptions::UnknownMembers;
 
 constexpr ConvertOptions strict{UnknownMembers::error};
@@ -183,20 +184,23 @@ TEST(Members, KeepDefaultsWhereTheyAreUndefined) {
 
 TEST(Members, AreNotMissingWhereTheyAreNull) {
     const Value server = Object{{"host", "a"}, {"port", Null()}};
-    EXPECT_EQ(conversion_error([&] { to<fleet::Server>(server); }),
-              "at /port: invalid conversion: JSON null to JSON number");
+    EXPECT_THAT(
+        [&] { to<fleet::Server>(server); },
+        ThrowsMessage<ConversionError>("at /port: invalid conversion: JSON null to JSON number"));
 }
 
 TEST(Members, ThatAreRequiredMayNotBeMissing) {
     const Value missing = Object{{"Host", "a"}};
-    EXPECT_EQ(conversion_error([&] { to<fleet::Server>(missing); }),
-              "at the root: the required member \"host\" is missing");
+    EXPECT_THAT(
+        [&] { to<fleet::Server>(missing); },
+        ThrowsMessage<ConversionError>("at the root: the required member \"host\" is missing"));
     const Value undefined = Object{{"host", Value()}};
-    EXPECT_EQ(conversion_error([&] { to<fleet::Server>(undefined); }),
-              "at the root: the required member \"host\" is missing");
+    EXPECT_THAT(
+        [&] { to<fleet::Server>(undefined); },
+        ThrowsMessage<ConversionError>("at the root: the required member \"host\" is missing"));
     const Value within = Array{Object{{"host", "a"}}, Object()};
-    EXPECT_EQ(conversion_error([&] { to<std::vector<fleet::Server>>(within); }),
-              "at /1: the required member \"host\" is missing");
+    EXPECT_THAT([&] { to<std::vector<fleet::Server>>(within); },
+                ThrowsMessage<ConversionError>("at /1: the required member \"host\" is missing"));
 }
 
 TEST(Members, ThatAreUnknownAreIgnored) {
@@ -206,22 +210,27 @@ TEST(Members, ThatAreUnknownAreIgnored) {
 
 TEST(Members, ThatAreUnknownCanBeErrors) {
     const Value server = Object{{"host", "a"}, {"prot", 1}};
-    EXPECT_EQ(conversion_error([&] { to<fleet::Server>(server, strict); }),
-              "at /prot: the member \"prot\" is unknown; known are \"host\", \"port\", \"tags\", "
-              "\"load\"");
+    EXPECT_THAT(
+        [&] { to<fleet::Server>(server, strict); },
+        ThrowsMessage<ConversionError>(
+            "at /prot: the member \"prot\" is unknown; known are \"host\", \"port\", \"tags\", "
+            "\"load\""));
     const Value cluster = Object{{"name", "x"}, {"servers", Array{server}}};
-    EXPECT_EQ(error_pointer([&] { to<fleet::Cluster>(cluster, strict); }), "/servers/0/prot");
+    EXPECT_THAT([&] { to<fleet::Cluster>(cluster, strict); },
+                Throws<ConversionError>(Property(&ConversionError::pointer, "/servers/0/prot")));
     EXPECT_EQ(to<fleet::Server>(Value(Object{{"host", "a"}}), strict).host, "a");
     const Value nothing = Object{{"x", 1}};
-    EXPECT_EQ(conversion_error([&] { to<shapes::Nothing>(nothing, strict); }),
-              "at /x: the member \"x\" is unknown");
+    EXPECT_THAT([&] { to<shapes::Nothing>(nothing, strict); },
+                ThrowsMessage<ConversionError>("at /x: the member \"x\" is unknown"));
 }
 
 TEST(Members, ThatAreMisspeltAreUnknownRatherThanMissing) {
     const Value server = Object{{"hots", "a"}};
-    EXPECT_EQ(error_pointer([&] { to<fleet::Server>(server, strict); }), "/hots");
-    EXPECT_EQ(conversion_error([] { to<fleet::Server>(Value(Object()), strict); }),
-              "at the root: the required member \"host\" is missing");
+    EXPECT_THAT([&] { to<fleet::Server>(server, strict); },
+                Throws<ConversionError>(Property(&ConversionError::pointer, "/hots")));
+    EXPECT_THAT(
+        [] { to<fleet::Server>(Value(Object()), strict); },
+        ThrowsMessage<ConversionError>("at the root: the required member \"host\" is missing"));
 }
 
 TEST(Members, ThatAreUndefinedAreNotUnknown) {
@@ -269,24 +278,32 @@ TEST(Members, AreFoundAmongAnyNumberOfOthers) {
         EXPECT_EQ(server, (fleet::Server{"a", 81, {}, {}})) << others;
         Value incomplete = server_among(others);
         get<Object>(incomplete).erase("host");
-        EXPECT_EQ(conversion_error([&] { to<fleet::Server>(incomplete); }),
-                  "at the root: the required member \"host\" is missing")
+        EXPECT_THAT(
+            [&] { to<fleet::Server>(incomplete); },
+            ThrowsMessage<ConversionError>("at the root: the required member \"host\" is missing"))
             << others;
-        EXPECT_EQ(error_pointer([&] { to<fleet::Server>(server_among(others), strict); }),
-                  others == 0 ? "(nothing was thrown)" : "/a0");
+        const auto convert = [&] { to<fleet::Server>(server_among(others), strict); };
+        if (others == 0) {
+            EXPECT_NO_THROW(convert());
+        } else {
+            EXPECT_THAT(convert,
+                        Throws<ConversionError>(Property(&ConversionError::pointer, "/a0")));
+        }
     }
 }
 
 TEST(Members, AreReadInTheOrderOfTheTable) {
     const Value value = Object{{"low", "wrong"}, {"high", "wrong"}};
-    EXPECT_EQ(error_pointer([&] { to<shapes::Range<int>>(value); }), "/low");
+    EXPECT_THAT([&] { to<shapes::Range<int>>(value); },
+                Throws<ConversionError>(Property(&ConversionError::pointer, "/low")));
 }
 
 TEST(Members, CanBeNone) {
     EXPECT_EQ(describe(from(shapes::Nothing())), "JSON object {}");
     to<shapes::Nothing>(Value(Object{{"x", 1}}));
-    EXPECT_EQ(conversion_error([] { to<shapes::Nothing>(Value(1)); }),
-              "at the root: invalid conversion: JSON number to JSON object");
+    EXPECT_THAT([] { to<shapes::Nothing>(Value(1)); },
+                ThrowsMessage<ConversionError>(
+                    "at the root: invalid conversion: JSON number to JSON object"));
 }
 
 TEST(Members, CanHaveAnyName) {
@@ -313,16 +330,22 @@ TEST(Members, HaveTheirNamesEscapedInErrors) {
           Row{"\n\x7f", "/\n\x7f", "/\\u000a\\u007f"}}) {
         Value value = from(shapes::Odd());
         value[name] = true;
-        EXPECT_EQ(conversion_error([&] { to<shapes::Odd>(value); }),
-                  std::string("at ") + place + ": invalid conversion: JSON boolean to JSON number");
-        EXPECT_EQ(error_pointer([&] { to<shapes::Odd>(value); }), pointer);
+        EXPECT_THAT(
+            [&] { to<shapes::Odd>(value); },
+            ThrowsMessage<ConversionError>(std::string("at ") + place +
+                                           ": invalid conversion: JSON boolean to JSON number"));
+        EXPECT_THAT([&] { to<shapes::Odd>(value); },
+                    Throws<ConversionError>(Property(&ConversionError::pointer, pointer)));
     }
     const Value missing = Object{{"", 1}, {"/", 2}, {"~1", 3}};
-    EXPECT_EQ(conversion_error([&] { to<shapes::Odd>(missing); }),
-              R"(at the root: the required member "\"\\" is missing)");
+    EXPECT_THAT(
+        [&] { to<shapes::Odd>(missing); },
+        ThrowsMessage<ConversionError>(R"(at the root: the required member "\"\\" is missing)"));
     const Value unknown = Object{{"\x01\x1f \xc3\xa9", 1}};
-    EXPECT_EQ(conversion_error([&] { to<shapes::Nothing>(unknown, strict); }),
-              "at /\\u0001\\u001f \xc3\xa9: the member \"\\u0001\\u001f \xc3\xa9\" is unknown");
+    EXPECT_THAT(
+        [&] { to<shapes::Nothing>(unknown, strict); },
+        ThrowsMessage<ConversionError>(
+            "at /\\u0001\\u001f \xc3\xa9: the member \"\\u0001\\u001f \xc3\xa9\" is unknown"));
 }
 
 TEST(Members, ThatAreContainersAreEmptiedFirst) {
@@ -357,8 +380,9 @@ TEST(Members, ThatAreOptionalAreLeftOutWhereThatReadsBackTheSame) {
     EXPECT_EQ(nulls.always, 1);
     EXPECT_EQ(nulls.sometimes, std::nullopt);
     EXPECT_EQ(nulls.usually, std::nullopt);
-    EXPECT_EQ(conversion_error([] { to<shapes::Optionals>(Value(Object())); }),
-              "at the root: the required member \"always\" is missing");
+    EXPECT_THAT(
+        [] { to<shapes::Optionals>(Value(Object())); },
+        ThrowsMessage<ConversionError>("at the root: the required member \"always\" is missing"));
 }
 
 TEST(Members, OfAClassThatCannotBeReadCanBeWritten) {
@@ -379,8 +403,9 @@ TEST(Members, ThatAreValuesAreLeftOutIfUndefined) {
     const auto read = to<shapes::Holder>(Value(Object{{"any", Null()}}));
     EXPECT_EQ(describe(read.any), "JSON null null");
     EXPECT_EQ(describe(read.other), "undefined");
-    EXPECT_EQ(conversion_error([] { to<shapes::Holder>(Value(Object())); }),
-              "at the root: the required member \"any\" is missing");
+    EXPECT_THAT(
+        [] { to<shapes::Holder>(Value(Object())); },
+        ThrowsMessage<ConversionError>("at the root: the required member \"any\" is missing"));
 }
 
 TEST(Members, ThatAreValuesAreWrittenEvenIfEmpty) {

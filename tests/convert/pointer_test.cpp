@@ -1,11 +1,11 @@
 // Values found by JSON Pointer: find(), to() and to_or() with a pointer, and the pointer in an
 // error.
-#include "convert/conversion_error.hpp"
 #include "convert/fleet.hpp"
 #include "support/describe.hpp"
 
 #include <foundation/json/convert.hpp>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -25,9 +25,11 @@
 namespace foundation::json {
 namespace {
 
-using test::conversion_error;
 using test::describe;
-using test::error_pointer;
+using testing::Property;
+using testing::StartsWith;
+using testing::Throws;
+using testing::ThrowsMessage;
 
 /// The document of RFC 6901, section 5.
 Value rfc_document() {
@@ -104,29 +106,23 @@ TEST(Find, LetsTheValueBeChanged) {
     static_assert(std::is_same_v<decltype(find(std::as_const(document), "")), const Value*>);
 }
 
-/// The message of the std::invalid_argument that the action throws.
-template <class Action>
-std::string refused_pointer(Action&& action) {
-    try {
-        action();
-    } catch (const std::invalid_argument& error) {
-        return error.what();
-    }
-    return "(nothing was thrown)";
-}
-
 TEST(Find, RefusesWhatIsNoJsonPointer) {
     const Value document = Object{{"a", 1}};
-    EXPECT_EQ(refused_pointer([&] { find(document, "a"); }),
-              "\"a\" is no JSON Pointer: it is not empty and does not begin with /");
-    EXPECT_EQ(refused_pointer([&] { find(document, "/~2"); }),
-              "\"/~2\" is no JSON Pointer: ~ is not followed by 0 or 1");
-    EXPECT_EQ(refused_pointer([&] { find(document, "/x/y~"); }),
-              "\"/x/y~\" is no JSON Pointer: ~ is not followed by 0 or 1");
-    EXPECT_EQ(refused_pointer([&] { to<int>(document, "a\n"); }),
-              "\"a\\u000a\" is no JSON Pointer: it is not empty and does not begin with /");
-    EXPECT_EQ(refused_pointer([&] { to_or(document, "a", 1); }),
-              "\"a\" is no JSON Pointer: it is not empty and does not begin with /");
+    EXPECT_THAT([&] { find(document, "a"); },
+                ThrowsMessage<std::invalid_argument>(
+                    "\"a\" is no JSON Pointer: it is not empty and does not begin with /"));
+    EXPECT_THAT([&] { find(document, "/~2"); },
+                ThrowsMessage<std::invalid_argument>(
+                    "\"/~2\" is no JSON Pointer: ~ is not followed by 0 or 1"));
+    EXPECT_THAT([&] { find(document, "/x/y~"); },
+                ThrowsMessage<std::invalid_argument>(
+                    "\"/x/y~\" is no JSON Pointer: ~ is not followed by 0 or 1"));
+    EXPECT_THAT([&] { to<int>(document, "a\n"); },
+                ThrowsMessage<std::invalid_argument>(
+                    "\"a\\u000a\" is no JSON Pointer: it is not empty and does not begin with /"));
+    EXPECT_THAT([&] { to_or(document, "a", 1); },
+                ThrowsMessage<std::invalid_argument>(
+                    "\"a\" is no JSON Pointer: it is not empty and does not begin with /"));
 }
 
 Value configuration() {
@@ -146,46 +142,56 @@ TEST(ToByPointer, ConvertsTheValueAtThePointer) {
 
 TEST(ToByPointer, NamesPlacesFromTheRoot) {
     const Value config = configuration();
-    EXPECT_EQ(conversion_error([&] { to<fleet::Server>(config, "/server"); }),
-              "at /server/tags/1: invalid conversion: JSON number to JSON string");
+    EXPECT_THAT([&] { to<fleet::Server>(config, "/server"); },
+                ThrowsMessage<ConversionError>(
+                    "at /server/tags/1: invalid conversion: JSON number to JSON string"));
     const Value odd = Object{{"a/b", Object{{"~", Array{true}}}}};
-    EXPECT_EQ(error_pointer([&] { to<std::vector<int>>(odd, "/a~1b/~0"); }), "/a~1b/~0/0");
-    EXPECT_EQ(error_pointer([&] { to<int>(odd, "/a~1b"); }), "/a~1b");
+    EXPECT_THAT([&] { to<std::vector<int>>(odd, "/a~1b/~0"); },
+                Throws<ConversionError>(Property(&ConversionError::pointer, "/a~1b/~0/0")));
+    EXPECT_THAT([&] { to<int>(odd, "/a~1b"); },
+                Throws<ConversionError>(Property(&ConversionError::pointer, "/a~1b")));
 }
 
 TEST(ToByPointer, TakesOptions) {
     const Value config = Object{{"server", Object{{"host", "a"}, {"x", 1}}}};
     const ConvertOptions strict{ConvertOptions::UnknownMembers::error};
     EXPECT_EQ(to<fleet::Server>(config, "/server").host, "a");
-    EXPECT_EQ(error_pointer([&] { to<fleet::Server>(config, "/server", strict); }), "/server/x");
+    EXPECT_THAT([&] { to<fleet::Server>(config, "/server", strict); },
+                Throws<ConversionError>(Property(&ConversionError::pointer, "/server/x")));
 }
 
 TEST(ToByPointer, ThrowsWhereNoValueIs) {
     const Value config = configuration();
-    EXPECT_EQ(conversion_error([&] { to<int>(config, "/server/prot"); }),
-              "at /server/prot: there is no value");
-    EXPECT_EQ(conversion_error([&] { to<int>(config, "/nowhere/at/all"); }),
-              "at /nowhere/at/all: there is no value");
-    EXPECT_EQ(conversion_error([&] { to<int>(config, "/list/1"); }),
-              "at /list/1: there is no value");
-    EXPECT_EQ(conversion_error([&] { to<int>(config, "/list/-"); }),
-              "at /list/-: there is no value");
-    EXPECT_EQ(conversion_error([&] { to<int>(config, "/undefined"); }),
-              "at /undefined: invalid conversion: undefined to JSON number");
+    EXPECT_THAT([&] { to<int>(config, "/server/prot"); },
+                ThrowsMessage<ConversionError>("at /server/prot: there is no value"));
+    EXPECT_THAT([&] { to<int>(config, "/nowhere/at/all"); },
+                ThrowsMessage<ConversionError>("at /nowhere/at/all: there is no value"));
+    EXPECT_THAT([&] { to<int>(config, "/list/1"); },
+                ThrowsMessage<ConversionError>("at /list/1: there is no value"));
+    EXPECT_THAT([&] { to<int>(config, "/list/-"); },
+                ThrowsMessage<ConversionError>("at /list/-: there is no value"));
+    EXPECT_THAT([&] { to<int>(config, "/undefined"); },
+                ThrowsMessage<ConversionError>(
+                    "at /undefined: invalid conversion: undefined to JSON number"));
 }
 
 TEST(ToByPointer, ThrowsWhereAStepLeadsIntoAnotherKind) {
     const Value config = configuration();
-    EXPECT_EQ(conversion_error([&] { to<int>(config, "/text/x/y"); }),
-              "at /text: invalid conversion: JSON string to JSON object");
-    EXPECT_EQ(conversion_error([&] { to<int>(config, "/list/x"); }),
-              "at /list: invalid conversion: JSON array to JSON object");
-    EXPECT_EQ(conversion_error([&] { to<int>(config, "/list/01"); }),
-              "at /list: invalid conversion: JSON array to JSON object");
-    EXPECT_EQ(conversion_error([&] { to<int>(config, "/none/x"); }),
-              "at /none: invalid conversion: JSON null to JSON object");
-    EXPECT_EQ(conversion_error([] { to<int>(Value(1), "/x"); }),
-              "at the root: invalid conversion: JSON number to JSON object");
+    EXPECT_THAT(
+        [&] { to<int>(config, "/text/x/y"); },
+        ThrowsMessage<ConversionError>("at /text: invalid conversion: JSON string to JSON object"));
+    EXPECT_THAT(
+        [&] { to<int>(config, "/list/x"); },
+        ThrowsMessage<ConversionError>("at /list: invalid conversion: JSON array to JSON object"));
+    EXPECT_THAT(
+        [&] { to<int>(config, "/list/01"); },
+        ThrowsMessage<ConversionError>("at /list: invalid conversion: JSON array to JSON object"));
+    EXPECT_THAT(
+        [&] { to<int>(config, "/none/x"); },
+        ThrowsMessage<ConversionError>("at /none: invalid conversion: JSON null to JSON object"));
+    EXPECT_THAT([] { to<int>(Value(1), "/x"); },
+                ThrowsMessage<ConversionError>(
+                    "at the root: invalid conversion: JSON number to JSON object"));
 }
 
 TEST(ToByPointer, GivesNulloptForAMissingValue) {
@@ -193,7 +199,8 @@ TEST(ToByPointer, GivesNulloptForAMissingValue) {
     EXPECT_EQ(to<std::optional<int>>(config, "/server/prot"), std::nullopt);
     EXPECT_EQ(to<std::optional<int>>(config, "/server/port"), 80);
     EXPECT_EQ(to<std::optional<int>>(config, "/none"), std::nullopt);
-    EXPECT_EQ(error_pointer([&] { to<std::optional<int>>(config, "/text/x"); }), "/text");
+    EXPECT_THAT([&] { to<std::optional<int>>(config, "/text/x"); },
+                Throws<ConversionError>(Property(&ConversionError::pointer, "/text")));
 }
 
 TEST(ToOr, GivesTheValueThatIsThere) {
@@ -214,14 +221,18 @@ TEST(ToOr, GivesTheFallbackForAMissingValue) {
 
 TEST(ToOr, ThrowsForAValueThatDoesNotConvert) {
     const Value config = configuration();
-    EXPECT_EQ(conversion_error([&] { to_or(config, "/server/host", 7); }),
-              "at /server/host: invalid conversion: JSON string to JSON number");
-    EXPECT_EQ(conversion_error([&] { to_or(config, "/text/x", 7); }),
-              "at /text: invalid conversion: JSON string to JSON object");
-    EXPECT_EQ(conversion_error([&] { to_or(config, "/list/x", 7); }),
-              "at /list: invalid conversion: JSON array to JSON object");
-    EXPECT_EQ(conversion_error([&] { to_or(config, "/server", fleet::Server()); }),
-              "at /server/tags/1: invalid conversion: JSON number to JSON string");
+    EXPECT_THAT([&] { to_or(config, "/server/host", 7); },
+                ThrowsMessage<ConversionError>(
+                    "at /server/host: invalid conversion: JSON string to JSON number"));
+    EXPECT_THAT(
+        [&] { to_or(config, "/text/x", 7); },
+        ThrowsMessage<ConversionError>("at /text: invalid conversion: JSON string to JSON object"));
+    EXPECT_THAT(
+        [&] { to_or(config, "/list/x", 7); },
+        ThrowsMessage<ConversionError>("at /list: invalid conversion: JSON array to JSON object"));
+    EXPECT_THAT([&] { to_or(config, "/server", fleet::Server()); },
+                ThrowsMessage<ConversionError>(
+                    "at /server/tags/1: invalid conversion: JSON number to JSON string"));
 }
 
 TEST(ToOr, GivesAStringForATextAsFallback) {
@@ -260,12 +271,14 @@ template <class T>
 std::string error_below_odd_names(const Value& wrong) {
     const std::string odd("a/~\"\0b", 6);
     const Value root = Object{{odd, Object{{"", wrong}}}};
-    const auto convert = [&] {
+    try {
         to<std::map<std::string, std::map<std::string, T>>>(
             root, {ConvertOptions::UnknownMembers::error});
-    };
-    EXPECT_EQ(error_pointer(convert).substr(0, 10), std::string("/a~1~0\"\0b/", 10));
-    return conversion_error(convert);
+    } catch (const ConversionError& error) {
+        EXPECT_THAT(error.pointer(), StartsWith(std::string("/a~1~0\"\0b/", 10)));
+        return error.what();
+    }
+    return "(nothing was thrown)";
 }
 
 TEST(ConversionErrors, OfEveryTypeNameTheirPlace) {

@@ -1,10 +1,10 @@
 // Every convertible type, there and back, and the errors of each.
-#include "convert/conversion_error.hpp"
 #include "convert/fleet.hpp"
 #include "support/describe.hpp"
 
 #include <foundation/json/convert.hpp>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -25,8 +25,8 @@
 namespace foundation::json {
 namespace {
 
-using test::conversion_error;
 using test::describe;
+using testing::ThrowsMessage;
 
 /// Describes the value of an object, and expects that it converts back to an equal object.
 template <class T>
@@ -162,8 +162,8 @@ TEST(Convert, TakesTypesThatContainEachOther) {
 
 TEST(Convert, RefusesAnElementThatTheSetHasAlready) {
     const Value numbers = Array{3, 1, 3};
-    EXPECT_EQ(conversion_error([&] { to<std::set<int>>(numbers); }),
-              "at /2: the set has this element already");
+    EXPECT_THAT([&] { to<std::set<int>>(numbers); },
+                ThrowsMessage<ConversionError>("at /2: the set has this element already"));
 }
 
 /// Takes upper and lower case of a letter for equal.
@@ -177,18 +177,18 @@ struct CaseBlind {
 TEST(Convert, RefusesANameThatTheMapHasAlready) {
     const Value headers = Object{{"H", 1}, {"X", 2}, {"h", 3}};
     using Headers = std::map<std::string, int, CaseBlind>;
-    EXPECT_EQ(conversion_error([&] { to<Headers>(headers); }),
-              "at /h: the map has this name already");
+    EXPECT_THAT([&] { to<Headers>(headers); },
+                ThrowsMessage<ConversionError>("at /h: the map has this name already"));
 }
 
 TEST(Convert, ChecksLengths) {
     const Value two = Array{1, 2};
-    EXPECT_EQ(conversion_error([&] { to<std::array<int, 3>>(two); }),
-              "at the root: the array has length 2, not 3");
-    EXPECT_EQ(conversion_error([&] { to<std::tuple<int>>(two); }),
-              "at the root: the array has length 2, not 1");
-    EXPECT_EQ(conversion_error([] { to<std::pair<int, int>>(Value(Array())); }),
-              "at the root: the array has length 0, not 2");
+    EXPECT_THAT(([&] { to<std::array<int, 3>>(two); }),
+                ThrowsMessage<ConversionError>("at the root: the array has length 2, not 3"));
+    EXPECT_THAT([&] { to<std::tuple<int>>(two); },
+                ThrowsMessage<ConversionError>("at the root: the array has length 2, not 1"));
+    EXPECT_THAT(([] { to<std::pair<int, int>>(Value(Array())); }),
+                ThrowsMessage<ConversionError>("at the root: the array has length 0, not 2"));
 }
 
 /// The messages of the conversion to T for a value of each kind.
@@ -251,38 +251,46 @@ TEST(Convert, RefusesWrongKinds) {
 }
 
 TEST(Convert, RefusesNumbersThatDoNotFit) {
-    EXPECT_EQ(conversion_error([] { to<std::uint16_t>(Value(70000)); }),
-              "at the root: 70000 is not within 0 to 65535");
-    EXPECT_EQ(conversion_error([] { to<int>(Value(2.5)); }),
-              "at the root: 2.5 is not a whole number");
-    EXPECT_EQ(conversion_error([] { to<unsigned>(Value(-1LL)); }),
-              "at the root: -1 is not within 0 to 4294967295");
-    EXPECT_EQ(conversion_error([] {
-                  to<std::vector<int>>(Value(Array{1, "2"}));
-              }),
-              "at /1: invalid conversion: JSON string to JSON number");
+    EXPECT_THAT([] { to<std::uint16_t>(Value(70000)); },
+                ThrowsMessage<ConversionError>("at the root: 70000 is not within 0 to 65535"));
+    EXPECT_THAT([] { to<int>(Value(2.5)); },
+                ThrowsMessage<ConversionError>("at the root: 2.5 is not a whole number"));
+    EXPECT_THAT([] { to<unsigned>(Value(-1LL)); },
+                ThrowsMessage<ConversionError>("at the root: -1 is not within 0 to 4294967295"));
+    EXPECT_THAT(
+        [] {
+            to<std::vector<int>>(Value(Array{1, "2"}));
+        },
+        ThrowsMessage<ConversionError>("at /1: invalid conversion: JSON string to JSON number"));
 }
 
 TEST(Convert, ListsTheKnownEnumerators) {
-    EXPECT_EQ(conversion_error([] { to<fleet::Level>(Value("purple")); }),
-              "at the root: the enumerator \"purple\" is unknown; known are \"low\", \"middle\", "
-              "\"high\", \"top\"");
-    EXPECT_EQ(conversion_error([] { to<fleet::Level>(Value("")); }),
-              "at the root: the enumerator \"\" is unknown; known are \"low\", \"middle\", "
-              "\"high\", \"top\"");
-    EXPECT_EQ(conversion_error([] { to<fleet::Level>(Value(std::string("low\0", 4))); }),
-              "at the root: the enumerator \"low\\u0000\" is unknown; known are \"low\", "
-              "\"middle\", \"high\", \"top\"");
-    EXPECT_EQ(conversion_error([] { to<fleet::Level>(Value(0)); }),
-              "at the root: invalid conversion: JSON number to JSON string");
+    EXPECT_THAT(
+        [] { to<fleet::Level>(Value("purple")); },
+        ThrowsMessage<ConversionError>(
+            "at the root: the enumerator \"purple\" is unknown; known are \"low\", \"middle\", "
+            "\"high\", \"top\""));
+    EXPECT_THAT([] { to<fleet::Level>(Value("")); },
+                ThrowsMessage<ConversionError>(
+                    "at the root: the enumerator \"\" is unknown; known are \"low\", \"middle\", "
+                    "\"high\", \"top\""));
+    EXPECT_THAT([] { to<fleet::Level>(Value(std::string("low\0", 4))); },
+                ThrowsMessage<ConversionError>(
+                    "at the root: the enumerator \"low\\u0000\" is unknown; known are \"low\", "
+                    "\"middle\", \"high\", \"top\""));
+    EXPECT_THAT([] { to<fleet::Level>(Value(0)); },
+                ThrowsMessage<ConversionError>(
+                    "at the root: invalid conversion: JSON number to JSON string"));
 }
 
 TEST(Convert, RefusesToWriteAnEnumeratorWithoutAName) {
     const std::map<std::string, std::vector<fleet::Level>> levels{
         {"a/b", {fleet::Level::low, static_cast<fleet::Level>(-7)}}};
-    EXPECT_EQ(conversion_error([&] { from(levels); }),
-              "at /a~1b/1: the enumerator -7 has no name; named are \"low\", \"middle\", \"high\", "
-              "\"top\"");
+    EXPECT_THAT(
+        [&] { from(levels); },
+        ThrowsMessage<ConversionError>(
+            "at /a~1b/1: the enumerator -7 has no name; named are \"low\", \"middle\", \"high\", "
+            "\"top\""));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // The parser's errors: their place, code and message.
 #include <foundation/json/parse.hpp>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -10,6 +11,11 @@
 
 namespace foundation::json::test {
 namespace {
+
+using testing::AllOf;
+using testing::Property;
+using testing::StrEq;
+using testing::Throws;
 
 struct Failure {
     std::string text;
@@ -22,16 +28,13 @@ struct Failure {
 
 void expect_failure(const Failure& expected, const ParseOptions& options = {}) {
     SCOPED_TRACE(expected.text.substr(0, 80));
-    try {
-        parse(expected.text, options);
-        ADD_FAILURE() << "was accepted";
-    } catch (const ParserException& error) {
-        EXPECT_EQ(error.get_parse_result(), expected.result);
-        EXPECT_EQ(error.get_byte_position(), expected.byte_position);
-        EXPECT_EQ(error.get_line_number(), expected.line);
-        EXPECT_EQ(error.get_column(), expected.column);
-        EXPECT_EQ(std::string(error.what()), expected.what);
-    }
+    EXPECT_THAT([&] { parse(expected.text, options); },
+                Throws<ParserException>(
+                    AllOf(Property(&ParserException::get_parse_result, expected.result),
+                          Property(&ParserException::get_byte_position, expected.byte_position),
+                          Property(&ParserException::get_line_number, expected.line),
+                          Property(&ParserException::get_column, expected.column),
+                          Property(&ParserException::what, StrEq(expected.what)))));
 }
 
 void check(const std::vector<Failure>& failures) {
@@ -738,13 +741,10 @@ struct Quote {
 
 void expect_quote(const Quote& expected) {
     SCOPED_TRACE(expected.text.substr(0, 80));
-    try {
-        parse(expected.text);
-        ADD_FAILURE() << "was accepted";
-    } catch (const ParserException& error) {
-        EXPECT_EQ(error.get_quoted_byte_position(), expected.position);
-        EXPECT_EQ(error.get_quoted_text(), expected.quoted);
-    }
+    EXPECT_THAT([&] { parse(expected.text); },
+                Throws<ParserException>(
+                    AllOf(Property(&ParserException::get_quoted_byte_position, expected.position),
+                          Property(&ParserException::get_quoted_text, expected.quoted))));
 }
 
 TEST(ParserErrors, QuoteTheLineWithoutItsEnd) {
