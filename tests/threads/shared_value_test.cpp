@@ -7,6 +7,7 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -38,6 +39,7 @@ namespace {
 
 using namespace foundation::json;
 using test::run_in_threads;
+using testing::ThrowsMessage;
 
 constexpr int rounds = 200;
 
@@ -205,14 +207,9 @@ TEST(OneValueInManyThreads, BecomesObjectsOfAClass) {
         EXPECT_EQ(std::get<std::string>(record.array), "two");
         EXPECT_EQ(record.object.at("inner"), "a text that is too long for a string's own storage");
         EXPECT_EQ(to_or(value, "/object/missing", 3), 3);
-        try {
-            to<bool>(value, "/array/1");
-            ADD_FAILURE() << "no exception";
-        } catch (const ConversionError& error) {
-            EXPECT_EQ(error.pointer(), "/array/1");
-            EXPECT_STREQ(error.what(),
-                         "at /array/1: invalid conversion: JSON string to JSON boolean");
-        }
+        EXPECT_THAT(([&] { to<bool>(value, "/array/1"); }),
+                    ThrowsMessage<ConversionError>(
+                        "at /array/1: invalid conversion: JSON string to JSON boolean"));
     });
 }
 
