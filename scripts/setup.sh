@@ -249,6 +249,6 @@ run_tests() {
         "${run[@]}" --progress --output-log "$log"
     else
         "${run[@]}" 2>&1 | tee "$log" |
-            grep --line-buffered -vE '^ +Start +[0-9]+: | Passed +[0-9.]+ sec *$|^$'
+            grep --line-buffered -avE '^ +Start +[0-9]+: | Passed +[0-9.]+ sec *$|^$'
     fi
 }
