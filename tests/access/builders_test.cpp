@@ -23,30 +23,13 @@ TEST(Element, AloneIsAnArrayOfOneElement) {
 }
 
 TEST(Element, TakesWhateverAValueTakes) {
-    struct Case {
-        Value value;
-        const char* kind;
-        const char* text;
-    };
-    const Case cases[] = {
-        {Element(Undefined()), "undefined", "[]"},
-        {Element(Null()), "JSON null", "[null]"},
-        {Element(true), "JSON boolean", "[true]"},
-        {Element(7), "JSON number", "[7]"},
-        {Element(2.5), "JSON number", "[2.5]"},
-        {Element("text"), "JSON string", R"(["text"])"},
-        {Element(std::string("text")), "JSON string", R"(["text"])"},
-        {Element(Array{1, 2}), "JSON array", "[[1,2]]"},
-        {Element(Object{{"a", 1}}), "JSON object", R"([{"a":1}])"},
-        {Element(1.5f), "float", "[1.5]"},
-        {Element(-7LL), "int64", "[-7]"},
-        {Element(7ULL), "uint64", "[7]"},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(c.value.length(), 1u) << c.kind;
-        EXPECT_EQ(kind_name(c.value[0]), c.kind);
-        EXPECT_EQ(content_text(c.value), c.text);
+    for (const Sample& sample : one_of_each_kind()) {
+        const Value array = Element(sample.value);
+        EXPECT_EQ(array.length(), 1u) << sample.kind;
+        EXPECT_EQ(describe(array[0]), sample.description);
     }
+    EXPECT_EQ(content_text((Element(true), Element("text"), Element(1.5f), Element(Array{1}))),
+              R"([true,"text",1.5,[1]])");
 }
 
 TEST(Element, AChainIsAnArrayOfItsTermsInOrder) {
@@ -241,31 +224,14 @@ TEST(Property, WithoutAnAssignmentIsAnEmptyObject) {
 }
 
 TEST(Property, TakesWhateverAValueTakes) {
-    struct Case {
-        Value value;
-        const char* kind;
-        const char* text;
-    };
-    const Case cases[] = {
-        {Property("k") = Undefined(), "undefined", R"({"k":})"},
-        {Property("k") = Null(), "JSON null", R"({"k":null})"},
-        {Property("k") = true, "JSON boolean", R"({"k":true})"},
-        {Property("k") = 7, "JSON number", R"({"k":7})"},
-        {Property("k") = 2.5, "JSON number", R"({"k":2.5})"},
-        {Property("k") = "x", "JSON string", R"({"k":"x"})"},
-        {Property("k") = std::string("x"), "JSON string", R"({"k":"x"})"},
-        {Property("k") = Array{1, 2}, "JSON array", R"({"k":[1,2]})"},
-        {Property("k") = Object{{"a", 1}}, "JSON object", R"({"k":{"a":1}})"},
-        {Property("k") = 1.5f, "float", R"({"k":1.5})"},
-        {Property("k") = -7LL, "int64", R"({"k":-7})"},
-        {Property("k") = 7ULL, "uint64", R"({"k":7})"},
-        {Property("k") = Value("x"), "JSON string", R"({"k":"x"})"},
-    };
-    for (const Case& c : cases) {
-        ASSERT_TRUE(c.value.hasOwnProperty("k")) << c.kind;
-        EXPECT_EQ(kind_name(c.value["k"]), c.kind);
-        EXPECT_EQ(content_text(c.value), c.text);
+    for (const Sample& sample : one_of_each_kind()) {
+        const Value object = (Property("k") = sample.value);
+        EXPECT_TRUE(object.hasOwnProperty("k")) << sample.kind;
+        EXPECT_EQ(describe(object["k"]), sample.description);
     }
+    EXPECT_EQ(content_text((Property("a") = true, Property("b") = "text", Property("c") = 1.5f,
+                            Property("d") = Array{1})),
+              R"({"a":true,"b":"text","c":1.5,"d":[1]})");
 }
 
 TEST(Property, NamesAreTakenByteForByte) {
