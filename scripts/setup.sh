@@ -45,10 +45,10 @@ test_needs=(gtest pkg-config localedef nm python3)
 test_wishes=(gdb meson)
 
 # The names of needs for people, and Debian's packages, where they have other names.
-declare -rA names=([abidw]=libabigail [benchmark]="Google Benchmark" [boost]="Boost 1.74 or later"
+declare -rA need_names=([abidw]=libabigail [benchmark]="Google Benchmark" [boost]="Boost 1.74 or later"
     [cmake]="CMake 3.25 or later" [compiler]="a C++17 compiler" [icu]=ICU [ninja]=Ninja
     [gtest]="GoogleTest and GoogleMock 1.12 or later" [localedef]="localedef with sources")
-declare -rA packages=([abidw]=abigail-tools [benchmark]=libbenchmark-dev [boost]=libboost-dev
+declare -rA need_packages=([abidw]=abigail-tools [benchmark]=libbenchmark-dev [boost]=libboost-dev
     [clang++]=clang [compiler]=g++ [dpkg-buildflags]=dpkg-dev [fast_float]=libfast-float-dev
     [gtest]=libgmock-dev [icu]=libicu-dev [llvm-symbolizer]=llvm [localedef]=locales
     [ninja]=ninja-build [nm]=binutils)
@@ -162,7 +162,7 @@ apt_install() {
 missing_text() {
     local name text=
     for name in "${missing[@]}"; do
-        text+="${text:+, }${names[$name]-$name} (${packages[$name]-$name})"
+        text+="${text:+, }${need_names[$name]-$name} (${need_packages[$name]-$name})"
     done
     echo "$text"
 }
@@ -180,7 +180,7 @@ provide() {
         ((${#missing[@]})) || break
         wanted=()
         for name in "${installable[@]}"; do
-            wanted+=("${packages[$name]-$name}")
+            wanted+=("${need_packages[$name]-$name}")
         done
         apt_install "${wanted[@]}"
         look_for "$@"

@@ -391,7 +391,7 @@ def main():
     parser.add_argument("--count", type=int, default=190)
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("patterns", nargs="*")
-    arguments = parser.parse_args()
+    arguments = parser.parse_intermixed_args()
     root, jobs = arguments.root, arguments.jobs
     mutants = choose(root, arguments.seed, arguments.count, arguments.patterns)
     if not mutants:
