@@ -88,7 +88,7 @@ public:
 
     // ---- Positions ---------------------------------------------------------------------------
 
-    /// What is known of the input around an error, with the line that it is in, for most_quoted
+    /// What is known of the input around an error, with the line that it is in, for quoted_behind
     /// bytes behind it. Moves no text; settle() must be called before text is read again.
     /// @throws whatever reading a stream does
     Context context_for_error(const char* at);

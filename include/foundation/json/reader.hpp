@@ -28,6 +28,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace foundation::json {
 
@@ -66,8 +67,11 @@ public:
     /// @param options  as for parse()
     /// @throws std::bad_alloc memory runs out
     explicit Reader(std::string_view text, const ParseOptions& options = {});
-    explicit Reader(std::string&& text,
-                    const ParseOptions& options = {}) = delete; ///< would dangle
+
+    /// A string that is gone before the first token cannot be read.
+    template <class String,
+              std::enable_if_t<std::is_same_v<std::remove_const_t<String>, std::string>, int> = 0>
+    explicit Reader(String&& text, const ParseOptions& options = {}) = delete;
 
     /// Reads the rest of a stream, of which a piece is in memory at a time. Waits for no more of it
     /// than the next token needs: a number or word ends with the byte behind it.
