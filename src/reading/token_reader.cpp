@@ -100,19 +100,7 @@ std::string TokenReader::pointer() const {
 // Functions take the position where they begin to read. State and position are stored together,
 // once a step is done: if a later one fails, the next call goes on from there.
 
-Token TokenReader::read() {
-    try {
-        return read_next();
-    } catch (const ParserException& error) {
-        fail(error);
-        throw;
-    } catch (...) {
-        interrupt();
-        throw;
-    }
-}
-
-inline Token TokenReader::read_next() {
+[[gnu::always_inline]] inline Token TokenReader::read_next() {
     if (state_ >= State::first_rare) {
         return read_rare();
     }
@@ -143,6 +131,18 @@ inline Token TokenReader::read_next() {
     }
 }
 
+Token TokenReader::read() {
+    try {
+        return read_next();
+    } catch (const ParserException& error) {
+        fail(error);
+        throw;
+    } catch (...) {
+        interrupt();
+        throw;
+    }
+}
+
 /// The same at the begin and end of the document, and where an earlier call has failed.
 [[gnu::noinline]] Token TokenReader::read_rare() {
     if (state_ == State::failed) {
@@ -156,7 +156,7 @@ inline Token TokenReader::read_next() {
     switch (state_) {
     case State::interrupted:
         go_on(at, interrupted_);
-        return read_next();
+        return read();
     case State::root:
         return read_value(at, false);
     case State::element:
@@ -190,11 +190,11 @@ inline Token TokenReader::read_next() {
 
 /// @param error  what is being handled
 [[gnu::cold]] void TokenReader::fail(const ParserException& error) noexcept {
-    interrupt();
     if (state_ != State::failed) {
+        interrupt();
         state_ = State::failed;
         error_ = std::current_exception();
-        end_of_value_ = window().at_byte(error.get_byte_position());
+        begin_ = end_of_value_ = window().at_byte(error.get_byte_position());
     }
 }
 

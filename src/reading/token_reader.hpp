@@ -170,7 +170,7 @@ private:
     State interrupted_ = State::start; ///< what has been interrupted
     std::exception_ptr error_;         ///< what has failed for good
     Token token_ = Token::none;
-    const char* begin_ = nullptr; ///< of the current token; null if there is none
+    const char* begin_ = nullptr; ///< of the current token, or of an error; null without one
     char last_ = '\0';            ///< of the value before
     StringToken string_{};
     const char* number_end_ = nullptr;

@@ -976,6 +976,12 @@ TEST(Reader, AnErrorComesAgainAtEveryCall) {
                     EXPECT_EQ(outcome_of([&] { return Value(reader.next() == Token::end); }),
                               expected);
                     EXPECT_EQ(reader.token(), Token::none);
+                    const Position at = reader.position();
+                    EXPECT_NE(expected.find("| byte " + std::to_string(at.byte) + " | " +
+                                            std::to_string(at.line) + ':' +
+                                            std::to_string(at.column) + " |"),
+                              std::string::npos)
+                        << expected;
                     EXPECT_EQ(outcome_of([&] { return reader.value(); }), expected);
                     EXPECT_EQ(outcome_of([&] { return reader.skip(), Value(); }), expected);
                 }
