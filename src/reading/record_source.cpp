@@ -318,7 +318,7 @@ private:
     void find_member(const std::string& name);
     void find_index(const std::string& name);
     void skip_child();
-    [[noreturn]] void fail(const char* problem) const;
+    [[noreturn]] void fail(const char* problem);
 
     const std::string pointer_;
     const std::vector<std::string> names_;
@@ -334,6 +334,7 @@ private:
     bool skips_ = false;            ///< a child that is not looked for
     std::size_t depth_ = 0;         ///< of the array, once it is found
     bool is_closed_ = false;        ///< the array
+    const char* problem_ = nullptr; ///< why there is no array
 };
 
 bool ElementSource::find() {
@@ -351,6 +352,9 @@ bool ElementSource::find() {
 }
 
 bool ElementSource::find_element() {
+    if (problem_ != nullptr) {
+        fail(problem_);
+    }
     if (depth_ == 0) {
         find_array();
     }
@@ -441,7 +445,8 @@ void ElementSource::skip_child() {
     }
 }
 
-void ElementSource::fail(const char* problem) const {
+void ElementSource::fail(const char* problem) {
+    problem_ = problem; // if memory runs out, it is told at the next call
     throw ConversionError(pointer_, problem);
 }
 

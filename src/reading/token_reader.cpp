@@ -387,21 +387,21 @@ Value TokenReader::scalar() const {
 }
 
 Value TokenReader::value() {
-    Value result = read_value();
+    Value result;
+    read_value(result);
     go_behind();
     return result;
 }
 
-/// The value that begins here; its text is kept, until go_back() or go_behind().
-Value TokenReader::read_value() {
-    if (!is_at_container()) {
+/// Reads the value that begins here. Its text is kept, until go_back() or go_behind().
+void TokenReader::read_value(Value& value) {
+    if (is_at_container()) {
+        read_container(value);
+    } else {
         begin_of_value_ = begin_;
         end_of_value_ = window().at();
-        return scalar();
+        value = scalar();
     }
-    Value result;
-    read_container(result);
-    return result;
 }
 
 /// Reads the array or object that has just been opened.

@@ -153,7 +153,7 @@ private:
         return token_ == Token::begin_array || token_ == Token::begin_object;
     }
     Value scalar() const;
-    Value read_value();
+    void read_value(Value& value);
     void read_container(Value& value);
     void go_back() noexcept;
     void go_behind();
@@ -185,7 +185,8 @@ private:
 
 template <class Take>
 void TokenReader::value(const Take& take) {
-    Value result = read_value();
+    Value result;
+    read_value(result);
     try {
         take(result);
     } catch (...) {
