@@ -45,10 +45,11 @@ Position RecordSource::position() {
     return {result.byte, result.line, result.column};
 }
 
-void RecordSource::set_bad_text(const char* begin, const char* end) noexcept {
+TextPosition RecordSource::set_bad_text(const char* begin, const char* end) noexcept {
     // Now, since what is asked for later must not lie before what was asked for already.
     begin_ = locate(begin);
     text_ = {begin, static_cast<std::size_t>(end - begin)};
+    return *begin_;
 }
 
 namespace {
@@ -133,8 +134,7 @@ private:
     void read(Value& record) override;
     bool find_line();
     bool is_empty();
-    Value parse_line(const TextPosition& begin);
-    [[noreturn]] void refuse();
+    Value parse_line();
     [[noreturn]] void refuse_long();
 
     const char* behind_ = nullptr; ///< where the next line begins
@@ -194,32 +194,26 @@ void LineSource::read(Value& record) {
     if (is_long_) {
         refuse_long();
     }
+    Value result = parse_line();
+    take_value(record, result);
+    window().go_to(behind_);
+}
+
+Value LineSource::parse_line() {
+    const auto parse_at = [this](const TextPosition& begin) {
+        const WholeText line(text_, begin);
+        return parse_text(line, line.begin(), options_);
+    };
     try {
-        // The position is counted for errors alone.
-        Value result = parse_line({});
-        take_value(record, result);
+        return parse_at({}); // positions are counted for errors alone
     } catch (const ParserException&) {
-        refuse();
+        const TextPosition begin = set_bad_text(text_.data(), text_.data() + text_.size());
+        window().go_to(behind_);
+        return parse_at(begin); // throws again
     }
-    window().go_to(behind_);
 }
 
-/// @param begin  where it begins, for errors
-Value LineSource::parse_line(const TextPosition& begin) {
-    const WholeText line(text_, begin);
-    return parse_text(line, line.begin(), options_);
-}
-
-/// Throws the error of a line, with its position in the stream.
-void LineSource::refuse() {
-    const TextPosition begin = window().locate(text_.data());
-    set_bad_text(text_.data(), text_.data() + text_.size());
-    window().go_to(behind_);
-    parse_line(begin);
-    throw std::logic_error("foundation::json: a line has an error no more"); // GCOVR_EXCL_LINE
-}
-
-/// The same of a line that is too long, of which the rest has not been read.
+/// Throws the error of a line that is too long, of which the rest has not been read.
 void LineSource::refuse_long() {
     const char* const limit = text_.data() + text_.size();
     try {

@@ -44,8 +44,8 @@ protected:
     /// @param at  null for that
     virtual TextPosition locate(const char* at) noexcept = 0;
 
-    /// Sets the text of the record, of which an error will be thrown.
-    void set_bad_text(const char* begin, const char* end) noexcept;
+    /// Sets the text of the record, of which an error will be thrown. @return where it begins
+    TextPosition set_bad_text(const char* begin, const char* end) noexcept;
 
     std::string_view text_;
 

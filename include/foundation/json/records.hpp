@@ -5,7 +5,7 @@
 ///
 ///     Records<Value> records(stream, Framing::lines);
 ///     for (Value record; records.next(record);) {
-///         std::cout << record["name"] << '\n';
+///         std::cout << serialize(record["name"]) << '\n';
 ///     }
 ///
 /// One record and its text are in memory at a time.
