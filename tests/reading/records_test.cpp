@@ -487,14 +487,11 @@ TEST(Records, GoOnWithTheSameRecordAfterAnExceptionOfTheStream) {
 TEST(Records, MaxBytesGivesTheSameWhateverTheSizeOfPieces) {
     for (const Framed& framed : all_framings()) {
         for (std::size_t limit = 0; limit != 45 && !HasFailure(); ++limit) {
-            ReadOptions options = with_comments();
-            options.max_bytes = limit;
-            PiecewiseStream whole(framed.text, 1000);
             const std::string expected =
-                outcomes_of_records(Records<Value>(whole, framed.framing, options));
+                record_outcomes_within(framed.text, framed.framing, with_comments(), limit, 1000);
             for (const std::size_t piece : {1U, 2U, 3U, 5U, 8U}) {
-                PiecewiseStream stream(framed.text, piece);
-                EXPECT_EQ(outcomes_of_records(Records<Value>(stream, framed.framing, options)),
+                EXPECT_EQ(record_outcomes_within(framed.text, framed.framing, with_comments(),
+                                                 limit, piece),
                           expected)
                     << "at most " << limit << ", in pieces of " << piece;
             }

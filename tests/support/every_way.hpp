@@ -288,6 +288,58 @@ inline std::string outcomes_of_lines(const std::string& text, const ParseOptions
     return result;
 }
 
+// ---- Limits ------------------------------------------------------------------------------------
+
+/// The outcomes of a Reader with a limit: token by token, and of the first value as a whole.
+inline std::string reader_outcomes_within(const std::string& text, const ParseOptions& options,
+                                          std::size_t max_bytes, std::size_t piece) {
+    PiecewiseStream stream(text, piece);
+    Reader reader(stream, options, max_bytes);
+    const std::string tokens = outcome_of_reader(
+        reader, [&](Reader& at) { return ValueOfTokens(at, text, options, 0).read(); });
+    PiecewiseStream again(text, piece);
+    Reader whole(again, options, max_bytes);
+    return tokens + '\n' + outcome_of_reader(whole, [](Reader& at) {
+               at.next();
+               Value value = at.value();
+               at.next();
+               return value;
+           });
+}
+
+/// The outcomes of records with a limit.
+inline std::string record_outcomes_within(const std::string& text, const Framing& framing,
+                                          const ParseOptions& options, std::size_t max_bytes,
+                                          std::size_t piece) {
+    ReadOptions limited;
+    static_cast<ParseOptions&>(limited) = options;
+    limited.max_bytes = max_bytes;
+    PiecewiseStream stream(text, piece);
+    return outcomes_of_records(Records<Value>(stream, framing, limited));
+}
+
+/// Whether limits are kept alike in pieces of a size and in one piece. @return what differs
+inline std::string disagreement_within(const std::string& text, const ParseOptions& options,
+                                       std::size_t max_bytes, std::size_t piece) {
+    const auto compared = [&](const std::string& found, const std::string& expected) {
+        return found == expected ? std::string()
+                                 : found + "\ninstead of\n" + expected + "\nfor at most " +
+                                       std::to_string(max_bytes) + " bytes, in pieces of " +
+                                       std::to_string(piece) + ", of\n" + text;
+    };
+    const std::size_t whole = text.size() + 1;
+    std::string result = compared(reader_outcomes_within(text, options, max_bytes, piece),
+                                  reader_outcomes_within(text, options, max_bytes, whole));
+    for (const Framing& framing :
+         {Framing(Framing::lines), Framing(Framing::concatenated), Framing::elements()}) {
+        if (result.empty()) {
+            result = compared(record_outcomes_within(text, framing, options, max_bytes, piece),
+                              record_outcomes_within(text, framing, options, max_bytes, whole));
+        }
+    }
+    return result;
+}
+
 // ---- All of them -------------------------------------------------------------------------------
 
 /// Where one way of parsing a text differs from another; empty if none does.
