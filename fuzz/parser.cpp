@@ -1,10 +1,12 @@
 /// @file
 /// The parser on any bytes, with any options. An error must have the right place. The value of an
 /// accepted text must be the same after it is written and parsed again, as read from a stream in
-/// pieces of any size, and as read by the tests' own reader.
+/// pieces of any size, and as read by the tests' own reader. A Reader, token by token or with whole
+/// values, and Records in each framing must find the same values and errors.
 #include "expect.hpp"
 #include "input.hpp"
 
+#include "support/every_way.hpp"
 #include "support/json_reader.hpp"
 
 #include <foundation/json/json.hpp>
@@ -151,6 +153,10 @@ public:
             check_usage_error_by_the_tests(error.what());
         }
         check_stream(value, failure);
+        expect_equal(test::disagreement_in_pieces_of(text_, options_, piece_), std::string(),
+                     "what differs in another way to parse");
+        expect_equal(test::disagreement_within(text_, options_, text_.size() % 61, piece_),
+                     std::string(), "what differs with a limit");
         const std::vector<std::string> values = values_of_stream(piece_);
         expect(values == values_of_stream(text_.size() + 1), "pieces do not change the values");
         if (value) {

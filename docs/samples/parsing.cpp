@@ -188,4 +188,18 @@ int main() {
         }
         //! [depth]
     }
+
+    snippet("length");
+    {
+        //! [length]
+        std::istringstream request("[1, 2, 3, 4, 5, 6, 7, 8]");
+        try {
+            Value list = parse(request, {}, 10);
+        } catch (const ParserException& error) {
+            std::cout << error.what() << '\n';
+            // ->
+            // longer than 10 bytes: the argument max_bytes is the limit
+        }
+        //! [length]
+    }
 }

@@ -84,6 +84,9 @@ public:
     /// Fails if the text of a token or value is longer than allowed.
     void check_length(const char* begin, const char* end);
 
+    /// The same for a token, or for the value that it is part of where the input keeps that.
+    void check_length_of_token(const char* token, const char* end);
+
     /// Fails if what follows a value would belong to it, had a number not ended before.
     /// @param last  the last byte of the value
     void expect_separation(const char* at, char last);
@@ -113,7 +116,8 @@ public:
     const char* usual_number(const char* at, double& number) const noexcept;
 
     /// The same, of which only the end is wanted.
-    const char* skip_usual_number(const char* at) const noexcept;
+    /// @param room  how much of the text must be there: at least skipped_number_room
+    const char* skip_usual_number(const char* at, std::ptrdiff_t room) const noexcept;
 
     /// A word such as null.
     template <std::size_t Size>
@@ -131,13 +135,16 @@ public:
 
 private:
     Errors errors(const char* at);
+    Errors errors_in_token(const char* at, const char* token);
     TextPosition position_of(const char* at) noexcept;
     const char* skip_rest_of_space(const char* at);
     bool skip_comment(const char*& at);
     const char* end_comment(CommentToken token, char second, const TextPosition& begin);
     bool more(const char*& at);
-    bool more(const char*& at, const char*& token);
+    bool more(const char*& at, const char*& from);
+    bool more_of_token(const char*& at, const char*& token);
     void finish(StringToken& token);
+    NumberToken finish_number(const char*& at);
 
     /// A comment within which reading was interrupted.
     struct Interrupted {
@@ -150,12 +157,17 @@ private:
     Interrupted interrupted_;
 };
 
-/// Reads more text. @return false at the end of the input
+// What is too long is found to be so by its length alone, wherever the pieces of a stream end:
+// before more of it is read, where it ends, and where it has an error behind the limit.
+
+/// Reads more text.
+/// @param from  the text is needed from here
+/// @return false at the end of the input
 template <class Input>
-bool Cursor<Input>::more([[maybe_unused]] const char*& at, [[maybe_unused]] const char*& token) {
+bool Cursor<Input>::more([[maybe_unused]] const char*& at, [[maybe_unused]] const char*& from) {
     if constexpr (Input::refills) {
-        check_length(input_.kept() != nullptr ? input_.kept() : token, at);
-        return input_.refill(at, token);
+        check_length_of_token(at, at);
+        return input_.refill(at, from);
     } else {
         return false;
     }
@@ -163,7 +175,13 @@ bool Cursor<Input>::more([[maybe_unused]] const char*& at, [[maybe_unused]] cons
 
 template <class Input>
 bool Cursor<Input>::more(const char*& at) {
-    const char* token = at;
+    const char* from = at;
+    return more(at, from);
+}
+
+template <class Input>
+bool Cursor<Input>::more_of_token(const char*& at, const char*& token) {
+    check_length_of_token(token, at);
     return more(at, token);
 }
 
@@ -171,10 +189,18 @@ bool Cursor<Input>::more(const char*& at) {
 template <class Input>
 [[gnu::cold, gnu::noinline]] Errors Cursor<Input>::errors([[maybe_unused]] const char* at) {
     if constexpr (Input::refills) {
+        check_length_of_token(at, at);
         return {input_.context_for_error(at), options_};
     } else {
         return {input_.context(), options_};
     }
+}
+
+template <class Input>
+[[gnu::cold, gnu::noinline]] Errors Cursor<Input>::errors_in_token(const char* at,
+                                                                   const char* token) {
+    check_length_of_token(token, at);
+    return errors(at);
 }
 
 template <class Input>
@@ -246,8 +272,8 @@ template <class Input>
     while (token.status == CommentEnd::text_ends && more(token.end)) {
         token = scan_comment(token.end, end(), second);
     }
-    interrupted_ = {};
     if (token.status == CommentEnd::closed || (second == '/' && token.end == end())) {
+        interrupted_ = {};
         return token.end;
     }
     const char* const bad = token.status == CommentEnd::utf8 ? token.end : end();
@@ -258,7 +284,7 @@ template <class Input>
 const char* Cursor<Input>::skip_space_again(const char* at) {
     if (interrupted_.second != '\0') {
         const Interrupted comment = interrupted_;
-        at = end_comment({at, CommentEnd::text_ends}, comment.second, comment.begin);
+        at = end_comment(scan_comment(at, end(), comment.second), comment.second, comment.begin);
     }
     return skip_space(at);
 }
@@ -270,6 +296,14 @@ inline void Cursor<Input>::check_length([[maybe_unused]] const char* begin,
         if (const char* const limit = input_.limit_before(begin, end)) {
             fail_too_long(limit);
         }
+    }
+}
+
+template <class Input>
+inline void Cursor<Input>::check_length_of_token([[maybe_unused]] const char* token,
+                                                 [[maybe_unused]] const char* end) {
+    if constexpr (Input::refills) {
+        check_length(input_.kept() != nullptr ? input_.kept() : token, end);
     }
 }
 
@@ -365,7 +399,7 @@ template <class Input>
         while (token.error != StringError::none && token.end == end()) {
             const char* at = begin_of_unit(token);
             const char* quote = token.text - 1;
-            if (!more(at, quote)) {
+            if (!more_of_token(at, quote)) {
                 break;
             }
             token.text = quote + 1;
@@ -375,24 +409,34 @@ template <class Input>
         }
     }
     if (token.error != StringError::none) {
-        errors(token.end).bad_string(token);
+        errors_in_token(token.end, token.text - 1).bad_string(token);
     }
 }
 
 template <class Input>
 inline NumberToken Cursor<Input>::number(const char*& at) {
+    NumberToken token = scan_number(at, end());
     if constexpr (Input::refills) {
-        // Numbers are short: the whole of one is scanned again where the text has ended within it.
-        const char* behind = at;
-        do {
-            behind = skip_number_bytes(behind, end());
-        } while (behind == end() && more(behind, at));
+        if (token.end == end()) {
+            token = finish_number(at);
+        }
     }
-    const NumberToken token = scan_number(at, end());
     if (token.error != NO_PARSE_ERROR) {
-        errors(token.end).bad_number(token);
+        errors_in_token(token.end, at).bad_number(token);
     }
     return token;
+}
+
+/// Reads the rest of a number that the text ends with.
+template <class Input>
+[[gnu::noinline]] NumberToken Cursor<Input>::finish_number(const char*& at) {
+    // Each byte is looked at twice, in however many pieces the number comes.
+    NumberPart part = NumberPart::begin;
+    const char* behind = at;
+    do {
+        behind = skip_number(behind, end(), part);
+    } while (behind == end() && more_of_token(behind, at));
+    return scan_number(at, end());
 }
 
 template <class Input>
@@ -420,9 +464,9 @@ Cursor<Input>::usual_number(const char* at, double& number) const noexcept {
 
 template <class Input>
 [[gnu::always_inline]] inline const char*
-Cursor<Input>::skip_usual_number(const char* at) const noexcept {
+Cursor<Input>::skip_usual_number(const char* at, std::ptrdiff_t room) const noexcept {
     const char* const digits = at + (*at == '-' ? 1 : 0);
-    return end() - digits > skipped_number_room ? detail::skip_usual_number(digits) : nullptr;
+    return end() - digits > room ? detail::skip_usual_number(digits) : nullptr;
 }
 
 template <class Input>
@@ -456,12 +500,15 @@ Cursor<Input>::fail_without_value(const char* at, const OpeningOf& opening, bool
 template <class Input>
 [[gnu::cold, gnu::noinline]] void Cursor<Input>::fail_too_large(const char* number,
                                                                 const char* number_end) {
+    check_length_of_token(number, number_end);
     errors(number).too_large(number, number_end);
 }
 
 template <class Input>
 [[gnu::cold, gnu::noinline]] void Cursor<Input>::fail_duplicate(const StringToken& name) {
-    errors(name.text - 1).duplicate_name(name.text - 1, name);
+    const char* const quote = name.text - 1;
+    check_length_of_token(quote, name.end + 1);
+    errors(quote).duplicate_name(quote, name);
 }
 
 template <class Input>

@@ -48,6 +48,62 @@ const char* scan_exponent(const char* from, const char* end, NumberToken& token)
     return from;
 }
 
+namespace {
+
+NumberPart next_part(NumberPart part, char byte) noexcept {
+    using Part = NumberPart;
+    struct Next {
+        Part zero;
+        Part digit; ///< other than 0
+        Part minus;
+        Part plus;
+        Part point;
+        Part letter;
+    };
+    constexpr Part none = Part::none;
+    constexpr Next after[] = {
+        /* begin */ {Part::zero, Part::whole, Part::sign, none, none, none},
+        /* sign */ {Part::zero, Part::whole, none, none, none, none},
+        /* zero */ {none, none, none, none, Part::point, Part::exponent_letter},
+        /* whole */ {Part::whole, Part::whole, none, none, Part::point, Part::exponent_letter},
+        /* point */ {Part::fraction, Part::fraction, none, none, none, none},
+        /* fraction */ {Part::fraction, Part::fraction, none, none, none, Part::exponent_letter},
+        /* exponent_letter */
+        {Part::exponent, Part::exponent, Part::exponent_sign, Part::exponent_sign, none, none},
+        /* exponent_sign */ {Part::exponent, Part::exponent, none, none, none, none},
+        /* exponent */ {Part::exponent, Part::exponent, none, none, none, none},
+    };
+    const Next& next = after[static_cast<std::size_t>(part)];
+    switch (byte) {
+    case '0':
+        return next.zero;
+    case '-':
+        return next.minus;
+    case '+':
+        return next.plus;
+    case '.':
+        return next.point;
+    case 'e':
+    case 'E':
+        return next.letter;
+    default:
+        return is_digit(byte) ? next.digit : none;
+    }
+}
+
+} // namespace
+
+const char* skip_number(const char* from, const char* end, NumberPart& part) noexcept {
+    for (; from != end; ++from) {
+        const NumberPart next = next_part(part, *from);
+        if (next == NumberPart::none) {
+            break;
+        }
+        part = next;
+    }
+    return from;
+}
+
 Decimal leading_digits(const char* from, const char* end, std::int64_t exponent) noexcept {
     Decimal result{0, exponent, false};
     int count = 0;

@@ -227,17 +227,24 @@ template <int Times>
 /// A double holds each whole number up to this exactly.
 constexpr std::uint64_t largest_exact = std::uint64_t{1} << 53;
 
-/// Skips bytes that may belong to a number, or be where it fails.
-inline const char* skip_number_bytes(const char* from, const char* end) noexcept {
-    const auto is_of_number = [](char byte) {
-        return is_digit(byte) || byte == '-' || byte == '+' || byte == '.' || byte == 'e' ||
-               byte == 'E';
-    };
-    while (from != end && is_of_number(*from)) {
-        ++from;
-    }
-    return from;
-}
+/// What a part of a number ends with.
+enum class NumberPart : unsigned char {
+    begin,
+    sign,
+    zero, ///< a leading one
+    whole,
+    point,
+    fraction,
+    exponent_letter,
+    exponent_sign,
+    exponent,
+    none, ///< no number goes on so
+};
+
+/// Skips a number that may arrive in parts.
+/// @param part  what came before; what has come then, unless the number ends
+/// @return the end of the text, or the first byte that cannot continue the number
+const char* skip_number(const char* from, const char* end, NumberPart& part) noexcept;
 
 /// Whether a number may be too large for a double; if not, it need not be computed to find out.
 constexpr bool may_be_too_large(const NumberToken& token) noexcept {

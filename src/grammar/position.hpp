@@ -29,6 +29,10 @@ struct TextPosition {
 /// The most bytes of a line that an error quotes on either side of its position.
 inline constexpr std::size_t most_quoted = 160;
 
+/// How many bytes behind its position an error must know: one more shows whether what is quoted
+/// ends within a character, or with the end of the line.
+inline constexpr std::size_t quoted_behind = most_quoted + 1;
+
 /// A limit on bytes that is none.
 inline constexpr std::size_t unlimited = ~std::size_t{0};
 
@@ -37,10 +41,12 @@ struct Context {
     Context(std::string_view all, const TextPosition& position) noexcept
         : text(all), begin(position), marked(all.data()), mark(position) {}
 
-    std::string_view text; ///< at least most_quoted bytes on either side, as far as there are any
-    TextPosition begin;    ///< where that text begins in the whole input
-    const char* marked;    ///< a byte of the text whose position is known
-    TextPosition mark;     ///< its position
+    /// At least most_quoted bytes before the error and quoted_behind behind it, as far as its line
+    /// has so many.
+    std::string_view text;
+    TextPosition begin; ///< where that text begins in the whole input
+    const char* marked; ///< a byte of the text whose position is known
+    TextPosition mark;  ///< its position
 
     TextPosition position_of(const char* at) const noexcept {
         TextPosition result = at < marked ? begin : mark;

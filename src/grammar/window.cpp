@@ -19,7 +19,7 @@ constexpr std::size_t most_at_once = 65536;
 constexpr std::size_t least_room = 4096;
 
 /// Room behind the text that only context_for_error() uses, so that the text need not move then.
-constexpr std::size_t reserve = most_quoted;
+constexpr std::size_t reserve = quoted_behind;
 
 /// Text before the one that is needed, for errors to quote: whole characters.
 constexpr std::size_t quoted_before = most_quoted + 4;
@@ -27,7 +27,11 @@ constexpr std::size_t quoted_before = most_quoted + 4;
 } // namespace
 
 Window::Window(std::string_view text) noexcept
-    : ended_(true), text_(text.data()), end_(text.data() + text.size()), marked_(text.data()) {}
+    : ended_(true),
+      text_(text.data()),
+      end_(text.data() + text.size()),
+      at_(text.data()),
+      marked_(text.data()) {}
 
 void Window::begin() {
     const auto may_be_marked = [this] {
@@ -71,7 +75,10 @@ std::size_t Window::room() const noexcept {
 /// Moves the text that is needed to the begin of the buffer, or to a buffer of another size: twice
 /// that text, so that each byte is moved a few times at most.
 void Window::make_room(const char* needed) {
-    const auto before = std::min(static_cast<std::size_t>(needed - text_), quoted_before);
+    auto before = std::min(static_cast<std::size_t>(needed - text_), quoted_before);
+    if (byte_of(needed - before) < byte_order_mark.size()) {
+        before = static_cast<std::size_t>(needed - text_); // a part of it would not be recognized
+    }
     const auto size = static_cast<std::size_t>(end_ - needed) + before;
     const std::size_t wanted = 2 * size + most_at_once + reserve;
     std::unique_ptr<char[]> other;
@@ -153,10 +160,16 @@ void Window::move_to(char* target) noexcept {
 }
 
 Context Window::context_for_error(const char* at) {
-    while (!ended_ && static_cast<std::size_t>(end_ - at) < most_quoted &&
-           std::find(at, end_, '\n') == end_) {
+    // Where earlier errors have used up the room, and settle() has not been called since, less is
+    // quoted.
+    const auto wanted = [this, at] {
+        const auto behind = std::min(static_cast<std::size_t>(end_ - at), quoted_behind);
+        const auto left = capacity_ - static_cast<std::size_t>(end_ - buffer_.get());
+        return std::min(quoted_behind - behind, left);
+    };
+    while (!ended_ && wanted() != 0 && std::find(at, end_, '\n') == end_) {
         begin_reading(*stream_);
-        take(most_quoted - static_cast<std::size_t>(end_ - at));
+        take(wanted());
     }
     return context();
 }

@@ -5,6 +5,7 @@
 
 #include "grammar/position.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <iosfwd>
 #include <memory>
@@ -88,7 +89,7 @@ public:
 
     // ---- Positions ---------------------------------------------------------------------------
 
-    /// What is known of the input around an error, with the line that it is in, for most_quoted
+    /// What is known of the input around an error, with the line that it is in, for quoted_behind
     /// bytes behind it. Moves no text; settle() must be called before text is read again.
     /// @throws whatever reading a stream does
     Context context_for_error(const char* at);
@@ -111,8 +112,12 @@ public:
         return position_.byte + static_cast<std::size_t>(at - text_);
     }
 
-    /// The position in the text of a byte of the input that is there.
-    const char* at_byte(std::size_t byte) const noexcept { return text_ + (byte - position_.byte); }
+    /// The position in the text of a byte of the input, or the nearest one that is there: the
+    /// exceptions of a stream may be about another text.
+    const char* at_byte(std::size_t byte) const noexcept {
+        const std::size_t offset = byte - std::min(byte, position_.byte);
+        return text_ + std::min(offset, static_cast<std::size_t>(end_ - text_));
+    }
 
 private:
     std::size_t room() const noexcept;

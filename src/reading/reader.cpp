@@ -28,7 +28,7 @@ namespace {
 const char* name_of(Token token) noexcept {
     switch (token) {
     case Token::none:
-        return "nothing yet: next() has not been called";
+        return "no token: next() has not been called, or has failed";
     case Token::begin_array:
         return "the beginning of an array";
     case Token::end_array:
@@ -147,7 +147,7 @@ void Reader::skip() {
 
 Value Reader::value() {
     detail::TokenReader& reader = implementation_->tokens;
-    if (reader.token() != Token::name && order_of(reader.token()) < 0) {
+    if (!reader.find_value()) {
         fail_misuse("value", reader.token());
     }
     return reader.value();

@@ -16,22 +16,40 @@
 namespace foundation::json::detail {
 
 bool RecordSource::next(Value& record) {
-    if (!found_) {
-        text_ = {};
-        if (!find()) {
-            return false;
-        }
-        index_ = next_index_++;
-        found_ = true;
-    }
     try {
+        if (!found_) {
+            text_ = {};
+            begin_.reset();
+            index_ = next_index_;
+            if (!find()) {
+                return false;
+            }
+            found_ = true;
+        }
         read(record);
     } catch (const ParserException&) {
-        found_ = false;
+        end_record();
         throw;
     }
-    found_ = false;
+    end_record();
     return true;
+}
+
+void RecordSource::end_record() noexcept {
+    found_ = false;
+    next_index_ = index_ + 1;
+}
+
+Position RecordSource::position() {
+    const TextPosition result = begin_ ? *begin_ : locate(text_.data());
+    return {result.byte, result.line, result.column};
+}
+
+TextPosition RecordSource::set_bad_text(const char* begin, const char* end) noexcept {
+    // Now, since what is asked for later must not lie before what was asked for already.
+    begin_ = locate(begin);
+    text_ = {begin, static_cast<std::size_t>(end - begin)};
+    return *begin_;
 }
 
 namespace {
@@ -54,19 +72,17 @@ std::vector<std::string> names_of_pointer(std::string_view pointer) {
     return names;
 }
 
-Position to_position(const TextPosition& position) noexcept {
-    return {position.byte, position.line, position.column};
-}
-
 /// A source that goes on with another line behind an error.
 class LinewiseSource : public RecordSource {
 public:
     LinewiseSource(std::istream& stream, const ReadOptions& options)
         : options_(options), cursor_(options_, &stream, options_.max_bytes) {}
 
-    Position position() final { return to_position(window().locate(text_.data())); }
-
 protected:
+    TextPosition locate(const char* at) noexcept final {
+        return window().locate(at != nullptr ? at : window().at());
+    }
+
     /// Reads what there is to read before the next record.
     void prepare() {
         if (!started_) {
@@ -118,16 +134,17 @@ private:
     void read(Value& record) override;
     bool find_line();
     bool is_empty();
-    Value parse_line(const TextPosition& begin);
-    [[noreturn]] void refuse();
+    Value parse_line();
+    [[noreturn]] void refuse_long();
 
     const char* behind_ = nullptr; ///< where the next line begins
+    bool is_long_ = false;         ///< whether the line is too long
 };
 
 bool LineSource::find() {
     prepare();
     while (find_line()) {
-        if (!is_empty()) {
+        if (is_long_ || !is_empty()) {
             return true;
         }
         window().go_to(behind_);
@@ -150,7 +167,13 @@ bool LineSource::find_line() {
     behind_ = end + (has_end ? 1 : 0);
     const bool carriage_return = has_end && end != begin && end[-1] == '\r';
     text_ = {begin, static_cast<std::size_t>(end - begin) - (carriage_return ? 1 : 0)};
-    return begin != behind_;
+    is_long_ = text_.size() > options_.max_bytes;
+    text_ = text_.substr(0, options_.max_bytes);
+    if (begin == behind_) {
+        text_ = {};
+        return false;
+    }
+    return true;
 }
 
 /// Whether a line has no value, but space or comments.
@@ -168,36 +191,38 @@ bool LineSource::is_empty() {
 }
 
 void LineSource::read(Value& record) {
-    try {
-        // The position is counted for errors alone.
-        Value result = parse_line({});
-        take_value(record, result);
-    } catch (const ParserException&) {
-        refuse();
+    if (is_long_) {
+        refuse_long();
     }
+    Value result = parse_line();
+    take_value(record, result);
     window().go_to(behind_);
 }
 
-/// @param begin  where it begins, for errors
-Value LineSource::parse_line(const TextPosition& begin) {
-    const WholeText line(text_, begin);
-    if (text_.size() > options_.max_bytes) {
-        Errors(line.context(), options_)
-            .too_long(text_.data() + options_.max_bytes, options_.max_bytes);
+Value LineSource::parse_line() {
+    const auto parse_at = [this](const TextPosition& begin) {
+        const WholeText line(text_, begin);
+        return parse_text(line, line.begin(), options_);
+    };
+    try {
+        return parse_at({}); // positions are counted for errors alone
+    } catch (const ParserException&) {
+        const TextPosition begin = set_bad_text(text_.data(), text_.data() + text_.size());
+        window().go_to(behind_);
+        return parse_at(begin); // throws again
     }
-    return parse_text(line, line.begin(), options_);
 }
 
-/// Throws the error of a line, with its position in the stream.
-void LineSource::refuse() {
-    const TextPosition begin = window().locate(text_.data());
-    if (text_.size() > options_.max_bytes) {
-        skip_line_of(text_.data() + options_.max_bytes);
-    } else {
-        window().go_to(behind_);
+/// Throws the error of a line that is too long, of which the rest has not been read.
+void LineSource::refuse_long() {
+    const char* const limit = text_.data() + text_.size();
+    try {
+        cursor_.fail_too_long(limit);
+    } catch (const ParserException&) {
+        set_bad_text(text_.data(), limit);
+        skip_line_of(limit);
+        throw;
     }
-    parse_line(begin);
-    throw std::logic_error("foundation::json: a line has an error no more"); // GCOVR_EXCL_LINE
 }
 
 // ---- Values that follow each other -----------------------------------------------------------
@@ -209,7 +234,6 @@ public:
 private:
     bool find() override;
     void read(Value& record) override;
-    [[noreturn]] void refuse(const ParserException& error);
     void go_on_behind(const ParserException& error) noexcept;
     void end_value(const char* at) noexcept;
 
@@ -243,25 +267,10 @@ void ConcatenatedSource::read(Value& record) {
         window().go_to(end);
         window().release();
     } catch (const ParserException& error) {
-        refuse(error);
-    } catch (...) {
-        end_value(window().kept());
-        throw;
-    }
-}
-
-/// Throws the error of a value, unless the value is too long and so may end elsewhere.
-void ConcatenatedSource::refuse(const ParserException& error) {
-    const char* const at = window().at_byte(error.get_byte_position());
-    const char* const limit = window().limit_before(window().kept(), at);
-    if (limit == nullptr) {
         go_on_behind(error);
         throw;
-    }
-    try {
-        cursor_.fail_too_long(limit);
-    } catch (const ParserException& too_long) {
-        go_on_behind(too_long);
+    } catch (...) {
+        end_value(window().kept());
         throw;
     }
 }
@@ -269,7 +278,7 @@ void ConcatenatedSource::refuse(const ParserException& error) {
 void ConcatenatedSource::go_on_behind(const ParserException& error) noexcept {
     const char* const at = window().at_byte(error.get_byte_position());
     const char* const begin = window().kept() != nullptr ? window().kept() : at;
-    text_ = {begin, static_cast<std::size_t>(at - begin)};
+    set_bad_text(begin, at);
     end_value(at);
     skip_line_of(at);
 }
@@ -292,9 +301,10 @@ public:
           options_(options),
           tokens_(options_, &stream, options_.max_bytes) {}
 
-    Position position() override { return to_position(tokens_.position_of(text_.data())); }
-
 private:
+    TextPosition locate(const char* at) noexcept override {
+        return at != nullptr ? tokens_.position_of(at) : tokens_.position();
+    }
     bool find() override;
     void read(Value& record) override;
     bool find_element();
@@ -302,7 +312,7 @@ private:
     void find_member(const std::string& name);
     void find_index(const std::string& name);
     void skip_child();
-    [[noreturn]] void fail(const char* problem) const;
+    [[noreturn]] void fail(const char* problem);
 
     const std::string pointer_;
     const std::vector<std::string> names_;
@@ -314,9 +324,11 @@ private:
     std::size_t step_ = 0;          ///< the name that is looked for
     Token container_ = Token::none; ///< within this
     std::size_t passed_ = 0;        ///< elements of an array
+    bool found_name_ = false;       ///< which has not been compared
     bool skips_ = false;            ///< a child that is not looked for
     std::size_t depth_ = 0;         ///< of the array, once it is found
     bool is_closed_ = false;        ///< the array
+    const char* problem_ = nullptr; ///< why there is no array
 };
 
 bool ElementSource::find() {
@@ -325,6 +337,7 @@ bool ElementSource::find() {
         return !ended_;
     } catch (const ParserException&) {
         ended_ = true;
+        set_bad_text(tokens_.error(), tokens_.error());
         throw;
     } catch (const ConversionError&) {
         ended_ = true;
@@ -333,6 +346,9 @@ bool ElementSource::find() {
 }
 
 bool ElementSource::find_element() {
+    if (problem_ != nullptr) {
+        fail(problem_);
+    }
     if (depth_ == 0) {
         find_array();
     }
@@ -348,9 +364,17 @@ bool ElementSource::find_element() {
 }
 
 void ElementSource::read(Value& record) {
-    Value result = tokens_.value();
-    text_ = tokens_.text_of_value();
-    take_value(record, result);
+    try {
+        tokens_.value([&](Value& value) {
+            text_ = tokens_.text_of_value();
+            take_value(record, value);
+        });
+    } catch (const ParserException&) {
+        ended_ = true;
+        const std::string_view text = tokens_.text_of_value();
+        set_bad_text(text.data(), text.data() + text.size());
+        throw;
+    }
 }
 
 void ElementSource::find_array() {
@@ -378,10 +402,13 @@ void ElementSource::find_array() {
 void ElementSource::find_member(const std::string& name) {
     for (;; skips_ = true) {
         skip_child();
-        if (tokens_.next() == Token::end_object) {
+        if (!std::exchange(found_name_, false) && tokens_.next() == Token::end_object) {
             fail("there is no value");
         }
-        if (tokens_.decoded() == name) {
+        found_name_ = true; // if memory runs out, it is decoded again
+        const bool is_other = tokens_.decoded() != name;
+        found_name_ = false;
+        if (!is_other) {
             return;
         }
     }
@@ -412,7 +439,8 @@ void ElementSource::skip_child() {
     }
 }
 
-void ElementSource::fail(const char* problem) const {
+void ElementSource::fail(const char* problem) {
+    problem_ = problem; // if memory runs out, it is told at the next call
     throw ConversionError(pointer_, problem);
 }
 

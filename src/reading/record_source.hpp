@@ -3,11 +3,14 @@
 #ifndef FOUNDATION_JSON_SRC_READING_RECORD_SOURCE_HPP
 #define FOUNDATION_JSON_SRC_READING_RECORD_SOURCE_HPP
 
+#include "grammar/position.hpp"
+
 #include <foundation/json/records.hpp>
 
 #include <cstddef>
 #include <iosfwd>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 namespace foundation::json::detail {
@@ -27,22 +30,32 @@ public:
 
     std::string_view text() const noexcept { return text_; }
     std::size_t index() const noexcept { return index_; }
-    virtual Position position() = 0;
+    Position position();
 
 protected:
-    /// Finds the next record; its index counts from then on.
+    /// Finds the next record.
     /// @return false at the end
     virtual bool find() = 0;
 
     /// Reads the record that has been found. Called again if memory has run out.
     virtual void read(Value& record) = 0;
 
+    /// The position of a byte of the text that is there, or where reading goes on.
+    /// @param at  null for that
+    virtual TextPosition locate(const char* at) noexcept = 0;
+
+    /// Sets the text of the record, of which an error will be thrown. @return where it begins
+    TextPosition set_bad_text(const char* begin, const char* end) noexcept;
+
     std::string_view text_;
 
 private:
+    void end_record() noexcept;
+
     bool found_ = false; ///< a record that has not been read yet
     std::size_t index_ = 0;
     std::size_t next_index_ = 0;
+    std::optional<TextPosition> begin_; ///< of the record, if it is known
 };
 
 /// @param stream  must outlive the source

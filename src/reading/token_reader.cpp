@@ -100,7 +100,7 @@ std::string TokenReader::pointer() const {
 // Functions take the position where they begin to read. State and position are stored together,
 // once a step is done: if a later one fails, the next call goes on from there.
 
-Token TokenReader::read_next() {
+[[gnu::always_inline]] inline Token TokenReader::read_next() {
     if (state_ >= State::first_rare) {
         return read_rare();
     }
@@ -131,14 +131,32 @@ Token TokenReader::read_next() {
     }
 }
 
+Token TokenReader::read() {
+    try {
+        return read_next();
+    } catch (const ParserException& error) {
+        fail(error);
+        throw;
+    } catch (...) {
+        interrupt();
+        throw;
+    }
+}
+
 /// The same at the begin and end of the document, and where an earlier call has failed.
 [[gnu::noinline]] Token TokenReader::read_rare() {
+    if (state_ == State::failed) {
+        std::rethrow_exception(error_);
+    }
     if (state_ == State::start) {
         window().begin();
         state_ = State::root;
     }
     const char* at = cursor_.skip_space_again(window().at());
     switch (state_) {
+    case State::interrupted:
+        go_on(at, interrupted_);
+        return read();
     case State::root:
         return read_value(at, false);
     case State::element:
@@ -158,6 +176,25 @@ Token TokenReader::read_next() {
         return token_ = Token::end;
     default: // ended
         return token_ = Token::end;
+    }
+}
+
+[[gnu::cold]] void TokenReader::interrupt() noexcept {
+    token_ = Token::none;
+    begin_ = nullptr; // the text may have moved
+    if (state_ < State::interrupted && state_ != State::start) {
+        interrupted_ = state_;
+        state_ = State::interrupted;
+    }
+}
+
+/// @param error  what is being handled
+[[gnu::cold]] void TokenReader::fail(const ParserException& error) noexcept {
+    if (state_ != State::failed) {
+        interrupt();
+        state_ = State::failed;
+        error_ = std::current_exception();
+        begin_ = end_of_value_ = window().at_byte(error.get_byte_position());
     }
 }
 
@@ -226,7 +263,7 @@ inline void TokenReader::go_on(const char* at, State state) noexcept {
             cursor_.fail_without_value(at, OpeningOf{*this}, behind_comma);
         }
         begin_ = at;
-        number_end_ = cursor_.skip_usual_number(at);
+        number_end_ = cursor_.skip_usual_number(at, number_room_);
         if (number_end_ == nullptr) {
             read_any_number(at);
         }
@@ -297,19 +334,35 @@ NumberContent TokenReader::number_content() const noexcept {
 
 // ---- Whole values ----------------------------------------------------------------------------
 
+bool TokenReader::find_value() {
+    skips_ = false;
+    if (state_ >= State::interrupted) {
+        read();
+    }
+    if (token_ == Token::name) {
+        read();
+    }
+    switch (token_) {
+    case Token::none:
+    case Token::end_array:
+    case Token::end_object:
+    case Token::end:
+        return false;
+    default:
+        return true;
+    }
+}
+
 void TokenReader::skip() {
     if (!skips_) {
-        if (token_ == Token::name) {
-            read_next();
-        }
-        if (token_ != Token::begin_array && token_ != Token::begin_object) {
+        if (!find_value() || !is_at_container()) {
             return;
         }
         skips_ = true;
         skipped_to_ = levels_.size() - 1;
     }
     while (levels_.size() != skipped_to_) {
-        read_next();
+        read();
     }
     skips_ = false;
 }
@@ -320,15 +373,8 @@ std::string TokenReader::decoded() const {
     return result;
 }
 
-Value TokenReader::value() {
-    if (token_ == Token::name) {
-        next();
-    }
-    begin_of_value_ = begin_;
+Value TokenReader::scalar() const {
     switch (token_) {
-    case Token::begin_array:
-    case Token::begin_object:
-        return read_container();
     case Token::string:
         return decoded();
     case Token::number:
@@ -340,24 +386,59 @@ Value TokenReader::value() {
     }
 }
 
-/// Reads the array or object that has just been opened.
-Value TokenReader::read_container() {
+Value TokenReader::value() {
     Value result;
+    read_value(result);
+    go_behind();
+    return result;
+}
+
+/// Reads the value that begins here. Its text is kept, until go_back() or go_behind().
+void TokenReader::read_value(Value& value) {
+    if (is_at_container()) {
+        read_container(value);
+    } else {
+        begin_of_value_ = begin_;
+        end_of_value_ = window().at();
+        value = scalar();
+    }
+}
+
+/// Reads the array or object that has just been opened.
+void TokenReader::read_container(Value& value) {
     window().keep(begin_);
     try {
-        const char* const end =
-            ValueReader<Window>(cursor_, levels_.size() - 1).read(begin_, result);
-        cursor_.check_length(window().kept(), end);
+        end_of_value_ = ValueReader<Window>(cursor_, levels_.size() - 1).read(begin_, value);
         begin_of_value_ = window().kept();
-        close(end - 1, token_ == Token::begin_array ? Token::end_array : Token::end_object);
-        window().release();
+        cursor_.check_length(begin_of_value_, end_of_value_);
+    } catch (const ParserException& error) {
+        begin_of_value_ = window().kept();
+        go_back();
+        fail(error);
+        throw;
     } catch (...) {
+        go_back();
+        throw;
+    }
+}
+
+/// Goes back to where a value begins that has been read.
+void TokenReader::go_back() noexcept {
+    if (is_at_container()) {
         begin_ = window().kept();
         window().go_to(begin_ + 1);
         window().release();
-        throw;
+        cursor_.restart();
     }
-    return result;
+}
+
+/// Goes to where a value ends that has been read.
+void TokenReader::go_behind() {
+    if (is_at_container()) {
+        window().release();
+        close(end_of_value_ - 1,
+              token_ == Token::begin_array ? Token::end_array : Token::end_object);
+    }
 }
 
 } // namespace foundation::json::detail

@@ -10,6 +10,8 @@
 #include <foundation/json/reader.hpp>
 
 #include <cstddef>
+#include <exception>
+#include <limits>
 #include <set>
 #include <string>
 #include <vector>
@@ -26,19 +28,22 @@ public:
     /// @param input    the arguments of the constructor of the Window
     template <class... Arguments>
     explicit TokenReader(const ParseOptions& options, const Arguments&... input)
-        : cursor_(options, input...) {
-        cursor_.input().set_listener(this);
+        : cursor_(options, input...),
+          number_room_(window().most_kept() < std::size_t{skipped_number_room}
+                           ? unlimited_room
+                           : skipped_number_room) {
+        window().set_listener(this);
     }
     TokenReader(const TokenReader&) = delete;
     TokenReader& operator=(const TokenReader&) = delete;
     ~TokenReader() = default;
 
+    /// After an exception there is no current token. What is not about the text may be tried again.
     Token next() {
         skips_ = false;
-        return read_next();
+        return read();
     }
     Token token() const noexcept { return token_; }
-    bool is_at_value() const noexcept { return token_ > Token::name && token_ < Token::end; }
 
     // Of the current token, as in Reader.
 
@@ -55,15 +60,31 @@ public:
     std::string decoded() const;
 
     void skip();
+
+    /// Goes to the begin of the value that is there, of the member whose name is, or of what an
+    /// earlier call has failed to read. @return whether there is one
+    bool find_value();
+
+    /// The value that find_value() has found. Goes to its end.
     Value value();
-    /// The text of what value() has given.
+
+    /// The same, which is passed to a function. If that throws, the reader stays where it was.
+    template <class Take>
+    void value(const Take& take);
+
+    /// The text of the value that is passed, or has been; behind an error, its begin.
     std::string_view text_of_value() const noexcept {
-        return {begin_of_value_, static_cast<std::size_t>(window().at() - begin_of_value_)};
+        return {begin_of_value_, static_cast<std::size_t>(end_of_value_ - begin_of_value_)};
     }
+
+    /// Where the error is that has been thrown.
+    const char* error() const noexcept { return end_of_value_; }
 
     std::size_t depth() const noexcept { return levels_.size(); }
     std::string pointer() const;
-    TextPosition position() noexcept { return position_of(begin_); }
+    TextPosition position() noexcept {
+        return position_of(begin_ != nullptr ? begin_ : window().at());
+    }
     TextPosition position_of(const char* at) noexcept { return window().locate(at); }
 
 private:
@@ -82,6 +103,8 @@ private:
         colon,
         behind, ///< nothing but space
         ended,
+        interrupted, ///< by an exception that is not about the text
+        failed,      ///< for good
     };
 
     /// An array or object that is open.
@@ -108,11 +131,16 @@ private:
         std::string name;
     };
 
+    static constexpr std::ptrdiff_t unlimited_room = std::numeric_limits<std::ptrdiff_t>::max();
+
     void forget(const Context& context, const char* end) override;
     void forget_of(std::size_t level, const Context& context, std::size_t begin, std::size_t end);
 
+    Token read();
     Token read_next();
     Token read_rare();
+    void interrupt() noexcept;
+    void fail(const ParserException& error) noexcept;
     void go_on(const char* at, State state) noexcept;
     Token read_name(const char* at, bool behind_comma);
     Token read_value(const char* at, bool behind_comma);
@@ -121,7 +149,14 @@ private:
     Token open(const char* at, Token token);
     Token close(const char* at, Token token);
     void check_duplicate();
-    Value read_container();
+    bool is_at_container() const noexcept {
+        return token_ == Token::begin_array || token_ == Token::begin_object;
+    }
+    Value scalar() const;
+    void read_value(Value& value);
+    void read_container(Value& value);
+    void go_back() noexcept;
+    void go_behind();
 
     Opening opening() const;
     void append_name(std::string& pointer, std::size_t level) const;
@@ -130,19 +165,36 @@ private:
     const Window& window() const noexcept { return cursor_.input(); }
 
     Cursor<Window> cursor_;
+    const std::ptrdiff_t number_room_; ///< with more, a number needs no check of its length
     State state_ = State::start;
+    State interrupted_ = State::start; ///< what has been interrupted
+    std::exception_ptr error_;         ///< what has failed for good
     Token token_ = Token::none;
-    const char* begin_ = nullptr; ///< of the current token
+    const char* begin_ = nullptr; ///< of the current token, or of an error; null without one
     char last_ = '\0';            ///< of the value before
     StringToken string_{};
     const char* number_end_ = nullptr;
     const char* begin_of_value_ = nullptr;
+    const char* end_of_value_ = nullptr;
     bool skips_ = false;         ///< whether skip() has begun
     std::size_t skipped_to_ = 0; ///< the depth at which it ends
     Stack<Level> levels_;
     std::vector<Kept> kept_;                   ///< for the outer levels
     std::vector<std::set<std::string>> names_; ///< for each level, if they must differ
 };
+
+template <class Take>
+void TokenReader::value(const Take& take) {
+    Value result;
+    read_value(result);
+    try {
+        take(result);
+    } catch (...) {
+        go_back();
+        throw;
+    }
+    go_behind();
+}
 
 } // namespace foundation::json::detail
 

@@ -23,8 +23,7 @@ template <class Input>
 class ValueReader {
 public:
     /// @param cursor  its input and options must outlive the reader. A Window must keep the text
-    /// from
-    ///                each value on.
+    ///                from each value on.
     /// @param depth   how many arrays and objects are open around the values
     explicit ValueReader(Cursor<Input>& cursor, std::size_t depth = 0) noexcept
         : cursor_(cursor), depth_(depth), lengths_(cursor.options()) {}

@@ -1,4 +1,6 @@
-// The parser's errors: their place, code and message.
+// The parser's errors: their place, code and message, the same in every way to parse.
+#include "support/every_way.hpp"
+
 #include <foundation/json/parse.hpp>
 
 #include <gmock/gmock.h>
@@ -35,6 +37,7 @@ void expect_failure(const Failure& expected, const ParseOptions& options = {}) {
                           Property(&ParserException::get_line_number, expected.line),
                           Property(&ParserException::get_column, expected.column),
                           Property(&ParserException::what, StrEq(expected.what)))));
+    EXPECT_EQ(disagreement(expected.text, options), "");
 }
 
 void check(const std::vector<Failure>& failures) {
@@ -745,6 +748,7 @@ void expect_quote(const Quote& expected) {
                 Throws<ParserException>(
                     AllOf(Property(&ParserException::get_quoted_byte_position, expected.position),
                           Property(&ParserException::get_quoted_text, expected.quoted))));
+    EXPECT_EQ(disagreement(expected.text), "");
 }
 
 TEST(ParserErrors, QuoteTheLineWithoutItsEnd) {
@@ -762,6 +766,11 @@ TEST(ParserErrors, QuoteOfALongLineNoMoreThan160BytesOnEitherSide) {
     const std::string blanks(500, ' ');
     expect_quote({"[" + blanks + "x" + blanks + "]", 160,
                   std::string(160, ' ') + "x" + std::string(159, ' ')});
+    // A carriage return is part of the line unless the line ends behind it.
+    const std::string before_return = "[x" + std::string(158, ' ') + "\r";
+    expect_quote({before_return + blanks, 1, before_return});
+    expect_quote({before_return + "\n" + blanks, 1, before_return.substr(0, 160)});
+    expect_quote({before_return, 1, before_return.substr(0, 160)});
     std::string umlauts;
     for (int i = 0; i != 200; ++i) {
         umlauts += "\xC3\xBC";

@@ -1,5 +1,6 @@
 // Compares the parser with the tests' own reader, which shares no code with it.
 #include "support/describe.hpp"
+#include "support/every_way.hpp"
 #include "support/json_reader.hpp"
 #include "support/random_trees.hpp"
 #include "support/repetitions.hpp"
@@ -190,7 +191,11 @@ TEST(ParserAndIndependentReader, DamagedTextsAreRefusedOrReadAlike) {
         "]\n}\n",
     };
     for (std::size_t i = 0; i != 4 * test_repetitions(); ++i) {
-        check(damaged(texts[random() % std::size(texts)], random));
+        const std::string text = damaged(texts[random() % std::size(texts)], random);
+        check(text);
+        if (i % 4 == 0) {
+            ASSERT_EQ(disagreement_in_pieces_of(text, plain_options(), 1 + i / 4 % 7), "");
+        }
         if (HasFatalFailure()) {
             FAIL() << "seed " << seed;
         }
@@ -226,7 +231,10 @@ TEST(ParserAndIndependentReader, DocumentsAreReadAlikeWholeAndInPieces) {
         EXPECT_EQ(first, value) << path;
         EXPECT_FALSE(values.next(first)) << path;
         for (std::size_t i = 0; i != test_repetitions() / 5; ++i) {
-            check(damaged(whole.substr(random() % whole.size(), random() % 200), random));
+            const std::string damage =
+                damaged(whole.substr(random() % whole.size(), random() % 200), random);
+            check(damage);
+            ASSERT_EQ(disagreement_in_pieces_of(damage, plain_options(), 1 + i % 20), "");
             if (HasFatalFailure()) {
                 FAIL() << path << ", seed " << seed;
             }

@@ -1,5 +1,6 @@
 // Parsing texts from streams and files, and values one after the other from a stream.
 #include "support/describe.hpp"
+#include "support/piecewise_stream.hpp"
 
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
@@ -23,7 +24,6 @@
 #include <ios>
 #include <istream>
 #include <sstream>
-#include <streambuf>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -32,68 +32,6 @@
 
 namespace foundation::json::test {
 namespace {
-
-/// How a stream fails.
-enum class Failing {
-    never,
-    by_throwing,    ///< its buffer throws
-    by_turning_bad, ///< its buffer ends, and the stream turns bad
-};
-
-/// What a throwing buffer throws. It is no std::exception, and must reach the caller unchanged.
-struct BufferFailure {};
-
-/// Delivers a text in pieces, and then fails or ends.
-class PiecewiseBuffer : public std::streambuf {
-public:
-    PiecewiseBuffer(std::string text, std::size_t piece, Failing failing = Failing::never)
-        : text_(std::move(text)), piece_(piece), failing_(failing) {}
-
-    void attach(std::istream& stream) { stream_ = &stream; }
-
-    /// How many bytes of the text have been read.
-    std::size_t taken() const { return given_ - static_cast<std::size_t>(egptr() - gptr()); }
-
-protected:
-    int_type underflow() override {
-        if (given_ == text_.size()) {
-            if (failing_ == Failing::by_throwing) {
-                throw BufferFailure();
-            }
-            if (failing_ == Failing::by_turning_bad) {
-                stream_->setstate(std::ios_base::badbit);
-            }
-            return traits_type::eof();
-        }
-        const std::size_t count = std::min(piece_, text_.size() - given_);
-        char* const begin = &text_[given_];
-        given_ += count;
-        setg(begin, begin, begin + count);
-        return traits_type::to_int_type(*begin);
-    }
-
-private:
-    std::string text_;
-    std::size_t piece_;
-    Failing failing_;
-    std::size_t given_ = 0;
-    std::istream* stream_ = nullptr;
-};
-
-class PiecewiseStream : public std::istream {
-public:
-    explicit PiecewiseStream(std::string text, std::size_t piece = 1,
-                             Failing failing = Failing::never)
-        : std::istream(nullptr), buffer_(std::move(text), piece, failing) {
-        rdbuf(&buffer_);
-        buffer_.attach(*this);
-    }
-
-    std::size_t taken() const { return buffer_.taken(); }
-
-private:
-    PiecewiseBuffer buffer_;
-};
 
 const std::string document = "[1, \"two\", {\"three\": [4, 5.5]}, null]";
 const std::string compact = "[1,\"two\",{\"three\":[4,5.5]},null]";
@@ -143,10 +81,10 @@ TEST(ParseStream, IgnoresSkipwsAndThrowsNothingAtTheEnd) {
 TEST(ParseStream, AFailureAfterAnyByteIsNotTakenForTheEnd) {
     for (std::size_t size = 0; size <= document.size(); ++size) {
         const std::string text = document.substr(0, size);
-        PiecewiseStream throwing(text, 3, Failing::by_throwing);
+        PiecewiseStream throwing(text, 3, StreamFailure::by_throwing);
         EXPECT_THROW(parse(throwing), BufferFailure) << size;
         EXPECT_TRUE(throwing.bad());
-        PiecewiseStream bad(text, 3, Failing::by_turning_bad);
+        PiecewiseStream bad(text, 3, StreamFailure::by_turning_bad);
         EXPECT_THROW(parse(bad), std::ios_base::failure) << size;
         EXPECT_TRUE(bad.bad());
     }
@@ -560,7 +498,8 @@ TEST(ValueStream, TakesNoMoreThanAValueNeeds) {
     const Case cases[] = {{"[1]", 0}, {"{\"a\":[]}", 0}, {"\"a\"", 0}, {"12", 1}, {"true", 1}};
     for (const Case& c : cases) {
         // The buffer would throw at the byte after those.
-        PiecewiseStream stream(c.value + std::string(c.behind, '\n'), 1, Failing::by_throwing);
+        PiecewiseStream stream(c.value + std::string(c.behind, '\n'), 1,
+                               StreamFailure::by_throwing);
         ValueStream values(stream);
         Value value;
         EXPECT_TRUE(values.next(value)) << c.value;
@@ -572,7 +511,7 @@ TEST(ValueStream, TakesNoMoreThanAValueNeeds) {
 
 TEST(ValueStream, AFailureIsNotTakenForTheEnd) {
     for (std::size_t size = 0; size <= document.size(); ++size) {
-        PiecewiseStream bad(document.substr(0, size), 3, Failing::by_turning_bad);
+        PiecewiseStream bad(document.substr(0, size), 3, StreamFailure::by_turning_bad);
         ValueStream values(bad);
         Value value;
         if (size == document.size()) {
@@ -605,7 +544,7 @@ TEST(ValueStream, RefusesTheSameUtf8AsTheParser) {
 }
 
 TEST(ValueStream, AnErrorWhoseLineCannotBeReadIsReportedOnceTheStreamWorksAgain) {
-    PiecewiseStream stream("[1 2", 1, Failing::by_throwing);
+    PiecewiseStream stream("[1 2", 1, StreamFailure::by_throwing);
     ValueStream values(stream);
     Value value;
     EXPECT_THROW(values.next(value), BufferFailure);

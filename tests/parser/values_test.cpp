@@ -1,6 +1,7 @@
 // The values of texts, with every option.
 #include "support/describe.hpp"
 #include "support/edge_memory.hpp"
+#include "support/every_way.hpp"
 #include "support/nested.hpp"
 
 #include <foundation/json/json.hpp>
@@ -22,30 +23,36 @@ namespace {
 using Elements = std::vector<Value>;
 using Members = std::map<std::string, Value>;
 
+/// The value of a text, which is the same in every way to parse.
+Value parsed(std::string_view text, const ParseOptions& options = {}) {
+    EXPECT_EQ(disagreement(std::string(text), options), "");
+    return parse(text, options);
+}
+
 template <std::size_t Size>
 std::string bytes(const char (&literal)[Size]) {
     return std::string(literal, Size - 1);
 }
 
 TEST(Parser, ReadsWords) {
-    EXPECT_EQ(parse("null"), Value(Null()));
-    EXPECT_EQ(parse("true"), Value(true));
-    EXPECT_EQ(parse("false"), Value(false));
-    EXPECT_EQ(parse("[null,true,false]"), Value(Elements{Null(), true, false}));
-    EXPECT_EQ(parse(R"({"a":null,"b":true,"c":false})"),
+    EXPECT_EQ(parsed("null"), Value(Null()));
+    EXPECT_EQ(parsed("true"), Value(true));
+    EXPECT_EQ(parsed("false"), Value(false));
+    EXPECT_EQ(parsed("[null,true,false]"), Value(Elements{Null(), true, false}));
+    EXPECT_EQ(parsed(R"({"a":null,"b":true,"c":false})"),
               Value(Members{{"a", Null()}, {"b", true}, {"c", false}}));
 }
 
 TEST(Parser, ReadsArraysAndObjectsInEachOther) {
-    EXPECT_EQ(parse("[]"), Value(Elements{}));
-    EXPECT_EQ(parse("{}"), Value(Members{}));
-    EXPECT_EQ(parse("[[],{},[[]],{\"a\":[]}]"),
+    EXPECT_EQ(parsed("[]"), Value(Elements{}));
+    EXPECT_EQ(parsed("{}"), Value(Members{}));
+    EXPECT_EQ(parsed("[[],{},[[]],{\"a\":[]}]"),
               Value(Elements{Elements{}, Members{}, Elements{Value(Elements{})},
                              Members{{"a", Elements{}}}}));
-    EXPECT_EQ(parse("{\"a\":{\"b\":[1,{\"c\":2}]},\"\":\"\"}"),
+    EXPECT_EQ(parsed("{\"a\":{\"b\":[1,{\"c\":2}]},\"\":\"\"}"),
               Value(Members{{"a", Members{{"b", Elements{1, Members{{"c", 2}}}}}}, {"", ""}}));
     EXPECT_EQ(
-        parse("[1,\"a\",[2,[3],\"b\",{\"c\":[4]}],5]"),
+        parsed("[1,\"a\",[2,[3],\"b\",{\"c\":[4]}],5]"),
         Value(Elements{1, "a", Elements{2, Elements{3}, "b", Members{{"c", Elements{4}}}}, 5}));
 }
 
@@ -58,13 +65,13 @@ TEST(Parser, SkipsBlanksBetweenTokens) {
         for (const std::string& token : tokens) {
             text += token + blanks.substr(0, count);
         }
-        EXPECT_EQ(test::content_text(parse(text)), "[1,{\"a\":true,\"b\":[]},null]") << count;
+        EXPECT_EQ(test::content_text(parsed(text)), "[1,{\"a\":true,\"b\":[]},null]") << count;
     }
 }
 
 TEST(Parser, SkipsAByteOrderMarkAtTheStart) {
-    EXPECT_EQ(parse("\xEF\xBB\xBF[1]"), Value(Elements{1}));
-    EXPECT_EQ(parse("\xEF\xBB\xBF 2"), Value(2));
+    EXPECT_EQ(parsed("\xEF\xBB\xBF[1]"), Value(Elements{1}));
+    EXPECT_EQ(parsed("\xEF\xBB\xBF 2"), Value(2));
 }
 
 // ---- Strings ---------------------------------------------------------------------------------
@@ -72,9 +79,9 @@ TEST(Parser, SkipsAByteOrderMarkAtTheStart) {
 TEST(Parser, ReadsStringsOfEveryLength) {
     for (std::size_t length = 0; length != 100; ++length) {
         const std::string text(length, 'x');
-        EXPECT_EQ(parse('"' + text + '"'), Value(text));
-        EXPECT_EQ(parse("[\"" + text + "\"]"), Value(Elements{text}));
-        EXPECT_EQ(parse("{\"" + text + "\":\"" + text + "\"}"), Value(Members{{text, text}}));
+        EXPECT_EQ(parsed('"' + text + '"'), Value(text));
+        EXPECT_EQ(parsed("[\"" + text + "\"]"), Value(Elements{text}));
+        EXPECT_EQ(parsed("{\"" + text + "\":\"" + text + "\"}"), Value(Members{{text, text}}));
     }
 }
 
@@ -83,9 +90,9 @@ TEST(Parser, ReadsEscapesWhereverTheyStand) {
     const std::string meant = bytes("\"\\/\b\f\n\r\tA\xC3\xA9\xE3\x81\x82\xF0\x9F\x98\x80\0");
     for (std::size_t before = 0; before != 40; ++before) {
         const std::string text(before, 'x');
-        EXPECT_EQ(parse('"' + text + written + text + '"'), Value(text + meant + text));
-        EXPECT_EQ(parse("[\"" + text + written + "\"]"), Value(Elements{text + meant}));
-        EXPECT_EQ(parse("{\"" + text + written + "\":1}"), Value(Members{{text + meant, 1}}));
+        EXPECT_EQ(parsed('"' + text + written + text + '"'), Value(text + meant + text));
+        EXPECT_EQ(parsed("[\"" + text + written + "\"]"), Value(Elements{text + meant}));
+        EXPECT_EQ(parsed("{\"" + text + written + "\":1}"), Value(Members{{text + meant, 1}}));
     }
 }
 
@@ -109,7 +116,7 @@ TEST(Parser, ReplacesSurrogateEscapesWithoutAPartner) {
         {R"("\u007f\u0080\u07ff\u0800")", "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80"},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(parse(c.written), Value(c.meant)) << c.written;
+        EXPECT_EQ(parsed(c.written), Value(c.meant)) << c.written;
     }
 }
 
@@ -121,8 +128,9 @@ TEST(Parser, KeepsWellFormedUtf8AsItIs) {
     for (const std::string& text : texts) {
         for (std::size_t before = 0; before != 20; ++before) {
             const std::string whole = std::string(before, 'x') + text + text + "y";
-            EXPECT_EQ(parse('"' + whole + '"'), Value(whole));
-            EXPECT_EQ(parse("{\"" + whole + "\":\"" + text + "\"}"), Value(Members{{whole, text}}));
+            EXPECT_EQ(parsed('"' + whole + '"'), Value(whole));
+            EXPECT_EQ(parsed("{\"" + whole + "\":\"" + text + "\"}"),
+                      Value(Members{{whole, text}}));
         }
     }
 }
@@ -130,12 +138,12 @@ TEST(Parser, KeepsWellFormedUtf8AsItIs) {
 // ---- Names -----------------------------------------------------------------------------------
 
 TEST(Parser, TheLastOfEqualNamesWins) {
-    EXPECT_EQ(parse(R"({"a":1,"b":2,"a":3})"), Value(Members{{"a", 3}, {"b", 2}}));
-    EXPECT_EQ(parse(R"({"a":[1],"a":"x","\u0061":{"b":1}})"),
+    EXPECT_EQ(parsed(R"({"a":1,"b":2,"a":3})"), Value(Members{{"a", 3}, {"b", 2}}));
+    EXPECT_EQ(parsed(R"({"a":[1],"a":"x","\u0061":{"b":1}})"),
               Value(Members{{"a", Members{{"b", 1}}}}));
-    EXPECT_EQ(parse(R"({"a":{"b":1},"a":[]})"), Value(Members{{"a", Elements{}}}));
-    EXPECT_EQ(parse(R"({"a":{"b":1},"a":{}})"), Value(Members{{"a", Members{}}}));
-    EXPECT_EQ(parse(R"({"a":"long enough to be allocated","a":"x"})"), Value(Members{{"a", "x"}}));
+    EXPECT_EQ(parsed(R"({"a":{"b":1},"a":[]})"), Value(Members{{"a", Elements{}}}));
+    EXPECT_EQ(parsed(R"({"a":{"b":1},"a":{}})"), Value(Members{{"a", Members{}}}));
+    EXPECT_EQ(parsed(R"({"a":"long enough to be allocated","a":"x"})"), Value(Members{{"a", "x"}}));
 }
 
 TEST(Parser, MembersOfEveryKindMayHaveAnyName) {
@@ -144,13 +152,13 @@ TEST(Parser, MembersOfEveryKindMayHaveAnyName) {
         "\"a\"", "\"\\n\"", "[1]", "{\"c\":2}"};
     for (const std::string& first : contents) {
         for (const std::string& last : contents) {
-            const std::string result = serialize(parse("{\"a\":" + last + ",\"b\":" + last + "}"));
+            const std::string result = serialize(parsed("{\"a\":" + last + ",\"b\":" + last + "}"));
             // A name with and without escapes, for a new member and for one that exists.
-            EXPECT_EQ(serialize(parse("{\"a\":" + first + ",\"\\u0062\":" + first +
-                                      ",\"\\u0061\":" + last + ",\"b\":" + last + "}")),
+            EXPECT_EQ(serialize(parsed("{\"a\":" + first + ",\"\\u0062\":" + first +
+                                       ",\"\\u0061\":" + last + ",\"b\":" + last + "}")),
                       result);
-            EXPECT_EQ(serialize(parse("{\"\\u0061\":" + first + ",\"b\":" + first +
-                                      ",\"a\":" + last + ",\"\\u0062\":" + last + "}")),
+            EXPECT_EQ(serialize(parsed("{\"\\u0061\":" + first + ",\"b\":" + first +
+                                       ",\"a\":" + last + ",\"\\u0062\":" + last + "}")),
                       result);
         }
     }
@@ -159,9 +167,9 @@ TEST(Parser, MembersOfEveryKindMayHaveAnyName) {
 TEST(Parser, NamesDifferInCaseAndInFormsOfTheSameCharacter) {
     ParseOptions options;
     options.duplicate_names = ParseOptions::DuplicateNames::error;
-    EXPECT_EQ(parse("{\"a\":1,\"A\":2,\"\xC3\xA9\":3,\"e\xCC\x81\":4,\"\":5}", options),
+    EXPECT_EQ(parsed("{\"a\":1,\"A\":2,\"\xC3\xA9\":3,\"e\xCC\x81\":4,\"\":5}", options),
               Value(Members{{"a", 1}, {"A", 2}, {"\xC3\xA9", 3}, {"e\xCC\x81", 4}, {"", 5}}));
-    EXPECT_EQ(parse(R"([{"a":1},{"a":{"a":2}}])", options),
+    EXPECT_EQ(parsed(R"([{"a":1},{"a":{"a":2}}])", options),
               Value(Elements{Members{{"a", 1}}, Members{{"a", Members{{"a", 2}}}}}));
 }
 
@@ -170,40 +178,40 @@ TEST(Parser, NamesDifferInCaseAndInFormsOfTheSameCharacter) {
 TEST(Parser, SkipsCommentsWhereTheyAreAllowed) {
     ParseOptions options;
     options.comments = true;
-    EXPECT_EQ(parse("// one\n/* two */[ // three\r\n1, /* four\n*/ 2 /**/ ]//", options),
+    EXPECT_EQ(parsed("// one\n/* two */[ // three\r\n1, /* four\n*/ 2 /**/ ]//", options),
               Value(Elements{1, 2}));
-    EXPECT_EQ(parse("{/*a*/\"k\"/*b*/:/*c*/1/*d*/,//e\n\"l\":2}/*f*/", options),
+    EXPECT_EQ(parsed("{/*a*/\"k\"/*b*/:/*c*/1/*d*/,//e\n\"l\":2}/*f*/", options),
               Value(Members{{"k", 1}, {"l", 2}}));
-    EXPECT_EQ(parse("/***/1/* * / ** */", options), Value(1));
-    EXPECT_EQ(parse("/*/*/1", options), Value(1));
-    EXPECT_EQ(parse("// \xC3\xA9 \x01\n1 // \xE3\x81\x82", options), Value(1));
-    EXPECT_EQ(parse("[\"// no\", \"/* no */\"]", options), Value(Elements{"// no", "/* no */"}));
-    EXPECT_EQ(parse("// a carriage return ends no comment\r2\n1", options), Value(1));
+    EXPECT_EQ(parsed("/***/1/* * / ** */", options), Value(1));
+    EXPECT_EQ(parsed("/*/*/1", options), Value(1));
+    EXPECT_EQ(parsed("// \xC3\xA9 \x01\n1 // \xE3\x81\x82", options), Value(1));
+    EXPECT_EQ(parsed("[\"// no\", \"/* no */\"]", options), Value(Elements{"// no", "/* no */"}));
+    EXPECT_EQ(parsed("// a carriage return ends no comment\r2\n1", options), Value(1));
 }
 
 TEST(Parser, SkipsOneTrailingCommaWhereItIsAllowed) {
     ParseOptions options;
     options.trailing_commas = true;
-    EXPECT_EQ(parse("[1,[2],3]", options), Value(Elements{1, Elements{2}, 3}));
-    EXPECT_EQ(parse("{\"a\":1,\"b\":{},\"c\":2}", options),
+    EXPECT_EQ(parsed("[1,[2],3]", options), Value(Elements{1, Elements{2}, 3}));
+    EXPECT_EQ(parsed("{\"a\":1,\"b\":{},\"c\":2}", options),
               Value(Members{{"a", 1}, {"b", Members{}}, {"c", 2}}));
-    EXPECT_EQ(parse("[1,2,]", options), Value(Elements{1, 2}));
-    EXPECT_EQ(parse("[[],\n]", options), Value(Elements{Value(Elements{})}));
-    EXPECT_EQ(parse("{\"a\":1,}", options), Value(Members{{"a", 1}}));
-    EXPECT_EQ(parse("{\"a\":{ } , }", options), Value(Members{{"a", Members{}}}));
+    EXPECT_EQ(parsed("[1,2,]", options), Value(Elements{1, 2}));
+    EXPECT_EQ(parsed("[[],\n]", options), Value(Elements{Value(Elements{})}));
+    EXPECT_EQ(parsed("{\"a\":1,}", options), Value(Members{{"a", 1}}));
+    EXPECT_EQ(parsed("{\"a\":{ } , }", options), Value(Members{{"a", Members{}}}));
     options.comments = true;
-    EXPECT_EQ(parse("[1, // one\n]", options), Value(Elements{1}));
+    EXPECT_EQ(parsed("[1, // one\n]", options), Value(Elements{1}));
 }
 
 TEST(Parser, AcceptsAsManyLevelsAsAreAllowed) {
     ParseOptions options;
     options.max_depth = 2;
-    EXPECT_EQ(parse("[{\"a\":1},[],2]", options),
+    EXPECT_EQ(parsed("[{\"a\":1},[],2]", options),
               Value(Elements{Members{{"a", 1}}, Elements{}, 2}));
     options.max_depth = 0;
-    EXPECT_EQ(parse("1", options), Value(1));
+    EXPECT_EQ(parsed("1", options), Value(1));
     const std::string thousand = std::string(1000, '[') + std::string(1000, ']');
-    EXPECT_EQ(test::content_text(parse(thousand)), thousand);
+    EXPECT_EQ(test::content_text(parsed(thousand)), thousand);
 }
 
 // ---- Length and place ------------------------------------------------------------------------
@@ -229,7 +237,7 @@ TEST(Parser, ReadsArraysOfEveryLength) {
         }
         EXPECT_EQ(parse(text + "]"), Value(elements)) << length;
         EXPECT_EQ(parse(nested + "]"), Value(lists)) << length;
-        EXPECT_EQ(parse("{\"a\":" + text + "],\"b\":[" + nested + "]]}"),
+        EXPECT_EQ(parsed("{\"a\":" + text + "],\"b\":[" + nested + "]]}"),
                   Value(Members{{"a", elements}, {"b", Elements{Value(lists)}}}))
             << length;
     }
@@ -254,7 +262,7 @@ TEST(Parser, ReadsLongArraysWithinLongArrays) {
         long_array(long_array(long_array("1", 300), 2), 300),
     };
     for (const std::string& text : texts) {
-        EXPECT_TRUE(test::content_text(parse(text)) == text) << text.substr(0, 40);
+        EXPECT_TRUE(test::content_text(parsed(text)) == text) << text.substr(0, 40);
     }
 }
 
@@ -272,7 +280,7 @@ TEST(Parser, SkipsCommentsInLongArrays) {
             text += comment + "[1" + comment + ",2]" + comment + (i == 599 ? "" : ",");
             meant += i == 599 ? "[1,2]" : "[1,2],";
         }
-        EXPECT_EQ(serialize(parse(text + "]" + comment, options)), meant + "]") << comment;
+        EXPECT_EQ(serialize(parsed(text + "]" + comment, options)), meant + "]") << comment;
     }
 }
 
@@ -289,7 +297,7 @@ TEST(Parser, ReadsALongArrayDeepWithinManyShortOnes) {
         text += ",2";
     }
     text += std::string(16, ']');
-    EXPECT_EQ(serialize(parse(text)), text);
+    EXPECT_EQ(serialize(parsed(text)), text);
 }
 
 TEST(Parser, ALongArrayWithAnErrorFailsAsAShortOneDoes) {
@@ -314,7 +322,7 @@ TEST(Parser, ALongArrayWithAnErrorFailsAsAShortOneDoes) {
     const auto expect_failure_behind = [&text](std::size_t count, const std::string& rest,
                                                const ParseOptions& options) {
         try {
-            parse(text + rest, options);
+            parsed(text + rest, options);
             ADD_FAILURE() << rest.substr(0, 10);
         } catch (const ParserException& error) {
             EXPECT_EQ(error.get_byte_position(), text.size() + count) << rest.substr(0, 10);
@@ -380,7 +388,7 @@ TEST(Parser, ReadsNoByteBeforeOrBehindTheText) {
         for (const std::string_view text : texts) {
             const auto result = [&options](std::string_view place) {
                 try {
-                    return test::content_text(parse(place, options));
+                    return test::content_text(parsed(place, options));
                 } catch (const ParserException& error) {
                     return describe(error);
                 }

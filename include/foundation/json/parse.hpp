@@ -144,9 +144,8 @@ public:
     explicit ValueStream(std::istream& stream, const ParseOptions& options = {});
 
     /// The same with a limit.
-    /// @param max_bytes  how long the text of one value may be, without the space around it. A
-    /// longer
-    ///                   one is an error of next()
+    /// @param max_bytes  how long the text of one value may be, without the space around it; a
+    ///                   longer one is an error of next()
     ValueStream(std::istream& stream, const ParseOptions& options, std::size_t max_bytes);
 
     ValueStream(ValueStream&& other) noexcept; ///< leaves the other fit only to be assigned to

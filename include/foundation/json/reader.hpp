@@ -12,8 +12,9 @@
 ///     }
 ///
 /// A Reader takes the same memory for documents of every size. Whatever parse() refuses, it refuses
-/// with the same exception, once it gets there. To parse the elements of a large array one by one,
-/// or one value per line, records.hpp takes fewer lines.
+/// with the same exception, once it gets there; what comes before has been given out by then. To
+/// parse the elements of a large array one by one, or one value per line, records.hpp takes fewer
+/// lines.
 #ifndef FOUNDATION_JSON_READER_HPP
 #define FOUNDATION_JSON_READER_HPP
 
@@ -28,12 +29,13 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace foundation::json {
 
 /// What a Reader is at.
 enum class Token {
-    none,         ///< nothing yet: next() has not been called
+    none,         ///< no token: next() has not been called, or has failed
     begin_array,  ///< `[`
     end_array,    ///< `]`
     begin_object, ///< `{`
@@ -57,8 +59,10 @@ struct Position {
 ///
 /// What asks for the content of a value of another type throws std::runtime_error, "invalid
 /// conversion: JSON string to JSON number"; where the current token has no such content whatever
-/// the document, as at the end of an array, std::logic_error. Two threads must not use one Reader
-/// at once.
+/// the document, as at the end of an array, std::logic_error.
+///
+/// With the option duplicate_names set to error, the names of all members that are open so far are
+/// in memory. Two threads must not use one Reader at once.
 class FOUNDATION_JSON_EXPORT Reader {
 public:
     /// Reads a text.
@@ -66,13 +70,18 @@ public:
     /// @param options  as for parse()
     /// @throws std::bad_alloc memory runs out
     explicit Reader(std::string_view text, const ParseOptions& options = {});
-    explicit Reader(std::string&& text,
-                    const ParseOptions& options = {}) = delete; ///< would dangle
+
+    /// A string that is gone before the first token cannot be read.
+    template <class String,
+              std::enable_if_t<std::is_same_v<std::remove_const_t<String>, std::string>, int> = 0>
+    explicit Reader(String&& text, const ParseOptions& options = {}) = delete;
 
     /// Reads the rest of a stream, of which a piece is in memory at a time. Waits for no more of it
     /// than the next token needs: a number or word ends with the byte behind it.
-    /// @param stream     must outlive the reader
-    /// @param max_bytes  how long a string, number or name may be
+    /// @param stream     must outlive the reader; nothing is read yet
+    /// @param max_bytes  how long the text of a string, number or name may be, with its quotes, or
+    ///                   of a value(); a longer one is an error
+    /// @throws std::bad_alloc memory runs out
     explicit Reader(std::istream& stream, const ParseOptions& options = {},
                     std::size_t max_bytes = static_cast<std::size_t>(-1));
 
@@ -80,13 +89,17 @@ public:
     Reader& operator=(Reader&& other) noexcept; ///< the same
     ~Reader();
 
-    /// Goes on to the next token.
+    /// Goes on to the next token. After an exception there is no current token until a call
+    /// succeeds.
     /// @return that token; Token::end again behind the end
-    /// @throws ParserException        as parse(); every later call throws the same
+    /// @throws ParserException        as parse(); every later call of next(), skip() and value()
+    ///                                throws the same
     /// @throws std::ios_base::failure the stream is not good at first, or fails before its end
-    /// @throws whatever the stream buffer throws
+    /// @throws whatever the stream buffer throws; once the stream works again, the next call goes
+    ///         on with the same token
     /// @throws std::bad_alloc         memory runs out; the next call goes on with the same token
-    /// @complexity linear in the length of the token and the space before it
+    /// @complexity linear in the length of the token and the space before it; with the option
+    ///             duplicate_names set to error, also a search among the names of the object
     Token next();
 
     /// The current token. Constant time.
@@ -97,6 +110,7 @@ public:
 
     /// The content of a string or name, without escapes.
     /// @return valid until the next call of next(), skip() or value()
+    /// @complexity constant; linear in its length if it has escapes
     /// @throws std::bad_alloc memory runs out for a string with escapes
     [[nodiscard]] std::string_view string() const;
 
@@ -122,15 +136,18 @@ public:
 
     /// @name Whole values
     /// They go on to the last token of the value that begins with the current one, or of the member
-    /// whose name it is. Behind a value, they do nothing, or throw std::logic_error.
+    /// whose name it is; where the last call has failed, with the token that it has not read.
     /// @{
 
-    /// Skips that value. What is skipped is checked as all else is.
-    /// @throws as next()
+    /// Skips that value; behind it, or without one, does nothing. What is skipped is checked as all
+    /// else is.
+    /// @throws as next(); if that is not a ParserException, the next call of skip() goes on, and
+    ///         next() gives the token within the value that was not read
     void skip();
 
     /// That value. It and its text are in memory then.
-    /// @throws as next()
+    /// @throws std::logic_error no value begins here
+    /// @throws as next(); if that is not a ParserException, the reader is where it was
     [[nodiscard]] Value value();
     /// @}
 
@@ -140,11 +157,14 @@ public:
     /// How many arrays and objects are open: one within `[`, none behind `]`.
     [[nodiscard]] std::size_t depth() const noexcept;
 
-    /// The JSON Pointer to the value of the current token; at a name, to its member.
+    /// The JSON Pointer to the value of the current token; at a name, to its member. Without a
+    /// token, it is that of the last one.
     /// @throws std::bad_alloc memory runs out
+    /// @complexity linear in its length
     [[nodiscard]] std::string pointer() const;
 
-    /// Where the current token begins.
+    /// Where the current token begins. Without one, it is where the error is or, after another
+    /// exception, somewhere behind the last token.
     /// @complexity amortized linear in the text since the last call
     [[nodiscard]] Position position() const;
     /// @}

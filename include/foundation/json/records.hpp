@@ -5,7 +5,7 @@
 ///
 ///     Records<Value> records(stream, Framing::lines);
 ///     for (Value record; records.next(record);) {
-///         std::cout << record["name"] << '\n';
+///         std::cout << serialize(record["name"]) << '\n';
 ///     }
 ///
 /// One record and its text are in memory at a time.
@@ -30,8 +30,9 @@ namespace foundation::json {
 class FOUNDATION_JSON_EXPORT Framing {
 public:
     enum Kind {
-        /// Each line is a record. Lines without a value are passed over. After an error, the next
-        /// line is read. Lines end with LF or CR LF; the last one may have no end.
+        /// Each line is a record. Lines without a value, of whitespace or comments alone, are
+        /// passed over. After an error, the next line is read. Lines end with LF or CR LF; the last
+        /// one may have no end.
         lines,
         /// Values follow each other, with or without space between them; a value may span lines.
         /// After an error, the line behind that of the error is read.
@@ -41,7 +42,9 @@ public:
     Framing(Kind kind) noexcept : kind_(kind) {}
 
     /// The elements of an array in a document. After an error in the document, there are no more.
-    /// @param pointer  the array, as a JSON Pointer (RFC 6901)
+    /// The rest of the document is checked behind the last of them.
+    /// @param pointer  the array, as a JSON Pointer (RFC 6901). Of members with the same name, it
+    ///                 means the first
     /// @throws std::invalid_argument the pointer is none
     [[nodiscard]] static Framing elements(std::string pointer = {});
 
@@ -60,6 +63,8 @@ private:
 /// What may be read, and what becomes of it.
 struct ReadOptions : ParseOptions {
     /// How long the text of a record may be. A longer one is an error, and is not kept in memory.
+    /// With Framing::lines, that is the line without its end, even if it has no value; with
+    /// Framing::elements(), it also limits each string, number and name before the array.
     std::size_t max_bytes = static_cast<std::size_t>(-1);
 };
 
@@ -116,7 +121,9 @@ public:
     ///                                of the stream
     /// @throws std::runtime_error     the pointer of Framing::elements() leads to no array
     /// @throws std::ios_base::failure the stream is not good at first, or fails before its end
-    /// @throws whatever the stream buffer throws
+    /// @throws whatever the stream buffer throws; once the stream works again, the next call goes
+    /// on
+    ///         with the same record
     /// @throws std::bad_alloc         memory runs out; the next call goes on with the same record
     /// @complexity linear in the length of the text
     bool next(T& record) { return records_.next(record); }
@@ -124,14 +131,18 @@ public:
     /// @name The record that was read last, or that an exception was about
     /// @{
 
-    /// Its text, without the end of its line; of a record that is too long, its beginning.
+    /// Its text, without the end of its line; of a record with an error, what was read of it: of a
+    /// line all, of another record what comes before the error, and of one that is too long its
+    /// first max_bytes bytes. Empty at the end of the stream.
     /// @return valid until the next call of next()
     [[nodiscard]] std::string_view text() const noexcept { return records_.text(); }
 
-    /// How many records came before it, those with errors included.
+    /// How many records came before it, those with errors included; at the end of the stream, how
+    /// many there were.
     [[nodiscard]] std::size_t index() const noexcept { return records_.index(); }
 
-    /// Where it begins. With Framing::lines, that is where its line begins.
+    /// Where it begins. With Framing::lines, that is where its line begins. At the end of the
+    /// stream, that end.
     /// @complexity amortized linear in the text since the last call
     [[nodiscard]] Position position() const { return records_.position(); }
     /// @}
