@@ -1,5 +1,9 @@
 #include "reading/input.hpp"
 
+#include "text/characters.hpp"
+
+#include <foundation/json/detail/quoted.hpp>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -63,9 +67,27 @@ void set_state(std::istream& stream, std::ios_base::iostate bits) noexcept {
     }
 }
 
+namespace {
+
+/// Does what every input function does first.
+/// @return whether the stream can be read; else failbit is set
+bool prepare(std::istream& stream) {
+    if (!stream.good()) {
+        set_state(stream, std::ios_base::failbit);
+        return false;
+    }
+    try {
+        const std::istream::sentry sentry(stream, true); // flushes the stream that is tied to it
+        return static_cast<bool>(sentry);
+    } catch (const std::ios_base::failure&) {
+        return false; // with another message than the one for the caller
+    }
+}
+
+} // namespace
+
 void begin_reading(std::istream& stream) {
-    const std::istream::sentry sentry(stream, true);
-    if (!sentry) {
+    if (!prepare(stream)) {
         throw std::ios_base::failure(stream.eof() ? "the stream to read from is at its end already"
                                                   : "the stream to read from has failed, or is of "
                                                     "a file that could not be opened");
@@ -101,14 +123,31 @@ GrowingText read_all(std::istream& stream) {
 
 namespace {
 
+/// The name of a file, with control bytes escaped as in a JSON string: NUL would end the message.
+std::string visible_name(const std::filesystem::path& path) {
+    std::string result;
+    for (const char byte : path.string()) {
+        if (is_control(byte)) {
+            append_escaped(result, {&byte, 1});
+        } else {
+            result += byte;
+        }
+    }
+    return result;
+}
+
 [[noreturn]] void fail(const std::filesystem::path& path, int error, const char* why = "") {
     throw std::system_error(error, std::generic_category(),
-                            "cannot read '" + path.string() + "'" + why);
+                            "cannot read '" + visible_name(path) + "'" + why);
 }
 
 class File {
 public:
     explicit File(const std::filesystem::path& path) : path_(path) {
+        // The system would open what the name begins with.
+        if (path.native().find('\0') != std::string::npos) {
+            fail(path, EINVAL);
+        }
         do {
             descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
         } while (was_interrupted(descriptor_));

@@ -161,6 +161,11 @@ using Contents = TypeList<Undefined, Null, bool, double, std::string, std::vecto
 template <class T>
 inline constexpr bool is_content = Contents::contains<T>;
 
+/// Selects the constructor of Value::UNDEFINED.
+struct ZeroBytes {
+    constexpr explicit ZeroBytes(int) noexcept {} // nothing converts to it, not even {}
+};
+
 /// How a variant holds content: containers of values behind a pointer.
 template <class T>
 struct Stored {
@@ -382,13 +387,18 @@ private:
 
     friend struct detail::ValueAccess;
 
+    /// Undefined, as a constant: all bytes are zero.
+    constexpr explicit Value(detail::ZeroBytes) noexcept : zero_bytes_{} {}
+
     /// The Undefined value that const lookups of missing members return. Its all-zero bytes are
-    /// that value already, before any constructor runs, and stay so after its destructor.
+    /// that value from the start, without a constructor at run time, and stay so after its
+    /// destructor.
     static const Value UNDEFINED;
 
     // In a union, so that its destructor is not called for scalars.
     union {
         Variant variant_;
+        unsigned char zero_bytes_[sizeof(Variant)];
     };
 };
 
