@@ -137,9 +137,9 @@ std::string visible(std::string_view text) {
 /// Whether a text is rather the name of a file: it has an extension such as .json, or any extension
 /// and a slash or backslash before it, and nothing that arrays, objects and strings consist of.
 bool is_file_name(std::string_view text) noexcept {
-    constexpr std::size_t longest_name = 4096;
     constexpr std::size_t longest_extension = 8;
-    if (text.empty() || text.size() > longest_name || begins_comment(text)) {
+    // Of a longer line, a stream of values may have read no more than this.
+    if (text.empty() || text.size() > most_quoted || begins_comment(text)) {
         return false;
     }
     const std::size_t point = std::min(text.rfind('.'), text.size() - 1);
@@ -236,7 +236,7 @@ std::string Errors::name_of(const char* place) const {
     if (class_of(code) == CharacterClass::visible) {
         return in_quotes(bytes);
     }
-    return hexadecimal(code, 4, "U+");
+    return hexadecimal(code, code < 0x10000 ? 4 : code < 0x100000 ? 5 : 6, "U+");
 }
 
 /// Whether a quotation mark of printed text is at a place.
