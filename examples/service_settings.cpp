@@ -32,8 +32,8 @@ struct Settings {
 };
 
 template <>
-inline constexpr auto foundation::json::members<Listen> =
-    std::tuple(defaulted("host", &Listen::host), defaulted("port", &Listen::port));
+inline constexpr auto foundation::json::members<Listen> = table(defaulted("host", &Listen::host),
+                                                                defaulted("port", &Listen::port));
 
 template <>
 inline constexpr auto foundation::json::enumerators<Log> =
@@ -42,9 +42,9 @@ inline constexpr auto foundation::json::enumerators<Log> =
 
 template <>
 inline constexpr auto foundation::json::members<Settings> =
-    std::tuple(required("name", &Settings::name), defaulted("listen", &Settings::listen),
-               defaulted("workers", &Settings::workers), defaulted("log", &Settings::log),
-               defaulted("timeout", &Settings::timeout), defaulted("limits", &Settings::limits));
+    table(required("name", &Settings::name), defaulted("listen", &Settings::listen),
+          defaulted("workers", &Settings::workers), defaulted("log", &Settings::log),
+          defaulted("timeout", &Settings::timeout), defaulted("limits", &Settings::limits));
 
 // Everything that is not given has its default; what no table names is a mistake.
 Settings read_settings(const std::string& file) {

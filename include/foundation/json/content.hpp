@@ -169,8 +169,7 @@ template <class T>
 /// The content of a temporary, or of a value given as std::move(value): moved out of it, so that no
 /// reference is left that could outlive it.
 ///
-///     std::string name = get<std::string>(parse(text)["name"]); // an element of a temporary:
-///     copied Array rows = get<Array>(parse(text));                     // moved
+///     Object order = get<Object>(parse(text)); // moved out of the temporary
 ///
 /// @return a value, not a reference
 /// @throws std::runtime_error as above; then the value is unchanged
