@@ -160,6 +160,18 @@ TEST(ToByPointer, TakesOptions) {
     EXPECT_EQ(error_pointer([&] { to<fleet::Server>(config, "/server", strict); }), "/server/x");
 }
 
+// Braces as the second argument are options, unless they hold a text.
+TEST(ToByPointer, IsNotMeantByEmptyBraces) {
+    const Value config = Object{{"host", "a"}, {"x", 1}};
+    EXPECT_EQ(to<int>(Value(7), {}), 7);
+    EXPECT_EQ(to<fleet::Server>(config, {}).host, "a");
+    EXPECT_EQ(to<int>(Value(Object{{"", 7}}), {"/"}), 7);
+    EXPECT_EQ(to<int>(config, "/x", {}), 1);
+    EXPECT_EQ(
+        error_pointer([&] { to<fleet::Server>(config, {ConvertOptions::UnknownMembers::error}); }),
+        "/x");
+}
+
 TEST(ToByPointer, ThrowsWhereNoValueIs) {
     const Value config = configuration();
     EXPECT_EQ(conversion_error([&] { to<int>(config, "/server/prot"); }),

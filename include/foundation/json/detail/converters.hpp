@@ -160,7 +160,7 @@ constexpr Category category_of() {
         return known ? Category::object : Category::other;
     } else {
         constexpr bool number =
-            std::is_arithmetic_v<T> && !std::is_same_v<T, bool> && !is_character<T>();
+            std::is_arithmetic_v<T> && !std::is_same_v<T, bool> && !detail::is_character<T>();
         return number ? Category::number : Category::other;
     }
 }
@@ -176,7 +176,7 @@ constexpr bool refuse_type() {
                            "std::string for a text, std::vector or std::array for elements, "
                            "std::optional for what may be missing");
     static_assert(refers || !is_const, "name the type without const and volatile");
-    static_assert(is_const || !is_character<T>(),
+    static_assert(is_const || !detail::is_character<T>(),
                   "a character cannot be converted: use std::string for a text, signed char or "
                   "unsigned char for a number");
     static_assert(is_const || !std::is_enum_v<T>,
@@ -191,7 +191,7 @@ constexpr bool refuse_type() {
     static_assert(is_const || !is_map_by_string<T> || is_multimap<T>,
                   "of maps, only std::map and std::unordered_map can be converted");
     static_assert(
-        refers || is_const || is_character<T>() || std::is_enum_v<T> || is_map<T>,
+        refers || is_const || detail::is_character<T>() || std::is_enum_v<T> || is_map<T>,
         "to convert this type, specialise foundation::json::members for it: table(required(name, "
         "member), defaulted(name, member), ...), or use another type, such as Value, in its place");
     return false;

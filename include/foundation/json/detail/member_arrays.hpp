@@ -72,7 +72,8 @@ constexpr Order<Count> order_of_runs(const std::string_view* names) {
     Order<Count> order{};
     for (std::size_t i = 0; i < Count; ++i) {
         std::size_t j = i;
-        for (; j % first_run != 0 && comes_before(names[i], names[order.numbers[j - 1]]); --j) {
+        for (; j % first_run != 0 && detail::comes_before(names[i], names[order.numbers[j - 1]]);
+             --j) {
             order.numbers[j] = order.numbers[j - 1];
         }
         order.numbers[j] = static_cast<std::uint32_t>(i);
