@@ -249,7 +249,7 @@ private:
 
 /// @param target  Undefined, so that there is nothing to destroy
 template <class Container>
-Container& make(Value& target, Container&& container) {
+Container& make(Value& target, Container container) {
     auto& variant = ValueAccess::variant(target);
     try {
         new (&variant) ValueAccess::Variant(std::move(container));

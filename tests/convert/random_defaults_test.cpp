@@ -14,6 +14,7 @@
 #include <list>
 #include <map>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -257,7 +258,23 @@ using Types = testing::Types<
     Preset<nested::Two<Preset<nested::Pair<Empty>>>>, nested::Tuple<Preset<nested::Two<Full>>>,
     nested::Vector<Preset<nested::Tuple<Full>>>, Plain<nested::Optional<Preset<Empty>>>>;
 
-TYPED_TEST_SUITE(RandomDefaults, Types);
+/// Names of the types, in their order.
+struct NameOfType {
+    template <class T>
+    static std::string GetName(int index) {
+        std::istringstream names(
+            "Empty Full PlainEmpty PlainFull PresetEmpty PresetFull OptionalFull VectorOfEmpty "
+            "TwoFull PairWithEmpty TupleWithFull MapToFull HashMapToEmpty PresetPresetPlainFull "
+            "PresetTwoPresetPairs TupleWithPresetTwo VectorOfPresetTuples PlainOptionalPreset");
+        std::string name;
+        for (int i = 0; i <= index; ++i) {
+            names >> name;
+        }
+        return name;
+    }
+};
+
+TYPED_TEST_SUITE(RandomDefaults, Types, NameOfType);
 
 TYPED_TEST(RandomDefaults, GiveEqualObjectsInEveryTypeAround) {
     expect_around_all<TypeParam>(test::random_seed());

@@ -61,6 +61,9 @@ struct Everything {
     foundation::json::Object object;
 };
 
+struct Nothing {};
+struct NothingElse {};
+
 struct Derived : Everything {
     std::optional<int> last = 5;
 };
@@ -112,6 +115,12 @@ template <>
 inline constexpr auto foundation::json::members<hostile::Derived> =
     foundation::json::table(foundation::json::members<hostile::Everything>,
                             foundation::json::defaulted("last", &hostile::Derived::last));
+
+template <>
+inline constexpr auto foundation::json::members<hostile::Nothing> = foundation::json::table();
+
+template <>
+inline constexpr auto foundation::json::members<hostile::NothingElse> = std::tuple();
 
 template <class T>
 void use_content(foundation::json::Value& value) {
@@ -169,4 +178,6 @@ inline void use_everything(foundation::json::Value& value) {
     object = foundation::json::to_or(value, "/a", object);
     value = foundation::json::from(object);
     value = foundation::json::from(std::vector<hostile::Everything>());
+    value = foundation::json::from(foundation::json::to<hostile::Nothing>(value));
+    value = foundation::json::from(foundation::json::to<hostile::NothingElse>(value));
 }

@@ -74,12 +74,11 @@ inline constexpr bool is_member<Member<Class, Type>> = true;
 
 /// Not a fold, since compilers limit the length of those.
 constexpr bool all_of(std::initializer_list<bool> conditions) {
+    bool result = true;
     for (const bool condition : conditions) {
-        if (!condition) {
-            return false;
-        }
+        result = result && condition;
     }
-    return true;
+    return result;
 }
 
 } // namespace detail

@@ -151,7 +151,7 @@ constexpr bool visit_members(const Member<Class, Type>& member, Visitor& visitor
 template <class... Members, class Visitor>
 constexpr bool visit_members(const std::tuple<Members...>& table, Visitor& visitor) {
     return std::apply(
-        [&visitor](const Members&... each) {
+        [&](const Members&... each) {
             return detail::all_of({true, detail::visit_members(each, visitor)...});
         },
         table);
