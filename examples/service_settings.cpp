@@ -3,15 +3,12 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/parse.hpp>
 
-#include <array>
 #include <cstdint>
 #include <exception>
 #include <iostream>
 #include <map>
 #include <optional>
 #include <string>
-#include <tuple>
-#include <utility>
 
 using namespace foundation::json;
 
@@ -37,8 +34,7 @@ inline constexpr auto foundation::json::members<Listen> = table(defaulted("host"
 
 template <>
 inline constexpr auto foundation::json::enumerators<Log> =
-    std::array{std::pair{Log::errors, "errors"}, std::pair{Log::warnings, "warnings"},
-               std::pair{Log::info, "info"}};
+    table<Log>({{Log::errors, "errors"}, {Log::warnings, "warnings"}, {Log::info, "info"}});
 
 template <>
 inline constexpr auto foundation::json::members<Settings> =

@@ -17,7 +17,6 @@
 #include <optional>
 #include <ostream>
 #include <string>
-#include <tuple>
 #include <type_traits>
 #include <vector>
 

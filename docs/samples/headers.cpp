@@ -10,7 +10,6 @@
 #include <iostream>
 #include <map>
 #include <string>
-#include <tuple>
 #include <vector>
 
 using namespace foundation::json;

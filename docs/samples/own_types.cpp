@@ -4,13 +4,11 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 
-#include <array>
 #include <cstddef>
 #include <iostream>
 #include <map>
 #include <optional>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 

@@ -9,7 +9,6 @@
 #include <iostream>
 #include <map>
 #include <string>
-#include <tuple>
 #include <vector>
 
 using namespace foundation::json;

@@ -127,7 +127,7 @@ std::size_t find_name(const NameTable& table, std::string_view name) noexcept {
     const std::uint32_t* const end = table.sorted + table.count;
     const std::uint32_t* const found =
         std::lower_bound(table.sorted, end, name, [&](std::uint32_t number, std::string_view text) {
-            return table.names[number] < text;
+            return comes_before(table.names[number], text);
         });
     return found != end && table.names[*found] == name ? *found : table.count;
 }
