@@ -1,5 +1,5 @@
-// What conversion to a caller's own types and back needs besides the types: places, errors, members
-// by their names.
+// What conversion to a caller's own types and back needs besides the types: locations, errors,
+// members by their names.
 #include <foundation/json/convert.hpp>
 
 #include "access/excerpt.hpp"
@@ -15,7 +15,7 @@ namespace foundation::json {
 
 namespace {
 
-std::string describe_place(std::string_view pointer) {
+std::string describe_location(std::string_view pointer) {
     if (pointer.empty()) {
         return "at the root: ";
     }
@@ -27,22 +27,22 @@ std::string describe_place(std::string_view pointer) {
 } // namespace
 
 ConversionError::ConversionError(std::string pointer, const std::string& problem)
-    : std::runtime_error(describe_place(pointer) + problem),
+    : std::runtime_error(describe_location(pointer) + problem),
       pointer_(std::make_shared<const std::string>(std::move(pointer))) {}
 
 ConversionError::~ConversionError() = default;
 
 namespace detail {
 
-// ---- Places and errors -----------------------------------------------------------------------
+// ---- Locations and errors -------------------------------------------------------------------
 
-std::string Place::pointer() const {
+std::string Location::pointer() const {
     std::string result;
     append_to(result);
     return result;
 }
 
-void Place::append_to(std::string& pointer) const {
+void Location::append_to(std::string& pointer) const {
     if (outer_ == nullptr) {
         pointer += name();
         return;
@@ -86,36 +86,36 @@ std::string list_of(const char* head, const NameTable& names) {
 
 } // namespace
 
-void fail(const Place& place, const std::string& problem) {
-    throw ConversionError(place.pointer(), problem);
+void fail(const Location& location, const std::string& problem) {
+    throw ConversionError(location.pointer(), problem);
 }
 
-void fail_type(const Place& place, const Value& value, Kind wanted) {
+void fail_type(const Location& location, const Value& value, Kind wanted) {
     const std::string shown = excerpt(value);
     std::string problem = shown + " is ";
     if (shown != noun_for(kind_of(value))) {
         problem += noun_for(kind_of(value)) + std::string(", ");
     }
-    fail(place, problem + "not " + noun_for(wanted));
+    fail(location, problem + "not " + noun_for(wanted));
 }
 
-void fail_number(const Place& place, const Value& value) {
+void fail_number(const Location& location, const Value& value) {
     try {
         throw;
     } catch (const std::out_of_range& error) {
-        fail(place, error.what());
+        fail(location, error.what());
     } catch (const std::runtime_error&) {
-        fail_type(place, value, Kind::number);
+        fail_type(location, value, Kind::number);
     }
 }
 
-void fail_length(const Place& place, std::size_t length, std::size_t wanted) {
-    fail(place,
+void fail_length(const Location& location, std::size_t length, std::size_t wanted) {
+    fail(location,
          "the array has length " + std::to_string(length) + ", not " + std::to_string(wanted));
 }
 
-void fail_enumerator(const Place& place, const std::string& number, const NameTable& names) {
-    fail(place, "the enumerator " + number + " has no name" + list_of("; named are ", names));
+void fail_enumerator(const Location& location, const std::string& number, const NameTable& names) {
+    fail(location, "the enumerator " + number + " has no name" + list_of("; named are ", names));
 }
 
 // ---- Names -----------------------------------------------------------------------------------
@@ -134,11 +134,11 @@ std::size_t find_name(const NameTable& table, std::string_view name) noexcept {
 
 } // namespace
 
-std::size_t find_enumerator(const NameTable& names, const Value& value, const Place& place) {
-    const auto& name = content_at<std::string>(value, place);
+std::size_t find_enumerator(const NameTable& names, const Value& value, const Location& location) {
+    const auto& name = content_at<std::string>(value, location);
     const std::size_t found = find_name(names, name);
     if (found == names.count) {
-        fail(place,
+        fail(location,
              "the enumerator " + quoted(name) + " is unknown" + list_of("; known are ", names));
     }
     return found;
@@ -159,7 +159,7 @@ public:
     MemberFinder(const MemberTable& table, const Object& object, const Value** found) noexcept
         : table_(table), object_(object), found_(found) {}
 
-    void find(const Place& place, Session& session) {
+    void find(const Location& location, Session& session) {
         // One lookup takes about as long as a few steps from one member to the next.
         if (object_.size() / 4 < table_.names.count) {
             find_in_order();
@@ -168,10 +168,10 @@ public:
         }
         if (known_ != object_.size() &&
             session.options.unknown_members == ConvertOptions::UnknownMembers::error) {
-            refuse_unknown(place);
+            refuse_unknown(location);
         }
         if (present_ != table_.names.count) {
-            check_required(place);
+            check_required(location);
         }
     }
 
@@ -223,21 +223,23 @@ private:
         }
     }
 
-    void check_required(const Place& place) const {
+    void check_required(const Location& location) const {
         for (std::size_t i = 0; i < table_.names.count; ++i) {
             if (table_.required[i] && found_[i] == nullptr) {
-                fail(place, "the required member " + quoted(table_.names.names[i]) + " is missing");
+                fail(location,
+                     "the required member " + quoted(table_.names.names[i]) + " is missing");
             }
         }
     }
 
-    [[noreturn]] void refuse_unknown(const Place& place) const {
+    [[noreturn]] void refuse_unknown(const Location& location) const {
         auto member = object_.begin();
         while (find_name(table_.names, member->first) != table_.names.count) {
             ++member;
         }
-        fail(Place(place, member->first), "the member " + quoted(member->first) + " is unknown" +
-                                              list_of("; known are ", table_.names));
+        fail(Location(location, member->first), "the member " + quoted(member->first) +
+                                                    " is unknown" +
+                                                    list_of("; known are ", table_.names));
     }
 
     const MemberTable& table_;
@@ -263,26 +265,28 @@ Container& make(Value& target, Container container) {
 } // namespace
 
 void read_members(const MemberTable& table, const ReadMember* readers, void* object,
-                  const Value** found, const Value& value, const Place& place, Session& session) {
-    MemberFinder(table, content_at<Object>(value, place), found).find(place, session);
+                  const Value** found, const Value& value, const Location& location,
+                  Session& session) {
+    MemberFinder(table, content_at<Object>(value, location), found).find(location, session);
     const MemberTable members = table;
     for (std::size_t i = 0; i < members.names.count; ++i) {
         if (found[i] != nullptr) {
             readers[i](object, members.pointers[i], *found[i],
-                       Place(place, members.names.names[i]), session);
+                       Location(location, members.names.names[i]), session);
         }
     }
 }
 
 void write_members(const MemberTable& table, const WriteMember* writers, const void* object,
-                   Value& target, const Start& start, const Place& place, Defaults& defaults) {
+                   Value& target, const Start& start, const Location& location,
+                   Defaults& defaults) {
     Object& members = make_object(target);
     // In the order of the names, in which the members of an object are added the fastest.
     for (std::size_t i = 0; i < table.names.count; ++i) {
         const std::size_t number = table.names.sorted[i];
-        const Place member_place(place, table.names.names[number]);
+        const Location member_location(location, table.names.names[number]);
         writers[number]({members, object, table.pointers[number], table.required[number], start,
-                         member_place, defaults});
+                         member_location, defaults});
     }
 }
 
@@ -309,7 +313,7 @@ namespace {
 void check_end(const PathLookup& way) {
     const Kind kind = kind_of(*way.last);
     if (kind != Kind::object && !(kind == Kind::array && looks_like_index(way.next))) {
-        fail_type(Place(way.reached), *way.last, Kind::object);
+        fail_type(Location(way.reached), *way.last, Kind::object);
     }
 }
 

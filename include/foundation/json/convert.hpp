@@ -26,7 +26,7 @@
 /// must have a default constructor. Tables stand outside of other namespaces, before their use.
 ///
 /// Conversion is strict: a value of the wrong type, a fraction for an integer, a number out of
-/// range and a length that does not fit are errors. Each error names its place as a JSON Pointer
+/// range and a length that does not fit are errors. Each error names its location as a JSON Pointer
 /// and shows the value, as in `at /tags/2: 7 is a number, not a string`.
 #ifndef FOUNDATION_JSON_CONVERT_HPP
 #define FOUNDATION_JSON_CONVERT_HPP
@@ -47,14 +47,14 @@
 
 namespace foundation::json {
 
-/// The exception of a conversion. what() begins with the place, "at /servers/3/port: " or "at the
-/// root: "; quotes, backslashes and control bytes in it are escaped as in a JSON string.
+/// The exception of a conversion. what() begins with the location, "at /servers/3/port: " or "at
+/// the root: "; quotes, backslashes and control bytes in it are escaped as in a JSON string.
 ///
 /// You can throw it from checks of your own, too.
 class FOUNDATION_JSON_EXPORT ConversionError : public std::runtime_error {
 public:
-    /// @param pointer  the place, as a JSON Pointer (RFC 6901)
-    /// @param problem  what what() says after the place
+    /// @param pointer  the location, as a JSON Pointer (RFC 6901)
+    /// @param problem  what what() says after the location
     /// @throws std::bad_alloc if memory runs out
     ConversionError(std::string pointer, const std::string& problem);
 
@@ -62,8 +62,8 @@ public:
     ConversionError& operator=(const ConversionError&) = default; ///< never throws
     ~ConversionError() override;
 
-    /// The place as a JSON Pointer, not escaped: from the value that was converted or, if a pointer
-    /// was given, from its root. The empty text is the root.
+    /// The location as a JSON Pointer, not escaped: from the value that was converted or, if a
+    /// pointer was given, from its root. The empty text is the root.
     const std::string& pointer() const noexcept { return *pointer_; }
 
 private:
@@ -87,14 +87,14 @@ namespace detail {
 /// for an empty pointer nor ambiguous.
 enum class NoOptions {};
 
-/// Converts a value that lies at that place.
+/// Converts a value that lies at that location.
 template <class T>
-T read_value(const Value& value, const Place& place, const ConvertOptions& options) {
+T read_value(const Value& value, const Location& location, const ConvertOptions& options) {
     if constexpr (!std::is_base_of_v<Refused, Converter<T>>) {
         if constexpr (detail::require_default<T>()) {
             T result{};
             Session session{options, {}};
-            Converter<T>::read(result, value, place, session);
+            Converter<T>::read(result, value, location, session);
             return result;
         }
     }
@@ -136,7 +136,7 @@ using FallbackFor = std::conditional_t<std::is_same_v<T, const char*> || std::is
 ///             tables; recursion as deep as the nesting of T.
 template <class T>
 T to(const Value& value, const ConvertOptions& options = {}) {
-    return detail::read_value<T>(value, detail::Place(std::string_view()), options);
+    return detail::read_value<T>(value, detail::Location(std::string_view()), options);
 }
 
 /// @cond
@@ -146,7 +146,7 @@ T to(const Value& value, detail::NoOptions) {
 }
 /// @endcond
 
-/// The value at a place within another, as a T. If there is none, a std::optional is empty, and
+/// The value at a location within another, as a T. If there is none, a std::optional is empty, and
 /// every other type is an error.
 /// @param root     where the pointer begins, and also those in errors
 /// @param pointer  a JSON Pointer, as for find()
@@ -159,18 +159,18 @@ T to(const Value& value, detail::NoOptions) {
 /// @throws std::bad_alloc         memory runs out
 template <class T>
 T to(const Value& root, std::string_view pointer, const ConvertOptions& options = {}) {
-    const detail::Place place(pointer);
+    const detail::Location location(pointer);
     const Value* const value = detail::find_checked(root, pointer);
     if (value == nullptr) {
         if constexpr (detail::is_optional<T>) {
             return std::nullopt;
         }
-        detail::fail(place, "there is no value");
+        detail::fail(location, "there is no value");
     }
-    return detail::read_value<T>(*value, place, options);
+    return detail::read_value<T>(*value, location, options);
 }
 
-/// The value at a place within another, or a fallback if it, or a value on the way, is missing,
+/// The value at a location within another, or a fallback if it, or a value on the way, is missing,
 /// Undefined or Null. A value of a wrong type still throws, there and on the way, as in to().
 /// @param root      where the pointer begins
 /// @param pointer   a JSON Pointer, as for find()
@@ -183,7 +183,7 @@ detail::FallbackFor<T> to_or(const Value& root, std::string_view pointer, T fall
     if (value == nullptr) {
         return Result(std::move(fallback));
     }
-    return detail::read_value<Result>(*value, detail::Place(pointer), ConvertOptions());
+    return detail::read_value<Result>(*value, detail::Location(pointer), ConvertOptions());
 }
 
 /// A value from an object of a convertible type, from which to() makes an equal object.
@@ -194,9 +194,9 @@ detail::FallbackFor<T> to_or(const Value& root, std::string_view pointer, T fall
 /// Object are copied as they are.
 ///
 /// A std::optional without a value becomes Null. As a defaulted() member it is left out, if what
-/// to() starts from at that place has no value either: the default object of the class, or the part
-/// of the default object around it. That default object is made where it is needed, once for each
-/// class; if its constructor throws anything but std::bad_alloc, Null is written.
+/// to() starts from at that location has no value either: the default object of the class, or the
+/// part of the default object around it. That default object is made where it is needed, once for
+/// each class; if its constructor throws anything but std::bad_alloc, Null is written.
 ///
 /// A Value that is Undefined becomes no member, of a class or of a map; in a std::optional it
 /// counts as no value. What JSON has no text for does not come back as it was: a Value that is
@@ -210,7 +210,7 @@ Value from(const T& object) {
     Value result;
     detail::Defaults defaults;
     detail::Converter<T>::write(result, object, detail::start_of_new<T>(),
-                                detail::Place(std::string_view()), defaults);
+                                detail::Location(std::string_view()), defaults);
     return result;
 }
 /// @}

@@ -187,8 +187,8 @@ struct Stored<std::map<std::string, Value>> {
 ///
 /// Members throw only what is listed with them, and std::bad_alloc where they make a copy of a
 /// string: of a `const char*` that is looked up, or to read a number from it. In messages the kinds
-/// have the names of traits<T>::name: "undefined", "JSON null", "JSON boolean", "JSON number", "JSON string",
-/// "JSON array", "JSON object", "float", "int64" and "uint64".
+/// have the names of traits<T>::name: "undefined", "JSON null", "JSON boolean", "JSON number",
+/// "JSON string", "JSON array", "JSON object", "float", "int64" and "uint64".
 class FOUNDATION_JSON_STANDALONE_DEBUG FOUNDATION_JSON_EXPORT Value {
 public:
     class Or;

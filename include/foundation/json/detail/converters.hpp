@@ -6,8 +6,8 @@
 #define FOUNDATION_JSON_DETAIL_CONVERTERS_HPP
 
 #include <foundation/json/content.hpp>
+#include <foundation/json/detail/location.hpp>
 #include <foundation/json/detail/member_arrays.hpp>
-#include <foundation/json/detail/place.hpp>
 #include <foundation/json/detail/start.hpp>
 #include <foundation/json/export.hpp>
 
@@ -46,14 +46,14 @@ struct Session {
 /// Reads a value into a member of an object.
 /// @param pointer  the address of the member's `Type Class::*`
 using ReadMember = void (*)(void* object, const void* pointer, const Value& value,
-                            const Place& place, Session& session);
+                            const Location& location, Session& session);
 
 /// Reads the members of an object, in the order of their table.
 /// @param found  room for as many addresses as there are members, all null
 /// @throws ConversionError  the value is no object, a required member is missing, or one is unknown
 FOUNDATION_JSON_EXPORT void read_members(const MemberTable& table, const ReadMember* readers,
                                          void* object, const Value** found, const Value& value,
-                                         const Place& place, Session& session);
+                                         const Location& location, Session& session);
 
 /// A member of an object that is written, or left out.
 struct WrittenMember {
@@ -61,8 +61,8 @@ struct WrittenMember {
     const void* object;  ///< that has it
     const void* pointer; ///< the address of the member's `Type Class::*`
     bool is_required;
-    const Start& start; ///< what to() starts from in the object
-    const Place& place; ///< that of the member, with its name
+    const Start& start;       ///< what to() starts from in the object
+    const Location& location; ///< that of the member, with its name
     Defaults& defaults;
 };
 
@@ -71,7 +71,7 @@ using WriteMember = void (*)(const WrittenMember& member);
 /// Makes a value, which must be Undefined, an object of the members of another object.
 FOUNDATION_JSON_EXPORT void write_members(const MemberTable& table, const WriteMember* writers,
                                           const void* object, Value& target, const Start& start,
-                                          const Place& place, Defaults& defaults);
+                                          const Location& location, Defaults& defaults);
 
 /// Makes a value, which must be Undefined, an array of Undefined elements.
 FOUNDATION_JSON_EXPORT Array& make_array(Value& target, std::size_t size);
@@ -85,21 +85,21 @@ FOUNDATION_JSON_EXPORT Value& add_member(Object& object, std::string_view name);
 /// The number of the enumerator whose name a value is.
 /// @throws ConversionError  the value is no string, or no such name
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::size_t
-find_enumerator(const NameTable& names, const Value& value, const Place& place);
+find_enumerator(const NameTable& names, const Value& value, const Location& location);
 
-/// The content of type T, or an error at the place.
+/// The content of type T, or an error at the location.
 template <class T>
-const T& content_at(const Value& value, const Place& place) {
+const T& content_at(const Value& value, const Location& location) {
     const T* const content = json::get_if<T>(&value);
     if (content == nullptr) {
-        detail::fail_type(place, value, static_cast<Kind>(traits<T>::order));
+        detail::fail_type(location, value, static_cast<Kind>(traits<T>::order));
     }
     return *content;
 }
 
-inline void check_length(const Array& elements, std::size_t length, const Place& place) {
+inline void check_length(const Array& elements, std::size_t length, const Location& location) {
     if (elements.size() != length) {
-        detail::fail_length(place, elements.size(), length);
+        detail::fail_length(location, elements.size(), length);
     }
 }
 
@@ -215,21 +215,21 @@ struct Refused {};
 ///
 /// read() changes what is there: the members of a class keep what they held where nothing is read
 /// into them, and containers are emptied first. write() is given a value that is Undefined, and
-/// what read() would start from at that place.
+/// what read() would start from at that location.
 template <class T, Category = detail::category_of<T>()>
 struct Converter : Refused {
     static_assert(!detail::refuse_type<T>());
-    static void read(T&, const Value&, const Place&, Session&) {}
-    static void write(Value&, const T&, const Start&, const Place&, Defaults&) {}
+    static void read(T&, const Value&, const Location&, Session&) {}
+    static void write(Value&, const T&, const Start&, const Location&, Defaults&) {}
 };
 
 /// What a Value holds as it is.
 template <class T>
 struct PlainConverter {
-    static void read(T& target, const Value& value, const Place& place, Session&) {
-        target = detail::content_at<T>(value, place);
+    static void read(T& target, const Value& value, const Location& location, Session&) {
+        target = detail::content_at<T>(value, location);
     }
-    static void write(Value& target, const T& content, const Start&, const Place&, Defaults&) {
+    static void write(Value& target, const T& content, const Start&, const Location&, Defaults&) {
         target = Value(content);
     }
 };
@@ -248,8 +248,11 @@ struct Converter<Object> : PlainConverter<Object> {};
 
 template <>
 struct Converter<Value> {
-    static void read(Value& target, const Value& value, const Place&, Session&) { target = value; }
-    static void write(Value& target, const Value& content, const Start&, const Place&, Defaults&) {
+    static void read(Value& target, const Value& value, const Location&, Session&) {
+        target = value;
+    }
+    static void write(Value& target, const Value& content, const Start&, const Location&,
+                      Defaults&) {
         target = content;
     }
 };
@@ -257,15 +260,15 @@ struct Converter<Value> {
 template <class T>
 struct Converter<T, Category::number> {
 
-    static void read(T& target, const Value& value, const Place& place, Session&) {
+    static void read(T& target, const Value& value, const Location& location, Session&) {
         try {
             target = json::number<T>(value);
         } catch (...) {
-            detail::fail_number(place, value);
+            detail::fail_number(location, value);
         }
     }
 
-    static void write(Value& target, const T& content, const Start&, const Place&, Defaults&) {
+    static void write(Value& target, const T& content, const Start&, const Location&, Defaults&) {
         if constexpr (std::is_floating_point_v<T>) {
             // Only a float stays what it is.
             using Held = std::conditional_t<std::is_same_v<T, float>, float, double>;
@@ -281,14 +284,14 @@ struct Converter<T, Category::number> {
 template <class E>
 struct Converter<E, Category::enumeration> {
 
-    static void read(E& target, const Value& value, const Place& place, Session&) {
+    static void read(E& target, const Value& value, const Location& location, Session&) {
         if constexpr (detail::require_enumerators<E>()) {
             target =
-                enumerators<E>[detail::find_enumerator(enumerator_table<E>, value, place)].first;
+                enumerators<E>[detail::find_enumerator(enumerator_table<E>, value, location)].first;
         }
     }
 
-    static void write(Value& target, const E& content, const Start&, const Place& place,
+    static void write(Value& target, const E& content, const Start&, const Location& location,
                       Defaults&) {
         if constexpr (detail::require_enumerators<E>()) {
             const auto number = static_cast<std::underlying_type_t<E>>(content);
@@ -298,7 +301,7 @@ struct Converter<E, Category::enumeration> {
                     return;
                 }
             }
-            detail::fail_enumerator(place, std::to_string(number), enumerator_table<E>);
+            detail::fail_enumerator(location, std::to_string(number), enumerator_table<E>);
         }
     }
 };
@@ -343,12 +346,12 @@ Start start_of_new() noexcept {
 /// Reads the members that T has of type Type, declared in Class.
 template <class T, class Class, class Type>
 struct MemberReader {
-    static void read(void* object, const void* pointer, const Value& value, const Place& place,
-                     Session& session) {
+    static void read(void* object, const void* pointer, const Value& value,
+                     const Location& location, Session& session) {
         static_assert(!std::is_const_v<Type>, "a member that is const cannot be read into");
         if constexpr (!std::is_const_v<Type>) {
             const auto member = *static_cast<Type Class::*const*>(pointer);
-            Converter<Type>::read(static_cast<T*>(object)->*member, value, place, session);
+            Converter<Type>::read(static_cast<T*>(object)->*member, value, location, session);
         }
     }
 
@@ -366,12 +369,13 @@ struct MemberWriter {
         if (may_leave_out(content, member)) {
             return;
         }
-        Value& target = detail::add_member(member.target, member.place.name());
+        Value& target = detail::add_member(member.target, member.location.name());
         if constexpr (has_start<Plain>) {
             const Start start = detail::part_of<T, Class, Type>(member.start, member.pointer);
-            Converter<Plain>::write(target, content, start, member.place, member.defaults);
+            Converter<Plain>::write(target, content, start, member.location, member.defaults);
         } else {
-            Converter<Plain>::write(target, content, member.start, member.place, member.defaults);
+            Converter<Plain>::write(target, content, member.start, member.location,
+                                    member.defaults);
         }
     }
 
@@ -401,21 +405,21 @@ private:
 
 template <class T>
 struct Converter<T, Category::object> {
-    static void read(T& target, const Value& value, const Place& place, Session& session) {
+    static void read(T& target, const Value& value, const Location& location, Session& session) {
         if constexpr (detail::require_members<T>()) {
             const Value* found[MembersOf<T>::count + 1] = {}; // there are no arrays of length 0
             detail::read_members(member_table<T>,
                                  member_entries<T, ReadMember, MemberReader>.entries,
-                                 std::addressof(target), found, value, place, session);
+                                 std::addressof(target), found, value, location, session);
         }
     }
 
-    static void write(Value& target, const T& content, const Start& start, const Place& place,
+    static void write(Value& target, const T& content, const Start& start, const Location& location,
                       Defaults& defaults) {
         if constexpr (detail::require_members<T>()) {
             detail::write_members(member_table<T>,
                                   member_entries<T, WriteMember, MemberWriter>.entries,
-                                  std::addressof(content), target, start, place, defaults);
+                                  std::addressof(content), target, start, location, defaults);
         }
     }
 };
@@ -425,23 +429,23 @@ struct Converter<T, Category::object> {
 template <class T>
 struct Converter<std::optional<T>, Category::other> {
 
-    static void read(std::optional<T>& target, const Value& value, const Place& place,
+    static void read(std::optional<T>& target, const Value& value, const Location& location,
                      Session& session) {
         if constexpr (detail::require_default<T>()) {
             if (detail::is_nothing(value)) {
                 target.reset();
             } else {
-                Converter<T>::read(target.emplace(), value, place, session);
+                Converter<T>::read(target.emplace(), value, location, session);
             }
         }
     }
 
     static void write(Value& target, const std::optional<T>& content, const Start&,
-                      const Place& place, Defaults& defaults) {
+                      const Location& location, Defaults& defaults) {
         if (detail::is_empty(content)) {
             target = Value(Null());
         } else {
-            Converter<T>::write(target, *content, detail::start_of_new<T>(), place, defaults);
+            Converter<T>::write(target, *content, detail::start_of_new<T>(), location, defaults);
         }
     }
 };
@@ -451,30 +455,31 @@ template <class Container>
 struct SequenceConverter {
     using T = typename Container::value_type;
 
-    static void read(Container& target, const Value& value, const Place& place, Session& session) {
-        const auto& elements = detail::content_at<Array>(value, place);
+    static void read(Container& target, const Value& value, const Location& location,
+                     Session& session) {
+        const auto& elements = detail::content_at<Array>(value, location);
         if constexpr (detail::require_default<T>()) {
             target = Container(elements.size(), target.get_allocator());
-            read_elements(target, elements, place, session);
+            read_elements(target, elements, location, session);
         }
     }
 
-    static void read_elements(Container& target, const Array& elements, const Place& place,
+    static void read_elements(Container& target, const Array& elements, const Location& location,
                               Session& session) {
         std::size_t i = 0;
         for (T& element : target) {
-            Converter<T>::read(element, elements[i], Place(place, i), session);
+            Converter<T>::read(element, elements[i], Location(location, i), session);
             ++i;
         }
     }
 
-    static void write(Value& target, const Container& content, const Start&, const Place& place,
-                      Defaults& defaults) {
+    static void write(Value& target, const Container& content, const Start&,
+                      const Location& location, Defaults& defaults) {
         const Start start = detail::start_of_new<T>();
         Array& elements = detail::make_array(target, content.size());
         std::size_t i = 0;
         for (const T& element : content) {
-            Converter<T>::write(elements[i], element, start, Place(place, i), defaults);
+            Converter<T>::write(elements[i], element, start, Location(location, i), defaults);
             ++i;
         }
     }
@@ -496,17 +501,17 @@ struct Converter<std::list<T, Allocator>, Category::other>
 template <class Allocator>
 struct Converter<std::vector<bool, Allocator>, Category::other> {
 
-    static void read(std::vector<bool, Allocator>& target, const Value& value, const Place& place,
-                     Session&) {
-        const auto& elements = detail::content_at<Array>(value, place);
+    static void read(std::vector<bool, Allocator>& target, const Value& value,
+                     const Location& location, Session&) {
+        const auto& elements = detail::content_at<Array>(value, location);
         target.assign(elements.size(), false);
         for (std::size_t i = 0; i < elements.size(); ++i) {
-            target[i] = detail::content_at<bool>(elements[i], Place(place, i));
+            target[i] = detail::content_at<bool>(elements[i], Location(location, i));
         }
     }
 
     static void write(Value& target, const std::vector<bool, Allocator>& content, const Start&,
-                      const Place&, Defaults&) {
+                      const Location&, Defaults&) {
         Array& elements = detail::make_array(target, content.size());
         for (std::size_t i = 0; i < content.size(); ++i) {
             elements[i] = Value(static_cast<bool>(content[i]));
@@ -517,23 +522,25 @@ struct Converter<std::vector<bool, Allocator>, Category::other> {
 template <class T, std::size_t Length>
 struct Converter<std::array<T, Length>, Category::other> {
 
-    static void read(std::array<T, Length>& target, const Value& value, const Place& place,
+    static void read(std::array<T, Length>& target, const Value& value, const Location& location,
                      Session& session) {
-        const auto& elements = detail::content_at<Array>(value, place);
-        detail::check_length(elements, Length, place);
-        SequenceConverter<std::array<T, Length>>::read_elements(target, elements, place, session);
+        const auto& elements = detail::content_at<Array>(value, location);
+        detail::check_length(elements, Length, location);
+        SequenceConverter<std::array<T, Length>>::read_elements(target, elements, location,
+                                                                session);
     }
 
     static void write(Value& target, const std::array<T, Length>& content, const Start& start,
-                      const Place& place, Defaults& defaults) {
+                      const Location& location, Defaults& defaults) {
         Array& elements = detail::make_array(target, Length);
         for (std::size_t i = 0; i < Length; ++i) {
             if constexpr (has_start<T>) {
                 const Start start_of_element = detail::element_of<std::array<T, Length>>(start, i);
-                Converter<T>::write(elements[i], content[i], start_of_element, Place(place, i),
-                                    defaults);
+                Converter<T>::write(elements[i], content[i], start_of_element,
+                                    Location(location, i), defaults);
             } else {
-                Converter<T>::write(elements[i], content[i], start, Place(place, i), defaults);
+                Converter<T>::write(elements[i], content[i], start, Location(location, i),
+                                    defaults);
             }
         }
     }
@@ -544,17 +551,17 @@ struct Converter<std::set<T, Compare, Allocator>, Category::other>
     : SequenceConverter<std::set<T, Compare, Allocator>> {
 
     static void read(std::set<T, Compare, Allocator>& target, const Value& value,
-                     const Place& place, Session& session) {
-        const auto& elements = detail::content_at<Array>(value, place);
+                     const Location& location, Session& session) {
+        const auto& elements = detail::content_at<Array>(value, location);
         target.clear();
         if constexpr (detail::require_default<T>()) {
             for (std::size_t i = 0; i < elements.size(); ++i) {
-                const Place element_place(place, i);
+                const Location element_location(location, i);
                 T element{};
-                Converter<T>::read(element, elements[i], element_place, session);
+                Converter<T>::read(element, elements[i], element_location, session);
                 target.insert(target.end(), std::move(element));
                 if (target.size() != i + 1) {
-                    detail::fail(element_place, "the set has this element already");
+                    detail::fail(element_location, "the set has this element already");
                 }
             }
         }
@@ -566,23 +573,23 @@ template <class Map>
 struct MapConverter {
     using T = typename Map::mapped_type;
 
-    static void read(Map& target, const Value& value, const Place& place, Session& session) {
-        const auto& object = detail::content_at<Object>(value, place);
+    static void read(Map& target, const Value& value, const Location& location, Session& session) {
+        const auto& object = detail::content_at<Object>(value, location);
         target.clear();
         if constexpr (detail::require_default<T>()) {
             for (const auto& [name, member] : object) {
-                const Place member_place(place, name);
+                const Location member_location(location, name);
                 const std::size_t size = target.size();
                 const auto added = target.try_emplace(target.end(), name);
                 if (target.size() == size) {
-                    detail::fail(member_place, "the map has this name already");
+                    detail::fail(member_location, "the map has this name already");
                 }
-                Converter<T>::read(added->second, member, member_place, session);
+                Converter<T>::read(added->second, member, member_location, session);
             }
         }
     }
 
-    static void write(Value& target, const Map& content, const Start&, const Place& place,
+    static void write(Value& target, const Map& content, const Start&, const Location& location,
                       Defaults& defaults) {
         const Start start = detail::start_of_new<T>();
         Object& object = detail::make_object(target);
@@ -593,7 +600,7 @@ struct MapConverter {
                 }
             }
             Converter<T>::write(detail::add_member(object, name), element, start,
-                                Place(place, name), defaults);
+                                Location(location, name), defaults);
         }
     }
 };
@@ -610,41 +617,44 @@ struct Converter<std::unordered_map<std::string, T, Hash, Equal, Allocator>, Cat
 template <class Tuple, class... Types>
 struct TupleConverter {
 
-    static void read(Tuple& target, const Value& value, const Place& place, Session& session) {
-        const auto& elements = detail::content_at<Array>(value, place);
-        detail::check_length(elements, sizeof...(Types), place);
-        read_elements(target, elements, place, session, std::index_sequence_for<Types...>());
+    static void read(Tuple& target, const Value& value, const Location& location,
+                     Session& session) {
+        const auto& elements = detail::content_at<Array>(value, location);
+        detail::check_length(elements, sizeof...(Types), location);
+        read_elements(target, elements, location, session, std::index_sequence_for<Types...>());
     }
 
-    static void write(Value& target, const Tuple& content, const Start& start, const Place& place,
-                      Defaults& defaults) {
-        write_elements(detail::make_array(target, sizeof...(Types)), content, start, place,
+    static void write(Value& target, const Tuple& content, const Start& start,
+                      const Location& location, Defaults& defaults) {
+        write_elements(detail::make_array(target, sizeof...(Types)), content, start, location,
                        defaults, std::index_sequence_for<Types...>());
     }
 
 private:
     template <std::size_t... I>
-    static void read_elements(Tuple& target, const Array& elements, const Place& place,
+    static void read_elements(Tuple& target, const Array& elements, const Location& location,
                               Session& session, std::index_sequence<I...>) {
-        (Converter<Types>::read(std::get<I>(target), elements[I], Place(place, I), session), ...);
+        (Converter<Types>::read(std::get<I>(target), elements[I], Location(location, I), session),
+         ...);
     }
 
     template <std::size_t... I>
     static void write_elements(Array& elements, const Tuple& content, const Start& start,
-                               const Place& place, Defaults& defaults, std::index_sequence<I...>) {
-        (write_element<I, Types>(elements[I], std::get<I>(content), start, Place(place, I),
+                               const Location& location, Defaults& defaults,
+                               std::index_sequence<I...>) {
+        (write_element<I, Types>(elements[I], std::get<I>(content), start, Location(location, I),
                                  defaults),
          ...);
     }
 
     template <std::size_t I, class Type>
     static void write_element(Value& target, const Type& content, const Start& start,
-                              const Place& place, Defaults& defaults) {
+                              const Location& location, Defaults& defaults) {
         if constexpr (has_start<Type>) {
-            Converter<Type>::write(target, content, detail::element_of<Tuple, I>(start), place,
+            Converter<Type>::write(target, content, detail::element_of<Tuple, I>(start), location,
                                    defaults);
         } else {
-            Converter<Type>::write(target, content, start, place, defaults);
+            Converter<Type>::write(target, content, start, location, defaults);
         }
     }
 };

@@ -72,8 +72,8 @@ private:
     std::unique_ptr<Entry> first_;
 };
 
-/// What to() starts from at a place: a new object, or a part of what it starts from around that
-/// place. Nothing is made before somebody asks for the object.
+/// What to() starts from at a location: a new object, or a part of what it starts from around that
+/// location. Nothing is made before somebody asks for the object.
 class Start {
 public:
     using Find = Found (*)(const Start& start, Defaults& defaults);
