@@ -31,6 +31,7 @@
 #ifndef FOUNDATION_JSON_CONVERT_HPP
 #define FOUNDATION_JSON_CONVERT_HPP
 
+#include <foundation/json/content.hpp>
 #include <foundation/json/detail/converters.hpp>
 #include <foundation/json/export.hpp>
 #include <foundation/json/members.hpp>
