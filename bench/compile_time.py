@@ -33,7 +33,7 @@ STRUCT = ", struct of ten members"
 NAMES = "name text link port count share on off id tags".split()
 CONVERSIONS = {
     ("foundation::json", "convert.hpp"): "template <> inline constexpr auto "
-    "foundation::json::members<Ten> = std::tuple("
+    "foundation::json::members<Ten> = table("
     + ", ".join(f'required("{name}", &Ten::{name})' for name in NAMES) + ");\n"
     "Ten read(const foundation::json::Value& v) { return foundation::json::to<Ten>(v); }\n"
     "foundation::json::Value write(const Ten& ten) { return foundation::json::from(ten); }\n",

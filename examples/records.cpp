@@ -10,7 +10,6 @@
 #include <optional>
 #include <sstream>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -25,8 +24,8 @@ struct Measurement {
 
 template <>
 inline constexpr auto foundation::json::members<Measurement> =
-    std::tuple(required("id", &Measurement::id), required("sensor", &Measurement::sensor),
-               required("values", &Measurement::values), defaulted("remark", &Measurement::remark));
+    table(required("id", &Measurement::id), required("sensor", &Measurement::sensor),
+          required("values", &Measurement::values), defaulted("remark", &Measurement::remark));
 
 void write_lines(std::ostream& stream, const std::vector<Measurement>& records) {
     for (const Measurement& record : records) {

@@ -3,15 +3,12 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/parse.hpp>
 
-#include <array>
 #include <cstdint>
 #include <exception>
 #include <iostream>
 #include <map>
 #include <optional>
 #include <string>
-#include <tuple>
-#include <utility>
 
 using namespace foundation::json;
 
@@ -32,19 +29,18 @@ struct Settings {
 };
 
 template <>
-inline constexpr auto foundation::json::members<Listen> =
-    std::tuple(defaulted("host", &Listen::host), defaulted("port", &Listen::port));
+inline constexpr auto foundation::json::members<Listen> = table(defaulted("host", &Listen::host),
+                                                                defaulted("port", &Listen::port));
 
 template <>
 inline constexpr auto foundation::json::enumerators<Log> =
-    std::array{std::pair{Log::errors, "errors"}, std::pair{Log::warnings, "warnings"},
-               std::pair{Log::info, "info"}};
+    table<Log>({{Log::errors, "errors"}, {Log::warnings, "warnings"}, {Log::info, "info"}});
 
 template <>
 inline constexpr auto foundation::json::members<Settings> =
-    std::tuple(required("name", &Settings::name), defaulted("listen", &Settings::listen),
-               defaulted("workers", &Settings::workers), defaulted("log", &Settings::log),
-               defaulted("timeout", &Settings::timeout), defaulted("limits", &Settings::limits));
+    table(required("name", &Settings::name), defaulted("listen", &Settings::listen),
+          defaulted("workers", &Settings::workers), defaulted("log", &Settings::log),
+          defaulted("timeout", &Settings::timeout), defaulted("limits", &Settings::limits));
 
 // Everything that is not given has its default; what no table names is a mistake.
 Settings read_settings(const std::string& file) {

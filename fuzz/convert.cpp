@@ -54,16 +54,18 @@ inline constexpr auto enumerators<fuzz::Level> =
     std::array{std::pair{fuzz::Level::low, "low"}, std::pair{fuzz::Level::high, "high"}};
 
 template <>
-inline constexpr auto members<fuzz::Leaf> = std::tuple(required("n/~", &fuzz::Leaf::number),
-                                                       defaulted("level", &fuzz::Leaf::level),
-                                                       defaulted("", &fuzz::Leaf::text));
+inline constexpr auto members<fuzz::Leaf> = table(required("n/~", &fuzz::Leaf::number),
+                                                  defaulted("level", &fuzz::Leaf::level),
+                                                  defaulted("", &fuzz::Leaf::text));
 
 template <>
-inline constexpr auto members<fuzz::Node> =
-    std::tuple(required("name", &fuzz::Node::name), defaulted("leaves", &fuzz::Node::leaves),
-               defaulted("flags", &fuzz::Node::flags), defaulted("numbers", &fuzz::Node::numbers),
-               defaulted("point", &fuzz::Node::point), defaulted("both", &fuzz::Node::both),
-               defaulted("children", &fuzz::Node::children));
+inline constexpr auto members<fuzz::Node> = table(required("name", &fuzz::Node::name),
+                                                  defaulted("leaves", &fuzz::Node::leaves),
+                                                  defaulted("flags", &fuzz::Node::flags),
+                                                  defaulted("numbers", &fuzz::Node::numbers),
+                                                  defaulted("point", &fuzz::Node::point),
+                                                  defaulted("both", &fuzz::Node::both),
+                                                  defaulted("children", &fuzz::Node::children));
 
 namespace fuzz {
 namespace {

@@ -17,50 +17,49 @@
 #include <optional>
 #include <ostream>
 #include <string>
-#include <tuple>
 #include <type_traits>
 #include <vector>
 
 template <>
-inline constexpr auto foundation::json::members<bench::Hashtag> = std::tuple(
-    required("text", &bench::Hashtag::text), required("indices", &bench::Hashtag::indices));
+inline constexpr auto foundation::json::members<bench::Hashtag> =
+    table(required("text", &bench::Hashtag::text), required("indices", &bench::Hashtag::indices));
 
 template <>
-inline constexpr auto foundation::json::members<bench::Mention> = std::tuple(
+inline constexpr auto foundation::json::members<bench::Mention> = table(
     required("screen_name", &bench::Mention::screen_name), required("name", &bench::Mention::name),
     required("id", &bench::Mention::id), required("indices", &bench::Mention::indices));
 
 template <>
 inline constexpr auto foundation::json::members<bench::Entities> =
-    std::tuple(required("hashtags", &bench::Entities::hashtags),
-               required("user_mentions", &bench::Entities::user_mentions));
+    table(required("hashtags", &bench::Entities::hashtags),
+          required("user_mentions", &bench::Entities::user_mentions));
 
 template <>
-inline constexpr auto foundation::json::members<bench::User> = std::tuple(
-    required("id", &bench::User::id), required("name", &bench::User::name),
-    required("screen_name", &bench::User::screen_name),
-    required("location", &bench::User::location),
-    required("description", &bench::User::description), required("url", &bench::User::url),
-    required("followers_count", &bench::User::followers_count),
-    required("friends_count", &bench::User::friends_count),
-    required("created_at", &bench::User::created_at),
-    required("utc_offset", &bench::User::utc_offset), required("verified", &bench::User::verified),
-    required("lang", &bench::User::lang));
+inline constexpr auto foundation::json::members<bench::User> =
+    table(required("id", &bench::User::id), required("name", &bench::User::name),
+          required("screen_name", &bench::User::screen_name),
+          required("location", &bench::User::location),
+          required("description", &bench::User::description), required("url", &bench::User::url),
+          required("followers_count", &bench::User::followers_count),
+          required("friends_count", &bench::User::friends_count),
+          required("created_at", &bench::User::created_at),
+          required("utc_offset", &bench::User::utc_offset),
+          required("verified", &bench::User::verified), required("lang", &bench::User::lang));
 
 template <>
-inline constexpr auto foundation::json::members<bench::Status> = std::tuple(
-    required("created_at", &bench::Status::created_at), required("id", &bench::Status::id),
-    required("text", &bench::Status::text), required("source", &bench::Status::source),
-    required("truncated", &bench::Status::truncated),
-    required("in_reply_to_status_id", &bench::Status::in_reply_to_status_id),
-    required("in_reply_to_screen_name", &bench::Status::in_reply_to_screen_name),
-    required("user", &bench::Status::user),
-    required("retweet_count", &bench::Status::retweet_count),
-    required("entities", &bench::Status::entities), required("lang", &bench::Status::lang));
+inline constexpr auto foundation::json::members<bench::Status> =
+    table(required("created_at", &bench::Status::created_at), required("id", &bench::Status::id),
+          required("text", &bench::Status::text), required("source", &bench::Status::source),
+          required("truncated", &bench::Status::truncated),
+          required("in_reply_to_status_id", &bench::Status::in_reply_to_status_id),
+          required("in_reply_to_screen_name", &bench::Status::in_reply_to_screen_name),
+          required("user", &bench::Status::user),
+          required("retweet_count", &bench::Status::retweet_count),
+          required("entities", &bench::Status::entities), required("lang", &bench::Status::lang));
 
 template <>
 inline constexpr auto foundation::json::members<bench::Statuses> =
-    std::tuple(required("statuses", &bench::Statuses::statuses));
+    table(required("statuses", &bench::Statuses::statuses));
 
 namespace {
 

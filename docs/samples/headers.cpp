@@ -3,13 +3,13 @@
 
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
+#include <foundation/json/parse.hpp>
 
 #include <cstddef>
 #include <cstdio>
 #include <iostream>
 #include <map>
 #include <string>
-#include <tuple>
 #include <vector>
 
 using namespace foundation::json;
@@ -23,6 +23,8 @@ Value read(const std::string& text) {
 
 } // namespace
 
+// Each table is laid out as its header shows it.
+// clang-format off
 //! [members]
 struct Server {
     std::string host;
@@ -31,12 +33,46 @@ struct Server {
 
 template <>
 inline constexpr auto foundation::json::members<Server> =
-    std::tuple(required("host", &Server::host), defaulted("port", &Server::port));
+    table(required("host", &Server::host), defaulted("port", &Server::port));
 //! [members]
+
+//! [a base]
+struct Secured : Server {
+    std::string certificate;
+};
+
+template <>
+inline constexpr auto foundation::json::members<Secured> =
+    table(members<Server>, required("certificate", &Secured::certificate));
+//! [a base]
+
+//! [enumerators]
+enum class Level { low, high };
+
+template <>
+inline constexpr auto foundation::json::enumerators<Level> =
+    table<Level>({{Level::low, "low"}, {Level::high, "high"}});
+//! [enumerators]
+// clang-format on
 
 int main() {
     snippet("members");
     std::cout << to<Server>(Property("host") = "here").port << '\n';
+
+    snippet("a base");
+    std::cout << to<Secured>(Value(Object{{"host", "here"}, {"certificate", "c"}})).port << '\n';
+
+    snippet("enumerators");
+    std::cout << serialize(from(Level::high)) << '\n';
+
+    snippet("content of temporaries");
+    {
+        const std::string text = R"({"name":"tea"})";
+        //! [content of temporaries]
+        Object order = get<Object>(parse(text)); // moved out of the temporary
+        //! [content of temporaries]
+        std::cout << order.size() << '\n';
+    }
 
     snippet("numbers");
     {

@@ -4,13 +4,11 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 
-#include <array>
 #include <cstddef>
 #include <iostream>
 #include <map>
 #include <optional>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -26,7 +24,7 @@ struct Server {
 };
 
 template <>
-inline constexpr auto foundation::json::members<Server> = std::tuple(
+inline constexpr auto foundation::json::members<Server> = table(
     required("host", &Server::host),
     defaulted("port", &Server::port),
     defaulted("tags", &Server::tags));
@@ -36,9 +34,9 @@ inline constexpr auto foundation::json::members<Server> = std::tuple(
 enum class Level { low, high };
 
 template <>
-inline constexpr auto foundation::json::enumerators<Level> = std::array{
-    std::pair{Level::low, "low"},
-    std::pair{Level::high, "high"}};
+inline constexpr auto foundation::json::enumerators<Level> = table<Level>({
+    {Level::low, "low"},
+    {Level::high, "high"}});
 //! [names]
 
 //! [within each other]
@@ -51,7 +49,7 @@ struct Cluster {
 };
 
 template <>
-inline constexpr auto foundation::json::members<Cluster> = std::tuple(
+inline constexpr auto foundation::json::members<Cluster> = table(
     required("name", &Cluster::name),
     defaulted("level", &Cluster::level),
     required("servers", &Cluster::servers),
@@ -65,9 +63,9 @@ struct Secured : Server {
 };
 
 template <>
-inline constexpr auto foundation::json::members<Secured> = std::tuple_cat(
+inline constexpr auto foundation::json::members<Secured> = table(
     members<Server>,
-    std::tuple(required("certificate", &Secured::certificate)));
+    required("certificate", &Secured::certificate));
 //! [a base]
 
 //! [a template]
@@ -78,7 +76,7 @@ struct Range {
 };
 
 template <class T>
-inline constexpr auto foundation::json::members<Range<T>> = std::tuple(
+inline constexpr auto foundation::json::members<Range<T>> = table(
     required("low", &Range<T>::low),
     required("high", &Range<T>::high));
 //! [a template]
@@ -96,7 +94,7 @@ private:
 };
 
 struct AccountTable {
-    static constexpr auto members = std::tuple(
+    static constexpr auto members = table(
         required("owner", &Account::owner_),
         defaulted("balance", &Account::balance_));
 };
@@ -114,7 +112,7 @@ struct Price {
 } // namespace shop
 
 template <>
-inline constexpr auto foundation::json::members<shop::Price> = std::tuple(
+inline constexpr auto foundation::json::members<shop::Price> = table(
     required("amount", &shop::Price::amount),
     required("currency", &shop::Price::currency));
 //! [another namespace]
@@ -126,7 +124,7 @@ struct Site {
 };
 
 template <>
-inline constexpr auto foundation::json::members<Site> = std::tuple(
+inline constexpr auto foundation::json::members<Site> = table(
     defaulted("main", &Site::main),
     defaulted("admin", &Site::admin));
 //! [a default within]

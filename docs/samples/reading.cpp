@@ -283,7 +283,7 @@ int main() {
         } catch (const ConversionError& error) {
             std::cout << error.what() << '\n';
             // ->
-            // at /server/port: invalid conversion: JSON string to JSON number
+            // at /server/port: "high" is a string, not a number
         }
         //! [place]
     }
@@ -291,6 +291,9 @@ int main() {
     snippet("temporaries");
     {
         //! [temporaries]
+        for (const auto& [name, member] : get<Object>(order())) { // moved out of the temporary
+            std::cout << name << ' ';
+        }
         const Value made = order(); // rather than get<Array>(order()["lines"])
         for (const Value& line : get<Array>(made["lines"])) {
             std::cout << serialize(line) << ' ';

@@ -9,7 +9,6 @@
 #include <iostream>
 #include <map>
 #include <string>
-#include <tuple>
 #include <vector>
 
 using namespace foundation::json;
@@ -21,8 +20,8 @@ struct Tea {
 };
 
 template <>
-inline constexpr auto foundation::json::members<Tea> = std::tuple(required("name", &Tea::name),
-                                                                  defaulted("grams", &Tea::grams));
+inline constexpr auto foundation::json::members<Tea> = table(required("name", &Tea::name),
+                                                             defaulted("grams", &Tea::grams));
 //! [struct]
 
 int main() {

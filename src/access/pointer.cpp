@@ -1,6 +1,8 @@
 // Values within values, by JSON Pointers.
 #include <foundation/json/pointer.hpp>
 
+#include "access/pointer.hpp"
+
 #include <foundation/json/content.hpp>
 #include <foundation/json/detail/quoted.hpp>
 
@@ -9,12 +11,9 @@
 
 namespace foundation::json::detail {
 
-bool is_index(std::string_view token) noexcept {
-    if (token == "-") {
-        return true;
-    }
-    return !token.empty() && token.find_first_not_of("0123456789") == std::string_view::npos &&
-           (token.size() == 1 || token.front() != '0');
+bool looks_like_index(std::string_view token) noexcept {
+    return token == "-" ||
+           (!token.empty() && token.find_first_not_of("0123456789") == std::string_view::npos);
 }
 
 namespace {
@@ -50,7 +49,8 @@ std::string unescaped(std::string_view token) {
 }
 
 const Value* find_element(const Array& elements, std::string_view token) {
-    if (!is_index(token) || token == "-") {
+    const bool has_leading_zero = token.size() > 1 && token.front() == '0';
+    if (!looks_like_index(token) || token == "-" || has_leading_zero) {
         return nullptr;
     }
     std::size_t index = 0;

@@ -1,6 +1,7 @@
 #include "grammar/errors.hpp"
 
 #include "grammar/comments.hpp"
+#include "text/unicode.hpp"
 
 #include <algorithm>
 #include <array>
@@ -27,18 +28,14 @@ std::string hexadecimal(std::uint32_t number, int digits, std::string prefix) {
     return prefix;
 }
 
-/// Whether a character beyond ASCII is visible by itself.
-bool is_visible(std::uint32_t code) noexcept {
-    struct Range {
-        std::uint32_t first;
-        std::uint32_t last;
-    };
-    // Controls, spaces, marks of direction, and the byte order mark.
-    constexpr std::array<Range, 5> invisible{
-        {{0x80, 0xA0}, {0x2000, 0x200F}, {0x2028, 0x202F}, {0x2060, 0x206F}, {0xFEFF, 0xFEFF}}};
-    return std::none_of(invisible.begin(), invisible.end(), [code](const Range& range) {
-        return range.first <= code && code <= range.last;
-    });
+/// The escape of a character in a string: two for one beyond U+FFFF.
+std::string escape(std::uint32_t code) {
+    if (code < 0x10000) {
+        return hexadecimal(code, 4, "\\u");
+    }
+    code -= 0x10000;
+    return hexadecimal(0xD800 + (code >> 10), 4, "\\u") +
+           hexadecimal(0xDC00 + (code & 0x3FF), 4, "\\u");
 }
 
 std::string name_of_ascii(char byte) {
@@ -67,6 +64,10 @@ bool is_bracket(char byte) noexcept {
 
 char lower(char byte) noexcept {
     return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
+
+bool starts_with_comment(std::string_view text) noexcept {
+    return text.size() >= 2 && text[0] == '/' && begins_comment(text[1]);
 }
 
 bool same_but_for_case(std::string_view a, std::string_view b) noexcept {
@@ -115,6 +116,56 @@ std::string where(const TextPosition& position) {
            std::to_string(position.column);
 }
 
+/// A text with escapes for what cannot be seen: hidden characters, spaces but that of ASCII, and
+/// bytes that are not UTF-8.
+std::string visible(std::string_view text) {
+    std::string result;
+    while (!text.empty()) {
+        Utf8Sequence sequence{1, true};
+        if (!is_ascii(text[0])) {
+            sequence = utf8_sequence(text.data(), text.data() + text.size());
+        }
+        const std::string_view bytes = text.substr(0, sequence.complete ? sequence.length : 1);
+        const std::uint32_t code = sequence.complete ? code_point(bytes) : 0;
+        const CharacterClass type = class_of(code);
+        if (!sequence.complete) {
+            result += hexadecimal(static_cast<unsigned char>(text[0]), 2, "\\x");
+        } else if (type == CharacterClass::hidden ||
+                   (type == CharacterClass::space && code != ' ')) {
+            result += escape(code);
+        } else {
+            result += bytes;
+        }
+        text.remove_prefix(bytes.size());
+    }
+    return result;
+}
+
+/// Whether a text is rather the name of a file: it has an extension such as .json, or any extension
+/// and a slash or backslash before it, and nothing that arrays, objects and strings consist of.
+bool is_file_name(std::string_view text) noexcept {
+    constexpr std::size_t longest_extension = 8;
+    // Of a longer line, a stream of values may have read no more than this.
+    if (text.empty() || text.size() > most_quoted || starts_with_comment(text)) {
+        return false;
+    }
+    const std::size_t point = std::min(text.rfind('.'), text.size() - 1);
+    const std::string_view extension = text.substr(point + 1);
+    const auto in_name = [](char byte) {
+        return !is_control(byte) &&
+               std::string_view("\"[]{},").find(byte) == std::string_view::npos;
+    };
+    if (extension.empty() || extension.size() > longest_extension || !is_letter(extension[0]) ||
+        !std::all_of(extension.begin(), extension.end(), continues_word) ||
+        !std::all_of(text.begin(), text.end(), in_name)) {
+        return false;
+    }
+    constexpr std::string_view json = "json";
+    return std::search(extension.begin(), extension.end(), json.begin(), json.end(),
+                       [](char x, char y) { return lower(x) == y; }) != extension.end() ||
+           text.find_first_of("/\\") < point;
+}
+
 } // namespace
 
 // ---- Where it failed -------------------------------------------------------------------------
@@ -128,7 +179,8 @@ void Errors::fail(ParseResult result, const char* place, const std::string& what
     const std::size_t text_begin = context_.begin.byte == 0 ? mark_length(text) : 0;
     const std::size_t line_begin = line_feed == std::string_view::npos ? text_begin : line_feed + 1;
     std::size_t line_end = std::min(text.find('\n', position), text.size());
-    if (line_end > position && text[line_end - 1] == '\r') {
+    // Without a line feed behind it, a carriage return ends no line.
+    if (line_end > position && line_end < text.size() && text[line_end - 1] == '\r') {
         --line_end;
     }
     std::size_t begin = std::max(line_begin, position - std::min(position, most_quoted));
@@ -137,8 +189,13 @@ void Errors::fail(ParseResult result, const char* place, const std::string& what
     }
     const std::size_t end = character_begin(text.substr(0, line_end), position,
                                             std::min(line_end, position + most_quoted));
-    throw ParserException(what, result, failed.byte, failed.line, failed.column, position - begin,
-                          std::string(text.substr(begin, end - begin)));
+    const std::string message =
+        context_.begin.byte == 0 && is_file_name(text)
+            ? in_quotes(visible(shortened(text))) +
+                  " looks like the name of a file, not like JSON text: parse_file reads files"
+            : what;
+    throw ParserException(message, result, failed.byte, failed.line, failed.column,
+                          position - begin, std::string(text.substr(begin, end - begin)));
 }
 
 /// The name of the character at a place in messages.
@@ -153,10 +210,10 @@ std::string Errors::name_of(const char* place) const {
     }
     const std::string_view bytes(place, sequence.length);
     const std::uint32_t code = code_point(bytes);
-    if (is_visible(code)) {
+    if (class_of(code) == CharacterClass::visible) {
         return in_quotes(bytes);
     }
-    return hexadecimal(code, 4, "U+");
+    return hexadecimal(code, code < 0x10000 ? 4 : code < 0x100000 ? 5 : 6, "U+");
 }
 
 /// Whether a quotation mark of printed text is at a place.
@@ -448,7 +505,7 @@ void Errors::too_long(const char* place, std::size_t max_bytes) const {
 void Errors::duplicate_name(const char* place, const StringToken& name) const {
     // As it is written, since a decoded escape may not be printable.
     fail(MISSING_OBJECT_CLOSE, place,
-         "the name \"" + shortened({name.text, name.size()}) +
+         "the name \"" + visible(shortened({name.text, name.size()})) +
              "\" occurs twice in an object: the option duplicate_names allows it");
 }
 

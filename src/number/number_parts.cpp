@@ -1,5 +1,5 @@
-// The message of a number that an integer type cannot hold.
-#include <foundation/json/detail/number_parts.hpp>
+// Numbers in messages, and the message of a number that an integer type cannot hold.
+#include "number/number_parts.hpp"
 
 #include "number/default_environment.hpp"
 
@@ -25,14 +25,8 @@ template <class Floating>
     }
 }
 
-/// A float or double, the same in every environment and locale.
-std::string text_of(const NumberParts& number, bool is_float) {
-    if (number.type == NumberParts::Class::nan) {
-        return "NaN";
-    }
-    if (number.type == NumberParts::Class::infinite) {
-        return number.negative ? "-Inf" : "Inf";
-    }
+/// A finite number as that of its type.
+std::string text_of_floating(const NumberParts& number, bool is_float) {
     char buffer[40];
     {
         const DefaultEnvironment environment;
@@ -51,23 +45,33 @@ std::string text_of(const NumberParts& number, bool is_float) {
     return text;
 }
 
-/// A whole number.
-std::string text_of(bool negative, std::uint64_t magnitude) {
+std::string text_of_whole(bool negative, std::uint64_t magnitude) {
     std::string text = negative ? "-" : "";
     return text += std::to_string(magnitude);
 }
 
 } // namespace
 
+std::string text_of(const NumberParts& number, bool is_float) {
+    if (number.type == NumberParts::Class::nan) {
+        return "NaN";
+    }
+    if (number.type == NumberParts::Class::infinite) {
+        return number.negative ? "-Inf" : "Inf";
+    }
+    return is_whole(number) && has_64_bits(number)
+               ? text_of_whole(number.negative, magnitude_of(number))
+               : text_of_floating(number, is_float);
+}
+
 void throw_out_of_range(const NumberParts& number, bool is_float, std::uint64_t lowest,
                         std::uint64_t highest) {
+    const std::string text = text_of(number, is_float);
     if (!is_whole(number)) {
-        throw std::out_of_range(text_of(number, is_float) + " is not a whole number");
+        throw std::out_of_range(text + " is not a whole number");
     }
-    const std::string text = has_64_bits(number) ? text_of(number.negative, magnitude_of(number))
-                                                 : text_of(number, is_float);
-    throw std::out_of_range(text + " is not within " + text_of(lowest != 0, lowest) + " to " +
-                            text_of(false, highest));
+    throw std::out_of_range(text + " is not within " + text_of_whole(lowest != 0, lowest) + " to " +
+                            text_of_whole(false, highest));
 }
 
 } // namespace foundation::json::detail

@@ -1,11 +1,10 @@
 // describe(): shows an error to people, with its place, the line of text and a caret.
 #include "grammar/errors.hpp"
 #include "text/characters.hpp"
+#include "text/unicode.hpp"
 #include "text/utf8.hpp"
 
 #include <foundation/json/parse.hpp>
-
-#include <unicode/uchar.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -25,31 +24,15 @@ struct Shown {
     std::size_t width;
 };
 
-/// Whether a character is safe to show: it controls neither the terminal nor the direction of text.
-bool prints(UChar32 code) noexcept {
-    constexpr std::uint32_t harmful =
-        U_GC_CC_MASK | U_GC_CF_MASK | U_GC_CS_MASK | U_GC_ZL_MASK | U_GC_ZP_MASK;
-    constexpr UChar32 zero_width_joiner = 0x200D; // joins several characters to one emoji
-    return (U_GET_GC_MASK(code) & harmful) == 0 || code == zero_width_joiner;
-}
-
-std::size_t width_of(UChar32 code) noexcept {
-    if ((U_GET_GC_MASK(code) & (U_GC_MN_MASK | U_GC_ME_MASK | U_GC_CF_MASK)) != 0) {
-        return 0;
-    }
-    const int width = u_getIntPropertyValue(code, UCHAR_EAST_ASIAN_WIDTH);
-    return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
-}
-
 Shown shown(std::string_view sequence, bool complete) {
     if (sequence == "\t") {
         return {" ", 1};
     }
-    const auto code = static_cast<UChar32>(complete ? detail::code_point(sequence) : 0);
-    if (!prints(code)) {
+    const std::uint32_t code = complete ? detail::code_point(sequence) : 0;
+    if (detail::class_of(code) == detail::CharacterClass::hidden) {
         return {".", 1};
     }
-    return {std::string(sequence), width_of(code)};
+    return {std::string(sequence), detail::width_of(code)};
 }
 
 /// The characters of a text; every byte of a character that is cut off or not UTF-8 counts as one.
@@ -103,6 +86,9 @@ Part part_before(std::string_view text, bool cut) {
         for (; part.width > most_before - ellipsis_width; ++first) {
             part.width -= first->width;
         }
+        // A mark would combine with the ellipsis instead of what it belongs to.
+        first = std::find_if(first, all.end(),
+                             [](const Shown& character) { return character.width != 0; });
         part.text = ellipsis;
         part.width += ellipsis_width;
     }

@@ -1,6 +1,9 @@
 #include "reading/input.hpp"
 
 #include "grammar/streams.hpp"
+#include "text/characters.hpp"
+
+#include <foundation/json/detail/quoted.hpp>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -94,14 +97,31 @@ GrowingText read_all(std::istream& stream, std::size_t most) {
 
 namespace {
 
+/// The name of a file, with control bytes escaped as in a JSON string: NUL would end the message.
+std::string visible_name(const std::filesystem::path& path) {
+    std::string result;
+    for (const char byte : path.string()) {
+        if (is_control(byte)) {
+            append_escaped(result, {&byte, 1});
+        } else {
+            result += byte;
+        }
+    }
+    return result;
+}
+
 [[noreturn]] void fail(const std::filesystem::path& path, int error, const char* why = "") {
     throw std::system_error(error, std::generic_category(),
-                            "cannot read '" + path.string() + "'" + why);
+                            "cannot read '" + visible_name(path) + "'" + why);
 }
 
 class File {
 public:
     explicit File(const std::filesystem::path& path) : path_(path) {
+        // The system would open what the name begins with.
+        if (path.native().find('\0') != std::string::npos) {
+            fail(path, EINVAL);
+        }
         do {
             descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
         } while (was_interrupted(descriptor_));

@@ -70,7 +70,13 @@ void throw_invalid_conversion(int order, const char* target) {
 
 } // namespace detail
 
-const Value Value::UNDEFINED;
+// A compiler that can check it confirms that this takes no code at run time.
+#if defined(__clang__)
+[[clang::require_constant_initialization]]
+#elif defined(__GNUC__) && __GNUC__ >= 10
+__constinit
+#endif
+const Value Value::UNDEFINED{detail::ZeroBytes(0)};
 
 Value::Value() : variant_(Undefined()) {}
 Value::Value(const Undefined& tag) : variant_(tag) {}

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <deque>
 #include <list>
 #include <map>
@@ -74,6 +75,29 @@ TEST(AllocationFailures, OfAConversionFromATypeOfTheCallerLeakNothing) {
         [](Operands& o) { o.value = Value(from(*o.object)); },
         [](const Operands& o) { EXPECT_EQ(describe(o.value).substr(0, 4), "JSON"); },
         [](const Operands& o) { EXPECT_EQ(describe(o.value), text_of_everything); });
+    EXPECT_GT(failures, 30u);
+}
+
+/// Members without a value, for which from() makes defaults: of the class and of what is around it.
+using Defaults = std::tuple<std::vector<fleet::Server>, std::array<fleet::Server, 2>>;
+
+Defaults defaults() {
+    return {std::vector<fleet::Server>(3), {}};
+}
+
+TEST(AllocationFailures, OfDefaultsLeakNothing) {
+    const std::string text = describe(from(defaults()));
+    struct Made {
+        Value value;
+        std::optional<Defaults> object;
+    };
+    const std::size_t failures = fail_each_allocation(
+        [] {
+            return Made{1.5, defaults()};
+        },
+        [](Made& m) { m.value = Value(from(*m.object)); },
+        [](const Made& m) { EXPECT_EQ(describe(m.value).substr(0, 4), "JSON"); },
+        [&](const Made& m) { EXPECT_EQ(describe(m.value), text); });
     EXPECT_GT(failures, 30u);
 }
 
@@ -150,6 +174,9 @@ TEST(Allocations, OfAConversionAreThoseOfWhatItMakes) {
     EXPECT_EQ(allocations_of([&] { to<std::vector<int>>(numbers); }), 1u);
     EXPECT_EQ(allocations_of([&] { to_or(numbers, "/0", 7); }), 0u);
     EXPECT_EQ(allocations_of([] { from(7); }), 0u);
+    // The array and its elements; for each, the object, three members and an array; one default.
+    const std::vector<fleet::Server> servers(100);
+    EXPECT_EQ(allocations_of([&] { from(servers); }), 2u + 100 * 5u + 1u);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -43,11 +44,17 @@ const double& h = get<const double>(value);
 // refused TheResultIsAReferenceAnyway: write the type without const, volatile and &: the result is const if the value is
 std::string& i = get<std::string&>(value);
 
-// refused ContentOfATemporaryHasNoReference: deleted
-const std::string& j = get<std::string>(Value("x"));
+// refused ContentOfATemporaryIsNotReferredTo: bind
+std::string& j = get<std::string>(Value("x"));
 
-// refused ContentOfAMovedValueHasNoReference: deleted
-auto k = get<Array>(std::move(value));
+// refused ContentOfAMovedValueIsOfOneType: no Value holds this type of number: write number<T>(value), which converts, as in number<int>(value)
+auto k = get<int>(std::move(value));
+
+// refused ContentOfATemporaryIsNoReferenceAnyway: write the type without const, volatile and &: the result is const if the value is
+std::string k2 = get<std::string&>(Value("x"));
+
+// refused ContentOfAConstTemporaryIsOfOneType: a Value holds text as std::string: write get<std::string>(value)
+const char* k3 = get<const char*>(std::move(constant));
 
 // refused ContentOfAConstantDoesNotChange: const
 void l() { get<double>(constant) = 1; }
@@ -83,6 +90,18 @@ void o() { visit(Changing(), constant); }
 
 // refused AVisitorHasOneResult: visit: the callable returns different types for different kinds: give all of them the same one
 void p() { visit([](const auto& content) { return content; }, value); }
+
+// refused AVisitorByValueHasOneResult: visit: the callable returns different types for different kinds: give all of them the same one
+void p2() { visit([](auto content) { return content; }, constant); }
+
+// refused AVisitorByReferenceHasOneResult: visit: the callable returns different types for different kinds: give all of them the same one
+void p3() { visit([](auto& content) -> auto& { return content; }, value); }
+
+// refused AVisitorOfATemporaryHasOneResult: visit: the callable returns different types for different kinds: give all of them the same one
+void p4() { visit([](auto&& content) { return content; }, Value(1)); }
+
+// refused AVisitorThatChoosesHasOneResult: visit: the callable returns different types for different kinds: give all of them the same one
+void p5() { visit([](auto content) { if constexpr (std::is_same_v<decltype(content), double>) { return 1; } else { return false; } }, value); }
 
 // refused AVisitorRefersToNoTemporary: visit: the result may refer into a temporary: give the value a name first
 const Value& q = visit([](const auto&) -> const Value& { return constant; }, Value(1));

@@ -27,6 +27,14 @@ struct Other {
     int c = 0;
 };
 
+struct Base {
+    int a = 0;
+};
+
+struct Derived : Base {
+    int b = 0;
+};
+
 struct NoDefault {
     explicit NoDefault(int number) : a(number) {}
     int a;
@@ -41,7 +49,17 @@ struct Holder {
     std::vector<const char*> texts;
 };
 
+struct OwnMap {
+    using key_type = std::string;
+    using mapped_type = int;
+};
+
 enum class Colour { red, green };
+
+// Mistakes are also found among many. This table stays right.
+struct Many {
+    int a = 0, b = 0, c = 0, d = 0, e = 0, f = 0, g = 0, h = 0, i = 0, j = 0;
+};
 
 template <>
 inline constexpr auto foundation::json::members<NoDefault> = std::tuple(required("a",
@@ -50,10 +68,10 @@ inline constexpr auto foundation::json::members<NoDefault> = std::tuple(required
 // An expected sentence is one line, however long.
 // clang-format off
 
-// refused AClassNeedsATable: to convert this type, specialise foundation::json::members for it: a std::tuple of required(name, member) and defaulted(name, member)
+// refused AClassNeedsATable: to convert this type, specialise foundation::json::members for it: table(required(name, member), defaulted(name, member), ...)
 Plain a = to<Plain>(value);
 
-// refused AClassToBeWrittenNeedsATable: to convert this type, specialise foundation::json::members for it: a std::tuple of required(name, member) and defaulted(name, member)
+// refused AClassToBeWrittenNeedsATable: to convert this type, specialise foundation::json::members for it: table(required(name, member), defaulted(name, member), ...)
 Value b = from(Plain());
 
 // refused AClassWithinOthersNeedsATable: to convert this type, specialise foundation::json::members for it
@@ -68,6 +86,15 @@ auto e = to<std::map<int, int>>(value);
 // refused AMapToBeWrittenIsByString: a map cannot be converted unless its keys are std::string
 Value e2 = from(std::unordered_map<Colour, int>());
 
+// refused AMultimapIsNotConverted: a multimap cannot be converted, since an object has each name once: use a std::map of std::vector
+auto e3 = to<std::multimap<std::string, int>>(value);
+
+// refused AnUnorderedMultimapIsNotConverted: a multimap cannot be converted, since an object has each name once: use a std::map of std::vector
+Value e4 = from(std::unordered_multimap<int, int>());
+
+// refused AnotherMapIsNotConverted: of maps, only std::map and std::unordered_map can be converted
+auto e5 = to<OwnMap>(value);
+
 // refused ASmartPointerIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a text
 auto f = to<std::unique_ptr<int>>(value);
 
@@ -77,13 +104,13 @@ auto f2 = from(std::shared_ptr<Plain>());
 // refused AConstOptionalIsNamedWithoutConst: name the type without const and volatile
 auto f4 = to<const std::optional<int>>(value);
 
-// refused AClassWithoutNamedMembersIsReplaced: required(name, member) and defaulted(name, member), or use another type, such as Value, in its place
+// refused AClassWithoutNamedMembersIsReplaced: table(required(name, member), defaulted(name, member), ...), or use another type, such as Value, in its place
 auto f3 = to<std::chrono::milliseconds>(value);
 
-// refused AnEnumerationNeedsATable: to convert this enumeration, specialise foundation::json::enumerators for it: an array of pairs of enumerator and name
+// refused AnEnumerationNeedsATable: to convert this enumeration, specialise foundation::json::enumerators for it: table<E>({{enumerator, name}, ...})
 Colour g = to<Colour>(value);
 
-// refused AnEnumerationToBeWrittenNeedsATable: to convert this enumeration, specialise foundation::json::enumerators for it: an array of pairs of enumerator and name
+// refused AnEnumerationToBeWrittenNeedsATable: to convert this enumeration, specialise foundation::json::enumerators for it: table<E>({{enumerator, name}, ...})
 Value h = from(Colour::red);
 
 // refused ACharacterPointerIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a text, std::vector or std::array for elements, std::optional for what may be missing
@@ -122,12 +149,12 @@ auto s = to<std::map<std::string, NoDefault>>(value);
 // refused AFallbackNeedsATable: to convert this type, specialise foundation::json::members for it
 Plain t = to_or(value, "/a", Plain());
 
-// refused ATableIsATuple: foundation::json::members has to be a std::tuple of what required(name, member) and defaulted(name, member) return
+// refused ATableIsATable: foundation::json::members has to be a table(...) of what required(name, member) and defaulted(name, member) return
 template <>
 inline constexpr auto foundation::json::members<Plain> = required("a", &Plain::a);
 Plain u = to<Plain>(value);
 
-// refused ATableToWriteIsATuple: foundation::json::members has to be a std::tuple of what required(name, member) and defaulted(name, member) return
+// refused ATableToWriteIsATable: foundation::json::members has to be a table(...) of what required(name, member) and defaulted(name, member) return
 template <>
 inline constexpr auto foundation::json::members<Plain> = std::tuple(&Plain::a);
 Value v = from(Plain());
@@ -152,6 +179,30 @@ template <>
 inline constexpr auto foundation::json::members<Plain> = std::tuple(required("a", &Plain::a), defaulted("a", &Plain::b));
 Value z = from(Plain());
 
+// refused NamesOfAnyLengthDiffer: foundation::json::members names two members the same
+template <>
+inline constexpr auto foundation::json::members<Many> = table(required("", &Many::a), required("b", &Many::b), required("c", &Many::c), required("d", &Many::d), required("e", &Many::e), required("f", &Many::f), required("g", &Many::g), required("h", &Many::h), required("i", &Many::i), required("", &Many::j));
+Many many = to<Many>(value);
+
+// refused TheErrorShowsTheNameOfTwoMembers: foundation::json::members names two members the same
+// shown TheErrorShowsTheNameOfTwoMembers: 'h', 'o', 's', 't'
+template <>
+inline constexpr auto foundation::json::members<Plain> = table(required("host", &Plain::a), table(defaulted("host", &Plain::b)));
+Plain y2 = to<Plain>(value);
+
+// refused NamesOfABaseDiffer: foundation::json::members names two members the same
+template <>
+inline constexpr auto foundation::json::members<Base> = table(required("a", &Base::a));
+template <>
+inline constexpr auto foundation::json::members<Derived> = table(members<Base>, required("a", &Derived::b));
+Derived derived = to<Derived>(value);
+
+// refused ATableConsistsOfMembers: table() takes what required(name, member) and defaulted(name, member) return, and tables, such as members<Base>, that stand before it
+auto no_table = table(required("a", &Plain::a), "b");
+
+// refused ATableOfABaseStandsBefore: table() takes what required(name, member) and defaulted(name, member) return, and tables, such as members<Base>, that stand before it
+auto no_base = table(foundation::json::members<Base>, required("b", &Derived::b));
+
 // refused AFunctionIsNoMember: a table of members holds data members: give this one as &Class::data_member
 auto function = required("function", &Plain::function);
 
@@ -165,15 +216,20 @@ template <>
 inline constexpr auto foundation::json::members<Holder> = std::tuple(required("texts", &Holder::texts));
 Holder holder = to<Holder>(value);
 
-// refused EnumeratorsAreAnArray: foundation::json::enumerators has to be a std::array of std::pair<E, const char*>, with E this enumeration
+// refused EnumeratorsAreAnArray: foundation::json::enumerators has to be a table<E>({{enumerator, name}, ...}) with E this enumeration, or a std::array of std::pair<E, const char*>
 template <>
 inline constexpr auto foundation::json::enumerators<Colour> = std::tuple(std::pair{Colour::red, "red"});
 Colour not_an_array = to<Colour>(value);
 
-// refused EnumeratorsAreOfTheEnumeration: foundation::json::enumerators has to be a std::array of std::pair<E, const char*>, with E this enumeration
+// refused EnumeratorsAreOfTheEnumeration: foundation::json::enumerators has to be a table<E>({{enumerator, name}, ...}) with E this enumeration, or a std::array of std::pair<E, const char*>
 template <>
 inline constexpr auto foundation::json::enumerators<Colour> = std::array{std::pair{0, "red"}};
 Value not_of_the_enumeration = from(Colour::red);
+
+// refused NamesInATableDiffer: foundation::json::enumerators has the same name twice
+template <>
+inline constexpr auto foundation::json::enumerators<Colour> = table<Colour>({{Colour::red, "red"}, {Colour::green, "red"}});
+Value same_name = from(Colour::red);
 
 // refused NamesOfEnumeratorsDiffer: foundation::json::enumerators has the same name twice
 template <>

@@ -3,6 +3,7 @@
 
 #include "support/describe.hpp"
 
+#include <foundation/json/builders.hpp>
 #include <foundation/json/serializer.hpp>
 
 #include <gmock/gmock.h>
@@ -120,20 +121,75 @@ TEST(Content, IsAsConstAsItsValue) {
     static_assert(noexcept(holds<bool>(std::declval<const Value&>())));
 }
 
-template <class AnyValue, class = void>
-constexpr bool has_content_to_refer_to = false;
+/// What get() returns for an argument of a type.
+template <class T, class Argument>
+using Got = decltype(get<T>(std::declval<Argument>()));
 
-template <class AnyValue>
-constexpr bool has_content_to_refer_to<
-    AnyValue, std::void_t<decltype(get<double>(std::declval<AnyValue>()))>> = true;
+TEST(Content, OfATemporaryComesByValue) {
+    static_assert(std::is_same_v<Got<double, Value&>, double&>);
+    static_assert(std::is_same_v<Got<double, const Value&>, const double&>);
+    static_assert(std::is_same_v<Got<double, Value>, double>);
+    static_assert(std::is_same_v<Got<double, const Value>, double>);
+    static_assert(std::is_same_v<Got<Array, Value>, Array>);
+    static_assert(std::is_same_v<Got<std::string, const Value>, std::string>);
+}
 
-TEST(Content, CannotBeReferredToInATemporary) {
-    static_assert(has_content_to_refer_to<Value&>);
-    static_assert(has_content_to_refer_to<const Value&>);
-    static_assert(has_content_to_refer_to<Value::Or>, "it refers to what it was made of");
-    static_assert(!has_content_to_refer_to<Value>);
-    static_assert(!has_content_to_refer_to<const Value>);
-    static_assert(!has_content_to_refer_to<double>, "a Value made of it would be a temporary");
+TEST(Content, OfWhatConvertsToAValueComesByValue) {
+    static_assert(std::is_same_v<Got<double, int>, double>);
+    static_assert(std::is_same_v<Got<std::string, const char*>, std::string>);
+    static_assert(std::is_same_v<Got<Array, Array&>, Array>);
+    static_assert(std::is_same_v<Got<Array, Element>, Array>);
+    static_assert(std::is_same_v<Got<Array, const Element&>, Array>);
+    static_assert(std::is_same_v<Got<Object, Property>, Object>);
+    static_assert(std::is_same_v<Got<Object, const Property&>, Object>);
+    EXPECT_EQ(get<std::string>("text"), "text");
+    EXPECT_EQ(get<Array>((Element(1), Element("two"))), (Array{1, "two"}));
+    EXPECT_EQ(get<Object>(Property("a") = 1), (Object{{"a", 1}}));
+    EXPECT_THAT([] { static_cast<void>(get<Array>(Property("a") = 1)); },
+                ThrowsMessage<std::runtime_error>("invalid conversion: JSON object to JSON array"));
+}
+
+TEST(Content, IsMovedOutOfATemporary) {
+    Value text = "a text that is too long for the room within a string";
+    const char* const bytes = get<std::string>(text).data();
+    const std::string taken = get<std::string>(std::move(text));
+    EXPECT_EQ(taken.data(), bytes);
+    EXPECT_EQ(get<std::string>(text), "");
+
+    Value list = Array{1, 2};
+    const Value* const elements = get<Array>(list).data();
+    const Array taken_list = get<Array>(std::move(list));
+    EXPECT_EQ(taken_list.data(), elements);
+    EXPECT_EQ(get<Array>(list).size(), 0u);
+
+    Value object = Object{{"a", 1}};
+    const Value* const member = &get<Object>(object).at("a");
+    const Object taken_object = get<Object>(std::move(object));
+    EXPECT_EQ(&taken_object.at("a"), member);
+    EXPECT_EQ(get<Object>(object).size(), 0u);
+
+    EXPECT_EQ(get<double>(Value(1.5)), 1.5);
+    EXPECT_EQ(get<bool>(Value(true)), true);
+}
+
+TEST(Content, IsCopiedFromAConstTemporary) {
+    const Value list = Array{1, 2};
+    const Array copy = get<Array>(std::move(list)); // NOLINT(performance-move-const-arg)
+    EXPECT_EQ(copy, get<Array>(list));
+    EXPECT_NE(copy.data(), get<Array>(list).data());
+}
+
+TEST(Content, OfAnotherTypeStaysInATemporary) {
+    Value text = "a text that is too long for the room within a string";
+    EXPECT_THAT([&] { static_cast<void>(get<Array>(std::move(text))); },
+                ThrowsMessage<std::runtime_error>("invalid conversion: JSON string to JSON array"));
+    EXPECT_EQ(get<std::string>(text).size(), 52u);
+}
+
+// As long as both operands exist, so does the content.
+TEST(Content, OfAFallbackIsAReferenceToThatOfTheOperand) {
+    static_assert(std::is_same_v<Got<double, Value::Or>, const double&>);
+    static_assert(std::is_same_v<Got<Array, const Value::Or&>, const Array&>);
 }
 
 TEST(Content, OfAFallbackIsThatOfTheChosenValue) {

@@ -367,6 +367,31 @@ TEST(Number, IsWrittenTheSameWayInMessagesInEveryLocale) {
     EXPECT_EQ(outcome<int>(Value(1e12)), "1000000000000 is not within -2147483648 to 2147483647");
 }
 
+// Composing the digits rounds, and takes numbers that would be flushed to zero.
+TEST(Number, IsWrittenTheSameWayInMessagesInEveryEnvironment) {
+    const std::vector<Row> rows = {
+        {0.1, "0.1 is not a whole number"},
+        {-2.5, "-2.5 is not a whole number"},
+        {1.0 / 3, "0.33333333333333331 is not a whole number"},
+        {5e-324, "4.94065645841247E-324 is not a whole number"},
+        {-1e300, "-1E+300 is not within -2147483648 to 2147483647"},
+        {1e12, "1000000000000 is not within -2147483648 to 2147483647"},
+        {0.1f, "0.1 is not a whole number"},
+        {1.0f / 3, "0.333333343 is not a whole number"},
+        {std::numeric_limits<float>::denorm_min(), "1.4013E-45 is not a whole number"},
+        {ULLONG_MAX, "18446744073709551615 is not within -2147483648 to 2147483647"},
+    };
+    test::for_each_environment([&](const test::Environment& environment) {
+        for (const auto& row : rows) {
+            std::string message;
+            const int flags =
+                test::flags_raised_in(environment, [&] { message = outcome<int>(row.value); });
+            EXPECT_EQ(message, row.expected) << test::name_of(environment);
+            EXPECT_EQ(flags, 0) << test::name_of(environment);
+        }
+    });
+}
+
 /// A double or float of any bits.
 template <class Floating>
 Floating any_of(std::mt19937_64& random) {

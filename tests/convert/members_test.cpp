@@ -184,9 +184,8 @@ TEST(Members, KeepDefaultsWhereTheyAreUndefined) {
 
 TEST(Members, AreNotMissingWhereTheyAreNull) {
     const Value server = Object{{"host", "a"}, {"port", Null()}};
-    EXPECT_THAT(
-        [&] { to<fleet::Server>(server); },
-        ThrowsMessage<ConversionError>("at /port: invalid conversion: JSON null to JSON number"));
+    EXPECT_THAT([&] { to<fleet::Server>(server); },
+                ThrowsMessage<ConversionError>("at /port: null is not a number"));
 }
 
 TEST(Members, ThatAreRequiredMayNotBeMissing) {
@@ -302,8 +301,7 @@ TEST(Members, CanBeNone) {
     EXPECT_EQ(describe(from(shapes::Nothing())), "JSON object {}");
     to<shapes::Nothing>(Value(Object{{"x", 1}}));
     EXPECT_THAT([] { to<shapes::Nothing>(Value(1)); },
-                ThrowsMessage<ConversionError>(
-                    "at the root: invalid conversion: JSON number to JSON object"));
+                ThrowsMessage<ConversionError>("at the root: 1 is a number, not an object"));
 }
 
 TEST(Members, CanHaveAnyName) {
@@ -330,10 +328,9 @@ TEST(Members, HaveTheirNamesEscapedInErrors) {
           Row{"\n\x7f", "/\n\x7f", "/\\u000a\\u007f"}}) {
         Value value = from(shapes::Odd());
         value[name] = true;
-        EXPECT_THAT(
-            [&] { to<shapes::Odd>(value); },
-            ThrowsMessage<ConversionError>(std::string("at ") + place +
-                                           ": invalid conversion: JSON boolean to JSON number"));
+        EXPECT_THAT([&] { to<shapes::Odd>(value); },
+                    ThrowsMessage<ConversionError>(std::string("at ") + place +
+                                                   ": true is a boolean, not a number"));
         EXPECT_THAT([&] { to<shapes::Odd>(value); },
                     Throws<ConversionError>(Property(&ConversionError::pointer, pointer)));
     }

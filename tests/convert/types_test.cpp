@@ -1,12 +1,15 @@
 // Every convertible type, there and back, and the errors of each.
 #include "convert/fleet.hpp"
 #include "support/describe.hpp"
+#include "support/random_trees.hpp"
+#include "support/repetitions.hpp"
 
 #include <foundation/json/convert.hpp>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <deque>
@@ -208,30 +211,30 @@ std::vector<std::string> refusals() {
     return messages;
 }
 
-std::vector<std::string> wrong_kinds(const std::vector<std::string>& kinds,
-                                     const std::string& target) {
+/// The messages for the values above, without those of some types.
+std::vector<std::string> wrong_types(const std::string& wanted,
+                                     const std::vector<std::string>& accepted) {
+    const std::pair<std::string, std::string> values[] = {
+        {"undefined", "undefined"},        {"null", "null"},
+        {"boolean", "true is a boolean,"}, {"number", "1.5 is a number,"},
+        {"string", "\"1\" is a string,"},  {"array", "[] is an array,"},
+        {"object", "{} is an object,"},    {"number", "1.5 is a number,"},
+        {"number", "-1 is a number,"},     {"number", "1 is a number,"}};
     std::vector<std::string> messages;
-    for (const std::string& kind : kinds) {
-        messages.push_back("at the root: invalid conversion: " + kind + " to " + target);
+    for (const auto& [type, shown] : values) {
+        if (std::find(accepted.begin(), accepted.end(), type) == accepted.end()) {
+            const std::string is = shown == type ? " is not " : " not ";
+            messages.push_back("at the root: " + shown + is + wanted);
+        }
     }
     return messages;
 }
 
-TEST(Convert, RefusesWrongKinds) {
-    EXPECT_EQ(refusals<bool>(),
-              wrong_kinds({"undefined", "JSON null", "JSON number", "JSON string", "JSON array",
-                           "JSON object", "float", "int64", "uint64"},
-                          "JSON boolean"));
-    EXPECT_EQ(refusals<double>(), wrong_kinds({"undefined", "JSON null", "JSON boolean",
-                                               "JSON string", "JSON array", "JSON object"},
-                                              "JSON number"));
-    const auto no_string = wrong_kinds({"undefined", "JSON null", "JSON boolean", "JSON number",
-                                        "JSON array", "JSON object", "float", "int64", "uint64"},
-                                       "JSON string");
-    EXPECT_EQ(refusals<std::string>(), no_string);
-    const auto no_array = wrong_kinds({"undefined", "JSON null", "JSON boolean", "JSON number",
-                                       "JSON string", "JSON object", "float", "int64", "uint64"},
-                                      "JSON array");
+TEST(Convert, RefusesWrongTypes) {
+    EXPECT_EQ(refusals<bool>(), wrong_types("a boolean", {"boolean"}));
+    EXPECT_EQ(refusals<double>(), wrong_types("a number", {"number"}));
+    EXPECT_EQ(refusals<std::string>(), wrong_types("a string", {"string"}));
+    const auto no_array = wrong_types("an array", {"array"});
     EXPECT_EQ(refusals<Array>(), no_array);
     EXPECT_EQ(refusals<std::vector<int>>(), no_array);
     EXPECT_EQ(refusals<std::vector<bool>>(), no_array);
@@ -240,14 +243,89 @@ TEST(Convert, RefusesWrongKinds) {
     EXPECT_EQ(refusals<std::set<int>>(), no_array);
     EXPECT_EQ((refusals<std::array<int, 0>>()), no_array);
     EXPECT_EQ(refusals<std::tuple<>>(), no_array);
-    const auto no_object = wrong_kinds({"undefined", "JSON null", "JSON boolean", "JSON number",
-                                        "JSON string", "JSON array", "float", "int64", "uint64"},
-                                       "JSON object");
+    EXPECT_EQ(refusals<std::vector<Value>>(), no_array);
+    const auto no_object = wrong_types("an object", {"object"});
     EXPECT_EQ(refusals<Object>(), no_object);
     EXPECT_EQ((refusals<std::map<std::string, int>>()), no_object);
     EXPECT_EQ((refusals<std::unordered_map<std::string, int>>()), no_object);
-    EXPECT_EQ(refusals<std::vector<Value>>(), no_array);
     EXPECT_EQ(refusals<Value>(), std::vector<std::string>());
+}
+
+/// What the message of a wrong type shows of a value.
+std::string shown(const Value& value) {
+    const std::string message = conversion_error([&] {
+        if (holds<std::string>(value)) {
+            to<bool>(value);
+        } else {
+            to<std::string>(value);
+        }
+    });
+    const std::string before = "at the root: ";
+    EXPECT_EQ(message.substr(0, before.size()), before);
+    const std::size_t end = message.rfind(" is ");
+    return message.substr(before.size(), end - before.size());
+}
+
+TEST(Convert, ShowsTheValueOfAWrongType) {
+    EXPECT_EQ(shown(Value(0)), "0");
+    EXPECT_EQ(shown(Value(-0.0)), "-0");
+    EXPECT_EQ(shown(Value(0.1)), "0.1");
+    EXPECT_EQ(shown(Value(1e6)), "1000000");
+    EXPECT_EQ(shown(Value(1.5e300)), "1.5E+300");
+    EXPECT_EQ(shown(Value(-std::numeric_limits<double>::infinity())), "-Inf");
+    EXPECT_EQ(shown(Value(std::numeric_limits<float>::quiet_NaN())), "NaN");
+    EXPECT_EQ(shown(Value(0.1f)), "0.1");
+    EXPECT_EQ(shown(Value(std::numeric_limits<long long>::min())), "-9223372036854775808");
+    EXPECT_EQ(shown(Value(std::numeric_limits<unsigned long long>::max())), "18446744073709551615");
+    EXPECT_EQ(shown(Value("")), R"("")");
+    EXPECT_EQ(shown(Value("a\"\\\n\x7F/")), R"("a\"\\\u000a\u007f/")");
+    EXPECT_EQ(shown(Value(std::string("a\0b", 3))), R"("a\u0000b")");
+    EXPECT_EQ(shown(Value(Array())), "[]");
+    EXPECT_EQ(shown(Value(Object())), "{}");
+    EXPECT_EQ(shown(Value(Array{1, "x", true, Null(), Value()})), R"([1,"x",true,null,undefined])");
+    EXPECT_EQ(shown(Value(Array{Array(), Object(), Array{1}, Object{{"a", 1}}})),
+              "[[],{},[...],{...}]");
+    EXPECT_EQ(shown(Value(Object{{"a", 1}, {"b\n", Array{1}}})), R"({"a":1,"b\u000a":[...]})");
+}
+
+TEST(Convert, ShowsAtMostFortyBytesOfAValue) {
+    const std::string digits = "0123456789012345678901234567890123456789";
+    EXPECT_EQ(shown(Value(digits.substr(0, 38))), '"' + digits.substr(0, 38) + '"');
+    EXPECT_EQ(shown(Value(digits.substr(0, 39))), '"' + digits.substr(0, 35) + "...\"");
+    // Between characters, and not within an escape.
+    EXPECT_EQ(shown(Value(digits.substr(0, 33) + "\xC3\xA9\xC3\xA9\xC3\xA9")),
+              '"' + digits.substr(0, 33) + "\xC3\xA9...\"");
+    EXPECT_EQ(shown(Value(digits.substr(0, 34) + "\xC3\xA9\xC3\xA9\xC3\xA9")),
+              '"' + digits.substr(0, 34) + "...\"");
+    EXPECT_EQ(shown(Value(digits.substr(0, 32) + "\xF0\x9F\x98\x80\xF0\x9F\x98\x80")),
+              '"' + digits.substr(0, 32) + "...\"");
+    EXPECT_EQ(shown(Value(digits.substr(0, 30) + "\n" + digits)),
+              '"' + digits.substr(0, 30) + "...\"");
+    EXPECT_EQ(shown(Value(std::string(100, '\xFF'))), '"' + std::string(35, '\xFF') + "...\"");
+
+    EXPECT_EQ(shown(Value(Array(13, Value(7)))), "[7,7,7,7,7,7,7,7,7,7,7,7,7]");
+    EXPECT_EQ(shown(Value(Array(1000000, Value(7)))), "[7,7,7,7,7,7,7,7,7,7,7,7,7,7,7,...]");
+    EXPECT_EQ(shown(Value(Array{digits, 1})), "[\"" + digits.substr(0, 29) + "...\",...]");
+    EXPECT_EQ(shown(Value(Object{{digits, 1}, {"b", 2}})),
+              "{\"" + digits.substr(0, 23) + "...\":1,...}");
+    EXPECT_EQ(shown(Value(Object{{"name", digits}})),
+              "{\"name\":\"" + digits.substr(0, 26) + "...\"}");
+    Object many;
+    for (int i = 10; i < 100; ++i) {
+        many["a" + std::to_string(i)] = i;
+    }
+    EXPECT_EQ(shown(Value(many)), R"({"a10":10,"a11":11,"a12":12,...})");
+}
+
+TEST(Convert, ShowsNoMoreThanFortyBytesOfAnyValue) {
+    const std::uint64_t seed = test::random_seed();
+    test::RandomTrees trees(seed, test::RandomTrees::Kinds::all);
+    for (std::size_t round = test::test_repetitions(); round > 0 && !testing::Test::HasFailure();
+         --round) {
+        const Value value = test::to_value(trees.tree());
+        const std::string text = shown(value);
+        EXPECT_LE(text.size(), 40u) << text << "\nseed " << seed;
+    }
 }
 
 TEST(Convert, RefusesNumbersThatDoNotFit) {
@@ -261,7 +339,7 @@ TEST(Convert, RefusesNumbersThatDoNotFit) {
         [] {
             to<std::vector<int>>(Value(Array{1, "2"}));
         },
-        ThrowsMessage<ConversionError>("at /1: invalid conversion: JSON string to JSON number"));
+        ThrowsMessage<ConversionError>("at /1: \"2\" is a string, not a number"));
 }
 
 TEST(Convert, ListsTheKnownEnumerators) {
@@ -279,8 +357,7 @@ TEST(Convert, ListsTheKnownEnumerators) {
                     "at the root: the enumerator \"low\\u0000\" is unknown; known are \"low\", "
                     "\"middle\", \"high\", \"top\""));
     EXPECT_THAT([] { to<fleet::Level>(Value(0)); },
-                ThrowsMessage<ConversionError>(
-                    "at the root: invalid conversion: JSON number to JSON string"));
+                ThrowsMessage<ConversionError>("at the root: 0 is a number, not a string"));
 }
 
 TEST(Convert, RefusesToWriteAnEnumeratorWithoutAName) {

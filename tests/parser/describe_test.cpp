@@ -79,6 +79,43 @@ TEST(Describe, ShowsUnprintableCharactersAsDots) {
               "1:1: a.b\n..\n^\n");
 }
 
+TEST(Describe, ShowsPrivateAndUnassignedCharactersAsDots) {
+    // Private use in three planes, not assigned, a tag, and no character at all.
+    EXPECT_EQ(description("[\"\xEE\x80\x80\xF3\xB0\x80\x80\xF4\x8F\xBF\xBD\xCD\xB8"
+                          "\xF3\xA0\x81\x81\xEF\xBF\xBF\" 2]"),
+              "1:11: a comma is missing before '2'\n"
+              "[\"......\" 2]\n"
+              "          ^\n");
+}
+
+TEST(Describe, LeavesNoMarkBehindAnEllipsis) {
+    const std::string mark = "\xCC\x81";
+    // The letter of the marks is cut away, and so are they.
+    EXPECT_EQ(
+        description("[\"" + repeat("a", 10) + "e" + repeat(mark, 3) + repeat("b", 36) + "\" x]"),
+        "1:55: a comma is missing before 'x'\n"
+        "..." +
+            repeat("b", 35) + "\" x]\n" + std::string(40, ' ') + "^\n");
+    EXPECT_EQ(
+        description("[\"" + repeat("a", 10) + "e" + repeat(mark, 3) + repeat("b", 35) + "\" x]"),
+        "1:54: a comma is missing before 'x'\n"
+        "..." +
+            repeat("b", 35) + "\" x]\n" + std::string(40, ' ') + "^\n");
+    EXPECT_EQ(
+        description("[\"" + repeat("a", 10) + "e" + repeat(mark, 3) + repeat("b", 34) + "\" x]"),
+        "1:53: a comma is missing before 'x'\n"
+        "...e" +
+            repeat(mark, 3) + repeat("b", 34) + "\" x]\n" + std::string(40, ' ') + "^\n");
+    // Cut by whoever quoted the line.
+    EXPECT_EQ(describe(ParserException("what", EMPTY_INPUT, 99, 1, 100, 5, mark + "abcd")),
+              "1:100: what\n...abcd\n      ^\n");
+    // A joiner joins nothing to an ellipsis, nor do marks alone.
+    EXPECT_EQ(describe(ParserException("what", EMPTY_INPUT, 99, 1, 100, 3,
+                                       "\xE2\x80\x8D"
+                                       "b")),
+              "1:100: what\n...b\n   ^\n");
+}
+
 TEST(Describe, CutsLongLinesAroundThePlace) {
     const std::string ones = repeat("1,", 100);
     EXPECT_EQ(description("[" + ones + "x," + ones + "1]"),

@@ -704,6 +704,110 @@ TEST(ParserErrors, ATrailingCommaThatIsAllowedStillNeedsAnElementBeforeIt) {
                    options);
 }
 
+// In every category that shows nothing by itself: spaces, line ends, marks of direction, joiners,
+// tags, private use, what is not assigned, and marks, which would combine with the quote.
+TEST(ParserErrors, ACharacterThatCannotBeSeenIsNamedByItsNumber) {
+    const struct {
+        const char* character;
+        const char* name;
+    } rows[] = {
+        {"\xC2\xA0", "U+00A0"},           {"\xC2\xAD", "U+00AD"},
+        {"\xC2\x85", "U+0085"},           {"\xCC\x81", "U+0301"},
+        {"\xCD\xB8", "U+0378"},           {"\xD8\x9C", "U+061C"},
+        {"\xE1\x9A\x80", "U+1680"},       {"\xE1\xA0\x8E", "U+180E"},
+        {"\xE2\x80\x83", "U+2003"},       {"\xE2\x80\x8B", "U+200B"},
+        {"\xE2\x80\x8D", "U+200D"},       {"\xE2\x80\xA8", "U+2028"},
+        {"\xE2\x80\xA9", "U+2029"},       {"\xE2\x80\xAE", "U+202E"},
+        {"\xE2\x81\x9F", "U+205F"},       {"\xE2\x81\xA6", "U+2066"},
+        {"\xE3\x80\x80", "U+3000"},       {"\xEE\x80\x80", "U+E000"},
+        {"\xEF\xB8\x8F", "U+FE0F"},       {"\xEF\xBB\xBF", "U+FEFF"},
+        {"\xEF\xBF\xBF", "U+FFFF"},       {"\xF3\xA0\x81\x81", "U+E0041"},
+        {"\xF4\x8F\xBF\xBD", "U+10FFFD"},
+    };
+    for (const auto& row : rows) {
+        expect_failure({std::string("[") + row.character, MISSING_LEADING_DIGIT, 1, 1, 2,
+                        std::string("found ") + row.name + " where a value should begin"});
+    }
+    for (const char* const visible :
+         {"\xC3\xA9", "\xE2\x82\xAC", "\xE3\x81\x82", "\xF0\x9F\x98\x80", "\xD8\xA7"}) {
+        expect_failure({std::string("[") + visible, MISSING_LEADING_DIGIT, 1, 1, 2,
+                        std::string("found '") + visible + "' where a value should begin"});
+    }
+}
+
+TEST(ParserErrors, ANameThatOccursTwiceIsShownWithoutWhatCannotBeSeen) {
+    ParseOptions options;
+    options.duplicate_names = ParseOptions::DuplicateNames::error;
+    const auto twice = [&](const std::string& name, const std::string& shown) {
+        const std::string text = "{\"" + name + "\":1,\"" + name + "\":2}";
+        SCOPED_TRACE(text);
+        try {
+            parse(text, options);
+            ADD_FAILURE() << "was accepted";
+        } catch (const ParserException& error) {
+            EXPECT_EQ(std::string(error.what()), "the name \"" + shown +
+                                                     "\" occurs twice in an object: the option "
+                                                     "duplicate_names allows it");
+        }
+    };
+    twice("a b", "a b");
+    twice("e\xCC\x81", "e\xCC\x81");
+    twice("\xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x92\xBB",
+          "\xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x92\xBB");
+    twice("a\xE2\x80\xAE"
+          "b\xE3\x80\x80\x7F",
+          "a\\u202Eb\\u3000\\u007F");
+    twice("\xF3\xA0\x81\x81", "\\uDB40\\uDC41");
+    // Cut first, after 40 bytes of the text.
+    twice(std::string(39, 'a') + "\xE2\x80\xAE", std::string(39, 'a') + "...");
+    twice(std::string(37, 'a') + "\xE2\x80\xAE" + "aaa", std::string(37, 'a') + "\\u202E...");
+}
+
+TEST(ParserErrors, TheNameOfAFileIsTakenForOne) {
+    for (const char* const name :
+         {"file.json", "server.JSON", "my file.json", "data.geojson", "2026-11-21.jsonl",
+          "nul.json5", "true.json", "-.json", "0.json", "C:\\config\\app.cfg", "../a/b.txt",
+          "/etc/app/settings.conf", "https://example.org/data.json", "\xC3\xA9.json"}) {
+        SCOPED_TRACE(name);
+        try {
+            parse(std::string_view(name));
+            ADD_FAILURE() << "was accepted";
+        } catch (const ParserException& error) {
+            EXPECT_EQ(std::string(error.what()),
+                      "'" + std::string(name) +
+                          "' looks like the name of a file, not like JSON text: parse_file reads "
+                          "files");
+        }
+    }
+    // The place and the code stay those of the first byte that is no JSON.
+    expect_failure({"nul.json", NULL_MISMATCH, 3, 1, 4,
+                    "'nul.json' looks like the name of a file, not like JSON text: parse_file "
+                    "reads files"});
+    const std::string long_name = std::string(150, 'a') + ".json";
+    expect_failure({long_name, MISSING_LEADING_QUOTE, 0, 1, 1,
+                    "'" + long_name.substr(0, 40) +
+                        "...' looks like the name of a file, not like JSON text: parse_file "
+                        "reads files"});
+}
+
+TEST(ParserErrors, OtherTextsAreNotTakenForNamesOfFiles) {
+    for (const std::string& text :
+         {std::string("json"), std::string(".json "), std::string("a.json\n"),
+          std::string("1.e5"), std::string("a.b"), std::string("example.org"),
+          std::string("// a.json"), std::string("/* a/b.c"), std::string("[a.json"),
+          std::string("x,a.json"), std::string("\"a.json"), std::string("a/b"),
+          std::string("a.b/c"), std::string("a/b."), std::string("a/b.1"), std::string("a.json?x"),
+          std::string("\x01.json"), std::string(160, 'a') + ".json"}) {
+        try {
+            parse(text);
+            ADD_FAILURE() << "was accepted: " << text;
+        } catch (const ParserException& error) {
+            EXPECT_EQ(std::string(error.what()).find("file"), std::string::npos)
+                << text << ": " << error.what();
+        }
+    }
+}
+
 TEST(ParserErrors, ANameThatOccursTwiceIsLocatedAtItsQuote) {
     ParseOptions options;
     options.duplicate_names = ParseOptions::DuplicateNames::error;
@@ -760,6 +864,11 @@ TEST(ParserErrors, QuoteTheLineWithoutItsEnd) {
     expect_quote({"[\n", 0, ""});
     expect_quote({"\xEF\xBB\xBFx", 0, "x"});
     expect_quote({"[1,\r x]", 5, "[1,\r x]"});
+    // Only with a line feed behind it does a carriage return end a line.
+    expect_quote({"[x\r", 1, "[x\r"});
+    expect_quote({"[1 2\r\r", 3, "[1 2\r\r"});
+    expect_quote({"[x\r\r\n", 1, "[x\r"});
+    expect_quote({"[1\r", 3, "[1\r"});
 }
 
 TEST(ParserErrors, QuoteOfALongLineNoMoreThan160BytesOnEitherSide) {

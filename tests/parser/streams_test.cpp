@@ -113,6 +113,46 @@ TEST(ParseStream, AStreamThatIsNotGoodIsNotRead) {
     EXPECT_EQ(refusal(no_buffer), failed);
 }
 
+/// Fails to flush, which a stream that is tied to it notices.
+class Unflushable : public std::stringbuf {
+    int sync() override { throw BufferFailure(); }
+};
+
+// Whatever the stream itself would throw.
+TEST(ParseStream, AStreamThatIsNotGoodHasItsOwnMessage) {
+    using std::ios_base;
+    const std::string failed =
+        "the stream to read from has failed, or is of a file that could not be opened";
+    for (const auto exceptions : {ios_base::failbit, ios_base::badbit, ios_base::eofbit,
+                                  ios_base::failbit | ios_base::badbit | ios_base::eofbit}) {
+        std::istringstream at_end("1");
+        parse(at_end);
+        EXPECT_THROW(at_end.exceptions(exceptions | ios_base::eofbit), ios_base::failure);
+        EXPECT_EQ(refusal(at_end), "the stream to read from is at its end already");
+        EXPECT_TRUE(at_end.fail()) << "as after every read from a stream at its end";
+
+        std::istringstream stream("1");
+        stream.setstate(ios_base::failbit);
+        EXPECT_THROW(stream.exceptions(exceptions | ios_base::failbit), ios_base::failure);
+        EXPECT_EQ(refusal(stream), failed);
+        Value value;
+        try {
+            ValueStream(stream).next(value);
+            ADD_FAILURE() << "was read";
+        } catch (const ios_base::failure& error) {
+            EXPECT_EQ(std::string(error.what()).substr(0, failed.size()), failed);
+        }
+
+        Unflushable buffer;
+        std::ostream tied(&buffer);
+        tied.exceptions(ios_base::badbit);
+        std::istringstream with_tie("1");
+        with_tie.tie(&tied);
+        with_tie.exceptions(exceptions & ios_base::failbit);
+        EXPECT_EQ(refusal(with_tie), failed);
+    }
+}
+
 TEST(ParseStream, AStreamAtItsEndIsNotReadAgain) {
     std::istringstream stream("1");
     parse(stream);
@@ -248,6 +288,23 @@ TEST_F(ParseFile, NamesAFileThatCannotBeRead) {
     EXPECT_EQ(system_error_of(path(".")),
               "cannot read '" + path(".").string() + "': Is a directory");
     EXPECT_EQ(system_error_of(""), "cannot read '': No such file or directory");
+    EXPECT_EQ(system_error_of("/no/a\n\x1B\"\\"),
+              "cannot read '/no/a\\u000a\\u001b\"\\': No such file or directory");
+}
+
+// The system would read the file whose name ends there.
+TEST_F(ParseFile, ReadsNoFileOfANameWithANul) {
+    const std::string name = write("a.json", "1").string();
+    EXPECT_EQ(system_error_of(name + std::string("\0.txt", 5)),
+              "cannot read '" + name + "\\u0000.txt': Invalid argument");
+    EXPECT_EQ(system_error_of(name + '\0'), "cannot read '" + name + "\\u0000': Invalid argument");
+    EXPECT_EQ(system_error_of(std::string(1, '\0')), "cannot read '\\u0000': Invalid argument");
+    try {
+        parse_file(name + '\0');
+        ADD_FAILURE() << "was read";
+    } catch (const std::system_error& error) {
+        EXPECT_EQ(error.code(), std::errc::invalid_argument);
+    }
 }
 
 // ---- Values one after the other --------------------------------------------------------------

@@ -337,6 +337,33 @@ TEST(Documents, HaveOneNameForTheLanguage) {
     }
 }
 
+/// What a pattern finds in a text, in its order: the first group of each match.
+Lines found_by(const std::regex& pattern, const std::string& text) {
+    Lines found;
+    for (std::sregex_iterator i(text.begin(), text.end(), pattern), end; i != end; ++i) {
+        found.push_back((*i)[1].str());
+    }
+    return found;
+}
+
+/// The part of a text from one piece of it to the next occurrence of another.
+std::string part_of(const std::string& text, const std::string& from, const std::string& to) {
+    const std::size_t begin = std::min(text.find(from), text.size());
+    return text.substr(begin, text.find(to, begin) - begin);
+}
+
+// The order in which C++20 wants them named.
+TEST(Documents, ListTheOptionsOfTheParserInTheOrderOfTheirDeclaration) {
+    const std::string header = text_of_file(root / "include/foundation/json/parse.hpp");
+    const std::string page = text_of_file(root / "docs/parsing.md");
+    const Lines declared = found_by(std::regex("\n    [A-Za-z_:]+ ([a-z_]+) = "),
+                                    part_of(header, "struct ParseOptions {", "\n};"));
+    const Lines listed = found_by(std::regex("\n\\| `([a-z_]+)` \\|"),
+                                  part_of(page, "| Option | Default | Meaning |", "\n\n"));
+    EXPECT_EQ(listed, declared);
+    EXPECT_GE(declared.size(), 5u);
+}
+
 TEST(Documents, ExplainEveryMessage) {
     const std::string page = text_of_file(root / "docs/errors.md");
     // The description of success, which no function returns.

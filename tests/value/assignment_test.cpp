@@ -85,6 +85,23 @@ TEST(CopyAssignment, OfACopiedChildReplacesItsParent) {
     EXPECT_EQ(describe(value), "JSON array [1,\"two\"]");
 }
 
+// An array or object within would be destroyed before it is copied.
+TEST(CopyAssignment, TakesWhatIsNoContainerOutOfItsOwnContainer) {
+    for (const Value& content :
+         {Value(), Value(Null()), Value(true), Value(1.5), Value(1.5f), Value(-7LL), Value(7ULL),
+          Value("text"), Value("a text that is too long for the room within a string")}) {
+        Value object(Object{{"a", content}, {"b", 1}});
+        object = object["a"];
+        EXPECT_EQ(describe(object), describe(content));
+        Value list(Array{1, content});
+        list = list[1];
+        EXPECT_EQ(describe(list), describe(content));
+        Value nested(Array{Object{{"a", content}}});
+        nested = nested[0]["a"];
+        EXPECT_EQ(describe(nested), describe(content));
+    }
+}
+
 TEST(CopyAssignment, TakesNativeValuesAndTags) {
     Value value;
     EXPECT_EQ(describe(value = Null()), "JSON null null");

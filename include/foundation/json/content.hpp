@@ -24,9 +24,9 @@
 ///     get<Array>(v["list"]) = std::move(elements); // copies no element
 ///
 /// References to content stay valid until the value is assigned, swapped or destroyed; references
-/// into a container follow the rules of std::string, std::vector and std::map. Getting the content
-/// of a temporary, or a type that no Value holds, does not compile; the compiler's message says
-/// what to write instead.
+/// into a container follow the rules of std::string, std::vector and std::map. The content of a
+/// temporary comes by value. A type that no Value holds does not compile; the compiler's message
+/// says what to write instead.
 #ifndef FOUNDATION_JSON_CONTENT_HPP
 #define FOUNDATION_JSON_CONTENT_HPP
 
@@ -115,8 +115,8 @@ namespace detail {
 
 template <class T, class AnyValue>
 ContentOf<AnyValue, T>* content_if(AnyValue* value) noexcept {
-    if constexpr (require_content<T>()) {
-        if (value != nullptr && holds<T>(*value)) {
+    if constexpr (detail::require_content<T>()) {
+        if (value != nullptr && json::holds<T>(*value)) {
             return &ValueAccess::content<T>(*value);
         }
     }
@@ -125,13 +125,13 @@ ContentOf<AnyValue, T>* content_if(AnyValue* value) noexcept {
 
 template <class T, class AnyValue>
 ContentOf<AnyValue, T>& content_or_throw(AnyValue& value) {
-    if constexpr (require_content<T>()) {
-        if (!holds<T>(value)) {
-            throw_invalid_conversion(order_of(value), traits<T>::name);
+    if constexpr (detail::require_content<T>()) {
+        if (!json::holds<T>(value)) {
+            detail::throw_invalid_conversion(detail::order_of(value), traits<T>::name);
         }
         return ValueAccess::content<T>(value);
     } else {
-        refused();
+        detail::refused();
     }
 }
 
@@ -166,9 +166,33 @@ template <class T>
     return detail::content_or_throw<T>(value);
 }
 
-/// Deleted, since the result would refer into the temporary.
+/// The content of a temporary, or of a value given as std::move(value): moved out of it, so that no
+/// reference is left that could outlive it.
+///
+///     Object order = get<Object>(parse(text)); // moved out of the temporary
+///
+/// @return a value, not a reference
+/// @throws std::runtime_error as above; then the value is unchanged
 template <class T>
-const T& get(const Value&& temporary) = delete; // it must have a name: const Value value = ...
+[[nodiscard]] T get(Value&& temporary) {
+    if constexpr (detail::require_content<T>()) {
+        return std::move(detail::content_or_throw<T>(temporary));
+    } else {
+        detail::refused();
+    }
+}
+
+/// A copy of the content of a const temporary.
+/// @throws std::runtime_error as above
+/// @throws std::bad_alloc     memory runs out
+template <class T>
+[[nodiscard]] T get(const Value&& temporary) {
+    if constexpr (detail::require_content<T>()) {
+        return detail::content_or_throw<T>(temporary);
+    } else {
+        detail::refused();
+    }
+}
 /// @}
 
 /// @cond
@@ -208,14 +232,14 @@ constexpr bool require_every_kind() {
                   "visit: the callable does not take long long");
     static_assert(std::is_invocable_v<Callable, ContentOf<AnyValue, unsigned long long>&>,
                   "visit: the callable does not take unsigned long long");
-    return taken_by<Callable, AnyValue>(Contents());
+    return detail::taken_by<Callable, AnyValue>(Contents());
 }
 
 /// Whether a callable that takes every kind has one type of result.
 template <class Callable, class AnyValue>
 constexpr bool require_one_result() {
     using Result = std::invoke_result_t<Callable, ContentOf<AnyValue, Undefined>&>;
-    constexpr bool one = give<Result, Callable, AnyValue>(Contents());
+    constexpr bool one = detail::give<Result, Callable, AnyValue>(Contents());
     static_assert(one, "visit: the callable returns different types for different kinds: give all "
                        "of them the same one, as in [](const auto&) -> std::string");
     return one;
@@ -236,8 +260,8 @@ struct Call {
 
 template <class Callable, class AnyValue>
 decltype(auto) visit_content(Callable&& callable, AnyValue& value) {
-    if constexpr (require_every_kind<Callable, AnyValue>()) {
-        if constexpr (require_one_result<Callable, AnyValue>()) {
+    if constexpr (detail::require_every_kind<Callable, AnyValue>()) {
+        if constexpr (detail::require_one_result<Callable, AnyValue>()) {
             using Result = std::invoke_result_t<Callable, ContentOf<AnyValue, Undefined>&>;
             Call<Callable, Result> call{std::forward<Callable>(callable)};
             return ValueAccess::variant(value).apply_visitor(call);

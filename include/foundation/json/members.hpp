@@ -8,7 +8,7 @@
 ///
 ///     template <>
 ///     inline constexpr auto foundation::json::members<Server> =
-///         std::tuple(required("host", &Server::host), defaulted("port", &Server::port));
+///         table(required("host", &Server::host), defaulted("port", &Server::port));
 ///
 /// Tables stand outside of other namespaces, before their use. This header includes neither Value
 /// nor any container, so that it costs the headers of your types little.
@@ -17,6 +17,7 @@
 
 #include <array>
 #include <cstddef>
+#include <initializer_list>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
@@ -45,24 +46,60 @@ constexpr Member<Class, Type> make_member(std::string_view name, Type Class::*po
     return {name, pointer, is_required};
 }
 
+/// A part of a table; the number makes it a base class of its own.
+template <std::size_t Number, class Part>
+struct NumberedPart {
+    Part part;
+};
+
+/// What table() returns. The parts are members and other tables, all of them bases of one class:
+/// compilers handle a thousand bases in no time, but not a thousand levels of templates.
+template <class Numbers, class... Parts>
+struct Table;
+
+template <std::size_t... Numbers, class... Parts>
+struct Table<std::index_sequence<Numbers...>, Parts...> : NumberedPart<Numbers, Parts>... {};
+
+template <class T>
+inline constexpr bool is_table = false;
+template <class Numbers, class... Parts>
+inline constexpr bool is_table<Table<Numbers, Parts...>> = true;
+template <class... Classes, class... Types>
+inline constexpr bool is_table<std::tuple<Member<Classes, Types>...>> = true;
+
+template <class T>
+inline constexpr bool is_member = false;
+template <class Class, class Type>
+inline constexpr bool is_member<Member<Class, Type>> = true;
+
+/// Not a fold, since compilers limit the length of those.
+constexpr bool all_of(std::initializer_list<bool> conditions) {
+    bool result = true;
+    for (const bool condition : conditions) {
+        result = result && condition;
+    }
+    return result;
+}
+
 } // namespace detail
 /// @endcond
 
 /// @name Tables
 /// @{
 
-/// The table of a class's members. Specialise it for your class as a std::tuple of what required()
-/// and defaulted() return. See the top of the page for an example.
+/// The table of a class's members. Specialise it for your class as what table() returns. See the
+/// top of the page for an example. A std::tuple of what required() and defaulted() return is a
+/// table as well, but takes compilers longer, and no more than a few hundred members.
 ///
-/// A base's members are joined by `std::tuple_cat(members<Base>, std::tuple(...))`. For the members
-/// of a class template, specialise partially: `template <class T> inline constexpr auto
-/// foundation::json::members<Range<T>> = ...`. For private members, let the class befriend a struct
-/// of yours that holds the table as a static member.
+/// For the members of a class template, specialise partially: `template <class T> inline constexpr
+/// auto foundation::json::members<Range<T>> = ...`. For private members, let the class befriend a
+/// struct of yours that holds the table as a static member.
 template <class T>
 inline constexpr auto members = detail::NoTable{};
 
-/// The table of an enumeration's names, specialised likewise: a std::array of std::pair<E, const
-/// char*>. Of several names for an enumerator, the first is written and all are read.
+/// The table of an enumeration's names, specialised likewise: what `table<E>({...})` returns, or a
+/// std::array of std::pair<E, const char*>. Of several names for an enumerator, the first is
+/// written and all are read.
 template <class E>
 inline constexpr auto enumerators = detail::NoTable{};
 
@@ -75,151 +112,61 @@ constexpr auto required(std::string_view name, Type Class::*pointer) {
 }
 
 /// A member with a default: if it is missing or Undefined, it keeps what the class's default
-/// constructor gave it. Null is not missing: it is a wrong kind for any type but std::optional and
-/// Value.
+/// constructor gave it. Null is not missing: it is of the wrong type for any member but a
+/// std::optional or a Value.
 /// @param name     in JSON; must outlive the table
 /// @param pointer  to a data member of the class or of a base
 template <class Class, class Type>
 constexpr auto defaulted(std::string_view name, Type Class::*pointer) {
     return detail::make_member(name, pointer, false);
 }
-/// @}
 
-/// @cond
-namespace detail {
-
-/// What a table of members says, but for their types.
-struct MemberNames {
-    const std::string_view* names;
-    const bool* required;
-    const std::size_t* sorted; // the indexes, in the order of the names
-    std::size_t count;
-};
-
-template <class T>
-constexpr bool has_members = !std::is_same_v<std::remove_cv_t<decltype(members<T>)>, NoTable>;
-
-template <class T>
-constexpr bool has_enumerators =
-    !std::is_same_v<std::remove_cv_t<decltype(enumerators<T>)>, NoTable>;
-
-/// Whether no text occurs twice.
-constexpr bool all_different(const std::string_view* texts, std::size_t count) {
-    for (std::size_t i = 1; i < count; ++i) {
-        for (std::size_t j = 0; j < i; ++j) {
-            if (texts[i] == texts[j]) {
-                return false;
-            }
-        }
+/// A table of members, in the order in which they are read. Compilers take time in proportion to
+/// their number, and a second for a thousand.
+///
+///     struct Secured : Server {
+///         std::string certificate;
+///     };
+///
+///     template <>
+///     inline constexpr auto foundation::json::members<Secured> =
+///         table(members<Server>, required("certificate", &Secured::certificate));
+///
+/// @param parts  what required() and defaulted() return, and other tables, such as that of a base,
+///               whose members are then members of this one
+template <class... Parts>
+constexpr auto table(const Parts&... parts) {
+    constexpr bool known =
+        detail::all_of({true, (detail::is_member<Parts> || detail::is_table<Parts>)...});
+    static_assert(known, "table() takes what required(name, member) and defaulted(name, member) "
+                         "return, and tables, such as members<Base>, that stand before it");
+    if constexpr (known) {
+        return detail::Table<std::index_sequence_for<Parts...>, Parts...>{{parts}...};
+    } else {
+        return detail::NoTable{};
     }
-    return true;
 }
 
-// ---- Tables --------------------------------------------------------------------------------
-
-/// The indexes of texts in the order of the texts, by insertion.
-template <std::size_t Count>
-constexpr std::array<std::size_t, Count>
-sorted_indexes(const std::array<std::string_view, Count>& texts) {
-    std::array<std::size_t, Count> result{};
+/// A table of an enumeration's names.
+///
+///     enum class Level { low, high };
+///
+///     template <>
+///     inline constexpr auto foundation::json::enumerators<Level> =
+///         table<Level>({{Level::low, "low"}, {Level::high, "high"}});
+///
+/// @param names  pairs of an enumerator and its name in JSON, which must outlive the table
+template <class E, std::size_t Count>
+constexpr std::array<std::pair<E, const char*>, Count>
+table(const std::pair<E, const char*> (&names)[Count]) {
+    std::array<std::pair<E, const char*>, Count> result{};
     for (std::size_t i = 0; i < Count; ++i) {
-        std::size_t j = i;
-        for (; j > 0 && texts[i] < texts[result[j - 1]]; --j) {
-            result[j] = result[j - 1];
-        }
-        result[j] = i;
+        result[i].first = names[i].first;
+        result[i].second = names[i].second;
     }
     return result;
 }
-
-/// What can be said of a table without its class.
-template <class Table>
-struct MemberTable {
-    static constexpr bool is_valid = false;
-};
-
-template <class... Classes, class... Types>
-struct MemberTable<std::tuple<Member<Classes, Types>...>> {
-    static constexpr bool is_valid = true;
-
-    template <class T>
-    static constexpr bool belongs_to = (std::is_base_of_v<Classes, T> && ...);
-};
-
-/// The table of T, with its names in an array.
-template <class T,
-          class Indexes =
-              std::make_index_sequence<std::tuple_size_v<std::remove_cv_t<decltype(members<T>)>>>>
-struct Names;
-
-template <class T, std::size_t... I>
-struct Names<T, std::index_sequence<I...>> {
-    static constexpr std::size_t count = sizeof...(I);
-    static constexpr std::array<std::string_view, count> texts{std::get<I>(members<T>).name...};
-    static constexpr std::array<bool, count> required{std::get<I>(members<T>).is_required...};
-    static constexpr std::array<std::size_t, count> sorted = sorted_indexes(texts);
-    static constexpr MemberNames view{texts.data(), required.data(), sorted.data(), count};
-};
-
-/// Refuses, at compile time, a table of members with a mistake in it.
-template <class T>
-constexpr bool require_members() {
-    using Table = MemberTable<std::remove_cv_t<decltype(members<T>)>>;
-    static_assert(Table::is_valid, "foundation::json::members has to be a std::tuple of what "
-                                   "required(name, member) and defaulted(name, member) return");
-    if constexpr (Table::is_valid) {
-        constexpr bool belong = Table::template belongs_to<T>;
-        static_assert(belong, "foundation::json::members names a member of another class, which is "
-                              "no base of this one");
-        constexpr bool differ = all_different(Names<T>::texts.data(), Names<T>::count);
-        static_assert(differ, "foundation::json::members names two members the same");
-        return belong && differ;
-    } else {
-        return false;
-    }
-}
-
-/// What can be said of a table of names.
-template <class E, class Table>
-struct EnumeratorTable {
-    static constexpr bool is_valid = false;
-};
-
-template <class E, std::size_t Count>
-struct EnumeratorTable<E, std::array<std::pair<E, const char*>, Count>> {
-    static constexpr bool is_valid = true;
-    static constexpr std::size_t count = Count;
-
-    static constexpr std::array<std::string_view, Count> names() {
-        std::array<std::string_view, Count> result;
-        for (std::size_t i = 0; i < Count; ++i) {
-            result[i] = enumerators<E>[i].second;
-        }
-        return result;
-    }
-    static constexpr std::array<std::string_view, Count> texts = names();
-};
-
-template <class E>
-using EnumeratorTableOf = EnumeratorTable<E, std::remove_cv_t<decltype(enumerators<E>)>>;
-
-/// Refuses, at compile time, a table of names with a mistake in it.
-template <class E>
-constexpr bool require_enumerators() {
-    using Table = EnumeratorTableOf<E>;
-    static_assert(Table::is_valid, "foundation::json::enumerators has to be a std::array of "
-                                   "std::pair<E, const char*>, with E this enumeration");
-    if constexpr (Table::is_valid) {
-        constexpr bool differ = all_different(Table::texts.data(), Table::count);
-        static_assert(differ, "foundation::json::enumerators has the same name twice");
-        return differ;
-    } else {
-        return false;
-    }
-}
-
-} // namespace detail
-/// @endcond
+/// @}
 
 } // namespace foundation::json
 

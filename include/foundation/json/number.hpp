@@ -22,28 +22,35 @@ namespace detail {
 /// The parts of the number that a value holds.
 /// @throws std::runtime_error "invalid conversion: <kind> to JSON number"
 inline NumberParts number_parts(const Value& value) {
-    switch (order_of(value)) {
+    switch (detail::order_of(value)) {
     case traits<double>::order:
-        return parts_of(ValueAccess::content<double>(value));
+        return detail::parts_of(ValueAccess::content<double>(value));
     case traits<float>::order:
-        return parts_of(ValueAccess::content<float>(value));
+        return detail::parts_of(ValueAccess::content<float>(value));
     case traits<long long>::order:
-        return parts_of(ValueAccess::content<long long>(value));
+        return detail::parts_of(ValueAccess::content<long long>(value));
     case traits<unsigned long long>::order:
-        return parts_of(ValueAccess::content<unsigned long long>(value));
+        return detail::parts_of(ValueAccess::content<unsigned long long>(value));
     default:
-        throw_invalid_conversion(order_of(value), traits<double>::name);
+        detail::throw_invalid_conversion(detail::order_of(value), traits<double>::name);
     }
+}
+
+/// Apart from to_floating(), so that this takes no more than a comparison and a load of most
+/// values.
+template <class Floating>
+[[gnu::noinline]] Floating nearest_to(const Value& value) {
+    return detail::nearest<Floating>(detail::number_parts(value));
 }
 
 template <class Floating>
 Floating to_floating(const Value& value) {
     if constexpr (!std::is_same_v<Floating, long double>) {
-        if (order_of(value) == traits<Floating>::order) {
+        if (detail::order_of(value) == traits<Floating>::order) {
             return ValueAccess::content<Floating>(value);
         }
     }
-    return nearest<Floating>(number_parts(value));
+    return detail::nearest_to<Floating>(value);
 }
 
 /// The integer types; bool and the types of characters are none.

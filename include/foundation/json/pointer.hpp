@@ -27,9 +27,6 @@ struct PathLookup {
 /// @throws std::invalid_argument if the text is no JSON Pointer
 [[nodiscard]] FOUNDATION_JSON_EXPORT PathLookup follow(const Value& root, std::string_view pointer);
 
-/// Whether a token may stand for an element of an array, be it the one after the last.
-[[nodiscard]] FOUNDATION_JSON_EXPORT bool is_index(std::string_view token) noexcept;
-
 } // namespace detail
 /// @endcond
 
@@ -40,7 +37,9 @@ struct PathLookup {
 /// member of an element of a member; `~0` in it stands for `~`, `~1` for `/`.
 /// @param root     where the pointer begins
 /// @param pointer  bytes, compared as they are; an index has no leading zeros
-/// @return null if there is no value. The pointer stays valid like the references of content.hpp.
+/// @return null if there is no value: no such member or element, an index that is none of the
+///         array, such as "-" and "01", or a name where there is no object. The pointer stays valid
+///         like the references of content.hpp.
 /// @throws std::invalid_argument  the text is no JSON Pointer
 /// @throws std::bad_alloc         memory runs out
 /// @complexity one lookup per token of the pointer
@@ -51,7 +50,7 @@ inline const Value* find(const Value& root, std::string_view pointer) {
 
 /// The same, for a value to be changed.
 inline Value* find(Value& root, std::string_view pointer) {
-    return const_cast<Value*>(find(std::as_const(root), pointer));
+    return const_cast<Value*>(json::find(std::as_const(root), pointer));
 }
 
 /// Deleted: the result would point into a temporary. Give the value a name first.

@@ -161,6 +161,11 @@ using Contents = TypeList<Undefined, Null, bool, double, std::string, std::vecto
 template <class T>
 inline constexpr bool is_content = Contents::contains<T>;
 
+/// Selects the constructor of Value::UNDEFINED.
+struct ZeroBytes {
+    constexpr explicit ZeroBytes(int) noexcept {} // nothing converts to it, not even {}
+};
+
 /// How a variant holds content: containers of values behind a pointer.
 template <class T>
 struct Stored {
@@ -180,9 +185,10 @@ struct Stored<std::map<std::string, Value>> {
 
 /// A JSON value. See value.hpp for a tour.
 ///
-/// Members throw only what is listed with them. In messages the kinds have the names of
-/// traits<T>::name: "undefined", "JSON null", "JSON boolean", "JSON number", "JSON string",
-/// "JSON array", "JSON object", "float", "int64" and "uint64".
+/// Members throw only what is listed with them, and std::bad_alloc where they make a copy of a
+/// string: of a `const char*` that is looked up, or to read a number from it. In messages the kinds
+/// have the names of traits<T>::name: "undefined", "JSON null", "JSON boolean", "JSON number",
+/// "JSON string", "JSON array", "JSON object", "float", "int64" and "uint64".
 class FOUNDATION_JSON_STANDALONE_DEBUG FOUNDATION_JSON_EXPORT Value {
 public:
     class Or;
@@ -228,9 +234,11 @@ public:
     /// Arrays are assigned element by element, like a std::vector: while the capacity suffices,
     /// elements keep their addresses, at any depth.
     ///
-    /// Assigning a value to itself does nothing. Neither value may lie within the other, since the
-    /// old content would be destroyed before the new is copied. Instead of `v = v["child"]` write
-    /// `v = Value(v["child"])`, and instead of `v["child"] = v` write `v["child"] = Value(v)`.
+    /// Assigning a value to itself does nothing. The other may lie within this value if it is no
+    /// array or object: `v = v["name"]` is fine for a string or a number. Otherwise neither may lie
+    /// within the other, since the old content would be destroyed before the new is copied. Instead
+    /// of `v = v["child"]` write `v = Value(v["child"])`, and instead of `v["child"] = v` write
+    /// `v["child"] = Value(v)`.
     ///
     /// If memory runs out, the kinds decide what this value is then:
     /// - the other is a string: unchanged;
@@ -245,7 +253,8 @@ public:
     ///
     /// Two arrays or two objects exchange their containers: the other then holds what this value
     /// held. If the kinds differ, a string, array or object becomes empty. Assigning a value to
-    /// itself does nothing; neither may lie within the other, as above.
+    /// itself does nothing. Neither may lie within the other, not even a string: instead of
+    /// `v = std::move(v["name"])` write `v = Value(std::move(v["name"]))`.
     ///
     /// @throws std::bad_alloc if the kind becomes array or object; then this value is a bool,
     ///         false, and the other is unchanged
@@ -275,6 +284,7 @@ public:
     /// toward zero (NaN gives -2147483648); a string gives the number that it begins with, as
     /// std::istringstream extracts it in the global locale (0 if there is none, the nearest limit
     /// if it is out of range).
+    /// @throws std::bad_alloc memory runs out, for a string
     /// @throws boost::numeric::negative_overflow a double is out of range; a std::bad_cast
     /// @throws boost::numeric::positive_overflow the same
     /// @throws std::runtime_error "invalid conversion: <kind> to int" for the other kinds,
@@ -328,6 +338,7 @@ public:
 
     /// Like the non-const overloads, but a missing member is not inserted: the result is then a
     /// constant Undefined value, always the same one, which exists as long as the library does.
+    /// @throws std::bad_alloc memory runs out, for a `const char*` that is long
     [[nodiscard]] const Value&
     operator[](const std::string& key) const FOUNDATION_JSON_LIFETIME_BOUND;
     /// The same; the key must not be null.
@@ -382,13 +393,18 @@ private:
 
     friend struct detail::ValueAccess;
 
+    /// Undefined, as a constant: all bytes are zero.
+    constexpr explicit Value(detail::ZeroBytes) noexcept : zero_bytes_{} {}
+
     /// The Undefined value that const lookups of missing members return. Its all-zero bytes are
-    /// that value already, before any constructor runs, and stay so after its destructor.
+    /// that value from the start, without a constructor at run time, and stay so after its
+    /// destructor.
     static const Value UNDEFINED;
 
     // In a union, so that its destructor is not called for scalars.
     union {
         Variant variant_;
+        unsigned char zero_bytes_[sizeof(Variant)];
     };
 };
 

@@ -46,11 +46,11 @@ NumberParts parts_of_floating(const Floating& number) noexcept {
 }
 
 inline NumberParts parts_of(const double& number) noexcept {
-    return parts_of_floating(number);
+    return detail::parts_of_floating(number);
 }
 
 inline NumberParts parts_of(const float& number) noexcept {
-    return parts_of_floating(number);
+    return detail::parts_of_floating(number);
 }
 
 inline NumberParts parts_of(long long number) noexcept {
@@ -105,19 +105,20 @@ typename FloatingBits<Floating>::Word nearest_magnitude(const NumberParts& parts
 /// largest.
 template <class Floating>
 Floating nearest(const NumberParts& parts) noexcept {
-    return FloatingBits<Floating>::number_of(parts.negative, nearest_magnitude<Floating>(parts));
+    return FloatingBits<Floating>::number_of(parts.negative,
+                                             detail::nearest_magnitude<Floating>(parts));
 }
 
 template <>
 inline long double nearest<long double>(const NumberParts& parts) noexcept {
     if (std::numeric_limits<long double>::digits < 64 || parts.type != NumberParts::Class::finite) {
-        return static_cast<long double>(nearest<double>(parts));
+        return static_cast<long double>(detail::nearest<double>(parts));
     }
     // In two steps, each by a normal number of the type double; neither rounds.
     const int half = parts.exponent / 2;
     const auto power = [](int exponent) {
         return static_cast<long double>(
-            nearest<double>({NumberParts::Class::finite, false, 1, exponent}));
+            detail::nearest<double>({NumberParts::Class::finite, false, 1, exponent}));
     };
     const long double magnitude =
         static_cast<long double>(parts.significand) * power(half) * power(parts.exponent - half);
@@ -162,12 +163,12 @@ Integer to_integer(const NumberParts& number, bool is_float) {
     // The magnitudes of both.
     constexpr auto lowest = 0 - static_cast<std::uint64_t>(std::numeric_limits<Integer>::min());
     constexpr auto highest = static_cast<std::uint64_t>(std::numeric_limits<Integer>::max());
-    const bool fits = is_whole(number) && has_64_bits(number) &&
-                      magnitude_of(number) <= (number.negative ? lowest : highest);
+    const bool fits = detail::is_whole(number) && detail::has_64_bits(number) &&
+                      detail::magnitude_of(number) <= (number.negative ? lowest : highest);
     if (!fits) {
-        throw_out_of_range(number, is_float, lowest, highest);
+        detail::throw_out_of_range(number, is_float, lowest, highest);
     }
-    const std::uint64_t magnitude = magnitude_of(number);
+    const std::uint64_t magnitude = detail::magnitude_of(number);
     // One less and one more, since the lowest number of all has no positive counterpart.
     return number.negative && magnitude != 0
                ? static_cast<Integer>(-1 - static_cast<std::int64_t>(magnitude - 1))
