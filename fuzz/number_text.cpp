@@ -5,6 +5,7 @@
 #include "expect.hpp"
 #include "input.hpp"
 
+#include "number/digits.hpp"
 #include "number/fast_number_text.hpp"
 #include "serialization/number_text.hpp"
 #include "support/float_environments.hpp"
@@ -79,7 +80,7 @@ template <class Integer>
 void check_integer(Integer number) {
     char room[detail::fast_number_room];
     char* const text = room;
-    expect_equal(std::string(text, detail::fast_integer_text(text, number)), std::to_string(number),
+    expect_equal(std::string(text, detail::integer_text(text, number)), std::to_string(number),
                  "the text of an integer");
 }
 

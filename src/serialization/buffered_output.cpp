@@ -31,7 +31,7 @@ template <class Sink>
 template <class Number>
 char* BufferedOutput<Sink>::integer(Cursor at, Number value) {
     sink().before_integer();
-    return fast_integer_text(ensure_room(at, fast_number_room), value);
+    return integer_text(ensure_room(at, fast_number_room), value);
 }
 
 template <class Sink>

@@ -4,6 +4,7 @@
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_BUFFERED_OUTPUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_BUFFERED_OUTPUT_HPP
 
+#include "number/digits.hpp"
 #include "number/fast_number_text.hpp"
 #include "serialization/stream_output.hpp"
 
