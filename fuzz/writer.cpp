@@ -286,9 +286,10 @@ std::string outcome(const StreamState& state, const Write& write) {
 void write_by_pieces(std::ostream& stream, const Value& value, bool pretty) {
     detail::StreamOutput output(stream);
     if (pretty) {
-        detail::LayoutWriter<detail::StreamOutput, true>(output).write({}, value);
+        detail::LayoutWriter<detail::StreamOutput, detail::Layout::fixed_pretty>(output).write(
+            {}, value);
     } else {
-        detail::LayoutWriter<detail::StreamOutput, false>(output).write({}, value);
+        detail::LayoutWriter<detail::StreamOutput, detail::Layout::fixed>(output).write({}, value);
     }
 }
 

@@ -75,7 +75,8 @@ private:
     Output& output() { return static_cast<Output&>(*this); }
 };
 
-// Inlined, since a call from a function that does nothing else would cost as much as a short string.
+// Inlined, since a call from a function that does nothing else would cost as much as a short
+// string.
 template <class Output>
 template <class Rule>
 [[gnu::always_inline]] inline char* BlockOutput<Output>::quoted(Cursor at, std::string_view text) {

@@ -1,43 +1,72 @@
 /// @file
-/// The layout of JSON text: which pieces are written for a value, in which order.
+/// The layouts of JSON text: which pieces are written for a value, in which order.
 ///
 /// One implementation for all destinations. An Output has a Cursor, the position after the text so
 /// far. Its functions write a piece at a cursor and return the next one:
 ///
 ///     text(Cursor, const char (&)[N])     one piece of fixed text
-///     number(Cursor, FloatingBits<T>)       a double or float
+///     number(Cursor, FloatingBits<T>)     a double or float
 ///     number(Cursor, T)                   a long long or unsigned long long
 ///     string(Cursor, const std::string&)  a quoted and escaped string
+///
+/// For the fixed layouts:
+///
 ///     line_end(Cursor)                    a line feed, and a flush of a stream
 ///     spaces(Cursor, std::size_t)         one piece of that many spaces
+///
+/// For the others:
+///
+///     name(Cursor, const std::string&)    the name of a member, and the colon behind it
+///     line(Cursor, std::size_t)           a line feed, and the spaces of that many levels
 ///
 /// The cursor is passed on in a register, because every piece needs it first: in an object in
 /// memory, each piece would have to wait until the one before had stored it.
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 
+#include "text/utf16_order.hpp"
 #include "value/value_access.hpp"
 #include <foundation/json/detail/floating_bits.hpp>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
+#include <type_traits>
+#include <vector>
 
 namespace foundation::json::detail {
 
-template <class Output, bool Pretty>
+enum class Layout {
+    fixed,        ///< of serialize(): Undefined is nothing, and its separators stay
+    fixed_pretty, ///< of pretty_print()
+    compact,      ///< of JSON.stringify(): Undefined members are left out, Undefined elements null
+    indented,     ///< the same, on lines of their own
+};
+
+constexpr bool is_fixed(Layout layout) noexcept {
+    return layout == Layout::fixed || layout == Layout::fixed_pretty;
+}
+
+template <class Output, Layout layout>
 class LayoutWriter;
 
 /// Writes the visited content at the nesting level that a LayoutWriter has reached.
-template <class Output, bool Pretty>
+template <class Output, Layout layout>
 class WriteVisitor : public boost::static_visitor<typename Output::Cursor> {
 public:
     using Cursor = typename Output::Cursor;
 
-    WriteVisitor(LayoutWriter<Output, Pretty>& writer, Output& output, Cursor at) noexcept
+    WriteVisitor(LayoutWriter<Output, layout>& writer, Output& output, Cursor at) noexcept
         : writer_(writer), output_(output), at_(at) {}
 
-    /// Writes nothing. The separators around an Undefined element or member are still written.
-    Cursor operator()(const Undefined&) const { return at_; }
+    Cursor operator()(const Undefined&) const {
+        if constexpr (is_fixed(layout)) {
+            return at_;
+        } else {
+            return output_.text(at_, "null");
+        }
+    }
 
     Cursor operator()(const Null&) const { return output_.text(at_, "null"); }
 
@@ -58,22 +87,28 @@ public:
     Cursor operator()(const Object& members) const { return writer_.write(at_, members); }
 
 private:
-    LayoutWriter<Output, Pretty>& writer_;
+    LayoutWriter<Output, layout>& writer_;
     Output& output_;
     Cursor at_;
 };
 
 /// Writes values, one level of nesting within another.
-template <class Output, bool Pretty>
+template <class Output, Layout layout>
 class LayoutWriter {
 public:
     using Cursor = typename Output::Cursor;
 
     explicit LayoutWriter(Output& output) noexcept : output_(output) {}
 
+    /// For the layouts that are not fixed.
+    /// @param sorts  whether members come in the order of the UTF-16 units of their names
+    /// @param depth  how many levels of arrays and objects are around the value
+    LayoutWriter(Output& output, bool sorts, std::size_t depth = 0) noexcept
+        : output_(output), sorts_(sorts), depth_(depth) {}
+
     Cursor write(Cursor at, const Value& value) {
         // Past visit(), which would take its share of the stack at every level.
-        const WriteVisitor<Output, Pretty> visitor(*this, output_, at);
+        const WriteVisitor<Output, layout> visitor(*this, output_, at);
         return ValueAccess::variant(value).apply_visitor(visitor);
     }
 
@@ -86,6 +121,11 @@ public:
     }
 
     [[gnu::noinline]] Cursor write(Cursor at, const Object& members) {
+        if constexpr (!is_fixed(layout)) {
+            if (sorts_ && differs_in_utf16(members)) {
+                return write_sorted(at, members);
+            }
+        }
         at = output_.text(at, "{");
         at = write_items(at, members);
         return output_.text(at, "}");
@@ -95,9 +135,10 @@ private:
     // Inlined into the recursive functions, since a separate call would need stack of its own.
     template <class Container>
     [[gnu::always_inline]] inline Cursor write_items(Cursor at, const Container& items) {
-        if (!items.empty()) {
+        auto item = items.begin();
+        skip_undefined(items, item);
+        if (item != items.end()) {
             ++depth_;
-            auto item = items.begin();
             at = write_item(start_line(at), items, item);
             while (item != items.end()) {
                 at = output_.text(at, ",");
@@ -106,9 +147,12 @@ private:
             --depth_;
             at = end_line(at);
         }
-        // An empty container has its indentation between its brackets.
-        return indent(at);
+        return end_items(at);
     }
+
+    // ---- Items -------------------------------------------------------------------------------
+
+    // Each writes one item, and moves on to the next that is written.
 
     Cursor write_item(Cursor at, const Array&, Array::const_iterator& element) {
         return write(at, *element++);
@@ -116,35 +160,115 @@ private:
 
     Cursor write_item(Cursor at, const Object& members, Object::const_iterator& member) {
         const auto& [name, value] = *member;
-        at = output_.string(at, name);
-        at = output_.text(at, ":");
+        at = write_name(at, name);
+        ++member;
+        skip_undefined(members, member);
         // Members are scattered in memory: prefetch the next name while the value is written.
-        if (++member != members.end()) {
+        if (member != members.end()) {
             __builtin_prefetch(member->first.data());
         }
         return write(at, value);
     }
 
-    Cursor start_line(Cursor at) { return indent(end_line(at)); }
+    Cursor write_name(Cursor at, const std::string& name) {
+        if constexpr (is_fixed(layout)) {
+            at = output_.string(at, name);
+            return output_.text(at, ":");
+        } else {
+            return output_.name(at, name);
+        }
+    }
 
+    static void skip_undefined(const Array&, const Array::const_iterator&) noexcept {}
+
+    static void skip_undefined(const Object& members, Object::const_iterator& member) noexcept {
+        if constexpr (!is_fixed(layout)) {
+            while (member != members.end() && holds<Undefined>(member->second)) {
+                ++member;
+            }
+        }
+    }
+
+    // ---- Lines -------------------------------------------------------------------------------
+
+    Cursor start_line(Cursor at) {
+        if constexpr (layout == Layout::fixed_pretty) {
+            return indent(output_.line_end(at));
+        } else {
+            return end_line(at);
+        }
+    }
+
+    /// What follows the last item.
     Cursor end_line(Cursor at) {
-        if constexpr (Pretty) {
+        if constexpr (layout == Layout::fixed_pretty) {
             return output_.line_end(at);
+        } else if constexpr (layout == Layout::indented) {
+            return output_.line(at, depth_);
         } else {
             return at;
         }
     }
 
-    Cursor indent(Cursor at) {
-        if constexpr (Pretty) {
-            return output_.spaces(at, 4 * static_cast<std::size_t>(depth_));
+    /// What precedes the closing bracket, also of an empty container.
+    Cursor end_items(Cursor at) {
+        if constexpr (layout == Layout::fixed_pretty) {
+            return indent(at);
         } else {
             return at;
         }
+    }
+
+    Cursor indent(Cursor at) { return output_.spaces(at, 4 * depth_); }
+
+    // ---- Objects in the order of UTF-16 ------------------------------------------------------
+
+    /// Whether names may come in another order than in the object. The orders differ only where
+    /// characters beyond U+FFFF take part.
+    static bool differs_in_utf16(const Object& members) noexcept {
+        return std::any_of(members.begin(), members.end(),
+                           [](const auto& member) { return has_pair_in_utf16(member.first); });
+    }
+
+    [[gnu::noinline]] Cursor write_sorted(Cursor at, const Object& members) {
+        const std::size_t begin = sort(members);
+        const std::size_t end = sorted_.size();
+        at = output_.text(at, "{");
+        ++depth_;
+        for (std::size_t i = begin; i != end; ++i) {
+            at = i != begin ? output_.text(at, ",") : at;
+            at = write_name(start_line(at), sorted_[i]->first);
+            at = write(at, sorted_[i]->second);
+        }
+        --depth_;
+        sorted_.resize(begin);
+        at = begin != end ? end_line(at) : at;
+        return output_.text(at, "}");
+    }
+
+    /// Appends the members of an object that are written to `sorted_`.
+    /// @return where they begin
+    [[gnu::noinline]] std::size_t sort(const Object& members) {
+        const std::size_t begin = sorted_.size();
+        for (const auto& member : members) {
+            if (!holds<Undefined>(member.second)) {
+                sorted_.push_back(&member);
+            }
+        }
+        std::sort(std::next(sorted_.begin(), static_cast<std::ptrdiff_t>(begin)), sorted_.end(),
+                  [](const auto* left, const auto* right) {
+                      return is_less_in_utf16(left->first, right->first);
+                  });
+        return begin;
     }
 
     Output& output_;
-    std::uint32_t depth_ = 0;
+    bool sorts_ = false;
+    std::size_t depth_ = 0;
+    /// The members of the objects that are being written in another order, of the outermost first.
+    struct Nothing {};
+    using Members = std::vector<const Object::value_type*>;
+    std::conditional_t<is_fixed(layout), Nothing, Members> sorted_;
 };
 
 } // namespace foundation::json::detail

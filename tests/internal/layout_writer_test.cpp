@@ -41,19 +41,19 @@ private:
 
 using Pieces = std::vector<std::string>;
 
-template <bool Pretty>
+template <Layout layout>
 Pieces pieces_of(const Value& value) {
     PieceRecorder output;
-    LayoutWriter<PieceRecorder, Pretty>(output).write({}, value);
+    LayoutWriter<PieceRecorder, layout>(output).write({}, value);
     return output.pieces;
 }
 
 Pieces compact(const Value& value) {
-    return pieces_of<false>(value);
+    return pieces_of<Layout::fixed>(value);
 }
 
 Pieces pretty(const Value& value) {
-    return pieces_of<true>(value);
+    return pieces_of<Layout::fixed_pretty>(value);
 }
 
 TEST(LayoutWriter, WritesAValueWithoutItemsAsOnePiece) {
