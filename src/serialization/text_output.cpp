@@ -76,12 +76,14 @@ template <class Integer>
 template <Solidus solidus>
 char* TextOutput::usual_string(Cursor at, std::string_view text) {
     using Checked = VectorBytes<EscapeRule<solidus, BeyondAscii::special>>;
-    at = ensure_room(at, room_of_block);
-    if (text.size() <= block && copy_clean<Checked>(at + 1, text.data(), text.size())) {
-        *at++ = '"';
-        at += text.size();
-        *at++ = '"';
-        return at;
+    if (text.size() <= block) {
+        at = ensure_room(at, text.size() + 2);
+        if (copy_clean<Checked>(at + 1, text.data(), text.size())) {
+            *at++ = '"';
+            at += text.size();
+            *at++ = '"';
+            return at;
+        }
     }
     return other_string<solidus>(at, text);
 }

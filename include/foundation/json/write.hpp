@@ -43,6 +43,46 @@
 
 namespace foundation::json {
 
+/// @cond
+namespace detail {
+
+/// Stands for what has no JSON text.
+template <class T>
+inline constexpr bool is_refused = false;
+
+template <class T>
+inline constexpr bool is_character = std::is_same_v<T, char> || std::is_same_v<T, wchar_t> ||
+                                     std::is_same_v<T, char16_t> || std::is_same_v<T, char32_t>;
+
+/// The content as one of the types that a Writer takes.
+template <class T>
+decltype(auto) writable(const T& content) {
+    if constexpr (std::is_same_v<T, std::nullptr_t>) {
+        return Null();
+    } else if constexpr (is_character<T>) {
+        static_assert(is_refused<T>, "a character is neither a string nor a number in JSON: write "
+                                     "std::string(1, c) or int(c)");
+    } else if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
+        using Integer = std::conditional_t<std::is_signed_v<T>, long long, unsigned long long>;
+        return static_cast<Integer>(content);
+    } else if constexpr (std::is_convertible_v<const T&, std::string_view>) {
+        return std::string_view(content);
+    } else if constexpr (std::is_same_v<T, Undefined> ||
+                         (std::is_class_v<T> && !is_content<T> && !std::is_same_v<T, Value> &&
+                          std::is_convertible_v<const T&, Value>)) {
+        return Value(content);
+    } else {
+        static_assert(
+            is_content<T> || std::is_same_v<T, Value>,
+            "this type has no JSON text: write bool, a number, a string, nullptr, Null or "
+            "a Value");
+        return (content);
+    }
+}
+
+} // namespace detail
+/// @endcond
+
 /// How a text is written. An option that is not set has the value of JSON.stringify(value), but
 /// that what JSON cannot express is an error.
 struct WriteOptions {
@@ -176,6 +216,108 @@ FOUNDATION_JSON_EXPORT void write(std::ostream& stream, const Value& value,
 FOUNDATION_JSON_EXPORT void write_file(const std::filesystem::path& path, const Value& value,
                                        const WriteOptions& options = {});
 /// @}
+
+/// Writes one text piece by piece, onto a stream or to a string, for what is too big to be a Value.
+///
+///     std::string text;
+///     Writer writer(text, WriteOptions::indented(2));
+///     writer.begin_object();
+///     writer.name("id").value(7);
+///     writer.name("tags").begin_array().value("new").value(2.5).end();
+///     writer.name("owner").value(owner); // a Value
+///     writer.end();
+///
+/// A text is an array, an object or a single value. It is complete with the last end(), or with
+/// that value, and only then the stream or string has all of it; nothing has to be closed or
+/// flushed. After finish(), which makes sure of that, the Writer can write another text, such as
+/// the next line of JSON Lines.
+///
+/// The options have the same effect as in write(). A member whose value is Undefined is left out
+/// with its name. Names that occur twice are only noticed with MemberOrder::utf16.
+///
+/// Calls return the Writer itself. A call that does not fit, such as value() within an object
+/// without name(), throws std::logic_error, which says what was expected there, and changes
+/// nothing. After any other exception the text cannot go on, and what the stream or string has of
+/// it is unspecified.
+///
+/// Memory is that for a buffer, for the longest name and for the names that lead to the present
+/// level, and some bytes for each level, however long the text is. Nesting takes no stack.
+///
+/// Two threads must not use a Writer at once.
+class FOUNDATION_JSON_EXPORT Writer {
+public:
+    /// Writes onto a stream, unformatted and without a flush, in pieces of some kilobytes.
+    /// @param stream  must outlive the Writer
+    /// @throws std::bad_alloc memory runs out
+    explicit Writer(std::ostream& stream FOUNDATION_JSON_LIFETIME_BOUND,
+                    const WriteOptions& options = {});
+
+    /// Appends to a string.
+    /// @param text  must outlive the Writer
+    /// @throws std::bad_alloc memory runs out
+    explicit Writer(std::string& text FOUNDATION_JSON_LIFETIME_BOUND,
+                    const WriteOptions& options = {});
+
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
+
+    /// Does not check whether the text is complete; finish() does.
+    ~Writer();
+
+    /// @name Pieces
+    /// Amortized constant time, or linear in the length of what is written.
+    /// @throws std::logic_error the call does not fit; nothing has changed
+    /// @throws WriteError       the options do not allow the name or value
+    /// @throws std::bad_alloc   memory runs out
+    /// @throws whatever std::ostream::write throws, by the exceptions() of the stream
+    /// @{
+
+    Writer& begin_object(); ///< `{`; then come name() and a value, or end()
+    Writer& begin_array();  ///< `[`; then come values, or end()
+    Writer& end();          ///< ends the array or object that began last
+
+    /// The name of a member; its value comes next.
+    Writer& name(std::string_view name);
+
+    /// A value.
+    ///
+    /// @tparam T  bool; float, double and the integer types, which keep all digits; what converts to
+    ///            std::string_view, such as std::string and literals; nullptr; Null and Undefined;
+    ///            Value, Array, Object and what converts to a Value. Characters do not compile
+    template <class T>
+    Writer& value(const T& content) {
+        put(detail::writable(content));
+        return *this;
+    }
+
+    /// JSON text that is there already, as the next value. It is neither checked nor changed.
+    /// @param json  the text of exactly one value
+    Writer& raw(std::string_view json);
+    /// @}
+
+    /// Makes sure that the text is complete. What is written next begins another text.
+    /// @throws std::logic_error it is not complete: "at /items/2: finish() where a value or end()
+    /// is
+    ///         expected"
+    void finish();
+
+private:
+    class State;
+
+    void put(Null);
+    void put(bool flag);
+    void put(const double& number);
+    void put(const float& number);
+    void put(long long number);
+    void put(unsigned long long number);
+    void put(std::string_view text);
+    void put(const Value& value);
+    void put(const Array& elements);
+    void put(const Object& members);
+
+    // The state is behind a pointer, so that it can change without a change of the class.
+    std::unique_ptr<State> state_;
+};
 
 } // namespace foundation::json
 
