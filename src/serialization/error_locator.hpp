@@ -4,7 +4,7 @@
 #define FOUNDATION_JSON_SRC_SERIALIZATION_ERROR_LOCATOR_HPP
 
 #include "serialization/write_problems.hpp"
-#include "text/pointer_token.hpp"
+#include "text/location.hpp"
 
 #include <foundation/json/write.hpp>
 
@@ -73,9 +73,9 @@ private:
         std::string pointer = pointer_;
         for (std::size_t i = 0; i != count; ++i) {
             if (steps_[i].name != nullptr) {
-                append_token(pointer, *steps_[i].name);
+                append_name_token(pointer, *steps_[i].name);
             } else {
-                append_token(pointer, steps_[i].index);
+                append_index_token(pointer, steps_[i].index);
             }
         }
         throw WriteError(std::move(pointer), problem);

@@ -1,5 +1,9 @@
 #include "serialization/new_file.hpp"
 
+#include "text/characters.hpp"
+
+#include <foundation/json/detail/quoted.hpp>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -19,10 +23,22 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// The name of a file, with control bytes escaped as in a JSON string: NUL would end the message.
+std::string visible_name(const fs::path& path) {
+    std::string result;
+    for (const char byte : path.string()) {
+        if (is_control(byte)) {
+            append_escaped(result, {&byte, 1});
+        } else {
+            result += byte;
+        }
+    }
+    return result;
+}
+
 [[noreturn]] void fail(const fs::path& path, int error, const char* why = "") {
-    // Up to a NUL, where what() would end.
-    const std::string shown = path.string().c_str();
-    throw std::system_error(error, std::generic_category(), "cannot write '" + shown + "'" + why);
+    throw std::system_error(error, std::generic_category(),
+                            "cannot write '" + visible_name(path) + "'" + why);
 }
 
 /// Calls a function again as long as signals interrupt it.
@@ -90,8 +106,9 @@ bool look_at(const fs::path& path, const fs::path& target, struct stat& status) 
 }
 
 fs::path target_of(const fs::path& path) {
+    // The system would take what the path begins with.
     if (path.native().find('\0') != fs::path::string_type::npos) {
-        fail(path, EINVAL, ", whose path goes on behind a NUL");
+        fail(path, EINVAL);
     }
     return follow_links(path);
 }

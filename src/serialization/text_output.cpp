@@ -17,10 +17,25 @@ namespace foundation::json::detail {
 
 template <class Number>
 char* TextOutput::real_number(Cursor at, FloatingBits<Number> bits) {
-    if (!bits.is_finite()) {
-        return not_finite(at, bits);
+    if (!has_room(at, shortest_number_room) || !bits.is_finite()) {
+        return other_number(at, bits);
     }
-    return shortest_number_text(ensure_room(at, shortest_number_room), bits);
+    return shortest_number_text(at, bits);
+}
+
+/// Separate from the common case, which then need not save registers.
+template <class Number>
+[[gnu::noinline]] char* TextOutput::other_number(Cursor at, FloatingBits<Number> bits) {
+    if (bits.is_finite()) {
+        return shortest_number_text(make_room(at), bits);
+    }
+    if (!is_writable(bits, options_)) {
+        throw Unwritable();
+    }
+    if (options_.not_finite == WriteOptions::NotFinite::null) {
+        return text(at, "null");
+    }
+    return string(at, not_finite_name(bits));
 }
 
 char* TextOutput::number(Cursor at, FloatingBits<double> bits) {
@@ -29,17 +44,6 @@ char* TextOutput::number(Cursor at, FloatingBits<double> bits) {
 
 char* TextOutput::number(Cursor at, FloatingBits<float> bits) {
     return real_number(at, bits);
-}
-
-template <class Number>
-[[gnu::noinline]] char* TextOutput::not_finite(Cursor at, FloatingBits<Number> bits) {
-    if (!is_writable(bits, options_)) {
-        throw Unwritable();
-    }
-    if (options_.not_finite == WriteOptions::NotFinite::null) {
-        return text(at, "null");
-    }
-    return string(at, not_finite_name(bits));
 }
 
 template <class Integer>
@@ -73,42 +77,52 @@ template <class Integer>
 
 // ---- Strings -------------------------------------------------------------------------------
 
-template <Solidus solidus>
-char* TextOutput::usual_string(Cursor at, std::string_view text) {
-    using Checked = VectorBytes<EscapeRule<solidus, BeyondAscii::special>>;
-    if (text.size() <= block) {
-        at = ensure_room(at, text.size() + 2);
-        if (copy_clean<Checked>(at + 1, text.data(), text.size())) {
-            *at++ = '"';
-            at += text.size();
-            *at++ = '"';
-            return at;
-        }
+/// Writes a string without its closing quote, if none of its bytes needs attention: the common
+/// case, in one pass.
+/// @param at  becomes the cursor behind it, with room for a quote, a colon and a space
+[[gnu::always_inline]] inline bool TextOutput::write_clean(Cursor& at, std::string_view text) {
+    using Checked = VectorBytes<EscapeRule<Solidus::raw, BeyondAscii::special>>;
+    if (text.size() > block || options_.escape_slash) {
+        return false;
     }
-    return other_string<solidus>(at, text);
+    at = ensure_room(at, text.size() + 4);
+    if (!copy_clean<Checked>(at + 1, text.data(), text.size())) {
+        return false;
+    }
+    *at = '"';
+    at += 1 + text.size();
+    return true;
 }
 
 char* TextOutput::string(Cursor at, std::string_view text) {
-    return options_.escape_slash ? usual_string<Solidus::escaped>(at, text)
-                                 : usual_string<Solidus::raw>(at, text);
+    if (!write_clean(at, text)) {
+        return other_string(at, text);
+    }
+    *at = '"';
+    return at + 1;
 }
 
 char* TextOutput::name(Cursor at, std::string_view name) {
-    at = ensure_room(string(at, name), 2);
-    at[0] = ':';
-    at[1] = ' ';
-    return at + (is_indented() ? 2 : 1);
+    if (!write_clean(at, name)) {
+        at = other_string(at, name);
+        return is_indented() ? this->text(at, ": ") : this->text(at, ":");
+    }
+    std::memcpy(at, "\": ", 3);
+    return at + (is_indented() ? 3 : 2);
 }
 
 /// For strings that are long, or have escapes or characters beyond ASCII.
-template <Solidus solidus>
 [[gnu::noinline]] char* TextOutput::other_string(Cursor at, std::string_view text) {
     const char* const end = text.data() + text.size();
+    const bool keeps = options_.bad_utf8 == WriteOptions::BadUtf8::keep;
     const bool is_plain = options_.ascii ? std::all_of(text.begin(), text.end(), is_ascii)
-                                         : options_.bad_utf8 == WriteOptions::BadUtf8::keep ||
-                                               is_utf8(text.data(), end);
-    return is_plain ? quoted<EscapeRule<solidus, BeyondAscii::plain>>(at, text)
-                    : by_characters(at, text);
+                                         : keeps || is_utf8(text.data(), end);
+    if (!is_plain) {
+        return by_characters(at, text);
+    }
+    return options_.escape_slash
+               ? quoted<EscapeRule<Solidus::escaped, BeyondAscii::plain>>(at, text)
+               : quoted<EscapeRule<Solidus::raw, BeyondAscii::plain>>(at, text);
 }
 
 /// For strings with something to be decided about characters beyond ASCII.

@@ -79,15 +79,13 @@ private:
     template <class Number>
     Cursor real_number(Cursor at, FloatingBits<Number> bits);
     template <class Number>
-    Cursor not_finite(Cursor at, FloatingBits<Number> bits);
+    Cursor other_number(Cursor at, FloatingBits<Number> bits);
     template <class Integer>
     Cursor integer(Cursor at, Integer value);
     template <class Integer>
     Cursor big_integer(Cursor at, Integer value);
 
-    template <Solidus solidus>
-    Cursor usual_string(Cursor at, std::string_view text);
-    template <Solidus solidus>
+    bool write_clean(Cursor& at, std::string_view text);
     Cursor other_string(Cursor at, std::string_view text);
     Cursor by_characters(Cursor at, std::string_view text);
     Cursor escaped_character(Cursor at, char32_t code);

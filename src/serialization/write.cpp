@@ -3,16 +3,15 @@
 
 #include "serialization/text_output.hpp"
 #include "serialization/write_value.hpp"
+#include "text/location.hpp"
 
 #include <ostream>
 #include <utility>
 
-#include <foundation/json/detail/quoted.hpp>
-
 namespace foundation::json {
 
 WriteError::WriteError(std::string pointer, const std::string& problem)
-    : std::runtime_error(detail::describe_place(pointer) + problem),
+    : std::runtime_error(detail::describe_location(pointer) + problem),
       pointer_(new std::string(std::move(pointer))) {}
 
 WriteError::~WriteError() = default;

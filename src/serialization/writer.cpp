@@ -4,10 +4,8 @@
 #include "serialization/text_output.hpp"
 #include "serialization/write_problems.hpp"
 #include "serialization/write_value.hpp"
-#include "text/pointer_token.hpp"
+#include "text/location.hpp"
 #include "text/utf16_order.hpp"
-
-#include <foundation/json/detail/quoted.hpp>
 
 #include <algorithm>
 #include <cstring>
@@ -199,7 +197,7 @@ public:
           at_(target_.start().begin),
           sorts_(options.member_order == WriteOptions::MemberOrder::utf16) {}
 
-    void put(Null);
+    void put(const Null&);
     void put(bool flag);
     void put(std::string_view text);
     void put(const Value& value);
@@ -273,7 +271,7 @@ void Writer::State::separate(std::size_t count) {
     }
 }
 
-void Writer::State::put(Null) {
+void Writer::State::put(const Null&) {
     begin_value("value()");
     at_ = output_.text(at_, "null");
     end_value();
@@ -417,9 +415,9 @@ std::string Writer::State::pointer(std::size_t depth) const {
     std::string result;
     for (std::size_t i = 0; i != depth; ++i) {
         if (levels_[i].is_object) {
-            detail::append_token(result, last_name(i));
+            detail::append_name_token(result, last_name(i));
         } else {
-            detail::append_token(result, levels_[i].count);
+            detail::append_index_token(result, levels_[i].count);
         }
     }
     return result;
@@ -428,7 +426,7 @@ std::string Writer::State::pointer(std::size_t depth) const {
 void Writer::State::refuse(const char* call) const {
     const bool is_before_name = expected_ == Expected::name;
     const std::size_t depth = levels_.size() - (is_before_name ? 1 : 0);
-    throw std::logic_error(detail::describe_place(pointer(depth)) + call +
+    throw std::logic_error(detail::describe_location(pointer(depth)) + call +
                            problems[static_cast<int>(expected_)]);
 }
 
@@ -474,8 +472,12 @@ void Writer::finish() {
     state_->finish();
 }
 
-void Writer::put(Null null) {
+void Writer::put(const Null& null) {
     state_->put(null);
+}
+
+void Writer::put(const Undefined& undefined) {
+    state_->put(Value(undefined));
 }
 
 void Writer::put(bool flag) {

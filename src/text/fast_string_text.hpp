@@ -210,7 +210,8 @@ using VectorBytes = PortableBytes<Rule>;
 /// @param out  with room for the content
 /// @return false if a byte is special; then the content of `out` is undefined
 template <class Bytes>
-bool copy_clean(char* out, const char* from, std::size_t size) noexcept {
+[[gnu::always_inline]] inline bool copy_clean(char* out, const char* from,
+                                              std::size_t size) noexcept {
     if (size >= 16) {
         const std::size_t last = size - 16;
         for (std::size_t index = 0; index < last; index += 16) {

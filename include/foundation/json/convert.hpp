@@ -57,6 +57,21 @@
 
 namespace foundation::json {
 
+/// @cond
+namespace detail {
+
+inline std::string describe_place(std::string_view pointer) {
+    if (pointer.empty()) {
+        return "at the root: ";
+    }
+    std::string result = "at ";
+    append_escaped(result, pointer);
+    return result += ": ";
+}
+
+} // namespace detail
+/// @endcond
+
 /// The exception of a conversion. what() begins with the place, "at /servers/3/port: " or "at the
 /// root: "; quotes, backslashes and control bytes in it are escaped as in a JSON string.
 ///

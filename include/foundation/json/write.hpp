@@ -46,36 +46,27 @@ namespace foundation::json {
 /// @cond
 namespace detail {
 
-/// Stands for what has no JSON text.
+/// The content of Writer::value() as one of the types that a Writer takes.
 template <class T>
-inline constexpr bool is_refused = false;
-
-template <class T>
-inline constexpr bool is_character = std::is_same_v<T, char> || std::is_same_v<T, wchar_t> ||
-                                     std::is_same_v<T, char16_t> || std::is_same_v<T, char32_t>;
-
-/// The content as one of the types that a Writer takes.
-template <class T>
-decltype(auto) writable(const T& content) {
+decltype(auto) writer_content(const T& content) {
+    constexpr bool is_character = std::is_same_v<T, char> || std::is_same_v<T, wchar_t> ||
+                                  std::is_same_v<T, char16_t> || std::is_same_v<T, char32_t>;
+    constexpr bool is_held = is_content<T> || std::is_same_v<T, Value>;
     if constexpr (std::is_same_v<T, std::nullptr_t>) {
         return Null();
-    } else if constexpr (is_character<T>) {
-        static_assert(is_refused<T>, "a character is neither a string nor a number in JSON: write "
-                                     "std::string(1, c) or int(c)");
-    } else if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
+    } else if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool> && !is_character) {
         using Integer = std::conditional_t<std::is_signed_v<T>, long long, unsigned long long>;
         return static_cast<Integer>(content);
     } else if constexpr (std::is_convertible_v<const T&, std::string_view>) {
         return std::string_view(content);
-    } else if constexpr (std::is_same_v<T, Undefined> ||
-                         (std::is_class_v<T> && !is_content<T> && !std::is_same_v<T, Value> &&
-                          std::is_convertible_v<const T&, Value>)) {
+    } else if constexpr (std::is_class_v<T> && !is_held && std::is_convertible_v<const T&, Value>) {
         return Value(content);
     } else {
-        static_assert(
-            is_content<T> || std::is_same_v<T, Value>,
-            "this type has no JSON text: write bool, a number, a string, nullptr, Null or "
-            "a Value");
+        static_assert(!is_character, "a character is neither a string nor a number in JSON: write "
+                                     "std::string(1, c) or int(c)");
+        static_assert(is_held || is_character,
+                      "this type has no JSON text: write bool, a number, a string, nullptr, Null, "
+                      "Undefined, a Value, Array or Object");
         return (content);
     }
 }
@@ -281,12 +272,13 @@ public:
 
     /// A value.
     ///
-    /// @tparam T  bool; float, double and the integer types, which keep all digits; what converts to
+    /// @tparam T  bool; float, double and the integer types, which keep all digits; what converts
+    /// to
     ///            std::string_view, such as std::string and literals; nullptr; Null and Undefined;
     ///            Value, Array, Object and what converts to a Value. Characters do not compile
     template <class T>
     Writer& value(const T& content) {
-        put(detail::writable(content));
+        put(detail::writer_content(content));
         return *this;
     }
 
@@ -304,7 +296,8 @@ public:
 private:
     class State;
 
-    void put(Null);
+    void put(const Null&);
+    void put(const Undefined&);
     void put(bool flag);
     void put(const double& number);
     void put(const float& number);

@@ -19,17 +19,6 @@ FOUNDATION_JSON_EXPORT void append_escaped(std::string& target, std::string_view
 /// The same in double quotes.
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::string quoted(std::string_view text);
 
-/// How messages begin that name a location: "at /servers/3/port: ", or "at the root: ".
-/// @param pointer  the location as a JSON Pointer
-[[nodiscard]] inline std::string describe_place(std::string_view pointer) {
-    if (pointer.empty()) {
-        return "at the root: ";
-    }
-    std::string result = "at ";
-    append_escaped(result, pointer);
-    return result += ": ";
-}
-
 } // namespace foundation::json::detail
 
 #endif
