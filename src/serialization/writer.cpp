@@ -373,8 +373,6 @@ void Writer::State::name(std::string_view name) {
         check_order(name);
     }
     Level& level = levels_.back();
-    level.is_named = true;
-    names_.put(level.name_begins, name);
     target_.hold(at_);
     separate(level.count);
     try {
@@ -382,6 +380,8 @@ void Writer::State::name(std::string_view name) {
     } catch (const detail::Unwritable&) {
         fail(levels_.size() - 1, detail::problem_of_name(name));
     }
+    level.is_named = true;
+    names_.put(level.name_begins, name);
     expected_ = Expected::member;
 }
 

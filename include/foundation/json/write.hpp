@@ -116,8 +116,9 @@ struct WriteOptions {
     /// The order of the members of an object.
     enum class MemberOrder {
         as_given, ///< that of a Value, by the bytes of names; that of the calls of a Writer
-        utf16     ///< by the UTF-16 units of names. A Writer has to be given them in this order; a
-                  ///< name that breaks it, or comes twice, is a WriteError.
+        utf16 ///< by the UTF-16 units of names; names that are not UTF-8 come anywhere. A Writer
+              ///< has to be given them in this order; a name that breaks it, or comes twice, is
+              ///< a WriteError
     };
     MemberOrder member_order = MemberOrder::as_given; ///< by default as they come
 
