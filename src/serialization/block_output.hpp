@@ -37,7 +37,8 @@ public:
         return at + N - 1;
     }
 
-    Cursor spaces(Cursor at, std::size_t count) {
+    // Not inlined: the layouts, which recurse, would need more stack.
+    [[gnu::noinline]] Cursor spaces(Cursor at, std::size_t count) {
         constexpr std::size_t most = 256;
         for (; count > most; count -= most) {
             at = std::fill_n(ensure_room(at, most), most, ' ');

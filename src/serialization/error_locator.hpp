@@ -18,6 +18,8 @@ namespace foundation::json::detail {
 /// An output of the layout that writes nothing, but keeps track of the location, and throws
 /// WriteError at the first piece that the options do not allow. An output that does write would pay
 /// for keeping track.
+///
+/// Nothing is inlined into the layout, whose recursion would need more stack.
 class ErrorLocator {
 public:
     /// Empty, since nothing is written.
@@ -27,7 +29,7 @@ public:
     ErrorLocator(std::string pointer, const WriteOptions& options)
         : pointer_(std::move(pointer)), options_(options) {}
 
-    Cursor text(Cursor at, const char* piece) {
+    [[gnu::noinline]] Cursor text(Cursor at, const char* piece) {
         if (*piece == '[' || *piece == '{') {
             steps_.push_back({nullptr, 0});
         } else if (*piece == ']' || *piece == '}') {
@@ -39,21 +41,21 @@ public:
     }
 
     template <class Number>
-    Cursor number(Cursor at, Number number) const {
+    [[gnu::noinline]] Cursor number(Cursor at, Number number) const {
         if (!is_writable(number, options_)) {
             fail(steps_.size(), problem_of(number));
         }
         return at;
     }
 
-    Cursor string(Cursor at, const std::string& text) const {
+    [[gnu::noinline]] Cursor string(Cursor at, const std::string& text) const {
         if (!is_writable_string(text, options_)) {
             fail(steps_.size(), problem_of_string(text));
         }
         return at;
     }
 
-    Cursor name(Cursor at, const std::string& name) {
+    [[gnu::noinline]] Cursor name(Cursor at, const std::string& name) {
         if (!is_writable_string(name, options_)) {
             fail(steps_.size() - 1, problem_of_name(name));
         }

@@ -51,23 +51,25 @@ template <class T>
 decltype(auto) writer_content(const T& content) {
     constexpr bool is_character = std::is_same_v<T, char> || std::is_same_v<T, wchar_t> ||
                                   std::is_same_v<T, char16_t> || std::is_same_v<T, char32_t>;
-    constexpr bool is_held = is_content<T> || std::is_same_v<T, Value>;
-    if constexpr (std::is_same_v<T, std::nullptr_t>) {
+    if constexpr (is_content<T> && !std::is_same_v<T, std::string>) {
+        return (content);
+    } else if constexpr (std::is_same_v<T, Value>) {
+        return (content);
+    } else if constexpr (std::is_same_v<T, std::nullptr_t>) {
         return Null();
-    } else if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool> && !is_character) {
+    } else if constexpr (std::is_integral_v<T> && !is_character) {
         using Integer = std::conditional_t<std::is_signed_v<T>, long long, unsigned long long>;
         return static_cast<Integer>(content);
     } else if constexpr (std::is_convertible_v<const T&, std::string_view>) {
         return std::string_view(content);
-    } else if constexpr (std::is_class_v<T> && !is_held && std::is_convertible_v<const T&, Value>) {
+    } else if constexpr (std::is_class_v<T> && std::is_convertible_v<const T&, Value>) {
         return Value(content);
     } else {
         static_assert(!is_character, "a character is neither a string nor a number in JSON: write "
                                      "std::string(1, c) or int(c)");
-        static_assert(is_held || is_character,
-                      "this type has no JSON text: write bool, a number, a string, nullptr, Null, "
-                      "Undefined, a Value, Array or Object");
-        return (content);
+        static_assert(is_character, "a Writer does not know this type: write bool, a number, a "
+                                    "string, nullptr, Null, Undefined, Value, Array or Object");
+        return Null(); // so that the compiler says nothing else
     }
 }
 
