@@ -57,38 +57,40 @@ class WriteVisitor : public boost::static_visitor<typename Output::Cursor> {
 public:
     using Cursor = typename Output::Cursor;
 
-    WriteVisitor(LayoutWriter<Output, layout>& writer, Output& output, Cursor at) noexcept
-        : writer_(writer), output_(output), at_(at) {}
+    WriteVisitor(LayoutWriter<Output, layout>& writer, Cursor at) noexcept
+        : writer_(writer), at_(at) {}
 
     Cursor operator()(const Undefined&) const {
         if constexpr (is_fixed(layout)) {
             return at_;
         } else {
-            return output_.text(at_, "null");
+            return output().text(at_, "null");
         }
     }
 
-    Cursor operator()(const Null&) const { return output_.text(at_, "null"); }
+    Cursor operator()(const Null&) const { return output().text(at_, "null"); }
 
     Cursor operator()(bool flag) const {
-        return flag ? output_.text(at_, "true") : output_.text(at_, "false");
+        return flag ? output().text(at_, "true") : output().text(at_, "false");
     }
 
     Cursor operator()(const double& number) const {
-        return output_.number(at_, FloatingBits<double>(number));
+        return output().number(at_, FloatingBits<double>(number));
     }
     Cursor operator()(const float& number) const {
-        return output_.number(at_, FloatingBits<float>(number));
+        return output().number(at_, FloatingBits<float>(number));
     }
-    Cursor operator()(long long number) const { return output_.number(at_, number); }
-    Cursor operator()(unsigned long long number) const { return output_.number(at_, number); }
-    Cursor operator()(const std::string& text) const { return output_.string(at_, text); }
+    Cursor operator()(long long number) const { return output().number(at_, number); }
+    Cursor operator()(unsigned long long number) const { return output().number(at_, number); }
+    Cursor operator()(const std::string& text) const { return output().string(at_, text); }
     Cursor operator()(const Array& elements) const { return writer_.write(at_, elements); }
     Cursor operator()(const Object& members) const { return writer_.write(at_, members); }
 
 private:
+    Output& output() const noexcept { return writer_.output(); }
+
+    // One exists for each level of nesting, so it is small.
     LayoutWriter<Output, layout>& writer_;
-    Output& output_;
     Cursor at_;
 };
 
@@ -106,9 +108,11 @@ public:
     LayoutWriter(Output& output, bool sorts, std::size_t depth = 0) noexcept
         : output_(output), sorts_(sorts), depth_(depth) {}
 
+    Output& output() const noexcept { return output_; }
+
     Cursor write(Cursor at, const Value& value) {
         // Past visit(), which would take its share of the stack at every level.
-        const WriteVisitor<Output, layout> visitor(*this, output_, at);
+        const WriteVisitor<Output, layout> visitor(*this, at);
         return ValueAccess::variant(value).apply_visitor(visitor);
     }
 
@@ -225,47 +229,57 @@ private:
 
     /// Whether names may come in another order than in the object. The orders differ only where
     /// characters beyond U+FFFF take part.
-    static bool differs_in_utf16(const Object& members) noexcept {
+    [[gnu::noinline]] static bool differs_in_utf16(const Object& members) noexcept {
         return std::any_of(members.begin(), members.end(),
                            [](const auto& member) { return has_pair_in_utf16(member.first); });
     }
 
     [[gnu::noinline]] Cursor write_sorted(Cursor at, const Object& members) {
-        const std::size_t begin = sort(members);
-        const std::size_t end = sorted_.size();
+        sort(members);
         at = output_.text(at, "{");
-        ++depth_;
-        for (std::size_t i = begin; i != end; ++i) {
-            at = i != begin ? output_.text(at, ",") : at;
-            at = write_name(start_line(at), sorted_[i]->first);
-            at = write(at, sorted_[i]->second);
+        if (const auto* member = take_sorted()) {
+            ++depth_;
+            at = write_sorted_member(start_line(at), *member);
+            while ((member = take_sorted()) != nullptr) {
+                at = output_.text(at, ",");
+                at = write_sorted_member(start_line(at), *member);
+            }
+            --depth_;
+            at = end_line(at);
         }
-        --depth_;
-        sorted_.resize(begin);
-        at = begin != end ? end_line(at) : at;
         return output_.text(at, "}");
     }
 
-    /// Appends the members of an object that are written to `sorted_`.
-    /// @return where they begin
-    [[gnu::noinline]] std::size_t sort(const Object& members) {
-        const std::size_t begin = sorted_.size();
+    Cursor write_sorted_member(Cursor at, const Object::value_type& member) {
+        return write(write_name(at, member.first), member.second);
+    }
+
+    /// Appends null, and the members of an object that are written, the last one first.
+    [[gnu::noinline]] void sort(const Object& members) {
+        sorted_.push_back(nullptr);
+        const auto begin = static_cast<std::ptrdiff_t>(sorted_.size());
         for (const auto& member : members) {
             if (!holds<Undefined>(member.second)) {
                 sorted_.push_back(&member);
             }
         }
-        std::sort(std::next(sorted_.begin(), static_cast<std::ptrdiff_t>(begin)), sorted_.end(),
+        std::sort(std::next(sorted_.begin(), begin), sorted_.end(),
                   [](const auto* left, const auto* right) {
-                      return is_less_in_utf16(left->first, right->first);
+                      return is_less_in_utf16(right->first, left->first);
                   });
-        return begin;
+    }
+
+    /// The next member of the object that was sorted last; null behind the last one.
+    const Object::value_type* take_sorted() noexcept {
+        const auto* const member = sorted_.back();
+        sorted_.pop_back();
+        return member;
     }
 
     Output& output_;
     bool sorts_ = false;
     std::size_t depth_ = 0;
-    /// The members of the objects that are being written in another order, of the outermost first.
+    /// What is left of the objects that are being written in another order, of the outermost first.
     struct Nothing {};
     using Members = std::vector<const Object::value_type*>;
     std::conditional_t<is_fixed(layout), Nothing, Members> sorted_;

@@ -72,16 +72,16 @@ TEST(Write, IndentsByTheSpacesThatAreAskedFor) {
                                                        "  ],\n"
                                                        "  \"b\": null\n"
                                                        "}");
-    EXPECT_EQ(write(Array{Array{1}}, WriteOptions::indented(1)), "[\n [\n  1\n ]\n]");
+    EXPECT_EQ(write(Array{Value(Array{1})}, WriteOptions::indented(1)), "[\n [\n  1\n ]\n]");
     EXPECT_EQ(write(Array{}, WriteOptions::indented(4)), "[]");
     EXPECT_EQ(write("x", WriteOptions::indented(4)), "\"x\"");
 }
 
 TEST(Write, IndentsByTenSpacesAtMost) {
-    const std::string ten = write(Array{Array{1}}, WriteOptions::indented(10));
+    const std::string ten = write(Array{Value(Array{1})}, WriteOptions::indented(10));
     EXPECT_EQ(ten, "[\n          [\n                    1\n          ]\n]");
     for (const unsigned more : {11U, 100U, std::numeric_limits<unsigned>::max()}) {
-        EXPECT_EQ(write(Array{Array{1}}, WriteOptions::indented(more)), ten);
+        EXPECT_EQ(write(Array{Value(Array{1})}, WriteOptions::indented(more)), ten);
     }
 }
 
@@ -142,7 +142,8 @@ TEST(Write, EscapesWhatJsonDemandsAndNothingElse) {
 }
 
 TEST(Write, EscapesAtEveryPlaceOfStringsOfEveryLength) {
-    for (const std::size_t size : {1, 3, 8, 15, 16, 17, 31, 33, 100, 255, 256, 257, 513}) {
+    for (const std::size_t size :
+         {1U, 3U, 8U, 15U, 16U, 17U, 31U, 33U, 100U, 255U, 256U, 257U, 513U}) {
         for (const std::string& piece :
              {std::string("\""), std::string("\x01"), std::string("/"), std::string("\xC3\xA9"),
               std::string("\xF0\x9F\x99\x82")}) {
