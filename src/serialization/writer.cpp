@@ -16,16 +16,18 @@
 
 namespace foundation::json {
 
+namespace detail {
+
 namespace {
 
 /// A buffer of text on its way to a stream or string. Text from a certain point on can be held
 /// back, so that it can still be withdrawn.
-class WriterTarget final : public detail::TextTarget {
+class WriterTarget final : public TextTarget {
 public:
     explicit WriterTarget(std::ostream& stream) noexcept : stream_(&stream) {}
     explicit WriterTarget(std::string& text) noexcept : text_(&text) {}
 
-    detail::Room start() noexcept { return {begin_, begin_ + size_}; }
+    Room start() noexcept { return {begin_, begin_ + size_}; }
 
     /// Passes all text on.
     void finish(const char* at) { deliver(begin_, at - begin_); }
@@ -38,7 +40,7 @@ public:
 
     void release() noexcept { held_ = nullptr; }
 
-    detail::Room next(const char* at) override {
+    Room next(const char* at) override {
         // A text that fits into a larger buffer is passed on as one piece.
         const char* const kept = begin_ == first_ ? begin_ : held_ != nullptr ? held_ : at;
         const auto kept_size = static_cast<std::size_t>(at - kept);
@@ -53,7 +55,7 @@ public:
         return {begin_ + kept_size, begin_ + size_};
     }
 
-    detail::Room pass(detail::Room rest, const char* text, std::size_t size) override {
+    Room pass(Room rest, const char* text, std::size_t size) override {
         if (held_ == nullptr) {
             finish(rest.begin);
             deliver(text, static_cast<std::ptrdiff_t>(size));
@@ -90,7 +92,7 @@ private:
         size_ = new_size;
     }
 
-    static constexpr std::size_t least_room = detail::TextOutput::minimum_room;
+    static constexpr std::size_t least_room = TextOutput::minimum_room;
     static constexpr std::size_t usual_size = 8192;
 
     std::ostream* stream_ = nullptr;
@@ -188,10 +190,10 @@ private:
 
 } // namespace
 
-class Writer::State {
+class WriterState {
 public:
     template <class Target>
-    State(Target& target, const WriteOptions& options)
+    WriterState(Target& target, const WriteOptions& options)
         : target_(target),
           output_(target_, target_.start(), options),
           at_(target_.start().begin),
@@ -212,7 +214,7 @@ public:
     void finish();
 
 private:
-    using Cursor = detail::TextOutput::Cursor;
+    using Cursor = TextOutput::Cursor;
 
     void begin_value(const char* call);
     void end_value();
@@ -225,7 +227,7 @@ private:
     [[noreturn]] void fail(std::size_t depth, const std::string& problem) const;
 
     WriterTarget target_;
-    detail::TextOutput output_;
+    TextOutput output_;
     Cursor at_;
     bool sorts_;
     Expected expected_ = Expected::value;
@@ -237,7 +239,7 @@ private:
 
 // Whatever writes is preceded by `expected_ = Expected::nothing_more`, which stays if it fails.
 
-void Writer::State::begin_value(const char* call) {
+void WriterState::begin_value(const char* call) {
     const Expected expected = expected_;
     if (expected == Expected::name || expected >= Expected::nothing) {
         refuse(call);
@@ -249,7 +251,7 @@ void Writer::State::begin_value(const char* call) {
     target_.release();
 }
 
-void Writer::State::end_value() {
+void WriterState::end_value() {
     if (levels_.size() == 0) {
         target_.finish(at_);
         at_ = target_.start().begin;
@@ -262,7 +264,7 @@ void Writer::State::end_value() {
 }
 
 /// Writes what stands between items, and before the first.
-void Writer::State::separate(std::size_t count) {
+void WriterState::separate(std::size_t count) {
     if (count != 0) {
         at_ = output_.text(at_, ",");
     }
@@ -271,76 +273,76 @@ void Writer::State::separate(std::size_t count) {
     }
 }
 
-void Writer::State::put(const Null&) {
+void WriterState::put(const Null&) {
     begin_value("value()");
     at_ = output_.text(at_, "null");
     end_value();
 }
 
-void Writer::State::put(bool flag) {
+void WriterState::put(bool flag) {
     begin_value("value()");
     at_ = flag ? output_.text(at_, "true") : output_.text(at_, "false");
     end_value();
 }
 
-void Writer::State::put(std::string_view text) {
+void WriterState::put(std::string_view text) {
     begin_value("value()");
     try {
         at_ = output_.string(at_, text);
-    } catch (const detail::Unwritable&) {
-        fail(levels_.size(), detail::problem_of_string(text));
+    } catch (const Unwritable&) {
+        fail(levels_.size(), problem_of_string(text));
     }
     end_value();
 }
 
 template <class Number>
-void Writer::State::put_number(Number number) {
+void WriterState::put_number(Number number) {
     begin_value("value()");
     try {
         at_ = output_.number(at_, number);
-    } catch (const detail::Unwritable&) {
-        fail(levels_.size(), detail::problem_of(number));
+    } catch (const Unwritable&) {
+        fail(levels_.size(), problem_of(number));
     }
     end_value();
 }
 
 /// For values, arrays and objects.
 template <class Content>
-void Writer::State::put_content(const Content& content) {
+void WriterState::put_content(const Content& content) {
     begin_value("value()");
     try {
-        at_ = detail::write_content(output_, at_, content, levels_.size());
-    } catch (const detail::Unwritable&) {
-        detail::throw_write_error(pointer(levels_.size()), content, output_.options());
+        at_ = write_content(output_, at_, content, levels_.size());
+    } catch (const Unwritable&) {
+        throw_write_error(pointer(levels_.size()), content, output_.options());
     }
     end_value();
 }
 
-void Writer::State::put(const Value& value) {
+void WriterState::put(const Value& value) {
     if (!holds<Undefined>(value) || expected_ == Expected::element) {
         put_content(value);
     } else if (expected_ == Expected::member) {
         withdraw_name();
     } else {
         begin_value("value()");
-        fail(0, detail::undefined_problem);
+        fail(0, undefined_problem);
     }
 }
 
-void Writer::State::raw(std::string_view json) {
+void WriterState::raw(std::string_view json) {
     begin_value("raw()");
     at_ = output_.raw(at_, json);
     end_value();
 }
 
-void Writer::State::begin(bool object) {
+void WriterState::begin(bool object) {
     begin_value(object ? "begin_object()" : "begin_array()");
     at_ = object ? output_.text(at_, "{") : output_.text(at_, "[");
     levels_.push({object, false, 0, names_.end()});
     expected_ = object ? Expected::name : Expected::element;
 }
 
-void Writer::State::end() {
+void WriterState::end() {
     if (expected_ != Expected::element && expected_ != Expected::name) {
         refuse("end()");
     }
@@ -355,7 +357,7 @@ void Writer::State::end() {
     end_value();
 }
 
-void Writer::State::finish() {
+void WriterState::finish() {
     if (expected_ != Expected::nothing) {
         refuse("finish()");
     }
@@ -364,7 +366,7 @@ void Writer::State::finish() {
 
 // ---- Names ---------------------------------------------------------------------------------
 
-void Writer::State::name(std::string_view name) {
+void WriterState::name(std::string_view name) {
     if (expected_ != Expected::name) {
         refuse("name()");
     }
@@ -377,23 +379,23 @@ void Writer::State::name(std::string_view name) {
     separate(level.count);
     try {
         at_ = output_.name(at_, name);
-    } catch (const detail::Unwritable&) {
-        fail(levels_.size() - 1, detail::problem_of_name(name));
+    } catch (const Unwritable&) {
+        fail(levels_.size() - 1, problem_of_name(name));
     }
     level.is_named = true;
     names_.put(level.name_begins, name);
     expected_ = Expected::member;
 }
 
-void Writer::State::check_order(std::string_view name) const {
+void WriterState::check_order(std::string_view name) const {
     const std::string_view previous = last_name(levels_.size() - 1);
-    if (levels_.back().is_named && !detail::is_less_in_utf16(previous, name)) {
-        fail(levels_.size() - 1, detail::problem_of_order(previous, name));
+    if (levels_.back().is_named && !is_less_in_utf16(previous, name)) {
+        fail(levels_.size() - 1, problem_of_order(previous, name));
     }
 }
 
 /// Of a member whose value is Undefined.
-void Writer::State::withdraw_name() {
+void WriterState::withdraw_name() {
     at_ = target_.held();
     target_.release();
     expected_ = Expected::name;
@@ -401,7 +403,7 @@ void Writer::State::withdraw_name() {
 
 /// The name of the last member of an object.
 /// @param depth  how many levels are around it
-std::string_view Writer::State::last_name(std::size_t depth) const {
+std::string_view WriterState::last_name(std::size_t depth) const {
     const bool is_last = depth + 1 == levels_.size();
     const std::size_t end = is_last ? names_.end() : levels_[depth + 1].name_begins;
     return names_.from_to(levels_[depth].name_begins, end);
@@ -411,35 +413,38 @@ std::string_view Writer::State::last_name(std::size_t depth) const {
 
 /// The location of the present item at a level.
 /// @param depth  how many arrays and objects lead to it
-std::string Writer::State::pointer(std::size_t depth) const {
+std::string WriterState::pointer(std::size_t depth) const {
     std::string result;
     for (std::size_t i = 0; i != depth; ++i) {
         if (levels_[i].is_object) {
-            detail::append_name_token(result, last_name(i));
+            append_name_token(result, last_name(i));
         } else {
-            detail::append_index_token(result, levels_[i].count);
+            append_index_token(result, levels_[i].count);
         }
     }
     return result;
 }
 
-void Writer::State::refuse(const char* call) const {
+void WriterState::refuse(const char* call) const {
     const bool is_before_name = expected_ == Expected::name;
     const std::size_t depth = levels_.size() - (is_before_name ? 1 : 0);
-    throw std::logic_error(detail::describe_location(pointer(depth)) + call +
+    throw std::logic_error(describe_location(pointer(depth)) + call +
                            problems[static_cast<int>(expected_)]);
 }
 
-void Writer::State::fail(std::size_t depth, const std::string& problem) const {
+void WriterState::fail(std::size_t depth, const std::string& problem) const {
     throw WriteError(pointer(depth), problem);
 }
+
+} // namespace detail
 
 // ---- The interface -------------------------------------------------------------------------
 
 Writer::Writer(std::ostream& stream, const WriteOptions& options)
-    : state_(new State(stream, options)) {}
+    : state_(new detail::WriterState(stream, options)) {}
 
-Writer::Writer(std::string& text, const WriteOptions& options) : state_(new State(text, options)) {}
+Writer::Writer(std::string& text, const WriteOptions& options)
+    : state_(new detail::WriterState(text, options)) {}
 
 Writer::~Writer() = default;
 

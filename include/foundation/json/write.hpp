@@ -46,6 +46,8 @@ namespace foundation::json {
 /// @cond
 namespace detail {
 
+class WriterState;
+
 /// The content of Writer::value() as one of the types that a Writer takes.
 template <class T>
 decltype(auto) writer_content(const T& content) {
@@ -297,8 +299,6 @@ public:
     void finish();
 
 private:
-    class State;
-
     void put(const Null&);
     void put(const Undefined&);
     void put(bool flag);
@@ -312,7 +312,7 @@ private:
     void put(const Object& members);
 
     // The state is behind a pointer, so that it can change without a change of the class.
-    std::unique_ptr<State> state_;
+    std::unique_ptr<detail::WriterState> state_;
 };
 
 } // namespace foundation::json
