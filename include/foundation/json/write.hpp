@@ -1,10 +1,11 @@
 /// @file
 /// JSON text for other programs: byte for byte what JSON.stringify writes. Not part of json.hpp.
 ///
-///     std::string answer = write(value);                            // {"id":1763781000016}
-///     write(stream, value, WriteOptions::indented(2));              // onto a std::ostream
-///     write_file("settings.json", value, WriteOptions::indented(2)); // all or nothing
-///     std::string signed_text = write(value, WriteOptions::canonical()); // RFC 8785
+///     Value value(Property("id") = 1763781000016LL);
+///     std::string text = write(value); // -> {"id":1763781000016}
+///     write(stream, value, WriteOptions::indented(2));
+///     write_file(path, value); // all or nothing
+///     std::string same_everywhere = write(value, WriteOptions::canonical());
 ///
 /// A text that is too big to be a Value first is written piece by piece:
 ///
@@ -13,7 +14,7 @@
 ///     for (const Item& item : items) {
 ///         writer.begin_object().name("id").value(item.id).end();
 ///     }
-///     writer.end().end();
+///     writer.end().end(); // -> {"items":[{"id":1},{"id":2}]}
 ///
 /// Layout, escapes and numbers are those of ECMAScript's JSON.stringify(value, null, indent). Whole
 /// numbers below 1e21 are digits; other doubles and floats are the shortest text that reads back as
