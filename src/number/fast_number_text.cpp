@@ -79,8 +79,7 @@ Decimal make_decimal(std::uint64_t number, int exponent) noexcept {
 /// determines the correctly rounded digits of both formats, and whether the shorter one reads back
 /// as the same number: it does if its error is less than half the distance to the next number.
 ///
-/// @return false if the bits do not decide: at half-way cases, of the number between two texts or
-/// of
+/// @return false if the bits do not decide: at half-way cases, of the number between two texts, of
 ///         a text between two numbers, and very close to them
 template <class Number>
 bool scaled_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexcept {

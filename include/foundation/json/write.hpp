@@ -20,7 +20,7 @@
 /// numbers below 1e21 are digits; other doubles and floats are the shortest text that reads back as
 /// the same double or float; int64 and uint64 have all their digits. Members come in the byte-wise
 /// order of their names, as a Value has them; Undefined members are left out, and Undefined
-/// elements are null. What JSON cannot express is an error that names its place, where
+/// elements are null. What JSON cannot express is an error that names its location, where
 /// JSON.stringify would write something else.
 ///
 /// The text depends on the value and the options alone: not on locales, the flags and the width of
@@ -49,11 +49,21 @@ namespace detail {
 
 class WriterState;
 
+/// Whether T is an integer type that is none of the signed and unsigned ones, nor bool.
+template <class T>
+constexpr bool is_character_type() noexcept {
+    if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
+        return !std::is_same_v<T, std::make_signed_t<T>> &&
+               !std::is_same_v<T, std::make_unsigned_t<T>>;
+    } else {
+        return false;
+    }
+}
+
 /// The content of Writer::value() as one of the types that a Writer takes.
 template <class T>
 decltype(auto) writer_content(const T& content) {
-    constexpr bool is_character = std::is_same_v<T, char> || std::is_same_v<T, wchar_t> ||
-                                  std::is_same_v<T, char16_t> || std::is_same_v<T, char32_t>;
+    constexpr bool is_character = is_character_type<T>();
     if constexpr (is_content<T> && !std::is_same_v<T, std::string>) {
         return (content);
     } else if constexpr (std::is_same_v<T, Value>) {
@@ -169,9 +179,9 @@ private:
 /// @name Whole values
 /// All throw WriteError for what the options do not allow: NaN, an infinity, a string or name that
 /// is not UTF-8, an integer that is no double, and Undefined by itself.
-/// @complexity linear in the length of the text; recursion as deep as the nesting, 100,000 levels
-/// on
-///             a stack of 8 MiB. With MemberOrder::utf16, sorting besides, in objects that need it.
+/// @complexity linear in the length of the text; sorting besides, with MemberOrder::utf16, in the
+///             objects that need it. Recursion as deep as the nesting: 100,000 levels are safe on
+///             a stack of 8 MiB.
 /// @{
 
 /// The text of a value, without a line end.
@@ -233,9 +243,9 @@ FOUNDATION_JSON_EXPORT void write_file(const std::filesystem::path& path, const 
 /// with its name. Names that occur twice are only noticed with MemberOrder::utf16.
 ///
 /// Calls return the Writer itself. A call that does not fit, such as value() within an object
-/// without name(), throws std::logic_error, which says what was expected there, and changes
-/// nothing. After any other exception the text cannot go on, and what the stream or string has of
-/// it is unspecified.
+/// without name(), throws std::logic_error and changes nothing; what() says what is expected: "at
+/// /items: value() where name() or end() is expected". After any other exception the text cannot
+/// go on, and what the stream or string has of it is unspecified.
 ///
 /// Memory is that for a buffer, for the longest name and for the names that lead to the present
 /// level, and some bytes for each level, however long the text is. Nesting takes no stack.
@@ -244,13 +254,15 @@ FOUNDATION_JSON_EXPORT void write_file(const std::filesystem::path& path, const 
 class FOUNDATION_JSON_EXPORT Writer {
 public:
     /// Writes onto a stream, unformatted and without a flush, in pieces of some kilobytes.
-    /// @param stream  must outlive the Writer
+    /// @param stream   must outlive the Writer
+    /// @param options  how to write; only copied
     /// @throws std::bad_alloc memory runs out
     explicit Writer(std::ostream& stream FOUNDATION_JSON_LIFETIME_BOUND,
                     const WriteOptions& options = {});
 
     /// Appends to a string.
-    /// @param text  must outlive the Writer
+    /// @param text     must outlive the Writer; should not change until the text is complete
+    /// @param options  how to write; only copied
     /// @throws std::bad_alloc memory runs out
     explicit Writer(std::string& text FOUNDATION_JSON_LIFETIME_BOUND,
                     const WriteOptions& options = {});
@@ -278,10 +290,9 @@ public:
 
     /// A value.
     ///
-    /// @tparam T  bool; float, double and the integer types, which keep all digits; what converts
-    /// to
-    ///            std::string_view, such as std::string and literals; nullptr; Null and Undefined;
-    ///            Value, Array, Object and what converts to a Value. Characters do not compile
+    /// @tparam T  bool; float, double and the integer types, which keep all digits; std::string,
+    ///            literals and what else converts to std::string_view; nullptr; Null, Undefined;
+    ///            Value, Array, Object and what converts to a Value. A character does not compile
     template <class T>
     Writer& value(const T& content) {
         put(detail::writer_content(content));
@@ -294,9 +305,7 @@ public:
     /// @}
 
     /// Makes sure that the text is complete. What is written next begins another text.
-    /// @throws std::logic_error it is not complete: "at /items/2: finish() where a value or end()
-    /// is
-    ///         expected"
+    /// @throws std::logic_error it is not complete; what() says where, and what is expected
     void finish();
 
 private:
