@@ -8,12 +8,14 @@
 #include "tasks/reading.hpp"
 #include "tasks/text.hpp"
 #include "tasks/values.hpp"
+#include "tasks/writing.hpp"
 
 namespace {
 
 const bool added = [] {
     auto& all = bench::families();
     all.push_back({"text", bench::add_text<Contender>});
+    all.push_back({"writing", bench::add_writing<Contender>});
     all.push_back({"messages", bench::add_messages<Contender>});
     all.push_back({"scattered", bench::add_scattered<Contender>});
     all.push_back({"parsing", bench::add_parsing<Contender>});

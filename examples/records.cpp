@@ -1,8 +1,8 @@
 // Records to JSON Lines, one per line, and back. A line that is no JSON, or no record, is reported
 // and passed over.
 #include <foundation/json/convert.hpp>
-#include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/write.hpp>
 
 #include <cstdint>
 #include <exception>
@@ -29,7 +29,8 @@ inline constexpr auto foundation::json::members<Measurement> =
 
 void write_lines(std::ostream& stream, const std::vector<Measurement>& records) {
     for (const Measurement& record : records) {
-        stream << serialize(from(record)) << '\n';
+        write(stream, from(record));
+        stream << '\n';
     }
 }
 

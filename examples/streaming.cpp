@@ -1,9 +1,9 @@
-// An array of any length onto a stream, one element at a time. The brackets and commas of the array
-// are the program's own; each element goes through a Serializer and is gone before the next is
-// made.
+// An array of any length onto a stream, one element at a time: each goes through a Writer, as a Value
+// or by its members, and is gone before the next is made.
 #include "memory_in_use.hpp"
 
 #include <foundation/json/json.hpp>
+#include <foundation/json/write.hpp>
 
 #include <fstream>
 #include <iostream>
@@ -19,15 +19,18 @@ Value record(int number) {
 }
 
 void write_records(std::ostream& stream, int count) {
-    Serializer serializer;
-    stream << '[';
-    for (int number = 0; number < count; ++number) {
-        if (number != 0) {
-            stream << ',';
-        }
-        serializer.write(stream, record(number));
+    Writer writer(stream);
+    writer.begin_array();
+    for (int number = 0; number < count; number += 2) {
+        writer.value(record(number));
+        // The same without a Value. Members have the order of the calls.
+        writer.begin_object();
+        writer.name("even").value(false);
+        writer.name("id").value(number + 1);
+        writer.name("name").value("item " + std::to_string(number + 1));
+        writer.end();
     }
-    stream << ']';
+    writer.end();
 }
 
 template <int count>
@@ -44,7 +47,7 @@ void write_file_at_once() {
         records.push(record(number));
     }
     std::ofstream file("at_once.json");
-    Serializer().write(file, records);
+    write(file, records);
 }
 
 std::string content_of(const char* name) {
@@ -54,7 +57,7 @@ std::string content_of(const char* name) {
 }
 
 int main() {
-    write_records(std::cout, 3);
+    write_records(std::cout, 4);
     std::cout << '\n' << std::boolalpha;
 
     const std::size_t thousand = peak_memory_of(write_file<1'000>);

@@ -5,10 +5,14 @@
 #include "expect.hpp"
 #include "input.hpp"
 
+#include "number/digits.hpp"
 #include "number/fast_number_text.hpp"
+#include "number/shortest_digits.hpp"
+#include "number/shortest_number_text.hpp"
 #include "serialization/number_text.hpp"
 #include "support/float_environments.hpp"
 #include "support/number_rule.hpp"
+#include "support/shortest_rule.hpp"
 
 #include <foundation/json/text_helpers.hpp>
 
@@ -75,11 +79,35 @@ void check_number(const test::Environment& environment, const Number& number) {
     }
 }
 
+/// The shortest text, in the same environment.
+template <class Number>
+void check_shortest(const test::Environment& environment, const Number& number) {
+    const detail::FloatingBits<Number> bits(number);
+    if (!bits.is_finite()) {
+        return;
+    }
+    std::string text;
+    const int flags = test::flags_raised_in(environment, [&] {
+        char room[detail::shortest_number_room];
+        char* const begin = room;
+        text.assign(begin, detail::shortest_number_text(begin, bits));
+    });
+    expect_equal(text, test::expected_shortest_text(number), "the shortest text of a number");
+    expect(flags == 0, "no flag is raised: " + test::name_of(environment));
+    const detail::FloatingBits<Number> magnitude = bits.without_sign();
+    if (magnitude.word != 0) {
+        const auto shortest = detail::ShortestDigits<Number>::of(magnitude);
+        const auto exact = detail::ShortestDigits<Number>::exactly_of(magnitude);
+        expect(shortest.digits == exact.digits && shortest.exponent == exact.exponent,
+               "the digits are those of the exact way: " + text);
+    }
+}
+
 template <class Integer>
 void check_integer(Integer number) {
     char room[detail::fast_number_room];
     char* const text = room;
-    expect_equal(std::string(text, detail::fast_integer_text(text, number)), std::to_string(number),
+    expect_equal(std::string(text, detail::integer_text(text, number)), std::to_string(number),
                  "the text of an integer");
 }
 
@@ -150,6 +178,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const test::Environment environment = read_environment(input);
     check_number(environment, number);
     check_number(environment, real);
+    check_shortest(environment, number);
+    check_shortest(environment, real);
     input = Input(data, size);
     check_integer(input.bits<long long>());
     input = Input(data, size);

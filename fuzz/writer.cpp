@@ -4,6 +4,7 @@
 /// piece of text.
 #include "expect.hpp"
 #include "input.hpp"
+#include "tree_reader.hpp"
 
 #include "serialization/layout.hpp"
 #include "serialization/stream_output.hpp"
@@ -34,122 +35,6 @@ namespace {
 using std::ios_base;
 using test::Refusal;
 using test::Tree;
-
-// ---- The value ---------------------------------------------------------------------------------
-
-class TreeReader {
-public:
-    explicit TreeReader(Input& input) : input_(input) {}
-
-    Tree tree(std::size_t levels = 6);
-
-private:
-    /// A text of input bytes. One text may be repeated, so that it reaches the end of a buffer.
-    std::string text();
-    Tree array(std::size_t levels);
-    Tree object(std::size_t levels);
-    Tree nest(std::size_t levels);
-    bool used_up() { return nodes_ >= most_nodes; }
-
-    // Limits, so that no input takes long.
-    static constexpr std::size_t most_nodes = 80;
-    static constexpr std::size_t longest_text = 10'000;
-
-    Input& input_;
-    std::size_t nodes_ = 0;
-    bool has_long_text_ = false;
-    bool has_deep_nest_ = false;
-};
-
-Tree TreeReader::tree(std::size_t levels) {
-    static const double numbers[] = {0.0,
-                                     -0.0,
-                                     0.1,
-                                     999999.5,
-                                     1e6,
-                                     -2.5e-5,
-                                     1e100,
-                                     std::numeric_limits<double>::quiet_NaN(),
-                                     std::numeric_limits<double>::infinity(),
-                                     -std::numeric_limits<double>::infinity()};
-    ++nodes_;
-    switch (input_.below(levels > 0 && !used_up() ? 16 : 11)) {
-    case 0:
-        return {Undefined()};
-    case 1:
-        return {Null()};
-    case 2:
-        return {input_.flag()};
-    case 3:
-        return {input_.one_of(numbers)};
-    case 4:
-        return {input_.bits<double>()};
-    case 5:
-        return {input_.bits<float>()};
-    case 6:
-        return {input_.bits<long long>()};
-    case 7:
-        return {static_cast<long long>(input_.bits<std::int8_t>()) * 1000};
-    case 8:
-        return {input_.bits<unsigned long long>()};
-    case 9:
-    case 10:
-        return {text()};
-    case 11:
-    case 12:
-        return array(levels - 1);
-    case 13:
-    case 14:
-        return object(levels - 1);
-    default:
-        return nest(levels - 1);
-    }
-}
-
-std::string TreeReader::text() {
-    std::string result = input_.text(input_.below(24));
-    if (!result.empty() && !has_long_text_ && input_.below(16) == 15) {
-        has_long_text_ = true;
-        const std::string piece = result;
-        const std::size_t length = input_.bits<std::uint16_t>() % longest_text;
-        while (result.size() < length) {
-            result += piece;
-        }
-    }
-    return result;
-}
-
-Tree TreeReader::array(std::size_t levels) {
-    test::Elements elements;
-    for (std::size_t count = input_.below(8); count > 0 && !used_up(); --count) {
-        elements.push_back(tree(levels));
-    }
-    return {elements};
-}
-
-Tree TreeReader::object(std::size_t levels) {
-    std::map<std::string, Tree> by_name;
-    for (std::size_t count = input_.below(6); count > 0 && !used_up(); --count) {
-        const std::string name = text();
-        by_name[name] = tree(levels);
-    }
-    test::Members members;
-    for (const auto& [name, value] : by_name) {
-        members.push_back({name, value});
-    }
-    return {members};
-}
-
-/// Deep enough for an indentation longer than one block of spaces.
-Tree TreeReader::nest(std::size_t levels) {
-    Tree result = tree(levels);
-    const std::size_t levels_more = input_.below(has_deep_nest_ ? 4 : 90);
-    has_deep_nest_ = has_deep_nest_ || levels_more >= 4;
-    for (std::size_t count = levels_more; count > 0; --count) {
-        result = Tree{test::Elements{std::move(result)}};
-    }
-    return result;
-}
 
 // ---- The stream --------------------------------------------------------------------------------
 
@@ -286,9 +171,10 @@ std::string outcome(const StreamState& state, const Write& write) {
 void write_by_pieces(std::ostream& stream, const Value& value, bool pretty) {
     detail::StreamOutput output(stream);
     if (pretty) {
-        detail::LayoutWriter<detail::StreamOutput, true>(output).write({}, value);
+        detail::LayoutWriter<detail::StreamOutput, detail::Layout::fixed_pretty>(output).write(
+            {}, value);
     } else {
-        detail::LayoutWriter<detail::StreamOutput, false>(output).write({}, value);
+        detail::LayoutWriter<detail::StreamOutput, detail::Layout::fixed>(output).write({}, value);
     }
 }
 

@@ -81,6 +81,50 @@ run --version missing.json
 grep -Eqx 'json_format [0-9]+\.[0-9]+\.[0-9]+' out && cp /dev/null out
 expect TheVersionIsShown 0 '' ''
 
+# ---- Forms of the text ----
+
+printf '{"b": [1000000, 2.5, {}], "a": "caf\303\251/", "n": 9007199254740993}' >forms.json
+run --indent=0 forms.json
+expect IndentZeroIsOneLine 0 \
+    '{"a":"caf\0303\0251/","b":[1000000,2.5,{}],"n":9007199254740993}\n' ''
+
+run --indent=2 forms.json
+expect IndentPutsEachMemberOnALine 0 '{\n  "a": "caf\0303\0251/",\n  "b": [\n    1000000,\n    2.5,
+    {}\n  ],\n  "n": 9007199254740993\n}\n' ''
+
+run --indent=10 --ascii --escape-slash --big-integers-as-strings forms.json
+expect AllFormsGoTogether 0 '{\n          "a": "caf\\u00e9\\/",
+          "b": [\n                    1000000,\n                    2.5,\n                    {}
+          ],\n          "n": "9007199254740993"\n}\n' ''
+
+run --ascii forms.json
+expect AsciiEscapesCharacters 0 '{"a":"caf\\u00e9/","b":[1000000,2.5,{}],"n":9007199254740993}\n' ''
+
+run --canonical forms.json
+expect WhatHasNoCanonicalFormIsAnError 1 '' "forms.json: at /n: no double equals 9007199254740993: \
+the option big_integers allows it\n"
+
+printf '{"\357\274\241": 1.0e0, "\360\237\231\202": 1E30, "a": -0}' | "$program" --canonical >out 2>err
+status=$?
+expect CanonicalSortsMembers 0 '{"a":0,"\0360\0237\0231\0202":1e+30,"\0357\0274\0241":1}\n' ''
+
+printf '1000000\n9007199254740993\n[2000000]\n' | "$program" --lines --canonical >out 2>err
+status=$?
+expect WithLinesTheNextLineIsWritten 1 '1000000\n[2000000]\n' "<stdin>: at the root: no double equals \
+9007199254740993: the option big_integers allows it\n"
+
+for indent in 11 -1 x '' 1x 100; do
+    run "--indent=$indent" forms.json
+    expect "AnIndentationIsANumberUpToTen $indent" 2 '' \
+        "json_format: --indent takes a number from 0 to 10, not '$indent'\n"
+done
+
+run --pretty --indent=2 forms.json
+expect ThereIsOneForm 2 '' 'json_format: --pretty and --canonical go with no other form; try --help\n'
+run --canonical --ascii forms.json
+expect CanonicalIsOneForm 2 '' \
+    'json_format: --pretty and --canonical go with no other form; try --help\n'
+
 # ---- Options for the input ----
 
 printf '[1, // one\n 2 /* two */]' >in

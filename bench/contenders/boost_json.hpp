@@ -52,6 +52,7 @@ struct Contender {
     static constexpr const char* name = "Boost.JSON";
     static constexpr bool has_pretty_layout = false;
     static constexpr bool is_this_library = false;
+    static constexpr bool has_writer = false;
     static constexpr bool converts = true;
 
     static Value parse(const std::string& text) { return boost::json::parse(text); }

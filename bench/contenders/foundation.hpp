@@ -6,12 +6,18 @@
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_FOUNDATION_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_FOUNDATION_HPP
 
+#include "tasks/records.hpp"
 #include "tasks/statuses.hpp"
 
 #include <foundation/json/content.hpp>
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
+// An older revision, to be compared with this one, may not have it.
+#if __has_include(<foundation/json/write.hpp>)
+#include <foundation/json/write.hpp>
+#define FOUNDATION_JSON_BENCH_WRITE
+#endif
 
 #include <map>
 #include <optional>
@@ -172,24 +178,76 @@ struct Contender {
         foundation::json::Serializer().write(stream, value);
     }
 
-    static Value copy(const Value& value) { return value; }
-    static bool equal(const Value& a, const Value& b) { return a == b; }
-    static bool less(const Value& a, const Value& b) { return a < b; }
+#if defined(FOUNDATION_JSON_BENCH_WRITE)
+    static constexpr bool has_writer = true;
+    static Text write_text(const Value& value) {
+        return foundation::json::write(value);
+    }
+    static Text write_indented(const Value& value) {
+        return foundation::json::write(value, foundation::json::WriteOptions::indented(4));
+    }
+    static Text write_records(const std::vector<bench::Record>& records) {
+        Text text;
+        foundation::json::Writer writer(text);
+        writer.begin_array();
+        for (const bench::Record& record : records) {
+            writer.begin_object();
+            writer.name("id").value(record.id);
+            writer.name("name").value(record.name);
+            writer.name("price").value(record.price);
+            writer.name("paid").value(record.paid);
+            writer.name("timestamp").value(record.timestamp);
+            writer.name("coordinates").begin_array();
+            for (const double coordinate : record.coordinates) {
+                writer.value(coordinate);
+            }
+            writer.end().end();
+        }
+        writer.end();
+        return text;
+    }
+#else
+    static constexpr bool has_writer = false;
+    static Text write_text(const Value& value) {
+        return serialize(value);
+    }
+    static Text write_indented(const Value& value) {
+        return pretty_print(value);
+    }
+#endif
 
-    static Value array() { return std::vector<Value>{}; }
+    static Value copy(const Value& value) {
+        return value;
+    }
+    static bool equal(const Value& a, const Value& b) {
+        return a == b;
+    }
+    static bool less(const Value& a, const Value& b) {
+        return a < b;
+    }
+
+    static Value array() {
+        return std::vector<Value>{};
+    }
     template <class Item>
     static void push(Value& array, const Item& item) {
         array.push(item);
     }
 
-    static Value object() { return std::map<std::string, Value>{}; }
-    static void insert(Value& object, const std::string& key, int number) { object[key] = number; }
+    static Value object() {
+        return std::map<std::string, Value>{};
+    }
+    static void insert(Value& object, const std::string& key, int number) {
+        object[key] = number;
+    }
 
     using Node = Value;
     static std::size_t size_of_string(const Node& node) {
         return foundation::json::get<std::string>(node).size();
     }
-    static double number(const Node& node) { return foundation::json::get<double>(node); }
+    static double number(const Node& node) {
+        return foundation::json::get<double>(node);
+    }
     template <class Leaves>
     static void find_leaves(Node& node, Leaves& leaves) {
         using namespace foundation::json;
@@ -237,7 +295,9 @@ struct Contender {
         return result;
     }
 
-    static int number(const Value& object, const std::string& key) { return int(object[key]); }
+    static int number(const Value& object, const std::string& key) {
+        return int(object[key]);
+    }
 
     static bench::Statuses to_statuses(const Value& value) {
         return foundation::json::to<bench::Statuses>(value);

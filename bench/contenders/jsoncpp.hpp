@@ -19,6 +19,7 @@ struct Contender {
     static constexpr const char* name = "JsonCpp";
     static constexpr bool has_pretty_layout = true;
     static constexpr bool is_this_library = false;
+    static constexpr bool has_writer = false;
     static constexpr bool converts = false;
 
     static Value parse(const std::string& text) {

@@ -57,6 +57,7 @@ struct Contender {
     static constexpr const char* name = "nlohmann";
     static constexpr bool has_pretty_layout = true;
     static constexpr bool is_this_library = false;
+    static constexpr bool has_writer = false;
     static constexpr bool converts = true;
 
     static Value parse(const std::string& text) { return Value::parse(text); }

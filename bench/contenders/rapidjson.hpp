@@ -4,6 +4,8 @@
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_RAPIDJSON_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_RAPIDJSON_HPP
 
+#include "tasks/records.hpp"
+
 #define RAPIDJSON_HAS_STDSTRING 1
 #include <rapidjson/document.h>
 #include <rapidjson/ostreamwrapper.h>
@@ -16,6 +18,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -24,6 +27,7 @@ struct Contender {
     static constexpr const char* name = "RapidJSON";
     static constexpr bool has_pretty_layout = true;
     static constexpr bool is_this_library = false;
+    static constexpr bool has_writer = true;
     static constexpr bool converts = false;
 
     /// The text stays in the buffer it was written into.
@@ -61,6 +65,34 @@ struct Contender {
         rapidjson::OStreamWrapper wrapper(stream);
         rapidjson::Writer<rapidjson::OStreamWrapper> writer(wrapper);
         value.Accept(writer);
+    }
+
+    static Text write_records(const std::vector<bench::Record>& records) {
+        Text text;
+        rapidjson::Writer<rapidjson::StringBuffer> writer(text.buffer());
+        writer.StartArray();
+        for (const bench::Record& record : records) {
+            writer.StartObject();
+            writer.Key("id");
+            writer.Int(record.id);
+            writer.Key("name");
+            writer.String(record.name);
+            writer.Key("price");
+            writer.Double(record.price);
+            writer.Key("paid");
+            writer.Bool(record.paid);
+            writer.Key("timestamp");
+            writer.Int64(record.timestamp);
+            writer.Key("coordinates");
+            writer.StartArray();
+            for (const double coordinate : record.coordinates) {
+                writer.Double(coordinate);
+            }
+            writer.EndArray();
+            writer.EndObject();
+        }
+        writer.EndArray();
+        return text;
     }
 
     static Value copy(const Value& value) {

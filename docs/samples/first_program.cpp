@@ -2,6 +2,7 @@
 #include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/write.hpp>
 #include <iostream>
 using namespace foundation::json;
 int main() {
@@ -9,6 +10,6 @@ int main() {
     std::cout << get<std::string>(order["lines"][0]) << ' ' << number<int>(order["id"]) + 1 << '\n';
     order["paid"] = false;
     order["lines"].push(Null());
-    std::cout << pretty_print(order) << '\n';
+    std::cout << write(order, WriteOptions::indented(2)) << '\n';
 }
 //! [first program]

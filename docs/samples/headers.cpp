@@ -4,11 +4,14 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/write.hpp>
 
 #include <cstddef>
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -142,6 +145,57 @@ int main() {
         Value object((Property("a") = (Property("b") = true)));        // -> {"a":{"b":true}}
         //! [nested chains]
         std::cout << serialize(nested) << '\n' << serialize(object) << '\n';
+    }
+
+    snippet("write");
+    {
+        const std::string path =
+            (std::filesystem::temp_directory_path() / "foundation_json_sample_headers.json")
+                .string();
+        std::ostringstream stream;
+        //! [write]
+        Value value(Property("id") = 1763781000016LL);
+        std::string text = write(value); // -> {"id":1763781000016}
+        write(stream, value, WriteOptions::indented(2));
+        write_file(path, value); // all or nothing
+        std::string same_everywhere = write(value, WriteOptions::canonical());
+        //! [write]
+        std::cout << text << '\n';
+        static_cast<void>(same_everywhere);
+        std::filesystem::remove(path);
+    }
+
+    snippet("writer of items");
+    {
+        struct Item {
+            int id;
+        };
+        const std::vector<Item> items = {{1}, {2}};
+        std::ostream& stream = std::cout;
+        //! [writer of items]
+        Writer writer(stream);
+        writer.begin_object().name("items").begin_array();
+        for (const Item& item : items) {
+            writer.begin_object().name("id").value(item.id).end();
+        }
+        writer.end().end(); // -> {"items":[{"id":1},{"id":2}]}
+        //! [writer of items]
+        std::cout << '\n';
+    }
+
+    snippet("writer");
+    {
+        const Value owner(Property("name") = "Ada");
+        //! [writer]
+        std::string text;
+        Writer writer(text, WriteOptions::indented(2));
+        writer.begin_object();
+        writer.name("id").value(7);
+        writer.name("tags").begin_array().value("new").value(2.5).end();
+        writer.name("owner").value(owner); // a Value
+        writer.end();
+        //! [writer]
+        std::cout << text << '\n';
     }
 
     snippet("serializer");

@@ -6,6 +6,7 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/write.hpp>
 //! [headers]
 
 #include <cstddef>
@@ -164,14 +165,14 @@ int main() {
 
     snippet("write text");
     //! [write text]
-    std::string compact = serialize(v);
-    std::string indented = pretty_print(v);
+    std::string compact = write(v);
+    std::string indented = write(v, WriteOptions::indented(2));
     //! [write text]
     std::cout << compact << '\n' << indented << '\n';
 
     snippet("write onto a stream");
     //! [write onto a stream]
-    Serializer().write(std::cout, v);
+    write(std::cout, v);
     //! [write onto a stream]
     std::cout << '\n';
 }

@@ -5,6 +5,7 @@
 #include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/write.hpp>
 //! [headers]
 
 #include <cstdint>
@@ -131,9 +132,9 @@ int main() {
 
     snippet("written back");
     //! [written back]
-    std::cout << serialize(parse("[1000000, 1.50, \"a/b\", \"\\u00e9\"]")) << '\n';
+    std::cout << write(parse("[1000000, 1.50, \"a\\/b\", \"\\u00e9\"]")) << '\n';
     // ->
-    // [1.0E+6,1.5,"a\/b","é"]
+    // [1000000,1.5,"a/b","é"]
     //! [written back]
 
     snippet("duplicates");

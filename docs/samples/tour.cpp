@@ -5,6 +5,7 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/write.hpp>
 
 #include <iostream>
 #include <map>
@@ -69,11 +70,8 @@ int main() {
 
     snippet("write");
     //! [write]
-    Serializer serializer;
-    serializer.write(std::cout, record["list"]);
-    std::cout << '\n';
-    serializer.pretty_print(true);
-    serializer.write(std::cout, record["list"]);
+    std::cout << write(record["list"]) << '\n';
+    write(std::cout, record["list"], WriteOptions::indented(2));
     std::cout << '\n';
     //! [write]
 

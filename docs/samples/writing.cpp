@@ -3,181 +3,235 @@
 
 #include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
+#include <foundation/json/parse.hpp>
+#include <foundation/json/write.hpp>
 
-#include <algorithm>
-#include <cmath>
-#include <cstddef>
+#include <filesystem>
 #include <fstream>
-#include <iomanip>
 #include <iostream>
 #include <limits>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <vector>
 
 using namespace foundation::json;
 
 namespace {
 
-//! [write a file]
-void write_file(const std::string& name, const Value& value) {
-    std::ofstream file(name);
-    file << pretty_print(value) << '\n';
-    file.flush();
+/// Stands for where the program keeps its files.
+const std::filesystem::path folder =
+    std::filesystem::temp_directory_path() / "foundation_json_sample_writing";
+
+/// What a database gives, row by row.
+class Rows {
+public:
+    bool next() { return ++number_ <= 3; }
+    int id() const { return number_; }
+    double price() const { return number_ * 2.5; }
+
+private:
+    int number_ = 0;
+};
+
+//! [export rows]
+void export_rows(std::ostream& stream, Rows& rows) {
+    Writer writer(stream);
+    writer.begin_object();
+    writer.name("rows").begin_array();
+    while (rows.next()) {
+        writer.begin_object().name("id").value(rows.id()).name("price").value(rows.price()).end();
+    }
+    writer.end();
+    writer.name("complete").value(true);
+    writer.end();
+}
+//! [export rows]
+
+//! [export file]
+void export_file(const std::filesystem::path& path, Rows& rows) {
+    std::ofstream file(path, std::ios::binary);
+    export_rows(file, rows);
+    file.close();
     if (!file) {
-        throw std::runtime_error("cannot write '" + name + "'");
+        throw std::runtime_error("cannot write '" + path.string() + "'");
     }
 }
-//! [write a file]
-
-//! [indented]
-std::string indented(const Value& value, std::size_t width) {
-    std::istringstream lines(pretty_print(value));
-    std::string text;
-    for (std::string line; std::getline(lines, line);) {
-        const std::size_t blanks = std::min(line.find_first_not_of(' '), line.size());
-        text += text.empty() ? "" : "\n";
-        text.append(blanks / 4 * width, ' ').append(line, blanks);
-    }
-    return text;
-}
-//! [indented]
-
-//! [plain digits]
-void plain_digits(Value& value) {
-    if (const auto* real = get_if<double>(&value)) {
-        const double size = std::abs(*real);
-        if (size >= 1e6 && size < 9007199254740992.0 && size == std::floor(size)) {
-            value = static_cast<long long>(*real);
-        }
-    } else if (auto* elements = get_if<Array>(&value)) {
-        for (Value& element : *elements) {
-            plain_digits(element);
-        }
-    } else if (auto* members = get_if<Object>(&value)) {
-        for (auto& [name, member] : *members) {
-            plain_digits(member);
-        }
-    }
-}
-//! [plain digits]
+//! [export file]
 
 } // namespace
 
 int main() {
+    std::filesystem::create_directories(folder);
+
     snippet("ways");
     {
         //! [ways]
-        const Value value((Property("a") = (Element(1), Element(true)), Property("b") = "x"));
-        const std::string compact = serialize(value);
-        const std::string pretty = pretty_print(value);
+        const Value answer(
+            (Property("id") = 1763781000016LL, Property("path") = "a/b", Property("ratio") = 0.1));
+        const std::string body = write(answer);
+        std::cout << body << '\n'; // -> {"id":1763781000016,"path":"a/b","ratio":0.1}
 
-        Serializer serializer;
-        serializer.pretty_print(true);
-        std::ostringstream stream;
-        serializer.write(stream, value);
-        std::cout << compact << '\n' << pretty << '\n' << (stream.str() == pretty) << '\n';
+        write(std::cout, answer, WriteOptions::indented(2));
+        std::cout << '\n';
+        // ->
+        // {
+        //   "id": 1763781000016,
+        //   "path": "a/b",
+        //   "ratio": 0.1
+        // }
+        write_file(folder / "answer.json", answer, WriteOptions::indented(2));
         //! [ways]
     }
 
-    snippet("write a file");
-    try {
-        write_file("no/such/folder.json", Value());
-    } catch (const std::runtime_error& error) {
-        std::cout << error.what() << '\n';
+    snippet("text");
+    {
+        //! [text]
+        const Value value((Property("empty") = (Element(Array{}), Element(Object{})),
+                           Property("large") = (Element(1e20), Element(1e21)),
+                           Property("missing") = Value(), Property("name") = "caf\u00e9 \"x\"",
+                           Property("small") = (Element(0.1 + 0.2), Element(1e-7))));
+        std::cout << write(value) << '\n';
+        //! [text]
     }
 
-    snippet("empty containers");
+    snippet("options");
     {
-        //! [empty containers]
-        const Value value((Property("e") = std::vector<Value>{}, Property("f") = Value()));
-        std::cout << serialize(value) << '\n' << pretty_print(value) << '\n';
-        //! [empty containers]
+        //! [options]
+        WriteOptions options;
+        options.ascii = true;
+        options.escape_slash = true;
+        std::cout << write("</caf\u00e9>", options) << '\n'; // -> "<\/caf\u00e9>"
+        options.big_integers = WriteOptions::BigIntegers::string;
+        std::cout << write(9007199254740993LL, options) << '\n'; // -> "9007199254740993"
+        options.not_finite = WriteOptions::NotFinite::null;
+        std::cout << write(std::numeric_limits<double>::infinity(), options) << '\n'; // -> null
+        options.bad_utf8 = WriteOptions::BadUtf8::replace;
+        std::cout << write("caf\xE9", options) << '\n'; // -> "caf\ufffd"
+        //! [options]
     }
 
-    snippet("undefined");
+    snippet("errors");
     {
-        //! [undefined]
-        std::cout << serialize((Element(1), Element(Value()), Element(2))) << '\n'; // -> [1,,2]
-        //! [undefined]
-    }
-
-    snippet("use of indented");
-    {
-        //! [use of indented]
-        std::cout << indented((Property("a") = Element(1)), 2) << '\n';
+        //! [errors]
+        const Value value((Property("servers") = (Element(Property("load") = 0.5),
+                                                  Element(Property("load") = std::stod("nan")))));
+        try {
+            std::cout << write(value) << '\n';
+        } catch (const WriteError& error) {
+            std::cout << error.what() << '\n' << error.pointer() << '\n';
+        }
         // ->
-        // {
-        //   "a":[
-        //     1
-        //   ]
-        // }
-        //! [use of indented]
+        // at /servers/1/load: NaN is not a JSON number: the option not_finite allows it
+        // /servers/1/load
+        //! [errors]
+    }
+
+    snippet("file");
+    {
+        const Value settings(Property("port") = 8080);
+        //! [file]
+        try {
+            write_file(folder / "no/such/settings.json", settings);
+        } catch (const std::system_error& error) {
+            // The message names the file and the reason.
+            if (error.code() == std::errc::no_such_file_or_directory) {
+                std::filesystem::create_directories(folder / "no/such");
+                write_file(folder / "no/such/settings.json", settings);
+            }
+        }
+        //! [file]
+        std::cout << write(parse_file(folder / "no/such/settings.json")) << '\n';
+    }
+
+    snippet("canonical");
+    {
+        //! [canonical]
+        const Value order(
+            (Property("total") = 10.0, Property("id") = 7, Property("note") = "\u20ac"));
+        const std::string text = write(order, WriteOptions::canonical());
+        std::cout << text << '\n'; // -> {"id":7,"note":"€","total":10}
+        // Whoever receives it in another form gets the same bytes to verify.
+        const Value received = parse(write(order, WriteOptions::indented(4)));
+        std::cout << (write(received, WriteOptions::canonical()) == text) << '\n'; // -> 1
+        //! [canonical]
+    }
+
+    snippet("use of export rows");
+    {
+        //! [use of export rows]
+        Rows rows;
+        export_rows(std::cout, rows);
+        std::cout << '\n';
+        // ->
+        // {"rows":[{"id":1,"price":2.5},{"id":2,"price":5},{"id":3,"price":7.5}],"complete":true}
+        //! [use of export rows]
+    }
+
+    snippet("export file");
+    {
+        Rows rows;
+        export_file(folder / "rows.json", rows);
+        std::cout << get<Array>(parse_file(folder / "rows.json")["rows"]).size() << '\n';
+    }
+
+    snippet("to a string");
+    {
+        //! [to a string]
+        const Value customer(Property("name") = "Ada");
+        const std::vector<int> numbers = {3, 1, 2};
+        std::string text;
+        Writer writer(text, WriteOptions::indented(2));
+        writer.begin_object();
+        writer.name("customer").value(customer); // a Value
+        writer.name("numbers").begin_array();
+        for (const int number : numbers) {
+            writer.value(number);
+        }
+        writer.end();
+        writer.name("cached").raw(R"({"made": "earlier"})"); // text that is there already
+        writer.end();
+        std::cout << text << '\n';
+        //! [to a string]
+    }
+
+    snippet("misuse");
+    {
+        //! [misuse]
+        std::string text;
+        Writer writer(text);
+        writer.begin_object().name("items").begin_array().value(1);
+        try {
+            writer.finish();
+        } catch (const std::logic_error& error) {
+            std::cout << error.what() << '\n';
+        }
+        // -> at /items/1: finish() where a value or end() is expected
+        //! [misuse]
+    }
+
+    snippet("lines");
+    {
+        //! [lines]
+        const std::vector<Value> records = {Property("id") = 1, Property("id") = 2};
+        for (const Value& record : records) {
+            write(std::cout, record);
+            std::cout << '\n';
+        }
+        // ->
+        // {"id":1}
+        // {"id":2}
+        //! [lines]
     }
 
     snippet("order of members");
     {
         //! [order of members]
         const Value steps = Array{Array{"wash", 30}, Array{"dry", 60}};
-        std::cout << serialize(steps) << '\n'; // -> [["wash",30],["dry",60]]
+        std::cout << write(steps) << '\n'; // -> [["wash",30],["dry",60]]
         //! [order of members]
     }
 
-    snippet("doubles");
-    {
-        //! [doubles]
-        const std::vector<double> numbers = {3,    0.1,  0.1 + 0.2, 999999.5, 1e6,         1234567,
-                                             1e-4, 1e-5, -0.0,      1e100,    std::nan("")};
-        for (const double number : numbers) {
-            std::cout << serialize(number) << ' ';
-        }
-        //! [doubles]
-        std::cout << '\n';
-    }
-
-    snippet("floats");
-    {
-        //! [floats]
-        for (const float number : {0.1F, 16777216.0F, std::numeric_limits<float>::max()}) {
-            std::cout << serialize(number) << ' ';
-        }
-        //! [floats]
-        std::cout << '\n';
-    }
-
-    snippet("integers");
-    {
-        //! [integers]
-        std::cout << serialize(2'000'000) << ' ' << serialize(2'000'000LL) << '\n';
-        // -> 2.0E+6 2000000
-        //! [integers]
-    }
-
-    snippet("use of plain digits");
-    {
-        //! [use of plain digits]
-        Value config((Property("bytes") = 5'000'000, Property("rate") = 1234567.5));
-        std::cout << serialize(config) << '\n'; // -> {"bytes":5.0E+6,"rate":1.2345675E+6}
-        plain_digits(config);
-        std::cout << serialize(config) << '\n'; // -> {"bytes":5000000,"rate":1.2345675E+6}
-        //! [use of plain digits]
-    }
-
-    snippet("strings");
-    {
-        //! [strings]
-        std::cout << serialize("a/b \"c\" \\ \t \x0b") << '\n';
-        //! [strings]
-    }
-
-    snippet("stream state");
-    {
-        //! [stream state]
-        std::ostringstream stream;
-        stream << std::hex << std::setw(6) << std::setfill('*');
-        Serializer().write(stream, (Element(255LL), Element(255)));
-        std::cout << stream.str() << '\n'; // -> *****[ff,255]
-        //! [stream state]
-    }
+    std::filesystem::remove_all(folder);
 }

@@ -1,5 +1,5 @@
 /// @file
-/// json_format: reads JSON text and writes it again, compact or pretty.
+/// json_format: reads JSON text and writes it again, in one of several forms.
 #include "input_pieces.hpp"
 #include "large_pieces.hpp"
 
@@ -7,16 +7,20 @@
 #include <foundation/json/parse_errors.hpp>
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>
+#include <foundation/json/write.hpp>
 
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <iostream>
 #include <istream>
+#include <iterator>
 #include <new>
+#include <optional>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -32,16 +36,27 @@ constexpr const char* usage =
     "Reads JSON text from FILE, or from standard input without FILE or where FILE is -,\n"
     "and writes it to standard output.\n"
     "\n"
-    "  --pretty           put every element and member on a line of its own\n"
-    "  --lines            read any number of values, such as JSON Lines; write each as soon as\n"
+    "What is written, if not the fixed text of the library on one line:\n"
+    "  --pretty           the fixed text, every element and member on a line of its own\n"
+    "  --indent=N         the text of JSON.stringify, indented by N spaces, or on one line for 0\n"
+    "  --ascii            the same, with escapes for all characters beyond ASCII\n"
+    "  --escape-slash     the same, with \\/ for a slash\n"
+    "  --big-integers-as-strings\n"
+    "                     the same, with integers beyond 2^53 in quotes\n"
+    "  --canonical        the canonical form of RFC 8785\n"
+    "\n"
+    "What is read:\n"
+    "  --lines            any number of values, such as JSON Lines; write each as soon as\n"
     "                     it is read, and go on with the next line where one is not JSON\n"
     "  --comments         accept // comments and /* comments */\n"
     "  --trailing-commas  accept a comma behind the last element or member\n"
+    "\n"
     "  -h, --help         show this text\n"
     "  --version          show the version\n"
     "  --                 what follows is FILE, whatever it begins with\n"
     "\n"
-    "Exit status: 0 if all went well, 1 if the input is not JSON, 2 for any other trouble.\n";
+    "Exit status: 0 if all went well, 1 if the input is not JSON or has no canonical form,\n"
+    "2 for any other trouble.\n";
 
 constexpr const char* version = "json_format " JSON_FORMAT_VERSION "\n";
 
@@ -51,26 +66,67 @@ struct Options {
     const char* text = nullptr; ///< to be shown, instead of all else
     bool pretty = false;
     bool lines = false;
+    bool canonical = false;
+    std::optional<WriteOptions> write; ///< empty for the fixed text
     ParseOptions accepted;
     std::string file = "-";
+
+    /// The settings of a text that is not the fixed one.
+    WriteOptions& written() { return write ? *write : write.emplace(); }
 };
+
+struct KnownOption {
+    const char* name;
+    void (*take)(Options& options);
+};
+
+constexpr KnownOption known_options[] = {
+    {"--pretty", [](Options& options) { options.pretty = true; }},
+    {"--ascii", [](Options& options) { options.written().ascii = true; }},
+    {"--escape-slash", [](Options& options) { options.written().escape_slash = true; }},
+    {"--big-integers-as-strings",
+     [](Options& options) { options.written().big_integers = WriteOptions::BigIntegers::string; }},
+    {"--canonical", [](Options& options) { options.canonical = true; }},
+    {"--lines", [](Options& options) { options.lines = true; }},
+    {"--comments", [](Options& options) { options.accepted.comments = true; }},
+    {"--trailing-commas", [](Options& options) { options.accepted.trailing_commas = true; }},
+    {"-h", [](Options& options) { options.text = usage; }},
+    {"--help", [](Options& options) { options.text = usage; }},
+    {"--version", [](Options& options) { options.text = version; }},
+};
+
+/// A number of spaces, as the option for it gives it.
+unsigned spaces_of(const std::string& text) {
+    if (text.empty() || text.size() > 2 ||
+        text.find_first_not_of("0123456789") != std::string::npos || std::stoul(text) > 10) {
+        throw std::runtime_error("--indent takes a number from 0 to 10, not '" + text + "'");
+    }
+    return static_cast<unsigned>(std::stoul(text));
+}
 
 /// Takes an argument that begins with a dash.
 void take_option(Options& options, const std::string& argument) {
-    if (argument == "--pretty") {
-        options.pretty = true;
-    } else if (argument == "--lines") {
-        options.lines = true;
-    } else if (argument == "--comments") {
-        options.accepted.comments = true;
-    } else if (argument == "--trailing-commas") {
-        options.accepted.trailing_commas = true;
-    } else if (argument == "-h" || argument == "--help") {
-        options.text = usage;
-    } else if (argument == "--version") {
-        options.text = version;
-    } else {
+    const std::string indent = "--indent=";
+    if (argument.substr(0, indent.size()) == indent) {
+        options.written().indent = spaces_of(argument.substr(indent.size()));
+        return;
+    }
+    const auto* const found =
+        std::find_if(std::begin(known_options), std::end(known_options),
+                     [&argument](const KnownOption& option) { return argument == option.name; });
+    if (found == std::end(known_options)) {
         throw std::runtime_error("unknown option '" + argument + "'; try --help");
+    }
+    found->take(options);
+}
+
+/// The forms of the text exclude each other.
+void settle_form(Options& options) {
+    if ((options.pretty ? 1 : 0) + (options.canonical ? 1 : 0) + (options.write ? 1 : 0) > 1) {
+        throw std::runtime_error("--pretty and --canonical go with no other form; try --help");
+    }
+    if (options.canonical) {
+        options.write = WriteOptions::canonical();
     }
 }
 
@@ -91,6 +147,7 @@ Options options_of(const std::vector<std::string>& arguments) {
             take_option(options, argument);
         }
     }
+    settle_form(options);
     return options;
 }
 
@@ -124,10 +181,15 @@ class Output {
 public:
     std::ostream& stream() { return stream_; }
 
-    void write(const Value& value, bool pretty) {
-        Serializer serializer;
-        serializer.pretty_print(pretty);
-        serializer.write(stream_, value);
+    /// Nothing of a value that cannot be written is written.
+    void write(const Value& value, const Options& options) {
+        if (options.write) {
+            stream_ << foundation::json::write(value, *options.write);
+        } else {
+            Serializer serializer;
+            serializer.pretty_print(options.pretty);
+            serializer.write(stream_, value);
+        }
         stream_ << '\n';
     }
 
@@ -151,9 +213,12 @@ ExitCode format_value(const Options& options, Output& output) {
     json_format::InputPieces pieces(file.descriptor(), file.failure(), [] {});
     std::istream stream(&pieces);
     try {
-        output.write(parse(stream, options.accepted), options.pretty);
+        output.write(parse(stream, options.accepted), options);
     } catch (const ParserException& error) {
         std::cerr << describe(error, file.name());
+        return bad_input;
+    } catch (const WriteError& error) {
+        std::cerr << file.name() << ": " << error.what() << '\n';
         return bad_input;
     }
     return success;
@@ -172,9 +237,12 @@ ExitCode format_lines(const Options& options, Output& output) {
             if (!values.next(value)) {
                 return result;
             }
-            output.write(value, options.pretty);
+            output.write(value, options);
         } catch (const ParserException& error) {
             std::cerr << describe(error, file.name());
+            result = bad_input;
+        } catch (const WriteError& error) {
+            std::cerr << file.name() << ": " << error.what() << '\n';
             result = bad_input;
         }
     }

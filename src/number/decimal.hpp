@@ -3,6 +3,8 @@
 #ifndef FOUNDATION_JSON_SRC_NUMBER_DECIMAL_HPP
 #define FOUNDATION_JSON_SRC_NUMBER_DECIMAL_HPP
 
+#include "number/powers_of_10.hpp"
+
 #include <cstdint>
 #include <cstring>
 
@@ -32,28 +34,6 @@ constexpr int largest_decimal_exponent = 308;
 
 #if defined(__SIZEOF_INT128__)
 
-__extension__ using Wide = unsigned __int128;
-
-/// The leading 128 bits of the powers of five; lower bits are cut off.
-class PowersOf5 {
-public:
-    constexpr PowersOf5() noexcept;
-
-    Wide leading_bits(int q) const noexcept { return bits_[q - least_decimal_exponent]; }
-
-    /// The exponent e for which 5^q equals its leading bits times 2^e, but for the bits cut off.
-    /// The shifted product is the logarithm of 5^q to base 2, rounded down.
-    static constexpr int exponent(int q) noexcept { return (q * 152170 >> 16) - 127; }
-
-    /// Whether 128 bits hold 5^q exactly.
-    static constexpr bool is_exact(int q) noexcept { return static_cast<unsigned>(q) <= 55; }
-
-private:
-    Wide bits_[largest_decimal_exponent - least_decimal_exponent + 1];
-};
-
-extern const PowersOf5 powers_of_5;
-
 inline double double_of_bits(std::uint64_t bits) noexcept {
     static_assert(sizeof(double) == sizeof bits);
     double number = 0;
@@ -71,10 +51,9 @@ inline Rounding nearest_normal(std::uint64_t digits, int q, double& number) noex
     constexpr int largest_biased = 2046;
     const int normal_shift = __builtin_clzll(digits);
     const std::uint64_t factor = digits << normal_shift;
-    const Wide power = powers_of_5.leading_bits(q);
-    const Wide low_product = Wide{factor} * static_cast<std::uint64_t>(power);
-    const Wide product =
-        Wide{factor} * static_cast<std::uint64_t>(power >> 64) + (low_product >> 64);
+    const WordPair power = powers_of_10.leading_bits(q);
+    const Wide low_product = Wide{factor} * power.low;
+    const Wide product = Wide{factor} * power.high + (low_product >> 64);
     // The number is the product and an error of less than 2 units, times a power of 2. One unit is
     // for the bits cut off the low product, one for those cut off the power.
     const auto high = static_cast<std::uint64_t>(product >> 64);
@@ -87,14 +66,14 @@ inline Rounding nearest_normal(std::uint64_t digits, int q, double& number) noex
         const std::uint64_t half = std::uint64_t{1} << (excess - 1);
         const std::uint64_t below = high & (2 * half - 1);
         if (below == (low == 0 ? half : half - 1)) {
-            if (!PowersOf5::is_exact(q)) {
+            if (!PowersOf10::is_exact(q)) {
                 return Rounding::undecided;
             }
             const bool tie = (low | static_cast<std::uint64_t>(low_product)) == 0;
             bits -= bits & std::uint64_t{tie};
         }
     }
-    int biased = excess + 128 + PowersOf5::exponent(q) + q - normal_shift + exponent_bias;
+    int biased = excess + 128 + PowersOf10::binary_exponent(q) - normal_shift + exponent_bias;
     if (bits >> bits_of_double != 0) {
         bits >>= 1;
         ++biased;

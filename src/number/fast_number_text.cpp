@@ -1,5 +1,7 @@
 #include "number/fast_number_text.hpp"
 
+#include "number/digits.hpp"
+#include "number/product.hpp"
 #include "serialization/number_text.hpp"
 
 #include <algorithm>
@@ -26,71 +28,12 @@ template <class Number>
 
 } // namespace
 
-// Digits are computed in 128-bit integers and arranged in registers, the first digit lowest.
 // Machines without 128-bit integers or of the other byte order use the reference algorithm. Nothing
 // here computes with floating-point numbers: the caller's settings have no effect, and no flag is
 // raised.
-#if defined(__SIZEOF_INT128__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+#if defined(FOUNDATION_JSON_WIDE_DIGITS)
 
 namespace {
-
-__extension__ using Wide = unsigned __int128;
-
-/// The powers of ten up to 10^19.
-struct PowersOf10 {
-    std::uint64_t power[20];
-
-    constexpr PowersOf10() noexcept : power{1} {
-        for (int i = 1; i < 20; ++i) {
-            power[i] = power[i - 1] * 10;
-        }
-    }
-};
-
-constexpr PowersOf10 powers_of_10;
-
-/// The leading 128 bits of the powers of ten that scale a number to its digits.
-///
-/// Each is computed from the one before and truncated, so that it is less than 2^10 units of its
-/// last place below the exact power.
-class ScalingPowers {
-public:
-    static constexpr int least = -292;
-    static constexpr int largest = 324;
-
-    constexpr ScalingPowers() noexcept : bits_{} {
-        bits_[-least] = Wide{1} << 127;
-        for (int k = 0; k < largest; ++k) {
-            bits_[k + 1 - least] = times_5(bits_[k - least]);
-        }
-        for (int k = 0; k > least; --k) {
-            bits_[k - 1 - least] = over_5(bits_[k - least]);
-        }
-    }
-
-    /// The highest bit of 128 is set.
-    Wide leading_bits(int k) const noexcept { return bits_[k - least]; }
-
-    /// The exponent of two: 10^k is the significand times 2 to this power.
-    static constexpr int exponent(int k) noexcept { return ((k * 1741647) >> 19) - 127; }
-
-private:
-    static constexpr Wide times_5(Wide bits) noexcept {
-        const Wide low = static_cast<std::uint64_t>(bits) * Wide{5};
-        const Wide high = (bits >> 64) * 5 + (low >> 64);
-        const int excess = high >> 66 != 0 ? 3 : 2;
-        return high << (64 - excess) | static_cast<std::uint64_t>(low) >> excess;
-    }
-
-    static constexpr Wide over_5(Wide bits) noexcept {
-        const int missing = bits / 5 >> 125 != 0 ? 2 : 3;
-        return bits / 5 << missing | (bits % 5 << missing) / 5;
-    }
-
-    Wide bits_[largest - least + 1];
-};
-
-constexpr ScalingPowers scaling_powers;
 
 /// The two formats of a type, by their numbers of digits, and how exactly its digits are computed.
 template <class Number>
@@ -113,9 +56,6 @@ struct Formats<float> {
     static constexpr int many_digits = 9;
 };
 
-/// The number of digits of a Decimal, including trailing zeros: the maximum of all formats.
-constexpr int decimal_digits = 17;
-
 /// The number digits * 10^(exponent - 16).
 struct Decimal {
     std::uint64_t digits;
@@ -125,47 +65,11 @@ struct Decimal {
 /// A number of Digits digits as a Decimal. Rounding up may have added a digit.
 template <int Digits>
 Decimal make_decimal(std::uint64_t number, int exponent) noexcept {
-    if (number == powers_of_10.power[Digits]) {
-        return {powers_of_10.power[decimal_digits - 1], exponent + 1};
+    if (number == small_powers_of_10[Digits]) {
+        return {small_powers_of_10[decimal_digits - 1], exponent + 1};
     }
-    return {number * powers_of_10.power[decimal_digits - Digits], exponent};
+    return {number * small_powers_of_10[decimal_digits - Digits], exponent};
 }
-
-/// The number `mantissa * 2^exponent * 10^k`, truncated to 52 bits after the point: the exact
-/// number is greater by less than two units of 2^-52.
-///
-/// For a mantissa of 53 bits and a k that makes the number one of 17 or 18 digits, or for 25 bits
-/// and 9 or 10 digits. Then every part below fits into one or two words.
-class Product {
-public:
-    static constexpr std::uint64_t one = std::uint64_t{1} << 52;
-
-    Product(std::uint64_t mantissa, int exponent, int k) noexcept {
-        const Wide power = scaling_powers.leading_bits(k);
-        high_of_power_ = static_cast<std::uint64_t>(power >> 64);
-        const Wide low = static_cast<Wide>(mantissa) * static_cast<std::uint64_t>(power);
-        const Wide bits = static_cast<Wide>(mantissa) * high_of_power_ + (low >> 64);
-        high_ = static_cast<std::uint64_t>(bits >> 64);
-        low_ = static_cast<std::uint64_t>(bits);
-        shift_ = -64 - exponent - ScalingPowers::exponent(k);
-    }
-
-    std::uint64_t whole() const noexcept { return high_ << (64 - shift_) | low_ >> shift_; }
-
-    /// The fraction, in units of 2^-52.
-    std::uint64_t rest() const noexcept { return (low_ >> (shift_ - 52)) & (one - 1); }
-
-    /// Half of the value of the mantissa's bit 2^bit, in units of 2^-52.
-    std::uint64_t half_step(int bit) const noexcept {
-        return high_of_power_ >> (shift_ - 51 - bit);
-    }
-
-private:
-    std::uint64_t high_of_power_;
-    std::uint64_t high_;
-    std::uint64_t low_;
-    int shift_; ///< how many bits of the words are after the point, from 54 to 63
-};
 
 /// The digits of the positive normal number `mantissa * 2^exponent`, if 128 bits of its power of
 /// ten determine them.
@@ -175,8 +79,7 @@ private:
 /// determines the correctly rounded digits of both formats, and whether the shorter one reads back
 /// as the same number: it does if its error is less than half the distance to the next number.
 ///
-/// @return false if the bits do not decide: at half-way cases, of the number between two texts or
-/// of
+/// @return false if the bits do not decide: at half-way cases, of the number between two texts, of
 ///         a text between two numbers, and very close to them
 template <class Number>
 bool scaled_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexcept {
@@ -187,7 +90,7 @@ bool scaled_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexc
     // floor(log10(2^n)) for the exponent n of the leading bit; that of the number may be one more.
     int decimal_exponent = ((exponent + Bits::mantissa_bits + F::spare_bits) * 315653) >> 20;
     Product scaled(mantissa, exponent, F::many_digits - 1 - decimal_exponent);
-    if (scaled.whole() >= powers_of_10.power[F::many_digits]) {
+    if (scaled.whole() >= small_powers_of_10[F::many_digits]) {
         ++decimal_exponent;
         scaled = Product(mantissa, exponent, F::many_digits - 1 - decimal_exponent);
     }
@@ -196,7 +99,7 @@ bool scaled_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexc
     constexpr std::uint64_t one = Product::one;
 
     // The rounding direction is unpredictable, so it is computed without branches.
-    constexpr std::uint64_t many_to_few = powers_of_10.power[F::many_digits - F::few_digits];
+    constexpr std::uint64_t many_to_few = small_powers_of_10[F::many_digits - F::few_digits];
     const std::uint64_t few = (whole + many_to_few / 2) / many_to_few;
     const std::uint64_t many = whole + rest / (one / 2);
 
@@ -217,67 +120,6 @@ bool scaled_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexc
         decimal = make_decimal<F::many_digits>(many, decimal_exponent);
     }
     return true;
-}
-
-/// Eight decimal digits as eight bytes: divides pairs, and pairs of pairs, in parallel.
-std::uint64_t spread_digits(std::uint32_t number) noexcept {
-    const std::uint64_t fours = number / 10000 | static_cast<std::uint64_t>(number % 10000) << 32;
-    const std::uint64_t hundreds = ((fours * 10486) >> 20) & 0x0000007F0000007F;
-    const std::uint64_t pairs = hundreds | (fours - 100 * hundreds) << 16;
-    const std::uint64_t tens = ((pairs * 103) >> 10) & 0x000F000F000F000F;
-    return tens | (pairs - 10 * tens) << 8;
-}
-
-constexpr std::uint64_t eight_zeros = 0x3030303030303030;
-
-/// Writes a number below 10^8 in eight digits.
-char* write_8_digits(char* out, std::uint32_t number) noexcept {
-    const std::uint64_t text = spread_digits(number) | eight_zeros;
-    std::memcpy(out, &text, sizeof text);
-    return out + 8;
-}
-
-/// Writes a number below 10^8 without leading zeros. Always stores eight bytes.
-char* write_up_to_8_digits(char* out, std::uint32_t number) noexcept {
-    const std::uint64_t digits = spread_digits(number);
-    const int leading_zeros = __builtin_ctzll(digits | std::uint64_t{1} << 56) / 8;
-    const std::uint64_t text = (digits | eight_zeros) >> (8 * leading_zeros);
-    std::memcpy(out, &text, sizeof text);
-    return out + 8 - leading_zeros;
-}
-
-char* write_integer(char* out, std::uint64_t number) noexcept {
-    constexpr std::uint64_t base = powers_of_10.power[8];
-    if (number < base) {
-        return write_up_to_8_digits(out, static_cast<std::uint32_t>(number));
-    }
-    out = write_integer(out, number / base);
-    return write_8_digits(out, static_cast<std::uint32_t>(number % base));
-}
-
-/// The digits of a Decimal as text: the first one, and sixteen more.
-struct Digits {
-    char first;
-    int count; ///< without trailing zeros, at least 1
-    Wide rest;
-
-    explicit Digits(std::uint64_t number) noexcept {
-        constexpr std::uint64_t base = powers_of_10.power[8];
-        const std::uint64_t behind_first = number % (base * base);
-        const auto last_eight = static_cast<std::uint32_t>(behind_first % base);
-        const auto high = spread_digits(static_cast<std::uint32_t>(behind_first / base));
-        // A shortcut, since numbers of up to nine digits are common.
-        const auto low = last_eight != 0 ? spread_digits(last_eight) : 0;
-        first = static_cast<char>('0' + number / (base * base));
-        rest = static_cast<Wide>(low | eight_zeros) << 64 | (high | eight_zeros);
-        count = low != 0    ? 17 - __builtin_clzll(low) / 8
-                : high != 0 ? 9 - __builtin_clzll(high) / 8
-                            : 1;
-    }
-};
-
-void store(char* out, Wide text) noexcept {
-    std::memcpy(out, &text, sizeof text);
 }
 
 char* write_exponent(char* out, int exponent) noexcept {
@@ -301,44 +143,38 @@ char* write_plain(char* out, const Decimal& decimal) noexcept {
     const Digits digits(decimal.digits);
     const int before_point = decimal.exponent + 1;
     if (before_point > 0) {
-        out[0] = digits.first;
-        store(out + 1, digits.rest);
+        out[0] = digits.first();
+        digits.store_behind_first(out + 1);
         out[before_point] = '.';
-        store(out + before_point + 1, digits.rest >> (8 * (before_point - 1)));
-        return out + digits.count + 1;
+        digits.store_behind_first(out + before_point + 1, before_point - 1);
+        return out + digits.count() + 1;
     }
     if (before_point > -4) {
         std::copy_n("0.000", 5, out);
         out += 2 - before_point;
-        out[0] = digits.first;
-        store(out + 1, digits.rest);
-        return out + digits.count;
+        out[0] = digits.first();
+        digits.store_behind_first(out + 1);
+        return out + digits.count();
     }
-    out[0] = digits.first;
+    out[0] = digits.first();
     out[1] = '.';
-    store(out + 2, digits.rest);
-    return write_exponent(out + (digits.count > 1 ? digits.count + 1 : 1), decimal.exponent);
+    digits.store_behind_first(out + 2);
+    return write_exponent(out + (digits.count() > 1 ? digits.count() + 1 : 1), decimal.exponent);
 }
 
 /// For numbers from one million on. There is always a digit after the point.
 char* write_scientific(char* out, const Decimal& decimal) noexcept {
     const Digits digits(decimal.digits);
-    out[0] = digits.first;
+    out[0] = digits.first();
     out[1] = '.';
-    store(out + 2, digits.rest);
-    return write_exponent(out + std::max(digits.count, 2) + 1, decimal.exponent);
-}
-
-int count_digits(std::uint64_t number) noexcept {
-    // log10(2) times the number of bits is the number of digits or one less.
-    const int estimate = (64 - __builtin_clzll(number | 1)) * 1233 >> 12;
-    return estimate + (number >= powers_of_10.power[estimate] ? 1 : 0);
+    digits.store_behind_first(out + 2);
+    return write_exponent(out + std::max(digits.count(), 2) + 1, decimal.exponent);
 }
 
 /// For whole numbers of seven to nine digits, such as most identifiers: like write_scientific(),
 /// with words of half the size.
 char* write_millions(char* out, std::uint32_t number) noexcept {
-    constexpr auto base = static_cast<std::uint32_t>(powers_of_10.power[8]);
+    constexpr auto base = static_cast<std::uint32_t>(small_powers_of_10[8]);
     char exponent = '8';
     if (number < base / 10) {
         number *= 100;
@@ -364,11 +200,11 @@ char* write_whole(char* out, std::uint64_t number) noexcept {
     if (number < 1000000) {
         return write_up_to_8_digits(out, static_cast<std::uint32_t>(number));
     }
-    if (number < powers_of_10.power[9]) {
+    if (number < small_powers_of_10[9]) {
         return write_millions(out, static_cast<std::uint32_t>(number));
     }
     const int count = count_digits(number);
-    return write_scientific(out, {number * powers_of_10.power[decimal_digits - count], count - 1});
+    return write_scientific(out, {number * small_powers_of_10[decimal_digits - count], count - 1});
 }
 
 /// The bits of a whole number that has at most as many bits as a mantissa.
@@ -460,17 +296,6 @@ char* fast_or_reference_number_text(char* out, FloatingBits<float> bits) noexcep
     return write_number(out, bits, reference_number_text);
 }
 
-char* fast_integer_text(char* out, unsigned long long number) noexcept {
-    return write_integer(out, number);
-}
-
-char* fast_integer_text(char* out, long long number) noexcept {
-    // Negated as unsigned, which is correct for the lowest number, too.
-    const auto bits = static_cast<std::uint64_t>(number);
-    *out = '-';
-    return number < 0 ? write_integer(out + 1, 0 - bits) : write_integer(out, bits);
-}
-
 #else
 
 bool fast_number_text_applies() noexcept {
@@ -491,14 +316,6 @@ char* fast_or_reference_number_text(char* out, FloatingBits<double> bits) noexce
 
 char* fast_or_reference_number_text(char* out, FloatingBits<float> bits) noexcept {
     return reference_number_text(out, bits);
-}
-
-char* fast_integer_text(char* out, unsigned long long number) noexcept {
-    return std::to_chars(out, out + 20, number).ptr;
-}
-
-char* fast_integer_text(char* out, long long number) noexcept {
-    return std::to_chars(out, out + 20, number).ptr;
 }
 
 #endif

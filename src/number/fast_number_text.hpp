@@ -36,11 +36,6 @@ char* fast_number_text(char* out, FloatingBits<float> bits) noexcept;
 char* fast_or_reference_number_text(char* out, FloatingBits<double> bits) noexcept;
 char* fast_or_reference_number_text(char* out, FloatingBits<float> bits) noexcept;
 
-/// Writes an integer in decimal, in the same room.
-/// @return the end of the text, of at most 20 characters
-char* fast_integer_text(char* out, unsigned long long number) noexcept;
-char* fast_integer_text(char* out, long long number) noexcept;
-
 } // namespace foundation::json::detail
 
 #endif

@@ -1,19 +1,16 @@
 #include "serialization/buffered_output.hpp"
 
-#include "text/fast_string_text.hpp"
-#include "text/shuffled_string_text.hpp"
+#include "number/digits.hpp"
 
-#include <algorithm>
 #include <locale>
 #include <string_view>
-#include <utility>
 
 namespace foundation::json::detail {
 
 template <class Sink>
 template <class Number>
 char* BufferedOutput<Sink>::real_number(Cursor at, FloatingBits<Number> bits) {
-    if (!has_room(at, fast_number_room)) {
+    if (!this->has_room(at, fast_number_room)) {
         return real_number_in_new_room(at, bits);
     }
     return fast_or_reference_number_text(at, bits);
@@ -31,7 +28,7 @@ template <class Sink>
 template <class Number>
 char* BufferedOutput<Sink>::integer(Cursor at, Number value) {
     sink().before_integer();
-    return fast_integer_text(ensure_room(at, fast_number_room), value);
+    return integer_text(this->ensure_room(at, fast_number_room), value);
 }
 
 template <class Sink>
@@ -56,51 +53,7 @@ char* BufferedOutput<Sink>::number(Cursor at, unsigned long long value) {
 
 template <class Sink>
 char* BufferedOutput<Sink>::string(Cursor at, const std::string& text) {
-    // One check of the room serves a quote, a block with every byte escaped, and another quote.
-    constexpr std::ptrdiff_t block = 256;
-    constexpr std::size_t room = 2 * block + 32;
-    static_assert(room <= minimum_room);
-    // From this size on, copying costs more than what it takes to do without.
-    constexpr std::size_t long_text = 4096;
-    const char* from = text.data();
-    const char* const end = from + text.size();
-    at = ensure_room(at, room);
-    *at++ = '"';
-    if (end - from <= block && copy_clean<VectorBytes>(at, from, text.size())) {
-        at += text.size();
-        *at++ = '"';
-        return at;
-    }
-    if (text.size() >= long_text) {
-        if (const std::size_t clean = count_clean<VectorBytes>(from, end); clean >= long_text) {
-            at = ensure_room(sink().pass(at, from, clean), room);
-            from += clean;
-        }
-    }
-    while (from != end) {
-        const char* const block_end = end - from > block ? from + block : end;
-        const EscapedCopy copied = copy_escaped_quickly(at, from, block_end);
-        from = copied.from;
-        at = copied.out;
-        if (from != block_end) {
-            at = sink().unicode_escape(at, static_cast<unsigned char>(*from++));
-        }
-        if (from != end) {
-            at = ensure_room(at, room);
-        }
-    }
-    at = ensure_room(at, 1);
-    *at++ = '"';
-    return at;
-}
-
-template <class Sink>
-char* BufferedOutput<Sink>::spaces(Cursor at, std::size_t count) {
-    constexpr std::size_t block = 256;
-    for (; count > block; count -= block) {
-        at = std::fill_n(ensure_room(at, block), block, ' ');
-    }
-    return std::fill_n(ensure_room(at, block), count, ' ');
+    return this->template quoted<FixedEscapes>(at, text);
 }
 
 template class BufferedOutput<StringOutput>;
@@ -118,33 +71,21 @@ constexpr bool streams_are_made_without_facets = false;
 
 } // namespace
 
-StringOutput::StringOutput() : begin_(first_) {
-    static_assert(sizeof first_ >= minimum_room);
-    end_ = first_ + sizeof first_;
+StringOutput::StringOutput() {
+    end_ = chain_.start().end;
     if constexpr (!streams_are_made_without_facets) {
         find_out_locale();
     }
 }
 
-void StringOutput::end_piece(const char* text, std::size_t size) {
-    pieces_.emplace_back(text, size);
-    total_ += size;
-}
-
 char* StringOutput::make_room(const char* at) {
-    end_piece(begin_, static_cast<std::size_t>(at - begin_));
-    const std::size_t capacity = std::max(sizeof first_, total_ / 8);
-    std::unique_ptr<char[]> buffer(new char[capacity]);
-    begin_ = buffer.get();
-    buffers_.push_back(std::move(buffer));
-    end_ = begin_ + capacity;
-    return begin_;
+    const Room room = chain_.next(at);
+    end_ = room.end;
+    return room.begin;
 }
 
 char* StringOutput::pass(Cursor at, const char* text, std::size_t size) {
-    end_piece(begin_, static_cast<std::size_t>(at - begin_));
-    end_piece(text, size);
-    begin_ = at;
+    chain_.pass(at, text, size);
     return at;
 }
 
@@ -155,20 +96,6 @@ char* StringOutput::unicode_escape(Cursor at, unsigned char byte) {
     *at++ = digits[byte >> 4];
     *at++ = digits[byte & 0xF];
     return at;
-}
-
-std::string StringOutput::take(const char* at) {
-    const auto size = static_cast<std::size_t>(at - begin_);
-    if (pieces_.empty()) {
-        return std::string(begin_, size);
-    }
-    std::string result;
-    result.reserve(total_ + size);
-    for (const std::string_view piece : pieces_) {
-        result += piece;
-    }
-    result.append(begin_, size);
-    return result;
 }
 
 namespace {

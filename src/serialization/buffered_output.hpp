@@ -5,68 +5,38 @@
 #define FOUNDATION_JSON_SRC_SERIALIZATION_BUFFERED_OUTPUT_HPP
 
 #include "number/fast_number_text.hpp"
+#include "serialization/block_output.hpp"
+#include "serialization/buffer_chain.hpp"
 #include "serialization/stream_output.hpp"
 
 #include <cstddef>
-#include <cstring>
 #include <locale>
-#include <memory>
 #include <ostream>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace foundation::json::detail {
 
 /// Whether integers, escapes and line ends are written as in the classic locale.
 bool writes_as_classic(const std::locale& locale);
 
-/// An output of the layout that fills a buffer. The Sink, which derives from this class, empties a
-/// full buffer. It has these functions, which take a cursor and return the next one:
+/// An output of the layout that fills a buffer with the fixed text. The Sink, which derives from
+/// this class, has the functions that BlockOutput asks for, and
 ///
-///     make_room(Cursor)                      makes room for at least minimum_room bytes
-///     pass(Cursor, const char*, std::size_t) writes many bytes that stay as they are until the end
-///     unicode_escape(Cursor, unsigned char)  writes a byte as \u escape
 ///     before_integer()                       is told that an integer comes
 template <class Sink>
-class BufferedOutput {
+class BufferedOutput : public BlockOutput<Sink> {
 public:
-    /// Where the text so far ends in the buffer.
     using Cursor = char*;
-
-    BufferedOutput(const BufferedOutput&) = delete;
-    BufferedOutput& operator=(const BufferedOutput&) = delete;
-
-    template <std::size_t N>
-    Cursor text(Cursor at, const char (&piece)[N]) {
-        at = ensure_room(at, N - 1);
-        std::memcpy(at, piece, N - 1);
-        return at + N - 1;
-    }
 
     Cursor number(Cursor at, FloatingBits<double> bits);
     Cursor number(Cursor at, FloatingBits<float> bits);
     Cursor number(Cursor at, long long value);
     Cursor number(Cursor at, unsigned long long value);
     Cursor string(Cursor at, const std::string& text);
-    Cursor spaces(Cursor at, std::size_t count);
 
 protected:
-    static constexpr std::size_t minimum_room = 1024;
-
     BufferedOutput() = default;
     ~BufferedOutput() = default;
-
-    bool has_room(const char* at, std::size_t count) const {
-        return static_cast<std::size_t>(end_ - at) >= count;
-    }
-
-    Cursor ensure_room(Cursor at, std::size_t count) {
-        return has_room(at, count) ? at : sink().make_room(at);
-    }
-
-    /// The end of the buffer.
-    char* end_ = nullptr;
 
 private:
     Sink& sink() { return static_cast<Sink&>(*this); }
@@ -79,14 +49,12 @@ private:
     Cursor integer(Cursor at, Number value);
 };
 
-/// Text into a string, through a chain of buffers. The size of each is a fraction of the text
-/// before it, so that at most the text, a copy and that fraction are in memory at once. Long
-/// strings that need no escapes are not copied until the text is put together.
+/// Text into a string, through a chain of buffers.
 class StringOutput : public BufferedOutput<StringOutput> {
 public:
     StringOutput();
 
-    Cursor start() noexcept { return first_; }
+    Cursor start() noexcept { return chain_.start().begin; }
 
     Cursor line_end(Cursor at) {
         ask_locale();
@@ -98,9 +66,10 @@ public:
     bool depends_on_locale() const noexcept { return locale_ == Locale::relevant; }
 
     /// The text up to the cursor. Call it once, at the end.
-    std::string take(const char* at);
+    std::string take(const char* at) { return chain_.take(at); }
 
 private:
+    friend class BlockOutput<StringOutput>;
     friend class BufferedOutput<StringOutput>;
 
     Cursor make_room(const char* at);
@@ -119,17 +88,10 @@ private:
 
     void before_integer() { ask_locale(); }
 
-    void end_piece(const char* text, std::size_t size);
-
     enum class Locale { unknown, irrelevant, relevant };
 
     Locale locale_ = Locale::unknown;
-    char first_[4096];
-    std::vector<std::unique_ptr<char[]>> buffers_;
-    /// The text before that of the present buffer from `begin_` on.
-    std::vector<std::string_view> pieces_;
-    std::size_t total_ = 0;
-    char* begin_;
+    BufferChain chain_;
 };
 
 /// Text to a stream, in large pieces. Only for streams for which that makes no difference; see
@@ -150,6 +112,7 @@ public:
     void finish(Cursor at);
 
 private:
+    friend class BlockOutput<BufferedStreamOutput>;
     friend class BufferedOutput<BufferedStreamOutput>;
 
     Cursor make_room(Cursor at) { return hand_over(at); }

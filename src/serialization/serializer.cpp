@@ -15,8 +15,9 @@ namespace {
 
 template <class Output>
 auto write_layout(Output& output, typename Output::Cursor at, const Value& value, bool pretty) {
-    return pretty ? detail::LayoutWriter<Output, true>(output).write(at, value)
-                  : detail::LayoutWriter<Output, false>(output).write(at, value);
+    using detail::Layout;
+    return pretty ? detail::LayoutWriter<Output, Layout::fixed_pretty>(output).write(at, value)
+                  : detail::LayoutWriter<Output, Layout::fixed>(output).write(at, value);
 }
 
 /// Whether the last piece of a value's text is a single byte, a bracket or a quotation mark, which

@@ -1,7 +1,7 @@
 #include "serialization/stream_output.hpp"
 
 #include "serialization/number_text.hpp"
-#include "text/short_escape.hpp"
+#include "text/escapes.hpp"
 
 #include <exception>
 #include <new>

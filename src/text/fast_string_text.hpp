@@ -3,9 +3,8 @@
 #ifndef FOUNDATION_JSON_SRC_TEXT_FAST_STRING_TEXT_HPP
 #define FOUNDATION_JSON_SRC_TEXT_FAST_STRING_TEXT_HPP
 
-#include "text/short_escape.hpp"
+#include "text/escapes.hpp"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -20,19 +19,6 @@
 #endif
 
 namespace foundation::json::detail {
-
-/// How each byte of a string is written: 0 means as it is, `u` as a \u escape, any other letter as
-/// a backslash and that letter.
-constexpr std::array<char, 256> make_escape_letters() noexcept {
-    std::array<char, 256> letters{};
-    for (std::size_t byte = 0; byte < letters.size(); ++byte) {
-        const char letter = short_escape(static_cast<unsigned char>(byte));
-        letters[byte] = letter != '\0' || byte >= 0x20 ? letter : 'u';
-    }
-    return letters;
-}
-
-inline constexpr std::array<char, 256> escape_letters = make_escape_letters();
 
 template <class Word>
 Word load_word(const char* from) noexcept {
@@ -56,8 +42,11 @@ inline std::uint64_t join_words(std::uint32_t first, std::uint32_t second) noexc
 }
 
 /// Sixteen bytes as two words; for machines without vectors.
+template <class EscapeRule>
 class PortableBytes {
 public:
+    using Rule = EscapeRule;
+
     explicit PortableBytes(const char* from) noexcept
         : PortableBytes(load_word<std::uint64_t>(from), load_word<std::uint64_t>(from + 8)) {}
 
@@ -69,12 +58,12 @@ public:
         store_word(out + 8, second_);
     }
 
-    /// Whether any byte is not written as it is.
+    /// Whether any byte is special by the rule.
     bool any_escaped() const noexcept {
         return (escaped_bits(first_) | escaped_bits(second_)) != 0;
     }
 
-    /// The index of the first byte that is not written as it is, or 16.
+    /// The index of the first byte that is special, or 16.
     unsigned first_escaped() const noexcept {
         const unsigned index = first_escaped(first_);
         return index < 8 ? index : 8 + first_escaped(second_);
@@ -90,11 +79,18 @@ private:
         return ~(((word & repeat(0x7F)) + repeat(0x7F)) | word) & repeat(0x80);
     }
 
-    /// The top bit of each byte of the result says whether that byte of the word is escaped.
+    /// The top bit of each byte of the result says whether that byte of the word is special.
     static std::uint64_t escaped_bits(std::uint64_t word) noexcept {
-        const std::uint64_t controls = ~(((word & repeat(0x7F)) + repeat(0x60)) | word);
-        return (controls & repeat(0x80)) | zeros(word ^ repeat('"')) | zeros(word ^ repeat('\\')) |
-               zeros(word ^ repeat('/'));
+        const std::uint64_t not_controls = (word & repeat(0x7F)) + repeat(0x60);
+        std::uint64_t special = ~(not_controls | word) & repeat(0x80);
+        special |= zeros(word ^ repeat('"')) | zeros(word ^ repeat('\\'));
+        if constexpr (Rule::escapes_solidus) {
+            special |= zeros(word ^ repeat('/'));
+        }
+        if constexpr (Rule::stops_beyond_ascii) {
+            special |= word & repeat(0x80);
+        }
+        return special;
     }
 
     static unsigned first_escaped(std::uint64_t word) noexcept {
@@ -115,8 +111,11 @@ private:
 
 #if defined(FOUNDATION_JSON_SSE2)
 
+template <class EscapeRule>
 class VectorBytes {
 public:
+    using Rule = EscapeRule;
+
     explicit VectorBytes(const char* from) noexcept
         : bytes_(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))) {}
 
@@ -135,13 +134,22 @@ public:
 
 private:
     unsigned escaped_mask() const noexcept {
-        const __m128i controls = _mm_cmpeq_epi8(_mm_min_epu8(bytes_, _mm_set1_epi8(0x1F)), bytes_);
         const __m128i quotes = _mm_cmpeq_epi8(bytes_, _mm_set1_epi8('"'));
         const __m128i backslashes = _mm_cmpeq_epi8(bytes_, _mm_set1_epi8('\\'));
-        const __m128i solidi = _mm_cmpeq_epi8(bytes_, _mm_set1_epi8('/'));
-        const __m128i escaped =
-            _mm_or_si128(_mm_or_si128(controls, quotes), _mm_or_si128(backslashes, solidi));
+        __m128i escaped = _mm_or_si128(_mm_or_si128(low(), quotes), backslashes);
+        if constexpr (Rule::escapes_solidus) {
+            escaped = _mm_or_si128(escaped, _mm_cmpeq_epi8(bytes_, _mm_set1_epi8('/')));
+        }
         return static_cast<unsigned>(_mm_movemask_epi8(escaped));
+    }
+
+    /// The control bytes and, if these are special, the bytes beyond ASCII.
+    __m128i low() const noexcept {
+        if constexpr (Rule::stops_beyond_ascii) {
+            return _mm_cmplt_epi8(bytes_, _mm_set1_epi8(0x20)); // as signed numbers
+        } else {
+            return _mm_cmpeq_epi8(_mm_min_epu8(bytes_, _mm_set1_epi8(0x1F)), bytes_);
+        }
     }
 
     __m128i bytes_;
@@ -149,8 +157,11 @@ private:
 
 #elif defined(FOUNDATION_JSON_NEON)
 
+template <class EscapeRule>
 class VectorBytes {
 public:
+    using Rule = EscapeRule;
+
     explicit VectorBytes(const char* from) noexcept
         : bytes_(vld1q_u8(reinterpret_cast<const std::uint8_t*>(from))) {}
 
@@ -169,9 +180,16 @@ public:
 private:
     /// Four bits for each byte.
     std::uint64_t escaped_mask() const noexcept {
-        const uint8x16_t escaped = vorrq_u8(
-            vorrq_u8(vcltq_u8(bytes_, vdupq_n_u8(0x20)), vceqq_u8(bytes_, vdupq_n_u8('"'))),
-            vorrq_u8(vceqq_u8(bytes_, vdupq_n_u8('\\')), vceqq_u8(bytes_, vdupq_n_u8('/'))));
+        uint8x16_t escaped =
+            vorrq_u8(vceqq_u8(bytes_, vdupq_n_u8('"')), vceqq_u8(bytes_, vdupq_n_u8('\\')));
+        if constexpr (Rule::stops_beyond_ascii) {
+            escaped = vorrq_u8(escaped, vcltq_s8(vreinterpretq_s8_u8(bytes_), vdupq_n_s8(0x20)));
+        } else {
+            escaped = vorrq_u8(escaped, vcltq_u8(bytes_, vdupq_n_u8(0x20)));
+        }
+        if constexpr (Rule::escapes_solidus) {
+            escaped = vorrq_u8(escaped, vceqq_u8(bytes_, vdupq_n_u8('/')));
+        }
         const uint8x8_t narrowed = vshrn_n_u16(vreinterpretq_u16_u8(escaped), 4);
         return vget_lane_u64(vreinterpret_u64_u8(narrowed), 0);
     }
@@ -181,17 +199,19 @@ private:
 
 #else
 
-using VectorBytes = PortableBytes;
+template <class Rule>
+using VectorBytes = PortableBytes<Rule>;
 
 #endif
 
-/// Copies string content that contains no byte to escape, which is the common case.
+/// Copies string content that contains no special byte, which is the common case.
 ///
 /// Short content is copied in overlapping words, to need few branches on its size.
 /// @param out  with room for the content
-/// @return false if a byte must be escaped; then the content of `out` is undefined
+/// @return false if a byte is special; then the content of `out` is undefined
 template <class Bytes>
-bool copy_clean(char* out, const char* from, std::size_t size) noexcept {
+[[gnu::always_inline]] inline bool copy_clean(char* out, const char* from,
+                                              std::size_t size) noexcept {
     if (size >= 16) {
         const std::size_t last = size - 16;
         for (std::size_t index = 0; index < last; index += 16) {
@@ -217,12 +237,12 @@ bool copy_clean(char* out, const char* from, std::size_t size) noexcept {
     char letters = '\0';
     for (std::size_t index = 0; index != size; ++index) {
         out[index] = from[index];
-        letters |= escape_letters[static_cast<unsigned char>(from[index])];
+        letters |= escape_letters<typename Bytes::Rule>[static_cast<unsigned char>(from[index])];
     }
     return letters == '\0';
 }
 
-/// How many bytes a string of at least sixteen begins with that are written as they are.
+/// How many bytes a string of at least sixteen begins with that are not special.
 template <class Bytes>
 std::size_t count_clean(const char* from, const char* to) noexcept {
     const char* at = from;
@@ -241,7 +261,7 @@ struct EscapedCopy {
     char* out;
 };
 
-/// Copies string content, with short escapes, up to its end or a byte that needs a \u escape.
+/// Copies string content, with short escapes, up to its end or a byte whose letter is `u`.
 ///
 /// Text is stored in whole words, up to 16 bytes beyond its end.
 /// @param out  with room for twice the content and 16 bytes more
@@ -277,7 +297,8 @@ EscapedCopy copy_escaped(char* out, const char* from, const char* to) noexcept {
             clean = clean < 4 ? clean : left - 8 + (clean < 8 ? clean : 8);
         } else {
             while (clean != left &&
-                   escape_letters[static_cast<unsigned char>(from[clean])] == '\0') {
+                   escape_letters<typename Bytes::Rule>[static_cast<unsigned char>(from[clean])] ==
+                       '\0') {
                 out[clean] = from[clean];
                 ++clean;
             }
@@ -287,7 +308,7 @@ EscapedCopy copy_escaped(char* out, const char* from, const char* to) noexcept {
         if (clean == left) {
             return {from, out};
         }
-        const char letter = escape_letters[static_cast<unsigned char>(*from)];
+        const char letter = escape_letters<typename Bytes::Rule>[static_cast<unsigned char>(*from)];
         if (letter == 'u') {
             return {from, out};
         }

@@ -91,8 +91,11 @@ inline FewBytes load_few(const char* from, std::size_t count) noexcept {
     return {byte(0) | byte(count / 2) | byte(count - 1), 0};
 }
 
-/// Sixteen bytes, and what becomes of them.
+/// Sixteen bytes, and what becomes of them by a rule that has bytes beyond ASCII copied.
+template <class Rule>
 class ShuffledBytes {
+    static_assert(!Rule::stops_beyond_ascii);
+
 public:
 #if defined(__x86_64__)
     using Vector = __m128i;
@@ -108,8 +111,11 @@ public:
 
     FOUNDATION_JSON_SHUFFLING explicit ShuffledBytes(Vector bytes) noexcept : bytes_(bytes) {
         const Vector controls = at_most(bytes, 0x1F);
-        const Vector escaped = _mm_or_si128(_mm_or_si128(controls, equal(bytes, '"')),
-                                            _mm_or_si128(equal(bytes, '\\'), equal(bytes, '/')));
+        Vector escaped =
+            _mm_or_si128(_mm_or_si128(controls, equal(bytes, '"')), equal(bytes, '\\'));
+        if constexpr (Rule::escapes_solidus) {
+            escaped = _mm_or_si128(escaped, equal(bytes, '/'));
+        }
         escaped_ = mask(escaped);
     }
 
@@ -176,8 +182,12 @@ private:
     }
 
     explicit ShuffledBytes(Vector bytes) noexcept : bytes_(bytes) {
-        escaped_ = mask(vorrq_u8(vorrq_u8(at_most(bytes, 0x1F), equal(bytes, '"')),
-                                 vorrq_u8(equal(bytes, '\\'), equal(bytes, '/'))));
+        Vector escaped =
+            vorrq_u8(vorrq_u8(at_most(bytes, 0x1F), equal(bytes, '"')), equal(bytes, '\\'));
+        if constexpr (Rule::escapes_solidus) {
+            escaped = vorrq_u8(escaped, equal(bytes, '/'));
+        }
+        escaped_ = mask(escaped);
     }
 
     /// One bit for each byte that is not written as it is.
@@ -238,13 +248,14 @@ private:
 };
 
 /// The same as copy_escaped(), with as much room.
-FOUNDATION_JSON_SHUFFLING inline EscapedCopy copy_escaped_by_shuffles(char* out, const char* from,
-                                                                      const char* to) noexcept {
+template <class Rule>
+FOUNDATION_JSON_SHUFFLING EscapedCopy copy_escaped_by_shuffles(char* out, const char* from,
+                                                               const char* to) noexcept {
     while (from != to) {
         const auto left = static_cast<std::size_t>(to - from);
         std::size_t count = left < 16 ? left : 16;
-        ShuffledBytes bytes(left < 16 ? ShuffledBytes::join(load_few(from, left))
-                                      : ShuffledBytes::load(from));
+        using Bytes = ShuffledBytes<Rule>;
+        Bytes bytes(left < 16 ? Bytes::join(load_few(from, left)) : Bytes::load(from));
         unsigned escaped = bytes.escaped() & (0xFFFFU >> (16 - count));
         if (escaped == 0) {
             bytes.store(out);
@@ -279,14 +290,15 @@ FOUNDATION_JSON_SHUFFLING inline EscapedCopy copy_escaped_by_shuffles(char* out,
 namespace foundation::json::detail {
 
 /// The same as copy_escaped(), with as much room, in the quickest way that this processor has.
-inline EscapedCopy copy_escaped_quickly(char* out, const char* from, const char* to) noexcept {
+template <class Rule>
+EscapedCopy copy_escaped_quickly(char* out, const char* from, const char* to) noexcept {
 #if defined(FOUNDATION_JSON_SHUFFLES)
     if (!has_shuffles()) { // GCOVR_EXCL_BR_LINE: this depends on the processor
-        return copy_escaped<VectorBytes>(out, from, to); // GCOVR_EXCL_LINE: so does this
+        return copy_escaped<VectorBytes<Rule>>(out, from, to); // GCOVR_EXCL_LINE: so does this
     }
-    return copy_escaped_by_shuffles(out, from, to);
+    return copy_escaped_by_shuffles<Rule>(out, from, to);
 #else
-    return copy_escaped<VectorBytes>(out, from, to);
+    return copy_escaped<VectorBytes<Rule>>(out, from, to);
 #endif
 }
 

@@ -262,21 +262,21 @@ TEST(BufferedOutput, KeepsTheOrderThroughManyBuffers) {
 
 // ---- Values --------------------------------------------------------------------------------
 
-template <bool Pretty>
+template <Layout layout>
 void expect_same_text_of_value(const Value& value) {
     ProbeStream reference;
     StreamOutput reference_output(reference);
-    LayoutWriter<StreamOutput, Pretty>(reference_output).write({}, value);
+    LayoutWriter<StreamOutput, layout>(reference_output).write({}, value);
 
     ProbeStream buffered;
     BufferedStreamOutput buffered_output(buffered);
-    buffered_output.finish(LayoutWriter<BufferedStreamOutput, Pretty>(buffered_output)
+    buffered_output.finish(LayoutWriter<BufferedStreamOutput, layout>(buffered_output)
                                .write(buffered_output.start(), value));
     EXPECT_EQ(buffered.log(), reference.log());
     EXPECT_EQ(buffered.fill(), reference.fill());
 
     StringOutput string;
-    EXPECT_EQ(string.take(LayoutWriter<StringOutput, Pretty>(string).write(string.start(), value)),
+    EXPECT_EQ(string.take(LayoutWriter<StringOutput, layout>(string).write(string.start(), value)),
               reference.bytes());
 }
 
@@ -287,8 +287,8 @@ TEST(BufferedOutput, IndentsDeeplyNestedValues) {
         (level % 2 == 0 ? outer[0] : outer["name"]).swap(value);
         value.swap(outer);
     }
-    expect_same_text_of_value<true>(value);
-    expect_same_text_of_value<false>(value);
+    expect_same_text_of_value<Layout::fixed_pretty>(value);
+    expect_same_text_of_value<Layout::fixed>(value);
 }
 
 TEST(RandomBufferedOutput, HasTheReferenceTextOfValues) {
@@ -301,8 +301,8 @@ TEST(RandomBufferedOutput, HasTheReferenceTextOfValues) {
             elements.push_back(trees.tree());
         }
         const Value value = test::to_value({elements});
-        expect_same_text_of_value<true>(value);
-        expect_same_text_of_value<false>(value);
+        expect_same_text_of_value<Layout::fixed_pretty>(value);
+        expect_same_text_of_value<Layout::fixed>(value);
     }
 }
 

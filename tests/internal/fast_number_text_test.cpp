@@ -6,6 +6,7 @@
 #include "serialization/number_text.hpp"
 #include "support/float_environments.hpp"
 #include "support/locales.hpp"
+#include "support/random_numbers.hpp"
 #include "support/random_trees.hpp"
 #include "support/repetitions.hpp"
 
@@ -15,7 +16,6 @@
 #include <array>
 #include <cfenv>
 #include <cfloat>
-#include <climits>
 #include <clocale>
 #include <cmath>
 #include <cstdint>
@@ -32,42 +32,6 @@
 
 namespace foundation::json::detail {
 namespace {
-
-// ---- Integers ------------------------------------------------------------------------------
-
-template <class Number>
-std::string integer_text(Number number) {
-    char text[20];
-    return {text, fast_integer_text(text, number)};
-}
-
-TEST(FastIntegerText, IsPlainDecimal) {
-    EXPECT_EQ(integer_text(0LL), "0");
-    EXPECT_EQ(integer_text(-1LL), "-1");
-    EXPECT_EQ(integer_text(LLONG_MAX), "9223372036854775807");
-    EXPECT_EQ(integer_text(LLONG_MIN), "-9223372036854775808");
-    EXPECT_EQ(integer_text(0ULL), "0");
-    EXPECT_EQ(integer_text(ULLONG_MAX), "18446744073709551615");
-}
-
-TEST(FastIntegerText, HasAsManyDigitsAsTheNumber) {
-    std::string nines;
-    std::string one_and_zeros = "1";
-    unsigned long long power = 1;
-    for (int digits = 1; digits < 20; ++digits) {
-        nines += '9';
-        one_and_zeros += '0';
-        power *= 10;
-        EXPECT_EQ(integer_text(power - 1), nines);
-        EXPECT_EQ(integer_text(power), one_and_zeros);
-        if (digits < 19) {
-            const auto signed_power = static_cast<long long>(power);
-            EXPECT_EQ(integer_text(signed_power - 1), nines);
-            EXPECT_EQ(integer_text(signed_power), one_and_zeros);
-            EXPECT_EQ(integer_text(-signed_power), "-" + one_and_zeros);
-        }
-    }
-}
 
 // ---- Helpers -------------------------------------------------------------------------------
 
@@ -506,64 +470,6 @@ TYPED_TEST(FastNumberText, IsTheReferenceTextForWholeNumbers) {
 
 // ---- Random numbers ------------------------------------------------------------------------
 
-/// Random numbers for one test: of all kinds that programs write, and of random bits.
-template <class Number>
-class RandomNumbers {
-public:
-    explicit RandomNumbers(std::uint64_t seed) : random_(seed) {}
-
-    Number any_bits() {
-        const std::uint64_t bits = random_();
-        Number number = 0;
-        std::memcpy(&number, &bits, sizeof number);
-        return number;
-    }
-
-    /// Has few digits.
-    Number decimal() {
-        const auto digits = static_cast<double>(random_() % below_power_of_ten(17));
-        return static_cast<Number>(digits / std::pow(10.0, static_cast<double>(random_() % 18)));
-    }
-
-    /// Has few digits, and any exponent.
-    Number scaled_decimal() {
-        using L = Limits<Number>;
-        constexpr auto powers =
-            static_cast<std::uint64_t>(L::highest_power_of_ten - L::lowest_power_of_ten);
-        const int power = static_cast<int>(random_() % powers) + L::lowest_power_of_ten;
-        return read(std::to_string(random_() % below_power_of_ten(9)) + "e" + std::to_string(power),
-                    Number());
-    }
-
-    Number whole() { return static_cast<Number>(random_() >> (random_() % 64)); }
-
-    /// An odd number of halves, quarters, eighths ...
-    Number fraction_of_two() {
-        const auto odd = static_cast<double>(random_() >> (11 + random_() % 53) | 1);
-        return static_cast<Number>(std::ldexp(odd, -static_cast<int>(random_() % 60)));
-    }
-
-    /// In degrees, with as many decimals as maps use.
-    Number coordinate() {
-        const auto millionths = static_cast<double>(random_() % 360000000);
-        return static_cast<Number>(millionths / 1e6 - 180);
-    }
-
-    Number between_zero_and_one() { return std::uniform_real_distribution<Number>(0, 1)(random_); }
-
-private:
-    /// 10 to the power of 1 to limit.
-    std::uint64_t below_power_of_ten(std::uint64_t limit) {
-        std::uint64_t power = 10;
-        for (std::uint64_t i = random_() % limit; i > 0; --i) {
-            power *= 10;
-        }
-        return power;
-    }
-
-    std::mt19937_64 random_;
-};
-
 template <class Number>
 using RandomFastNumberText = FastNumberText<Number>;
 TYPED_TEST_SUITE(RandomFastNumberText, Numbers, NumberNames);
@@ -571,7 +477,7 @@ TYPED_TEST_SUITE(RandomFastNumberText, Numbers, NumberNames);
 TYPED_TEST(RandomFastNumberText, IsTheReferenceText) {
     const std::uint64_t seed = test::random_seed();
     SCOPED_TRACE("seed " + std::to_string(seed));
-    RandomNumbers<TypeParam> numbers(seed);
+    test::RandomNumbers<TypeParam> numbers(seed);
     for (std::size_t i = test::test_repetitions(); i > 0 && !this->HasFailure(); --i) {
         compare(numbers.any_bits());
         compare(numbers.decimal());

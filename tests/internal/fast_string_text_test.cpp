@@ -36,17 +36,35 @@ std::ostream& operator<<(std::ostream& stream, const Copied& copied) {
     return stream << copied.count << " bytes as " << testing::PrintToString(copied.text);
 }
 
+// The rules: that of the fixed text, that of JSON alone, and both where bytes beyond ASCII stop.
+using JsonEscapes = EscapeRule<Solidus::raw, BeyondAscii::plain>;
+using CheckedEscapes = EscapeRule<Solidus::raw, BeyondAscii::special>;
+using CheckedFixedEscapes = EscapeRule<Solidus::escaped, BeyondAscii::special>;
+
+template <class Rule>
+constexpr bool escapes_slash =
+    std::is_same_v<Rule, FixedEscapes> || std::is_same_v<Rule, CheckedFixedEscapes>;
+template <class Rule>
+constexpr bool checks =
+    std::is_same_v<Rule, CheckedEscapes> || std::is_same_v<Rule, CheckedFixedEscapes>;
+
+template <class Rule>
+bool stops_at(signed char byte) {
+    return (byte >= 0 && byte < 0x20) || (byte < 0 && checks<Rule>);
+}
+
 /// The expected result, made byte by byte.
+template <class Rule>
 Copied copied_by_bytes(std::string_view content) {
-    constexpr std::string_view escaped = "\b\t\n\f\r\"/\\";
-    constexpr std::string_view letters = "btnfr\"/\\";
+    const std::string_view escaped = escapes_slash<Rule> ? "\b\t\n\f\r\"\\/" : "\b\t\n\f\r\"\\";
+    constexpr std::string_view letters = "btnfr\"\\/";
     Copied result;
     for (const char byte : content) {
         const std::size_t index = escaped.find(byte);
         if (index != std::string_view::npos) {
             result.text += '\\';
             result.text += letters[index];
-        } else if (static_cast<unsigned char>(byte) < 0x20) {
+        } else if (stops_at<Rule>(static_cast<signed char>(byte))) {
             break;
         } else {
             result.text += byte;
@@ -57,7 +75,15 @@ Copied copied_by_bytes(std::string_view content) {
 }
 
 /// Stands for the fastest function in place of a type of block.
-struct QuickestBytes {};
+template <class EscapeRule>
+struct QuickestBytes {
+    using Rule = EscapeRule;
+};
+
+template <class Bytes>
+constexpr bool is_quickest = false;
+template <class Rule>
+constexpr bool is_quickest<QuickestBytes<Rule>> = true;
 
 /// Copies content that lies at an edge of memory into exactly the room that is asked for.
 class EdgeCopier {
@@ -86,8 +112,8 @@ public:
     Copied copy() {
         char* const out = target_.end() - (2 * size_ + 16);
         EscapedCopy copied;
-        if constexpr (std::is_same_v<Bytes, QuickestBytes>) {
-            copied = copy_escaped_quickly(out, begin_, begin_ + size_);
+        if constexpr (is_quickest<Bytes>) {
+            copied = copy_escaped_quickly<typename Bytes::Rule>(out, begin_, begin_ + size_);
         } else {
             copied = copy_escaped<Bytes>(out, begin_, begin_ + size_);
         }
@@ -105,22 +131,25 @@ constexpr EdgeCopier::Place places[] = {EdgeCopier::Place::at_the_begin,
                                         EdgeCopier::Place::at_the_end};
 
 /// `size` bytes that need no escape; neighbours differ.
+template <class Rule = FixedEscapes>
 std::string clean_content(std::size_t size) {
-    static constexpr char clean[] = "abc\xE9 !#.0[]\x7F\x80\xFFzA\xC3\xA9";
+    constexpr std::string_view clean =
+        checks<Rule> ? "abcI !#.0[]\x7F{}zA+-" : "abc\xE9 !#.0[]\x7F\x80\xFFzA\xC3\xA9";
     std::string content;
     while (content.size() < size) {
-        content += clean[content.size() % (sizeof clean - 1)];
+        content += clean[content.size() % clean.size()];
     }
     return content;
 }
 
 template <class Bytes>
-class CopyEscaped : public testing::Test {
+class CopyEscapedBy : public testing::Test {
 protected:
     void expect_bytewise(const std::string& content) {
         for (const EdgeCopier::Place place : places) {
             copier.place(content, place);
-            EXPECT_EQ(copier.template copy<Bytes>(), copied_by_bytes(content));
+            EXPECT_EQ(copier.template copy<Bytes>(),
+                      copied_by_bytes<typename Bytes::Rule>(content));
         }
     }
 
@@ -129,15 +158,41 @@ protected:
 
 struct BytesNames {
     template <class Bytes>
-    static std::string GetName(int index) {
-        return index == 0 ? "WithVectors" : (index == 1 ? "WithWords" : "TheQuickestWay");
+    static std::string GetName(int) {
+        using Rule = typename Bytes::Rule;
+        std::string name = is_quickest<Bytes>                         ? "TheQuickestWay"
+                           : std::is_same_v<Bytes, VectorBytes<Rule>> ? "WithVectors"
+                                                                      : "WithWords";
+        name += escapes_slash<Rule> ? "Fixed" : "Json";
+        return name + (checks<Rule> ? "Checked" : "");
     }
 };
 
-using AllBytes = testing::Types<VectorBytes, PortableBytes, QuickestBytes>;
-TYPED_TEST_SUITE(CopyEscaped, AllBytes, BytesNames);
+using AllBytes = testing::Types<VectorBytes<FixedEscapes>, PortableBytes<FixedEscapes>,
+                                QuickestBytes<FixedEscapes>, VectorBytes<JsonEscapes>,
+                                PortableBytes<JsonEscapes>, QuickestBytes<JsonEscapes>,
+                                VectorBytes<CheckedEscapes>, PortableBytes<CheckedEscapes>>;
+TYPED_TEST_SUITE(CopyEscapedBy, AllBytes, BytesNames);
 
-TYPED_TEST(CopyEscaped, WritesShortEscapesAndStopsAtOtherControlBytes) {
+template <class Bytes>
+Copied copied_at(EdgeCopier& copier, const std::string& content, EdgeCopier::Place place) {
+    copier.place(content, place);
+    return copier.template copy<Bytes>();
+}
+
+template <class Rule>
+void expect_copied(const std::string& content, const Copied& copied) {
+    EdgeCopier copier;
+    for (const EdgeCopier::Place place : places) {
+        EXPECT_EQ(copied_at<VectorBytes<Rule>>(copier, content, place), copied);
+        EXPECT_EQ(copied_at<PortableBytes<Rule>>(copier, content, place), copied);
+        if constexpr (!checks<Rule>) {
+            EXPECT_EQ(copied_at<QuickestBytes<Rule>>(copier, content, place), copied);
+        }
+    }
+}
+
+TEST(CopyEscaped, WritesShortEscapesAndStopsAtOtherControlBytes) {
     struct Case {
         std::string content;
         Copied copied;
@@ -156,16 +211,28 @@ TYPED_TEST(CopyEscaped, WritesShortEscapesAndStopsAtOtherControlBytes) {
         {"0123456789abcde/0123456789abcde\x1F", {31, R"(0123456789abcde\/0123456789abcde)"}},
     };
     for (const auto& [content, copied] : cases) {
-        for (const EdgeCopier::Place place : places) {
-            this->copier.place(content, place);
-            EXPECT_EQ(this->copier.template copy<TypeParam>(), copied);
-        }
+        expect_copied<FixedEscapes>(content, copied);
     }
 }
 
-TYPED_TEST(CopyEscaped, FindsEveryByteAtEveryPlace) {
+TEST(CopyEscaped, LeavesTheSolidusWhereTheRuleSaysSo) {
+    expect_copied<JsonEscapes>("a/b\"", {4, "a/b\\\""});
+    expect_copied<JsonEscapes>("0123456789/bcde\\/\x7F\x80", {19, "0123456789/bcde\\\\/\x7F\x80"});
+    expect_copied<CheckedEscapes>("////", {4, "////"});
+    expect_copied<CheckedFixedEscapes>("/", {1, "\\/"});
+}
+
+TEST(CopyEscaped, StopsBeyondAsciiWhereTheRuleSaysSo) {
+    expect_copied<CheckedEscapes>("a\x7F\x80", {2, "a\x7F"});
+    expect_copied<CheckedEscapes>("\xFF", {0, ""});
+    expect_copied<CheckedEscapes>("0123456789\"/ bcdef \xC3\xA9", {19, "0123456789\\\"/ bcdef "});
+    expect_copied<CheckedFixedEscapes>("0123456789\"/ bcdef \xC3\xA9",
+                                       {19, "0123456789\\\"\\/ bcdef "});
+}
+
+TYPED_TEST(CopyEscapedBy, FindsEveryByteAtEveryPlace) {
     for (std::size_t size = 0; size <= 40; ++size) {
-        const std::string clean = clean_content(size);
+        const std::string clean = clean_content<typename TypeParam::Rule>(size);
         this->expect_bytewise(clean);
         for (const EdgeCopier::Place place : places) {
             char* const content = this->copier.place(clean, place);
@@ -173,7 +240,7 @@ TYPED_TEST(CopyEscaped, FindsEveryByteAtEveryPlace) {
                 for (int byte = 0; byte <= 0xFF; ++byte) {
                     content[at] = static_cast<char>(byte);
                     ASSERT_EQ(this->copier.template copy<TypeParam>(),
-                              copied_by_bytes({content, size}));
+                              copied_by_bytes<typename TypeParam::Rule>({content, size}));
                 }
                 content[at] = clean[at];
             }
@@ -181,12 +248,12 @@ TYPED_TEST(CopyEscaped, FindsEveryByteAtEveryPlace) {
     }
 }
 
-TYPED_TEST(CopyEscaped, FindsEveryPairOfEscapes) {
+TYPED_TEST(CopyEscapedBy, FindsEveryPairOfEscapes) {
     for (std::size_t size = 2; size <= 40; ++size) {
         for (std::size_t first = 0; first != size; ++first) {
             for (std::size_t second = first + 1; second != size; ++second) {
                 for (const char last : {'\\', '\x1F'}) {
-                    std::string content = clean_content(size);
+                    std::string content = clean_content<typename TypeParam::Rule>(size);
                     content[first] = '"';
                     content[second] = last;
                     this->expect_bytewise(content);
@@ -196,7 +263,7 @@ TYPED_TEST(CopyEscaped, FindsEveryPairOfEscapes) {
     }
 }
 
-TYPED_TEST(CopyEscaped, NeedsNoMoreRoomThanTwiceTheContentAndSixteenBytes) {
+TYPED_TEST(CopyEscapedBy, NeedsNoMoreRoomThanTwiceTheContentAndSixteenBytes) {
     for (std::size_t size = 0; size <= 300; ++size) {
         for (const char byte : {'/', 'x', '\n', '\x01'}) {
             this->expect_bytewise(std::string(size, byte));
@@ -205,12 +272,12 @@ TYPED_TEST(CopyEscaped, NeedsNoMoreRoomThanTwiceTheContentAndSixteenBytes) {
     }
 }
 
-TYPED_TEST(CopyEscaped, CopiesRandomContentAsByteByByte) {
+TYPED_TEST(CopyEscapedBy, CopiesRandomContentAsByteByByte) {
     const std::uint64_t seed = test::random_seed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     test::RandomTrees random(seed, test::RandomTrees::Kinds::all);
     for (std::size_t i = test::test_repetitions(); i > 0 && !this->HasFailure(); --i) {
-        std::string content = clean_content(random.below(300));
+        std::string content = clean_content<typename TypeParam::Rule>(random.below(300));
         for (std::size_t escapes = random.below(6); escapes > 0 && !content.empty(); --escapes) {
             content[random.below(content.size())] = "\"\\/\b\t\n\f\r\x01\x1F"[random.below(10)];
         }
@@ -224,12 +291,16 @@ protected:
     EdgeCopier copier;
 };
 
-using CleanBytes = testing::Types<VectorBytes, PortableBytes>;
+using CleanBytes =
+    testing::Types<VectorBytes<FixedEscapes>, PortableBytes<FixedEscapes>, VectorBytes<JsonEscapes>,
+                   PortableBytes<JsonEscapes>, VectorBytes<CheckedEscapes>,
+                   PortableBytes<CheckedEscapes>, VectorBytes<CheckedFixedEscapes>,
+                   PortableBytes<CheckedFixedEscapes>>;
 TYPED_TEST_SUITE(CopyClean, CleanBytes, BytesNames);
 
 TYPED_TEST(CopyClean, CopiesContentThatStaysAsItIs) {
     for (std::size_t size = 0; size <= 300; ++size) {
-        const std::string content = clean_content(size);
+        const std::string content = clean_content<typename TypeParam::Rule>(size);
         for (const EdgeCopier::Place place : places) {
             this->copier.place(content, place);
             EXPECT_EQ(this->copier.template copy_if_clean<TypeParam>(), content);
@@ -238,16 +309,17 @@ TYPED_TEST(CopyClean, CopiesContentThatStaysAsItIs) {
 }
 
 TYPED_TEST(CopyClean, RefusesEveryByteThatIsEscapedAtEveryPlace) {
-    constexpr std::string_view escaped = "\"\\/";
+    using Rule = typename TypeParam::Rule;
+    const std::string_view escaped = escapes_slash<Rule> ? "\"\\/" : "\"\\";
     for (std::size_t size = 1; size <= 70; ++size) {
-        const std::string clean = clean_content(size);
+        const std::string clean = clean_content<typename TypeParam::Rule>(size);
         for (const EdgeCopier::Place place : places) {
             char* const content = this->copier.place(clean, place);
             for (std::size_t at = 0; at != size; ++at) {
                 for (int byte = 0; byte <= 0xFF; ++byte) {
                     content[at] = static_cast<char>(byte);
-                    const bool refused =
-                        byte < 0x20 || escaped.find(content[at]) != std::string_view::npos;
+                    const bool refused = stops_at<Rule>(static_cast<signed char>(content[at])) ||
+                                         escaped.find(content[at]) != std::string_view::npos;
                     ASSERT_EQ(this->copier.template copy_if_clean<TypeParam>(),
                               refused ? std::nullopt
                                       : std::optional<std::string>(std::string(content, size)))
@@ -266,7 +338,7 @@ TYPED_TEST_SUITE(CountClean, CleanBytes, BytesNames);
 
 TYPED_TEST(CountClean, CountsTheBytesBeforeTheFirstThatIsEscaped) {
     for (std::size_t size = 16; size <= 70; ++size) {
-        std::string content = clean_content(size);
+        std::string content = clean_content<typename TypeParam::Rule>(size);
         const char* const begin = content.data();
         EXPECT_EQ(count_clean<TypeParam>(begin, begin + size), size);
         content.back() = '"';

@@ -25,6 +25,8 @@ public:
     Cursor string(Cursor, const std::string& text) { return add("string " + text); }
     Cursor line_end(Cursor) { return add("line end"); }
     Cursor spaces(Cursor, std::size_t count) { return add(count, " spaces"); }
+    Cursor name(Cursor, const std::string& name) { return add("name " + name); }
+    Cursor line(Cursor, std::size_t depth) { return add(depth, " levels"); }
 
     std::vector<std::string> pieces;
 
@@ -41,20 +43,22 @@ private:
 
 using Pieces = std::vector<std::string>;
 
-template <bool Pretty>
+template <Layout layout>
 Pieces pieces_of(const Value& value) {
     PieceRecorder output;
-    LayoutWriter<PieceRecorder, Pretty>(output).write({}, value);
+    LayoutWriter<PieceRecorder, layout>(output).write({}, value);
     return output.pieces;
 }
 
 Pieces compact(const Value& value) {
-    return pieces_of<false>(value);
+    return pieces_of<Layout::fixed>(value);
 }
 
 Pieces pretty(const Value& value) {
-    return pieces_of<true>(value);
+    return pieces_of<Layout::fixed_pretty>(value);
 }
+
+// ---- The fixed layouts ---------------------------------------------------------------------
 
 TEST(LayoutWriter, WritesAValueWithoutItemsAsOnePiece) {
     const struct {
@@ -96,6 +100,55 @@ TEST(LayoutWriter, PutsIndentationBetweenEmptyBrackets) {
     EXPECT_EQ(pretty(Array{}), (Pieces{"[", "0 spaces", "]"}));
     EXPECT_EQ(pretty(Array{Object{}}), (Pieces{"[", "line end", "4 spaces", "{", "4 spaces", "}",
                                                "line end", "0 spaces", "]"}));
+}
+
+// ---- The layouts of JSON.stringify ---------------------------------------------------------
+
+/// @param sorts  whether members are sorted by UTF-16
+Pieces pieces_at(const Value& value, Layout layout, bool sorts = false, std::size_t depth = 0) {
+    PieceRecorder output;
+    if (layout == Layout::compact) {
+        LayoutWriter<PieceRecorder, Layout::compact>(output, sorts, depth).write({}, value);
+    } else {
+        LayoutWriter<PieceRecorder, Layout::indented>(output, sorts, depth).write({}, value);
+    }
+    return output.pieces;
+}
+
+TEST(LayoutWriter, WritesUndefinedAsNullOrNotAtAll) {
+    const Undefined none;
+    EXPECT_EQ(pieces_at(Undefined(), Layout::compact), Pieces{"null"});
+    EXPECT_EQ(pieces_at(Array{none, true, none}, Layout::compact),
+              (Pieces{"[", "null", ",", "true", ",", "null", "]"}));
+    EXPECT_EQ(pieces_at(Object{{"a", none}}, Layout::indented), (Pieces{"{", "}"}));
+    EXPECT_EQ(pieces_at(Object{{"a", none}, {"b", true}, {"c", none}}, Layout::compact),
+              (Pieces{"{", "name b", "true", "}"}));
+    EXPECT_EQ(pieces_at(Object{{"a", true}, {"b", none}, {"c", false}}, Layout::compact),
+              (Pieces{"{", "name a", "true", ",", "name c", "false", "}"}));
+}
+
+TEST(LayoutWriter, PutsItemsOnLinesAtTheirLevel) {
+    EXPECT_EQ(pieces_at(Array{true, Object{{"a", Array{}}}}, Layout::indented),
+              (Pieces{"[", "1 levels", "true", ",", "1 levels", "{", "2 levels", "name a", "[", "]",
+                      "1 levels", "}", "0 levels", "]"}));
+    EXPECT_EQ(pieces_at(Array{true}, Layout::indented, false, 3),
+              (Pieces{"[", "4 levels", "true", "3 levels", "]"}));
+    EXPECT_EQ(pieces_at(Array{}, Layout::indented, false, 3), (Pieces{"[", "]"}));
+}
+
+TEST(LayoutWriter, SortsMembersByUtf16IfAskedTo) {
+    const Value value(Object{
+        {"\xF0\x9F\x99\x82", Object{{"b", true}}}, {"\xEF\xBC\xA1", true}, {"a", Undefined()}});
+    EXPECT_EQ(pieces_at(value, Layout::compact),
+              (Pieces{"{", "name \xEF\xBC\xA1", "true", ",", "name \xF0\x9F\x99\x82", "{", "name b",
+                      "true", "}", "}"}));
+    EXPECT_EQ(pieces_at(value, Layout::compact, true),
+              (Pieces{"{", "name \xF0\x9F\x99\x82", "{", "name b", "true", "}", ",",
+                      "name \xEF\xBC\xA1", "true", "}"}));
+    EXPECT_EQ(pieces_at(Object{{"\xF0\x9F\x99\x82", true}}, Layout::indented, true),
+              (Pieces{"{", "1 levels", "name \xF0\x9F\x99\x82", "true", "0 levels", "}"}));
+    EXPECT_EQ(pieces_at(Object{{"\xF0\x9F\x99\x82", Undefined()}}, Layout::indented, true),
+              (Pieces{"{", "}"}));
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 /// the exit status is 1 if an operation does not survive it.
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/write.hpp>
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -52,6 +53,9 @@ Value empty_container(bool object) {
     return object ? Value(std::map<std::string, Value>()) : Value(std::vector<Value>());
 }
 
+/// A name that may come in another order in UTF-16 than in UTF-8.
+const char name[] = "\xF0\x9F\x99\x82";
+
 /// Nests empty containers, from the inside out and without recursion.
 Value* nested(const Shape& shape, std::size_t depth) {
     auto* value = new Value(empty_container(shape.inner_is_object));
@@ -59,7 +63,7 @@ Value* nested(const Shape& shape, std::size_t depth) {
         const bool object = level % 2 == 0 ? shape.inner_is_object : shape.outer_is_object;
         Value outer = empty_container(object);
         if (object) {
-            outer["k"].swap(*value);
+            outer[name].swap(*value);
         } else {
             outer.push(Null());
             outer[0].swap(*value);
@@ -109,6 +113,39 @@ void write(const Value& value, bool pretty, Path path) {
     serializer.write(stream, value);
 }
 
+/// Writes a value by write() onto a stream.
+void write_text(const Value& value, const WriteOptions& options) {
+    Discard discard;
+    std::ostream stream(&discard);
+    foundation::json::write(stream, value, options);
+}
+
+/// Finds an error in the innermost container, which replaces the last level.
+bool locates_an_error_in(Value& value) {
+    Value* innermost = &value;
+    for (;;) {
+        if (auto* const elements = get_if<Array>(innermost); elements != nullptr) {
+            if (elements->empty()) {
+                break;
+            }
+            innermost = &elements->front();
+        } else {
+            auto& members = get<Object>(*innermost);
+            if (members.empty()) {
+                break;
+            }
+            innermost = &members.begin()->second;
+        }
+    }
+    *innermost = "\xFF";
+    try {
+        static_cast<void>(foundation::json::write(value));
+        return false;
+    } catch (const WriteError&) {
+        return true;
+    }
+}
+
 /// An operation on two equal values. Only the operation itself may destroy them.
 using Operation = void (*)(Value* a, Value* b);
 
@@ -129,6 +166,11 @@ const NamedOperation operations[] = {
     {"write pretty", [](Value* a, Value*) { write(*a, true, Path::fast); }, a_hundred_thousand},
     {"write pretty, reference", [](Value* a, Value*) { write(*a, true, Path::reference); },
      a_hundred_thousand},
+    {"write", [](Value* a, Value*) { result = foundation::json::write(*a).empty(); }},
+    {"write canonical", [](Value* a, Value*) { write_text(*a, WriteOptions::canonical()); }},
+    {"write indented", [](Value* a, Value*) { write_text(*a, WriteOptions::indented(2)); },
+     a_hundred_thousand},
+    {"write an error", [](Value* a, Value*) { result = locates_an_error_in(*a); }},
     {"copy", [](Value* a, Value*) { new Value(*a); }},
     {"copy assignment, same shape", [](Value* a, Value* b) { *a = *b; }},
     {"copy assignment, other kind", [](Value* a, Value*) { *new Value() = *a; }},
