@@ -1,11 +1,9 @@
 // Values within values, by JSON Pointers.
 #include <foundation/json/pointer.hpp>
 
-#include <foundation/json/content.hpp>
-#include <foundation/json/detail/quoted.hpp>
+#include "access/pointer_steps.hpp"
 
-#include <stdexcept>
-#include <string>
+#include <foundation/json/content.hpp>
 
 namespace foundation::json::detail {
 
@@ -18,36 +16,6 @@ bool is_index(std::string_view token) noexcept {
 }
 
 namespace {
-
-/// @throws std::invalid_argument if a text is no JSON Pointer
-void check_pointer(std::string_view pointer) {
-    const auto refuse = [&](const char* reason) {
-        throw std::invalid_argument(quoted(pointer) + " is no JSON Pointer: " + reason);
-    };
-    if (!pointer.empty() && pointer.front() != '/') {
-        refuse("it is not empty and does not begin with /");
-    }
-    for (std::size_t i = 0; i < pointer.size(); ++i) {
-        if (pointer[i] == '~' &&
-            (i + 1 == pointer.size() || (pointer[i + 1] != '0' && pointer[i + 1] != '1'))) {
-            refuse("~ is not followed by 0 or 1");
-        }
-    }
-}
-
-/// A name as a JSON Pointer that has been checked escapes it.
-std::string unescaped(std::string_view token) {
-    std::string name;
-    for (std::size_t i = 0; i < token.size(); ++i) {
-        if (token[i] == '~') {
-            ++i;
-            name += token[i] == '0' ? '~' : '/';
-        } else {
-            name += token[i];
-        }
-    }
-    return name;
-}
 
 const Value* find_element(const Array& elements, std::string_view token) {
     if (!is_index(token) || token == "-") {

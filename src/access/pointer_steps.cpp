@@ -1,0 +1,116 @@
+// The syntax of JSON Pointers, and the exception of one that leads nowhere.
+#include "access/pointer_steps.hpp"
+
+#include <foundation/json/detail/quoted.hpp>
+#include <foundation/json/pointer.hpp>
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+namespace foundation::json {
+
+namespace {
+
+std::string describe_step(std::string_view pointer) {
+    if (pointer.empty()) {
+        return "at the root: ";
+    }
+    std::string result = "at ";
+    detail::append_escaped(result, pointer);
+    return result += ": ";
+}
+
+} // namespace
+
+PointerError::PointerError(std::string pointer, const std::string& problem)
+    : std::runtime_error(describe_step(pointer) + problem),
+      pointer_(std::make_shared<const std::string>(std::move(pointer))) {}
+
+PointerError::PointerError(const PointerError&) noexcept = default;
+PointerError& PointerError::operator=(const PointerError&) noexcept = default;
+PointerError::~PointerError() = default;
+
+const std::string& PointerError::pointer() const noexcept {
+    return *pointer_;
+}
+
+namespace detail {
+
+void check_pointer(std::string_view pointer) {
+    const auto refuse = [&](const char* reason) {
+        throw std::invalid_argument(quoted(pointer) + " is no JSON Pointer: " + reason);
+    };
+    if (!pointer.empty() && pointer.front() != '/') {
+        refuse("it is not empty and does not begin with /");
+    }
+    for (std::size_t i = 0; i < pointer.size(); ++i) {
+        if (pointer[i] == '~' &&
+            (i + 1 == pointer.size() || (pointer[i + 1] != '0' && pointer[i + 1] != '1'))) {
+            refuse("~ is not followed by 0 or 1");
+        }
+    }
+}
+
+std::string unescaped(std::string_view token) {
+    std::string name;
+    for (std::size_t i = 0; i < token.size(); ++i) {
+        if (token[i] == '~') {
+            ++i;
+            name += token[i] == '0' ? '~' : '/';
+        } else {
+            name += token[i];
+        }
+    }
+    return name;
+}
+
+void append_token(std::string& pointer, std::string_view name) {
+    pointer += '/';
+    for (const char c : name) {
+        if (c == '~') {
+            pointer += "~0";
+        } else if (c == '/') {
+            pointer += "~1";
+        } else {
+            pointer += c;
+        }
+    }
+}
+
+std::optional<std::size_t> index_of(std::string_view token, std::size_t length) noexcept {
+    if (token == "-") {
+        return length;
+    }
+    const bool is_index = !token.empty() && std::all_of(token.begin(), token.end(), [](char c) {
+        return c >= '0' && c <= '9';
+    }) && (token.size() == 1 || token.front() != '0');
+    if (!is_index) {
+        return std::nullopt;
+    }
+    std::size_t index = 0;
+    for (const char digit : token) {
+        index = index * 10 + static_cast<std::size_t>(digit - '0');
+        if (index > length) {
+            return length + 1; // before the index can overflow
+        }
+    }
+    return index;
+}
+
+std::string_view PointerSteps::next() noexcept {
+    const std::size_t begin = end_ + 1;
+    const std::size_t slash = pointer_.find('/', begin);
+    end_ = slash != std::string_view::npos ? slash : pointer_.size();
+    return pointer_.substr(begin, end_ - begin);
+}
+
+const char* noun_for(Kind kind) noexcept {
+    static constexpr const char* nouns[] = {"undefined", "null",     "a boolean", "a number",
+                                            "a string",  "an array", "an object", "a number",
+                                            "a number",  "a number"};
+    return nouns[static_cast<int>(kind)];
+}
+
+} // namespace detail
+} // namespace foundation::json
