@@ -34,8 +34,13 @@ struct Range {
     std::size_t size() const noexcept { return end - begin; }
 };
 
-/// The elements between those at the beginning and at the end that are equivalent.
-std::pair<Range, Range> different_ranges(const Array& from, const Array& to) noexcept {
+/// The elements of arrays between those at both ends that are equivalent.
+struct Ranges {
+    Range from;
+    Range to;
+};
+
+Ranges different_ranges(const Array& from, const Array& to) noexcept {
     const std::size_t shorter = std::min(from.size(), to.size());
     std::size_t front = 0;
     while (front < shorter && equivalent(from[front], to[front])) {
@@ -47,6 +52,17 @@ std::pair<Range, Range> different_ranges(const Array& from, const Array& to) noe
         ++back;
     }
     return {{front, from.size() - back}, {front, to.size() - back}};
+}
+
+/// The indices of elements that are not equivalent.
+std::vector<std::size_t> different_indices(const Array& from, const Array& to) {
+    std::vector<std::size_t> result;
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        if (!equivalent(from[i], to[i])) {
+            result.push_back(i);
+        }
+    }
+    return result;
 }
 
 /// Whether no two elements with equal indices are similar.
@@ -114,14 +130,44 @@ private:
     unsigned levels_;
 };
 
+constexpr unsigned hashed_levels = 32;
+
 std::vector<std::uint64_t> hashes_of(const Array& elements, Range range) {
-    constexpr unsigned levels = 32;
     std::vector<std::uint64_t> result;
     result.reserve(range.size());
     for (std::size_t i = range.begin; i != range.end; ++i) {
-        result.push_back(Hash(levels).of(elements[i]));
+        result.push_back(Hash(hashed_levels).of(elements[i]));
     }
     return result;
+}
+
+std::vector<std::uint64_t> hashes_of(const Array& elements,
+                                     const std::vector<std::size_t>& indices) {
+    std::vector<std::uint64_t> result;
+    result.reserve(indices.size());
+    for (const std::size_t index : indices) {
+        result.push_back(Hash(hashed_levels).of(elements[index]));
+    }
+    return result;
+}
+
+/// Whether some of the elements that differ between arrays of the same length may be the same ones
+/// in other places, and not elements that have changed where they are.
+bool may_have_moved(const Array& from, const Array& to, const std::vector<std::size_t>& different) {
+    constexpr std::size_t few = 16;
+    const bool are_apart =
+        std::adjacent_find(different.begin(), different.end(), [](std::size_t a, std::size_t b) {
+            return a + 1 == b;
+        }) == different.end();
+    if (are_apart && different.size() <= few) {
+        return false; // what moves in between would differ as well
+    }
+    std::vector<std::uint64_t> before = hashes_of(from, different);
+    std::sort(before.begin(), before.end());
+    const std::vector<std::uint64_t> after = hashes_of(to, different);
+    return std::any_of(after.begin(), after.end(), [&](std::uint64_t hash) {
+        return std::binary_search(before.begin(), before.end(), hash);
+    });
 }
 
 // ---- Sizes ---------------------------------------------------------------------------------
@@ -225,16 +271,20 @@ private:
     void compare(const Value& from, const Value& to, Step step) {
         if (are_similar(from, to)) {
             pending_.push_back({&from, &to, step, path_.size() + 1});
-        } else if (!equivalent(from, to)) {
-            add_operation("replace", &step, &to);
+        } else if (!detail::equivalent_values(detail::View(), from, to)) {
+            replace(from, to, step);
         }
     }
 
+    void replace(const Value& from, const Value& to, Step step);
+
     void compare_members(const Object& from, const Object& to);
-    void compare_member(const std::string& name, const Value& from, const Value& to);
+    void add_member(const std::string& name, const Value& value);
+    void remove_member(const std::string& name, const Value& value);
 
     void compare_elements(const Array& from, const Value& to_value);
-    bool compare_in_step(const Array& from, const Array& to, Range range);
+    void compare_ranges(const Array& from, const Value& to_value, const Ranges& ranges,
+                        bool search);
     void compare_gap(const Array& from, Range from_gap, const Array& to, Range to_gap);
 
     void add_operation(const char* name, const Step* last, const Value* value);
@@ -256,39 +306,47 @@ private:
 // ---- Objects
 
 void Diff::compare_members(const Object& from, const Object& to) {
-    const Value& nothing = detail::ValueAccess::undefined();
     auto f = from.begin();
     auto t = to.begin();
     while (f != from.end() && t != to.end()) {
         if (detail::same_text(f->first, t->first)) {
-            compare_member(t->first, f->second, t->second);
+            compare(f->second, t->second, {&t->first, 0});
             ++f;
             ++t;
         } else if (f->first < t->first) {
-            compare_member(f->first, f->second, nothing);
+            remove_member(f->first, f->second);
             ++f;
         } else {
-            compare_member(t->first, nothing, t->second);
+            add_member(t->first, t->second);
             ++t;
         }
     }
-    for (; f != from.end(); ++f) {
-        compare_member(f->first, f->second, nothing);
-    }
-    for (; t != to.end(); ++t) {
-        compare_member(t->first, nothing, t->second);
+    std::for_each(f, from.end(), [this](const auto& m) { remove_member(m.first, m.second); });
+    std::for_each(t, to.end(), [this](const auto& m) { add_member(m.first, m.second); });
+}
+
+void Diff::add_member(const std::string& name, const Value& value) {
+    if (!holds<Undefined>(value)) {
+        const Step step{&name, 0};
+        add_operation("add", &step, &value);
     }
 }
 
-/// @param from, to  Undefined for a member that is missing
-void Diff::compare_member(const std::string& name, const Value& from, const Value& to) {
-    const Step step{&name, 0};
-    if (holds<Undefined>(from) == holds<Undefined>(to)) {
-        compare(from, to, step);
-    } else if (holds<Undefined>(to)) {
+void Diff::remove_member(const std::string& name, const Value& value) {
+    if (!holds<Undefined>(value)) {
+        const Step step{&name, 0};
+        add_operation("remove", &step, nullptr);
+    }
+}
+
+/// An Undefined member is one that is missing; Undefined elements are elements like others.
+void Diff::replace(const Value& from, const Value& to, Step step) {
+    if (step.name != nullptr && holds<Undefined>(from)) {
+        add_operation("add", &step, &to);
+    } else if (step.name != nullptr && holds<Undefined>(to)) {
         add_operation("remove", &step, nullptr);
     } else {
-        add_operation("add", &step, &to);
+        add_operation("replace", &step, &to);
     }
 }
 
@@ -300,28 +358,43 @@ void Diff::compare_elements(const Array& from, const Value& to_value) {
     // lies below it.
     constexpr std::size_t deepest_search = 16;
     const bool is_deep = path_.size() > deepest_search;
-    if (is_deep && from.size() == to.size()) {
+    if (from.size() != to.size()) {
+        compare_ranges(from, to_value, different_ranges(from, to), !is_deep);
+        return;
+    }
+    if (is_deep) {
         compare_gap(from, {0, from.size()}, to, {0, to.size()});
         return;
     }
-    const auto [from_range, to_range] = different_ranges(from, to);
-    if (from_range.size() == to_range.size() && compare_in_step(from, to, to_range)) {
+    const auto different = different_indices(from, to);
+    if (may_have_moved(from, to, different)) {
+        const Range range{different.front(), different.back() + 1};
+        compare_ranges(from, to_value, {range, range}, true);
         return;
     }
-    std::vector<Match> matches;
-    if (!is_deep && from_range.size() != 0 && to_range.size() != 0) {
-        matches = detail::common_subsequence(hashes_of(from, from_range), hashes_of(to, to_range));
+    for (const std::size_t index : different) {
+        compare(from[index], to[index], {nullptr, index});
     }
-    if (matches.empty() && from_range.size() == from.size() && to_range.size() == to.size() &&
+}
+
+void Diff::compare_ranges(const Array& from, const Value& to_value, const Ranges& ranges,
+                          bool search) {
+    const auto& to = get<Array>(to_value);
+    std::vector<Match> matches;
+    if (search && ranges.from.size() != 0 && ranges.to.size() != 0) {
+        matches =
+            detail::common_subsequence(hashes_of(from, ranges.from), hashes_of(to, ranges.to));
+    }
+    if (matches.empty() && ranges.from.size() == from.size() && ranges.to.size() == to.size() &&
         std::max(from.size(), to.size()) > 1 && none_similar(from, to)) {
         add_operation("replace", nullptr, &to_value);
         return;
     }
-    std::size_t f = from_range.begin;
-    std::size_t t = to_range.begin;
+    std::size_t f = ranges.from.begin;
+    std::size_t t = ranges.to.begin;
     for (const Match& match : matches) {
-        const std::size_t matched_from = from_range.begin + match.from;
-        const std::size_t matched_to = to_range.begin + match.to;
+        const std::size_t matched_from = ranges.from.begin + match.from;
+        const std::size_t matched_to = ranges.to.begin + match.to;
         compare_gap(from, {f, matched_from}, to, {t, matched_to});
         // Hashes can be equal by chance.
         if (!equivalent(from[matched_from], to[matched_to])) {
@@ -330,25 +403,7 @@ void Diff::compare_elements(const Array& from, const Value& to_value) {
         f = matched_from + 1;
         t = matched_to + 1;
     }
-    compare_gap(from, {f, from_range.end}, to, {t, to_range.end});
-}
-
-/// Compares elements with equal indices, if most of them are equivalent or there is only one.
-/// @return whether it did so
-bool Diff::compare_in_step(const Array& from, const Array& to, Range range) {
-    std::vector<std::size_t> changed;
-    for (std::size_t i = range.begin; i != range.end; ++i) {
-        if (!equivalent(from[i], to[i])) {
-            changed.push_back(i);
-        }
-    }
-    if (changed.size() > 1 && changed.size() > range.size() / 2) {
-        return false;
-    }
-    for (const std::size_t index : changed) {
-        compare(from[index], to[index], {nullptr, index});
-    }
-    return true;
+    compare_gap(from, {f, ranges.from.end}, to, {t, ranges.to.end});
 }
 
 /// Compares elements between matches one by one, then removes or adds what is left.

@@ -41,11 +41,7 @@ bool equivalent_scalars(const Value& left, const Value& right) noexcept {
     if (is_number(left) && is_number(right)) {
         return same_number(number_parts(left), number_parts(right));
     }
-    if (kind_of(left) != kind_of(right)) {
-        return false;
-    }
-    const auto* const flag = get_if<bool>(&left);
-    return flag == nullptr || *flag == ValueAccess::content<bool>(right);
+    return holds<Undefined>(left) && holds<Undefined>(right);
 }
 
 } // namespace detail

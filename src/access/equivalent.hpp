@@ -6,6 +6,7 @@
 
 #include <foundation/json/content.hpp>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -18,8 +19,8 @@ struct View {
     static constexpr bool has_lists = false;
 };
 
-/// Whether scalars or strings of any two kinds are equivalent, or whether both are Undefined. Not
-/// for two arrays or objects, doubles, or strings.
+/// Whether values of two kinds are equivalent, or numbers of one kind other than double, or whether
+/// both are Undefined.
 bool equivalent_scalars(const Value& left, const Value& right) noexcept;
 
 /// Whether doubles are equal; decided by their bits, since the processor may take subnormal numbers
@@ -119,7 +120,10 @@ template <class AnyView>
         return equivalent_members(view, ValueAccess::content<Object>(left),
                                   ValueAccess::content<Object>(right));
     }
-    return equivalent_scalars(left, right);
+    if (kind == Kind::boolean) {
+        return ValueAccess::content<bool>(left) == ValueAccess::content<bool>(right);
+    }
+    return kind == Kind::null || equivalent_scalars(left, right);
 }
 
 template <class AnyView>
@@ -149,37 +153,57 @@ template <class AnyView, class List>
     return true;
 }
 
+/// Whether objects are equivalent that do not have the same names, from members on up to which they
+/// are.
 template <class AnyView>
-[[gnu::noinline]] bool equivalent_members(AnyView view, const Object& left,
-                                          const Object& right) noexcept {
-    const auto left_end = left.end();
-    const auto right_end = right.end();
-    auto l = left.begin();
-    auto r = right.begin();
+[[gnu::noinline]] bool equivalent_rest(AnyView view, Object::const_iterator l,
+                                       Object::const_iterator left_end, Object::const_iterator r,
+                                       Object::const_iterator right_end) noexcept {
     while (l != left_end && r != right_end) {
-        const auto& left_member = *l;
-        const auto& right_member = *r;
-        if (same_text(left_member.first, right_member.first)) {
-            ++l;
-            ++r;
-            if (!equivalent_values(view, left_member.second, right_member.second)) {
+        if (same_text(l->first, r->first)) {
+            if (!equivalent_values(view, l->second, r->second)) {
                 return false;
             }
-        } else if (holds<Undefined>(left_member.second)) {
             ++l;
-        } else if (holds<Undefined>(right_member.second)) {
+            ++r;
+        } else if (holds<Undefined>(l->second)) {
+            ++l;
+        } else if (holds<Undefined>(r->second)) {
             ++r;
         } else {
             return false;
         }
     }
-    while (l != left_end && holds<Undefined>(l->second)) {
-        ++l;
+    const auto is_undefined = [](const auto& member) { return holds<Undefined>(member.second); };
+    return std::all_of(l, left_end, is_undefined) && std::all_of(r, right_end, is_undefined);
+}
+
+template <class AnyView>
+[[gnu::noinline]] bool equivalent_members(AnyView view, const Object& left,
+                                          const Object& right) noexcept {
+    auto l = left.begin();
+    auto r = right.begin();
+    if (left.size() != right.size()) {
+        return equivalent_rest(view, l, left.end(), r, right.end());
     }
-    while (r != right_end && holds<Undefined>(r->second)) {
+    // Counted, since the step behind the last member takes longest.
+    std::size_t count = left.size();
+    if (count == 0) {
+        return true;
+    }
+    for (;;) {
+        if (!same_text(l->first, r->first)) {
+            return equivalent_rest(view, l, left.end(), r, right.end());
+        }
+        if (!equivalent_values(view, l->second, r->second)) {
+            return false;
+        }
+        if (--count == 0) {
+            return true;
+        }
+        ++l;
         ++r;
     }
-    return l == left_end && r == right_end;
 }
 
 } // namespace foundation::json::detail
