@@ -218,7 +218,7 @@ std::size_t size_of(const Value& root) {
 /// within them, whose indices are then the final ones.
 class Diff {
 public:
-    Diff(const Value& from, const Value& to) noexcept : from_(from), to_(to) {}
+    Diff(const Value& from, const Value& to) : from_(from), to_(to) {}
 
     Value run() {
         if (are_similar(from_, to_)) {
@@ -367,9 +367,13 @@ void Diff::compare_elements(const Array& from, const Value& to_value) {
         return;
     }
     const auto different = different_indices(from, to);
-    if (may_have_moved(from, to, different)) {
+    if (different.empty()) {
+        return;
+    }
+    const bool search = may_have_moved(from, to, different);
+    if (search || different.size() == from.size()) {
         const Range range{different.front(), different.back() + 1};
-        compare_ranges(from, to_value, {range, range}, true);
+        compare_ranges(from, to_value, {range, range}, search);
         return;
     }
     for (const std::size_t index : different) {

@@ -412,14 +412,14 @@ TEST(Operation, TakesARvalueAndCopiesAnLvalue) {
 }
 
 TEST(Operation, RefusesWhatIsNoJsonPointer) {
-    EXPECT_THROW(operation::add("a", 1), std::invalid_argument);
-    EXPECT_THROW(operation::remove("a"), std::invalid_argument);
-    EXPECT_THROW(operation::replace("a", 1), std::invalid_argument);
-    EXPECT_THROW(operation::move("a", ""), std::invalid_argument);
-    EXPECT_THROW(operation::move("", "a"), std::invalid_argument);
-    EXPECT_THROW(operation::copy("a", ""), std::invalid_argument);
-    EXPECT_THROW(operation::copy("", "a"), std::invalid_argument);
-    EXPECT_THROW(operation::test("/~", 1), std::invalid_argument);
+    EXPECT_THROW(static_cast<void>(operation::add("a", 1)), std::invalid_argument);
+    EXPECT_THROW(static_cast<void>(operation::remove("a")), std::invalid_argument);
+    EXPECT_THROW(static_cast<void>(operation::replace("a", 1)), std::invalid_argument);
+    EXPECT_THROW(static_cast<void>(operation::move("a", "")), std::invalid_argument);
+    EXPECT_THROW(static_cast<void>(operation::move("", "a")), std::invalid_argument);
+    EXPECT_THROW(static_cast<void>(operation::copy("a", "")), std::invalid_argument);
+    EXPECT_THROW(static_cast<void>(operation::copy("", "a")), std::invalid_argument);
+    EXPECT_THROW(static_cast<void>(operation::test("/~", 1)), std::invalid_argument);
 }
 
 TEST(Operation, AppliesWithTheOthers) {
