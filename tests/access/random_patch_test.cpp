@@ -127,43 +127,6 @@ TEST(RandomMergePatch, AgreesWithTheReference) {
     }
 }
 
-Value random_operation(RandomChanges& random, const Value& root) {
-    const std::string path = random.pointer(root);
-    switch (random.below(12)) {
-    case 0:
-    case 1:
-    case 2:
-        return operation::add(path, random.value(2));
-    case 3:
-    case 4:
-        return operation::remove(path);
-    case 5:
-    case 6:
-        return operation::replace(path, random.value(2));
-    case 7:
-    case 8:
-        return operation::move(random.pointer(root), path);
-    case 9:
-        return operation::copy(random.pointer(root), path);
-    default:
-        const Value* const value = find(root, path);
-        return operation::test(path, value != nullptr ? *value : random.value(1));
-    }
-}
-
-/// A patch that fits a value, but for a few operations; the value is changed accordingly.
-Array random_operations(RandomChanges& random, Value value) {
-    Array operations;
-    for (std::size_t count = random.below(12); count > 0; --count) {
-        operations.push_back(random_operation(random, value));
-        const bool fails = test::reference_patch(value, Array{operations.back()}).has_value();
-        if (fails && !random.once_in(8)) {
-            operations.pop_back();
-        }
-    }
-    return operations;
-}
-
 /// Applies a patch.
 /// @return the index of the operation that fails; nothing if none does
 template <class Operations>
@@ -181,7 +144,7 @@ TEST(RandomPatch, AgreesWithTheReference) {
     RandomChanges random(seed);
     for (std::size_t round = 2 * test::test_repetitions(); round > 0; --round) {
         const Value original = random.value();
-        const Value operations = random_operations(random, original);
+        const Value operations = test::random_operations(random, original);
         Value expected = original;
         const auto failure = test::reference_patch(expected, get<Array>(operations));
         Value patched = original;

@@ -3,11 +3,16 @@
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_RANDOM_CHANGES_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_RANDOM_CHANGES_HPP
 
+#include "support/reference_patch.hpp"
+
 #include <foundation/json/content.hpp>
+#include <foundation/json/patch.hpp>
+#include <foundation/json/pointer.hpp>
 
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -172,6 +177,44 @@ private:
 
     std::mt19937_64 random_;
 };
+
+/// An operation of a patch that fits a value, mostly.
+inline Value random_operation(RandomChanges& random, const Value& root) {
+    const std::string path = random.pointer(root);
+    switch (random.below(12)) {
+    case 0:
+    case 1:
+    case 2:
+        return operation::add(path, random.value(2));
+    case 3:
+    case 4:
+        return operation::remove(path);
+    case 5:
+    case 6:
+        return operation::replace(path, random.value(2));
+    case 7:
+    case 8:
+        return operation::move(random.pointer(root), path);
+    case 9:
+        return operation::copy(random.pointer(root), path);
+    default:
+        const Value* const value = find(root, path);
+        return operation::test(path, value != nullptr ? *value : random.value(1));
+    }
+}
+
+/// A patch that fits a value, but for a few operations; the value is changed accordingly.
+inline Array random_operations(RandomChanges& random, Value value) {
+    Array operations;
+    for (std::size_t count = random.below(12); count > 0; --count) {
+        operations.push_back(random_operation(random, value));
+        const bool fails = reference_patch(value, Array{operations.back()}).has_value();
+        if (fails && !random.once_in(8)) {
+            operations.pop_back();
+        }
+    }
+    return operations;
+}
 
 } // namespace foundation::json::test
 
