@@ -38,8 +38,12 @@ inline bool are_identical(const Value& a, const Value& b) {
         }
         return same;
     }
-    const bool is_nan = holds<double>(a) && std::isnan(get<double>(a));
-    return holds<Undefined>(a) || (is_nan ? std::isnan(get<double>(b)) : a == b);
+    const auto is_nan = [](const Value& value) {
+        const auto* const number = get_if<double>(&value);
+        const auto* const small = get_if<float>(&value);
+        return number != nullptr ? std::isnan(*number) : small != nullptr && std::isnan(*small);
+    };
+    return holds<Undefined>(a) || (is_nan(a) ? is_nan(b) : a == b);
 }
 
 // ---- Equality ------------------------------------------------------------------------------
