@@ -12,6 +12,7 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/patch.hpp>
 
 #include <map>
 #include <optional>
@@ -165,6 +166,8 @@ struct Contender {
     static constexpr bool is_this_library = true;
     /// Whether there are to_statuses() and from_statuses() below.
     static constexpr bool converts = true;
+    /// Whether there are patch() and diff() below.
+    static constexpr bool patches = true;
 
     static Value parse(const std::string& text) { return foundation::json::parse(text); }
     static Text serialize(const Value& value) { return foundation::json::serialize(value); }
@@ -176,6 +179,14 @@ struct Contender {
     static Value copy(const Value& value) { return value; }
     static bool equal(const Value& a, const Value& b) { return a == b; }
     static bool less(const Value& a, const Value& b) { return a < b; }
+
+    /// Changes the value by all operations, or by none of them.
+    static void patch(Value& value, const Value& operations) {
+        foundation::json::patch(value, operations);
+    }
+    static Value diff(const Value& from, const Value& to) {
+        return foundation::json::diff(from, to);
+    }
 
     static Value array() { return std::vector<Value>{}; }
     template <class Item>

@@ -25,6 +25,7 @@ struct Contender {
     static constexpr bool has_pretty_layout = true;
     static constexpr bool is_this_library = false;
     static constexpr bool converts = false;
+    static constexpr bool patches = false;
 
     /// The text stays in the buffer it was written into.
     class Text {

@@ -33,6 +33,7 @@ TIMES = {
     "arrays": {("push", "1,000,000 doubles"): {OURS: 10.02, "nlohmann": 10.0}},
     "objects": {("1,000 lookups", "10 keys"): {OURS: 1.0, "RapidJSON": 64.0}},
     "conversion": {("to structs", "doc"): {OURS: 10.0, "nlohmann": 20.0}},
+    "patches": {("diff", "doc"): {OURS: 5.0, "nlohmann": 10.0}},
     "details": {("numbers", "doubles, whole"): {OURS: 30.0, "nlohmann": 60.0}},
     "growth": {("growth of serialize", "1 MB"): {OURS: 10.0}},
     "growth_of_parsing": {("growth of parse and destroy", "1 MB"): {OURS: 10.0}},
