@@ -201,7 +201,7 @@ class Report(unittest.TestCase):
     def OnlyTasksThatOthersHaveAreDrawn(self):
         tasks = [text.text for text in self.chart("others").iter(SVG + "text")
                  if text.get("class") == "task"]
-        self.assertEqual(tasks, ["copy and destroy", "==", "push", "1,000 lookups", "to structs"])
+        self.assertEqual(tasks, ["copy and destroy", "==", "push", "1,000 lookups", "to structs", "diff"])
 
     def TheAxisHas1AndItsPowers(self):
         self.assertEqual([text for text in self.texts("writing") if text in ("1/16", "1/4", "1", "4")],

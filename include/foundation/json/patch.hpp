@@ -85,7 +85,7 @@ FOUNDATION_JSON_EXPORT Value& patch(Value& root FOUNDATION_JSON_LIFETIME_BOUND, 
 /// Makes a patch that turns one value into another: what patch() makes of the first with it is
 /// equivalent to the second, unless that holds NaN, which is equivalent to nothing.
 ///
-///     diff(Array{1, 2, 3}, Array{1, 3}); // -> [{"op":"remove","path":"/1"}]
+///     Value changes = diff(Array{1, 2, 3}, Array{1, 3}); // -> [{"op":"remove","path":"\/1"}]
 ///
 /// An element that was inserted or removed is one operation, however long the array. The patch is
 /// small for the usual changes, but not always the smallest. Arrays that differ in very many places
@@ -124,7 +124,7 @@ FOUNDATION_JSON_EXPORT Value& merge_patch(Value& root FOUNDATION_JSON_LIFETIME_B
 /// Makes a merge patch that turns one value into another: what merge_patch() makes of the first
 /// with it is equivalent to the second, unless that holds NaN.
 ///
-///     merge_diff(before, after); // -> {"debug":null,"port":8080}
+///     Value changes = merge_diff(before, after); // -> {"debug":null,"port":8080}
 ///
 /// @throws PointerError    a member is to become null, which a merge patch cannot express, or the
 ///                         root Undefined
@@ -134,8 +134,11 @@ FOUNDATION_JSON_EXPORT Value& merge_patch(Value& root FOUNDATION_JSON_LIFETIME_B
 /// @}
 
 /// Whether two values are equal as JSON: numbers by their amount, whatever their kinds, exactly;
-/// Undefined members as if they were missing. 1 as int64 is equivalent to 1.0 as double, but 2^53 +
-/// 1 as int64 is not equivalent to 2^53 as double; -0.0 is to 0. NaN is equivalent to nothing.
+/// Undefined members as if they were missing.
+///
+///     bool same = equivalent(integer(7), 7); // true, and integer(7) == Value(7) is false
+///
+/// 2^53 + 1 as int64 is not equivalent to 2^53 as double. -0.0 is equivalent to 0, NaN to nothing.
 /// @complexity linear in the size of the smaller; ends at the first difference
 [[nodiscard]] FOUNDATION_JSON_EXPORT bool equivalent(const Value& a, const Value& b) noexcept;
 

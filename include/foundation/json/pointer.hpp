@@ -12,8 +12,9 @@
 /// and what copy() copies; elements of arrays are moved. Several such changes at once, all or none,
 /// are a patch: see patch.hpp.
 ///
-/// A source with both `using namespace std;` and `using namespace foundation::json;` has to say which
-/// `set` it means: `std::set<int>` or `foundation::json::set(config, ...)`. The other names are fine.
+/// A source with both `using namespace std;` and `using namespace foundation::json;` has to say
+/// which `set` it means: `std::set<int>` or `foundation::json::set(config, ...)`. The other names
+/// are fine.
 #ifndef FOUNDATION_JSON_POINTER_HPP
 #define FOUNDATION_JSON_POINTER_HPP
 
