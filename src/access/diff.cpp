@@ -41,17 +41,17 @@ struct Ranges {
 };
 
 Ranges different_ranges(const Array& from, const Array& to) noexcept {
-    const std::size_t shorter = std::min(from.size(), to.size());
-    std::size_t front = 0;
-    while (front < shorter && equivalent(from[front], to[front])) {
-        ++front;
-    }
-    std::size_t back = 0;
-    while (back < shorter - front &&
-           equivalent(from[from.size() - back - 1], to[to.size() - back - 1])) {
-        ++back;
-    }
-    return {{front, from.size() - back}, {front, to.size() - back}};
+    const auto shorter = static_cast<std::ptrdiff_t>(std::min(from.size(), to.size()));
+    const auto front =
+        std::mismatch(from.begin(), from.begin() + shorter, to.begin(), equivalent).first -
+        from.begin();
+    const auto back =
+        std::mismatch(from.rbegin(), from.rbegin() + (shorter - front), to.rbegin(), equivalent)
+            .first -
+        from.rbegin();
+    const auto begin = static_cast<std::size_t>(front);
+    const auto behind = static_cast<std::size_t>(back);
+    return {{begin, from.size() - behind}, {begin, to.size() - behind}};
 }
 
 /// The indices of elements that are not equivalent.
@@ -133,21 +133,18 @@ private:
 constexpr unsigned hashed_levels = 32;
 
 std::vector<std::uint64_t> hashes_of(const Array& elements, Range range) {
-    std::vector<std::uint64_t> result;
-    result.reserve(range.size());
-    for (std::size_t i = range.begin; i != range.end; ++i) {
-        result.push_back(Hash(hashed_levels).of(elements[i]));
-    }
+    std::vector<std::uint64_t> result(range.size());
+    const auto first = elements.begin() + static_cast<std::ptrdiff_t>(range.begin);
+    std::transform(first, first + static_cast<std::ptrdiff_t>(range.size()), result.begin(),
+                   [](const Value& element) { return Hash(hashed_levels).of(element); });
     return result;
 }
 
 std::vector<std::uint64_t> hashes_of(const Array& elements,
                                      const std::vector<std::size_t>& indices) {
-    std::vector<std::uint64_t> result;
-    result.reserve(indices.size());
-    for (const std::size_t index : indices) {
-        result.push_back(Hash(hashed_levels).of(elements[index]));
-    }
+    std::vector<std::uint64_t> result(indices.size());
+    std::transform(indices.begin(), indices.end(), result.begin(),
+                   [&](std::size_t index) { return Hash(hashed_levels).of(elements[index]); });
     return result;
 }
 
@@ -172,42 +169,41 @@ bool may_have_moved(const Array& from, const Array& to, const std::vector<std::s
 
 // ---- Sizes ---------------------------------------------------------------------------------
 
-/// Calls a function for a value and all values in it; not by recursion, since values may nest
-/// deeply.
-template <class Function>
-void for_each_value(const Value& root, Function function) {
-    std::vector<const Value*> pending{&root};
-    while (!pending.empty()) {
-        const Value* const value = pending.back();
-        pending.pop_back();
-        function(*value);
-        if (const auto* const elements = get_if<Array>(value)) {
-            for (const Value& element : *elements) {
-                pending.push_back(&element);
-            }
-        } else if (const auto* const members = get_if<Object>(value)) {
-            for (const auto& member : *members) {
-                pending.push_back(&member.second);
-            }
+/// About how many bytes a value takes. Not by recursion, since values may nest deeply.
+class Size {
+public:
+    std::size_t of(const Value& root) {
+        pending_.push_back(&root);
+        while (!pending_.empty()) {
+            const Value* const value = pending_.back();
+            pending_.pop_back();
+            size_ += sizeof(Value);
+            visit(*this, *value);
+        }
+        return size_;
+    }
+
+    void operator()(const std::string& text) { size_ += text.size(); }
+
+    void operator()(const Array& elements) {
+        std::for_each(elements.begin(), elements.end(),
+                      [this](const Value& element) { pending_.push_back(&element); });
+    }
+
+    void operator()(const Object& members) {
+        for (const auto& [name, value] : members) {
+            size_ += name.size();
+            pending_.push_back(&value);
         }
     }
-}
 
-/// About how many bytes a value takes.
-std::size_t size_of(const Value& root) {
-    std::size_t size = 0;
-    for_each_value(root, [&](const Value& value) {
-        size += sizeof(Value);
-        if (const auto* const text = get_if<std::string>(&value)) {
-            size += text->size();
-        } else if (const auto* const members = get_if<Object>(&value)) {
-            for (const auto& member : *members) {
-                size += member.first.size();
-            }
-        }
-    });
-    return size;
-}
+    template <class Scalar>
+    void operator()(const Scalar&) noexcept {}
+
+private:
+    std::vector<const Value*> pending_;
+    std::size_t size_ = 0;
+};
 
 // ---- Patches -------------------------------------------------------------------------------
 
@@ -471,7 +467,7 @@ std::string Diff::pointer_to(const Step* last) const {
 bool Diff::exceeds_limit() {
     if (!has_limit_) {
         has_limit_ = true;
-        most_pointer_bytes_ = std::max(most_pointer_bytes_, size_of(to_));
+        most_pointer_bytes_ = std::max(most_pointer_bytes_, Size().of(to_));
     }
     return pointer_bytes_ > most_pointer_bytes_;
 }

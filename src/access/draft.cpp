@@ -55,7 +55,7 @@ void exchange_content(Value& one, Value& other) noexcept {
 
 /// The index of an element, or the size of the array for any other value.
 std::size_t index_in(const Array& elements, std::size_t size, const Value* value) noexcept {
-    const std::less<const Value*> before;
+    const std::less<> before; // also of pointers into different arrays
     const Value* const first = elements.data();
     return before(value, first) || !before(value, first + size)
                ? size
@@ -171,7 +171,7 @@ Value Draft::copy_of(const Value& value) const {
     Value result = empty_for(value);
     std::vector<Pending> pending{{&result, &value}};
     while (!pending.empty()) {
-        const auto [copy, original] = pending.back();
+        const Pending next = pending.back();
         pending.pop_back();
         const auto copy_child = [&pending](Value& child, const Value& of) {
             if (is_container(of)) {
@@ -180,8 +180,8 @@ Value Draft::copy_of(const Value& value) const {
                 child = of;
             }
         };
-        if (const auto* const elements = get_if<Array>(original)) {
-            auto& copies = get<Array>(*copy);
+        if (const auto* const elements = get_if<Array>(next.original)) {
+            auto& copies = get<Array>(*next.copy);
             const std::size_t size = size_of(*elements);
             copies.reserve(size);
             for (std::size_t i = 0; i < size; ++i) {
@@ -190,8 +190,8 @@ Value Draft::copy_of(const Value& value) const {
                 copy_child(copies.back(), element);
             }
         } else {
-            auto& copies = get<Object>(*copy);
-            for (const auto& [name, member] : get<Object>(*original)) {
+            auto& copies = get<Object>(*next.copy);
+            for (const auto& [name, member] : get<Object>(*next.original)) {
                 copy_child(copies.emplace_hint(copies.end(), name, empty_for(member))->second,
                            member);
             }

@@ -46,11 +46,11 @@ private:
     };
 
     void open(const std::string* name, const Value& from, const Value& to, Object& changes) {
-        const Object& to_members = get<Object>(to);
+        const auto& to_members = get<Object>(to);
         const auto* const from_members = get_if<Object>(&from);
         // What is not there has no members.
-        const Members begin = from_members != nullptr ? from_members->begin() : to_members.end();
-        const Members end = from_members != nullptr ? from_members->end() : to_members.end();
+        const auto begin = from_members != nullptr ? from_members->begin() : to_members.end();
+        const auto end = from_members != nullptr ? from_members->end() : to_members.end();
         levels_.push_back({name, begin, end, to_members.begin(), to_members.end(), &changes,
                            from_members == nullptr});
     }
@@ -79,8 +79,8 @@ private:
     void compare(const std::string& name, const Value& from, const Value& to) {
         Object& changes = *levels_.back().changes;
         if (holds<Object>(to)) {
-            Value& inner = changes.emplace_hint(changes.end(), name, Object())->second;
-            open(&name, from, to, get<Object>(inner));
+            const auto member = changes.emplace_hint(changes.end(), name, Object());
+            open(&name, from, to, get<Object>(member->second));
         } else if (!equivalent(from, to)) {
             if (holds<Null>(to)) {
                 throw PointerError(pointer_to(name), "a merge patch cannot make a member null");

@@ -108,8 +108,8 @@ constexpr Rule<AnyValue> rules[] = {
 template <class AnyValue>
 class OperationReader {
 public:
-    OperationReader(std::size_t index, AnyValue& value) : operation_{index} {
-        members_ = get_if<Object>(&value);
+    OperationReader(std::size_t index, AnyValue& value)
+        : operation_{index}, members_(get_if<Object>(&value)) {
         if (members_ == nullptr) {
             operation_.fail(std::string("it is ") + detail::noun_for(kind_of(value)) +
                             ", not an object");
@@ -123,8 +123,8 @@ public:
                                        [&](const auto& known) { return known.name == name; });
         if (rule == std::end(rules<AnyValue>)) {
             std::string known;
-            for (const auto& [known_name, has_from, has_value, apply] : rules<AnyValue>) {
-                (known += known.empty() ? "" : ", ") += known_name;
+            for (const auto& other : rules<AnyValue>) {
+                (known += known.empty() ? "" : ", ") += other.name;
             }
             operation_.fail(quoted(name) + " is no operation; known are " + known);
         }
@@ -219,10 +219,10 @@ void merge(Draft& draft, AnyValue& changes) {
     };
     change(draft.at_root(), changes);
     while (!pending.empty()) {
-        const auto [object, members] = pending.back();
+        const Pending next = pending.back();
         pending.pop_back();
-        for (auto& [name, value] : *members) {
-            const Target target = draft.member(*object, name);
+        for (auto& [name, value] : *next.changes) {
+            const Target target = draft.member(*next.object, name);
             if (!holds<Null>(value)) {
                 change(target, value);
             } else if (target.value != nullptr) {

@@ -42,7 +42,10 @@ public:
     std::string_view next() noexcept;
 
     /// The same, which next() is going to give.
-    std::string_view peek() const noexcept { return PointerSteps(*this).next(); }
+    std::string_view peek() const noexcept {
+        PointerSteps ahead = *this;
+        return ahead.next();
+    }
 
     /// The pointer up to and with the token that next() gave last.
     std::string_view walked() const noexcept { return pointer_.substr(0, end_); }
