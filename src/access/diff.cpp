@@ -117,8 +117,20 @@ public:
     template <class Number>
     std::uint64_t operator()(const Number& number) const noexcept {
         const detail::NumberParts parts = detail::parts_of(number);
-        const std::uint64_t magnitude = detail::nearest_magnitude<double>(parts);
-        return parts.negative ? ~magnitude : magnitude;
+        // Without zeros at the end, the significand is the same for every kind.
+        std::uint64_t significand = parts.significand;
+        int exponent = parts.exponent;
+        for (const int zeros : {32, 16, 8, 4, 2, 1}) {
+            if (significand << (64 - zeros) == 0) {
+                significand >>= zeros;
+                exponent += zeros;
+            }
+        }
+        if (significand == 0) {
+            return 7;
+        }
+        const std::uint64_t first = mixed(8, parts.negative ? ~significand : significand);
+        return mixed(first, static_cast<std::uint64_t>(exponent));
     }
 
 private:

@@ -72,7 +72,10 @@ Value empty_for(const Value& content) {
     if (holds<Array>(content)) {
         return Array();
     }
-    return holds<Object>(content) ? Value(Object()) : Value();
+    if (holds<Object>(content)) {
+        return Object();
+    }
+    return {};
 }
 
 // ---- Looking -------------------------------------------------------------------------------

@@ -4,6 +4,8 @@
 #include <foundation/json/number.hpp>
 #include <foundation/json/patch.hpp>
 
+#include <optional>
+#include <type_traits>
 #include <utility>
 
 namespace foundation::json {
@@ -12,10 +14,17 @@ namespace detail {
 
 namespace {
 
-bool is_number(const Value& value) noexcept {
-    const Kind kind = kind_of(value);
-    return kind == Kind::number || kind > Kind::object;
-}
+/// Gives the parts of a number, and nothing for other content.
+struct PartsOfNumber {
+    template <class Content>
+    std::optional<NumberParts> operator()(const Content& content) const noexcept {
+        if constexpr (std::is_arithmetic_v<Content> && !std::is_same_v<Content, bool>) {
+            return parts_of(content);
+        } else {
+            return std::nullopt;
+        }
+    }
+};
 
 /// In integer arithmetic, which neither rounds nor depends on the floating-point environment.
 bool same_number(NumberParts left, NumberParts right) noexcept {
@@ -38,8 +47,10 @@ bool same_number(NumberParts left, NumberParts right) noexcept {
 } // namespace
 
 bool equivalent_scalars(const Value& left, const Value& right) noexcept {
-    if (is_number(left) && is_number(right)) {
-        return same_number(number_parts(left), number_parts(right));
+    const auto left_number = visit(PartsOfNumber(), left);
+    const auto right_number = visit(PartsOfNumber(), right);
+    if (left_number && right_number) {
+        return same_number(*left_number, *right_number);
     }
     return holds<Undefined>(left) && holds<Undefined>(right);
 }

@@ -34,6 +34,8 @@ inline bool same_double(const double& left, const double& right) noexcept {
     return l == r ? l << 1 <= infinity : (l | r) << 1 == 0;
 }
 
+// GCOVR_EXCL_BR_START: compiled into each of many callers, which meet some of the cases each
+
 template <class Word>
 bool same_ends(const char* left, const char* right, std::size_t size) noexcept {
     Word first[2];
@@ -125,6 +127,8 @@ template <class AnyView>
     }
     return kind == Kind::null || equivalent_scalars(left, right);
 }
+
+// GCOVR_EXCL_BR_STOP: from here on as everywhere
 
 template <class AnyView>
 [[gnu::noinline]] bool equivalent_elements(AnyView view, const Value* left, const Value* left_end,

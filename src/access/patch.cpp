@@ -122,11 +122,8 @@ public:
         const auto rule = std::find_if(std::begin(rules<AnyValue>), std::end(rules<AnyValue>),
                                        [&](const auto& known) { return known.name == name; });
         if (rule == std::end(rules<AnyValue>)) {
-            std::string known;
-            for (const auto& other : rules<AnyValue>) {
-                (known += known.empty() ? "" : ", ") += other.name;
-            }
-            operation_.fail(quoted(name) + " is no operation; known are " + known);
+            operation_.fail(quoted(name) + " is no operation; known are add, remove, replace, "
+                                           "move, copy, test");
         }
         operation_.path = text("path");
         operation_.name = rule->name;
@@ -197,8 +194,10 @@ Value& patch_with(Value& root, AnyValue& operations) {
 
 /// The target's value if that is an object, else a new object in its place.
 Value& object_at(Draft& draft, const Target& target) {
-    const bool is_there = target.value != nullptr && holds<Object>(*target.value);
-    return is_there ? *target.value : draft.put(target, draft.own(Value(Object())));
+    if (target.value != nullptr && holds<Object>(*target.value)) {
+        return *target.value;
+    }
+    return draft.put(target, draft.own(Value(Object())));
 }
 
 template <class AnyValue>

@@ -37,17 +37,22 @@ const std::string& PointerError::pointer() const noexcept {
 
 namespace detail {
 
+namespace {
+
+[[noreturn]] void refuse(std::string_view pointer, const char* reason) {
+    throw std::invalid_argument(quoted(pointer) + " is no JSON Pointer: " + reason);
+}
+
+} // namespace
+
 void check_pointer(std::string_view pointer) {
-    const auto refuse = [&](const char* reason) {
-        throw std::invalid_argument(quoted(pointer) + " is no JSON Pointer: " + reason);
-    };
     if (!pointer.empty() && pointer.front() != '/') {
-        refuse("it is not empty and does not begin with /");
+        refuse(pointer, "it is not empty and does not begin with /");
     }
     for (std::size_t i = 0; i < pointer.size(); ++i) {
         if (pointer[i] == '~' &&
             (i + 1 == pointer.size() || (pointer[i + 1] != '0' && pointer[i + 1] != '1'))) {
-            refuse("~ is not followed by 0 or 1");
+            refuse(pointer, "~ is not followed by 0 or 1");
         }
     }
 }

@@ -209,6 +209,16 @@ TEST(Diff, OfElementsThatOccurOftenIsAsLongAsTheChanges) {
               4u);
 }
 
+TEST(Diff, OfManyElementsThatChangeWhereTheyAreIsAsLongAsTheChanges) {
+    EXPECT_EQ(operations_for(records(300),
+                             [](Array& a) {
+                                 for (std::size_t i = 0; i < 300; i += 3) {
+                                     a[i]["name"] = "changed";
+                                 }
+                             }),
+              100u);
+}
+
 TEST(Diff, OfVeryDifferentArraysComparesElementByElement) {
     const std::size_t count = 20000;
     const Array from = records(count);
@@ -242,6 +252,42 @@ TEST(Diff, IsOneOperationWhereThePointersWouldTakeMoreMemoryThanTheValue) {
     EXPECT_EQ(operations[0]["path"], Value(""));
     // As many operations with short pointers are no reason.
     EXPECT_EQ(checked_diff(Object{{"n", from}}, Object{{"n", to}}).length(), 750u);
+    // Nor is a value that takes still more.
+    const Value big(std::string(20000000, 'x'));
+    const Value large = Object{{"text", big}, {name, to}};
+    EXPECT_EQ(checked_diff(Object{{"text", big}, {name, from}}, large).length(), 750u);
+    // What has not been compared yet is left.
+    const Value more = Object{{name, from}, {"z", Object{{"a", from}}}};
+    EXPECT_EQ(
+        checked_diff(more, Object{{name, to}, {"z", Object{{"a", to}, {"s", "text"}}}}).length(),
+        1u);
+}
+
+/// A value within so many arrays.
+Value within(std::size_t levels, Value value) {
+    for (; levels > 0; --levels) {
+        Value outer{Array{Value()}};
+        outer[0].swap(value);
+        value.swap(outer);
+    }
+    return value;
+}
+
+TEST(Diff, OfElementsThatDifferOnlyFarBelowTellsThemApart) {
+    // Deeper than elements are searched for by what they hold.
+    for (const bool objects : {false, true}) {
+        Array from;
+        for (int i = 0; i < 6; ++i) {
+            from.push_back(within(50, objects ? Value(Object{{"a", i}}) : Value(i)));
+        }
+        EXPECT_LE(operations_for(from, [](Array& a) { a.erase(a.begin() + 2); }), 4u);
+        EXPECT_LE(operations_for(from,
+                                 [](Array& a) {
+                                     a.erase(a.begin() + 1);
+                                     a.push_back("x");
+                                 }),
+                  6u);
+    }
 }
 
 /// A value within so many arrays of two elements, and another one in the same place.

@@ -26,14 +26,27 @@ using test::read_json;
 
 /// What patch() makes of a document, as text, or the message of its error.
 std::string patched(const std::string& document, const std::string& operations) {
-    Value root = read_json(document);
+    const Value before = read_json(document);
+    const Value kept = read_json(operations);
+    Value root = before;
+    std::string result;
     try {
-        EXPECT_EQ(&patch(root, read_json(operations)), &root);
+        EXPECT_EQ(&patch(root, kept), &root);
+        result = content_text(root);
     } catch (const PatchError& error) {
-        EXPECT_EQ(content_text(root), content_text(read_json(document)));
-        return error.what();
+        EXPECT_EQ(root, before);
+        result = error.what();
     }
-    return content_text(root);
+    // The same with operations that may be moved from.
+    Value other = before;
+    try {
+        EXPECT_EQ(&patch(other, read_json(operations)), &other);
+        EXPECT_EQ(content_text(other), result);
+    } catch (const PatchError& error) {
+        EXPECT_EQ(other, before);
+        EXPECT_EQ(error.what(), result);
+    }
+    return result;
 }
 
 /// A document, as text.
@@ -238,6 +251,19 @@ TEST(Patch, ComparesNumbersByTheirAmount) {
         patch(root, Array{operation::test("/a", 7), operation::test("/b/0", 0.5),
                           operation::test("/b", Array{0.5, 1LL}), operation::add("/b/-", 2),
                           operation::test("/b", Array{0.5, 1LL, 2ULL})}));
+}
+
+TEST(Patch, TestsArraysThatHaveChanged) {
+    for (const char* const value : {"[0,1,2]", "[0,1,3,2]", "[0,1]", "[1,2]", "[]", "{}"}) {
+        const std::string operations =
+            std::string(R"([{"op":"add","path":"/a/0","value":0},{"op":"remove","path":"/a/3"},)"
+                        R"({"op":"test","path":"/a","value":)") +
+            value + "}]";
+        EXPECT_EQ(patched(R"({"a":[1,2,3]})", operations),
+                  value == std::string("[0,1,2]")
+                      ? R"({"a":[0,1,2]})"
+                      : R"(operation 2 (test "/a"): at /a: the test finds another value)");
+    }
 }
 
 TEST(Patch, TakesUndefinedAsAValue) {

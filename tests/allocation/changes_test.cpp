@@ -256,6 +256,30 @@ TEST(PatchOutOfMemory, LeavesTheValueAsItWas) {
     EXPECT_GT(failures_of(document(), operations(), expected, taking), 30u);
 }
 
+TEST(PatchOutOfMemory, LeavesArraysWithRoomForMoreAsTheyWere) {
+    const Value operations = read_json(R"([{"op": "add", "path": "/a/0", "value": {"x": 1}},
+                                           {"op": "add", "path": "/b/0", "value": {"y": 2}},
+                                           {"op": "add", "path": "/a/-", "value": [3]}])");
+    const Value before = read_json(R"({"a": [{"p": 1}, {"q": 2}], "b": [{"r": 3}]})");
+    const std::size_t failures = fail_each_allocation(
+        [&] {
+            std::pair<Value, Value> operands(before, operations);
+            get<Array>(operands.first["a"]).reserve(10);
+            get<Array>(operands.first["b"]).reserve(10);
+            return operands;
+        },
+        [](std::pair<Value, Value>& o) { patch(o.first, std::move(o.second)); },
+        [&](const std::pair<Value, Value>& o) {
+            EXPECT_EQ(content_text(o.first), content_text(before));
+            EXPECT_EQ(o.second, operations);
+        },
+        [&](const std::pair<Value, Value>& o) {
+            EXPECT_EQ(content_text(o.first),
+                      R"({"a":[{"x":1},{"p":1},{"q":2},[3]],"b":[{"y":2},{"r":3}]})");
+        });
+    EXPECT_GT(failures, 5u);
+}
+
 TEST(PatchOutOfMemory, ThatFailsAnywayLeavesTheValueAsItWas) {
     Value failing = operations();
     failing.push(operation::remove("/nowhere"));

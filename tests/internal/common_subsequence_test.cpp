@@ -114,6 +114,9 @@ TEST(CommonSubsequence, GivesUpWhereTheDifferencesAreTooMany) {
     std::reverse(reversed.begin(), reversed.end());
     EXPECT_EQ(number_of_matches(numbers(50000), reversed), 0u);
     EXPECT_EQ(number_of_matches(numbers(50000), numbers(50000, 50000)), 0u);
+    reversed = numbers(300);
+    std::reverse(reversed.begin(), reversed.end());
+    EXPECT_EQ(number_of_matches(numbers(300), reversed), 0u) << "a short search is given up sooner";
 }
 
 } // namespace
