@@ -397,8 +397,10 @@ void Diff::compare_ranges(const Array& from, const Value& to_value, const Ranges
         matches =
             detail::common_subsequence(hashes_of(from, ranges.from), hashes_of(to, ranges.to));
     }
-    if (matches.empty() && ranges.from.size() == from.size() && ranges.to.size() == to.size() &&
-        std::max(from.size(), to.size()) > 1 && none_similar(from, to)) {
+    // Then that of the other array has all its elements, too.
+    const bool has_all = ranges.from.size() == from.size();
+    if (matches.empty() && has_all && std::max(from.size(), to.size()) > 1 &&
+        none_similar(from, to)) {
         add_operation("replace", nullptr, &to_value);
         return;
     }

@@ -256,6 +256,10 @@ TEST(Diff, IsOneOperationWhereThePointersWouldTakeMoreMemoryThanTheValue) {
     const Value big(std::string(20000000, 'x'));
     const Value large = Object{{"text", big}, {name, to}};
     EXPECT_EQ(checked_diff(Object{{"text", big}, {name, from}}, large).length(), 750u);
+    const Value less(std::string(2000000, 'x'));
+    EXPECT_EQ(checked_diff(Object{{"text", less}, {name, from}}, Object{{"text", less}, {name, to}})
+                  .length(),
+              1u);
     // What has not been compared yet is left.
     const Value more = Object{{name, from}, {"z", Object{{"a", from}}}};
     EXPECT_EQ(
@@ -263,11 +267,11 @@ TEST(Diff, IsOneOperationWhereThePointersWouldTakeMoreMemoryThanTheValue) {
         1u);
 }
 
-/// A value within so many arrays.
-Value within(std::size_t levels, Value value) {
+/// A value within so many arrays or objects.
+Value within(std::size_t levels, bool objects, Value value) {
     for (; levels > 0; --levels) {
-        Value outer{Array{Value()}};
-        outer[0].swap(value);
+        Value outer = objects ? Value(Object{{"a", Value()}}) : Value(Array{Value()});
+        (objects ? outer["a"] : outer[0]).swap(value);
         value.swap(outer);
     }
     return value;
@@ -278,7 +282,7 @@ TEST(Diff, OfElementsThatDifferOnlyFarBelowTellsThemApart) {
     for (const bool objects : {false, true}) {
         Array from;
         for (int i = 0; i < 6; ++i) {
-            from.push_back(within(50, objects ? Value(Object{{"a", i}}) : Value(i)));
+            from.push_back(within(50, objects, i));
         }
         EXPECT_LE(operations_for(from, [](Array& a) { a.erase(a.begin() + 2); }), 4u);
         EXPECT_LE(operations_for(from,

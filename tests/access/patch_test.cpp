@@ -254,7 +254,8 @@ TEST(Patch, ComparesNumbersByTheirAmount) {
 }
 
 TEST(Patch, TestsArraysThatHaveChanged) {
-    for (const char* const value : {"[0,1,2]", "[0,1,3,2]", "[0,1]", "[1,2]", "[]", "{}"}) {
+    for (const char* const value :
+         {"[0,1,2]", "[0,1,3]", "[0,1,3,2]", "[0,1]", "[1,2]", "[]", "{}"}) {
         const std::string operations =
             std::string(R"([{"op":"add","path":"/a/0","value":0},{"op":"remove","path":"/a/3"},)"
                         R"({"op":"test","path":"/a","value":)") +
