@@ -262,7 +262,8 @@ TEST(Insert, MakesNothingOnTheWay) {
 
 /// Elements of all kinds, in an order in which neighbours differ.
 Array mixed_elements() {
-    return {1, Array{2}, "three", Object{{"four", 4}}, Array{Array{5}}, Null(), Object{}, Array{}};
+    return {1,      Array{2}, "three", Object{{"four", 4}}, Array{Value(Array{5})},
+            Null(), Object{}, Array{}};
 }
 
 TEST(Insert, MovesElementsOfAllKindsWhetherTheArrayGrowsOrNot) {
