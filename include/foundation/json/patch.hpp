@@ -11,6 +11,7 @@
 #define FOUNDATION_JSON_PATCH_HPP
 
 #include <foundation/json/export.hpp>
+#include <foundation/json/pointer.hpp>
 #include <foundation/json/value.hpp>
 
 #include <cstddef>
