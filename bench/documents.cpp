@@ -5,6 +5,7 @@
 
 #include <foundation/json/content.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/pointer.hpp>
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>
 
@@ -354,6 +355,72 @@ bool same_value(std::string_view a, std::string_view b) {
     const std::string one = foundation::json::serialize(read(a));
     const std::string other = foundation::json::serialize(read(b));
     return same_but_for_rounding(one.c_str(), other.c_str());
+}
+
+namespace {
+
+/// The pointers to all values in a document that hold no others.
+void add_pointers(const json::Value& value, const std::string& pointer,
+                  std::vector<std::string>& pointers) {
+    if (const auto* const elements = json::get_if<json::Array>(&value)) {
+        for (std::size_t i = 0; i < elements->size(); ++i) {
+            add_pointers((*elements)[i], pointer + '/' + std::to_string(i), pointers);
+        }
+    } else if (const auto* const members = json::get_if<json::Object>(&value)) {
+        for (const auto& [name, member] : *members) {
+            std::string escaped;
+            for (const char c : name) {
+                escaped += c == '~' ? "~0" : c == '/' ? "~1" : std::string(1, c);
+            }
+            add_pointers(member, pointer + '/' + escaped, pointers);
+        }
+    } else {
+        pointers.push_back(pointer);
+    }
+}
+
+/// Some of them, spread evenly.
+std::vector<std::string> spread(const std::vector<std::string>& pointers, std::size_t count) {
+    std::vector<std::string> result;
+    for (std::size_t i = 0; i < count; ++i) {
+        result.push_back(pointers[(2 * i + 1) * pointers.size() / (2 * count)]);
+    }
+    return result;
+}
+
+json::Value operation(const char* name, const std::string& path, const json::Value& value) {
+    json::Value result = json::Object{{"op", name}, {"path", path}};
+    if (!json::holds<json::Undefined>(value)) {
+        result["value"] = value;
+    }
+    return result;
+}
+
+} // namespace
+
+Versions versions_of(const std::string& text) {
+    json::Value value = read(text);
+    std::vector<std::string> pointers;
+    add_pointers(value, "", pointers);
+    Versions versions{json::serialize(value), {}, {}};
+
+    json::Value operations{json::Array()};
+    for (const std::string& pointer : spread(pointers, 25)) {
+        const json::Value content = *json::find(value, pointer);
+        const std::string parent = pointer.substr(0, pointer.rfind('/'));
+        const bool in_array = json::holds<json::Array>(*json::find(value, parent));
+        operations.push(operation("test", pointer, content));
+        operations.push(operation("add", pointer, "added"));
+        operations.push(operation("remove", pointer, json::Undefined()));
+        operations.push(operation(in_array ? "replace" : "add", pointer, content));
+    }
+    versions.operations = json::serialize(operations);
+
+    for (const std::string& pointer : spread(pointers, 10)) {
+        *json::find(value, pointer) = "changed";
+    }
+    versions.after = json::serialize(value);
+    return versions;
 }
 
 // SplitMix64: every output is a mix of a counter's bits.

@@ -46,6 +46,14 @@ struct ContentSums {
 };
 ContentSums content_sums(const std::string& text);
 
+/// Two versions of a document, and a patch.
+struct Versions {
+    std::string before;
+    std::string after;      ///< with other content in ten places, spread over the document
+    std::string operations; ///< 100 of them, in 25 places, which leave the first version as it was
+};
+Versions versions_of(const std::string& text);
+
 /// Pseudo-random numbers that are the same in every run.
 class Sequence {
 public:

@@ -21,11 +21,11 @@ TASKS = ["serialize", "serialize scattered", "pretty_print", "message",
          "write to std::ofstream", "parse and destroy", "walk", "walk scattered",
          "copy and destroy", "==", "<",
          "read strings", "read numbers", "push", "insert all keys", "1,000 lookups", "to structs",
-         "to structs by hand", "from structs", "words", "numbers", "strings", "containers"]
+         "to structs by hand", "from structs", "patch", "diff", "words", "numbers", "strings", "containers"]
 CHECKED, STANDARD = "RapidJSON, checked", "std::variant"
 WALKS = ["walk", "walk scattered"]
 WRITING = ["text", "messages", "scattered", "streams"]
-OTHERS = ["values", "arrays", "objects", "conversion"]
+OTHERS = ["values", "arrays", "objects", "conversion", "patches"]
 
 
 # ---- Results -------------------------------------------------------------------------------
@@ -166,9 +166,9 @@ def compile_time_table(results):
 
 # ---- Bounds --------------------------------------------------------------------------------
 
-READING_TASKS = ["==", "1,000 lookups", "read strings", "read numbers"]
+READING_TASKS = ["==", "diff", "1,000 lookups", "read strings", "read numbers"]
 ALLOCATING_TASKS = ["parse and destroy", "copy and destroy", "push", "insert all keys",
-                    "to structs", "from structs"]
+                    "to structs", "from structs", "patch"]
 
 
 def size_text(size):
@@ -240,7 +240,7 @@ class Bounds:
             values = self.counts.get((task, subject), {}).get(contender)
             size = self.value_bytes.get(contender.removesuffix(", checked"))
             return values * size if values and size else None
-        source, times = (("copy and destroy", 2) if task.startswith("==") else
+        source, times = (("copy and destroy", 2) if task.startswith(("==", "diff")) else
                          ("insert all keys", 1))
         kept = self.of_memory(source, subject, contender, "kept_bytes")
         return None if kept is None else times * kept

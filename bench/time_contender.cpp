@@ -5,6 +5,7 @@
 #include "tasks/family.hpp"
 #include "tasks/messages.hpp"
 #include "tasks/parsing.hpp"
+#include "tasks/patches.hpp"
 #include "tasks/reading.hpp"
 #include "tasks/text.hpp"
 #include "tasks/values.hpp"
@@ -25,6 +26,7 @@ const bool added = [] {
     all.push_back({"arrays", bench::add_arrays<Contender>});
     all.push_back({"objects", bench::add_objects<Contender>});
     all.push_back({"conversion", bench::add_conversion<Contender>});
+    all.push_back({"patches", bench::add_patches<Contender>});
     all.push_back({"details", bench::add_details<Contender>});
     all.push_back({"growth", bench::add_growth<Contender>});
     all.push_back({"growth_of_parsing", bench::add_growth_of_parsing<Contender>});

@@ -231,7 +231,8 @@ build() {
     is_usable "$folder" "$with" || rm -rf "$folder"
     cmake -S "$root" -B "$folder" -G Ninja \
         -DCMAKE_CXX_COMPILER_LAUNCHER="$(type -P ccache || true)" \
-        -DFOUNDATION_JSON_CORPUS="${FOUNDATION_JSON_CORPUS:-}" "$@" >/dev/null
+        -DFOUNDATION_JSON_CORPUS="${FOUNDATION_JSON_CORPUS:-}" \
+        -DFOUNDATION_JSON_PATCH_SUITE="${FOUNDATION_JSON_PATCH_SUITE:-}" "$@" >/dev/null
     # shellcheck disable=SC2086
     cmake --build "$folder" --target $targets >&2
     exec {lock}>&-

@@ -13,10 +13,14 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
-// An older revision, to be compared with this one, may not have it.
+// An older revision, to be compared with this one, may not have them.
 #if __has_include(<foundation/json/write.hpp>)
 #include <foundation/json/write.hpp>
 #define FOUNDATION_JSON_BENCH_WRITE
+#endif
+#if __has_include(<foundation/json/patch.hpp>)
+#include <foundation/json/patch.hpp>
+#define FOUNDATION_JSON_BENCH_PATCH
 #endif
 
 #include <map>
@@ -170,6 +174,8 @@ struct Contender {
     static constexpr bool is_this_library = true;
     /// Whether there are to_statuses() and from_statuses() below.
     static constexpr bool converts = true;
+    /// Whether there are patch() and diff() below.
+    static constexpr bool patches = true;
 
     static Value parse(const std::string& text) { return foundation::json::parse(text); }
     static Text serialize(const Value& value) { return foundation::json::serialize(value); }
@@ -225,6 +231,16 @@ struct Contender {
     static bool less(const Value& a, const Value& b) {
         return a < b;
     }
+
+#if defined(FOUNDATION_JSON_BENCH_PATCH)
+    /// Changes the value by all operations, or by none of them.
+    static void patch(Value& value, const Value& operations) {
+        foundation::json::patch(value, operations);
+    }
+    static Value diff(const Value& from, const Value& to) {
+        return foundation::json::diff(from, to);
+    }
+#endif
 
     static Value array() {
         return std::vector<Value>{};

@@ -59,6 +59,7 @@ struct Contender {
     static constexpr bool is_this_library = false;
     static constexpr bool has_writer = false;
     static constexpr bool converts = true;
+    static constexpr bool patches = true;
 
     static Value parse(const std::string& text) { return Value::parse(text); }
     static Text serialize(const Value& value) { return value.dump(); }
@@ -67,6 +68,9 @@ struct Contender {
 
     static Value copy(const Value& value) { return value; }
     static bool equal(const Value& a, const Value& b) { return a == b; }
+
+    static void patch(Value& value, const Value& operations) { value = value.patch(operations); }
+    static Value diff(const Value& from, const Value& to) { return Value::diff(from, to); }
 
     static Value array() { return Value::array(); }
     template <class Item>

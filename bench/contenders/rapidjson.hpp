@@ -29,6 +29,7 @@ struct Contender {
     static constexpr bool is_this_library = false;
     static constexpr bool has_writer = true;
     static constexpr bool converts = false;
+    static constexpr bool patches = false;
 
     /// The text stays in the buffer it was written into.
     class Text {

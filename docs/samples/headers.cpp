@@ -87,15 +87,6 @@ int main() {
         std::cout << grams << ' ' << serialize(v) << '\n';
     }
 
-    snippet("pointer");
-    {
-        Value config(Property("servers") = (Element(Property("port") = 80), Element(Null())));
-        //! [pointer]
-        const Value* port = find(config, "/servers/0/port"); // null where there is nothing
-        //! [pointer]
-        std::cout << serialize(*port) << '\n';
-    }
-
     snippet("value");
     {
         //! [value]

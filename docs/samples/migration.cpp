@@ -6,6 +6,8 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/patch.hpp>
+#include <foundation/json/pointer.hpp>
 #include <foundation/json/write.hpp>
 //! [headers]
 
@@ -144,6 +146,20 @@ int main() {
     get<Array>(list).erase(get<Array>(list).begin());
     //! [remove]
     std::cout << serialize(v) << serialize(list) << '\n';
+
+    Value before = v;
+    snippet("set by pointer");
+    //! [set by pointer]
+    set(v, "/sizes/0/grams", 250);
+    //! [set by pointer]
+    std::cout << serialize(v) << '\n';
+
+    snippet("patch");
+    //! [patch]
+    Value changes = diff(before, v);
+    patch(before, changes);
+    //! [patch]
+    std::cout << equivalent(before, v) << '\n';
 
     snippet("keep an identifier");
     //! [keep an identifier]

@@ -3,7 +3,8 @@
 #include <foundation/json/convert.hpp>
 
 #include "access/excerpt.hpp"
-#include "access/pointer.hpp"
+#include "access/nouns.hpp"
+#include "text/location.hpp"
 #include "value/value_access.hpp"
 
 #include <foundation/json/detail/quoted.hpp>
@@ -13,21 +14,8 @@
 
 namespace foundation::json {
 
-namespace {
-
-std::string describe_location(std::string_view pointer) {
-    if (pointer.empty()) {
-        return "at the root: ";
-    }
-    std::string result = "at ";
-    detail::append_escaped(result, pointer);
-    return result += ": ";
-}
-
-} // namespace
-
 ConversionError::ConversionError(std::string pointer, const std::string& problem)
-    : std::runtime_error(describe_location(pointer) + problem),
+    : std::runtime_error(detail::describe_location(pointer) + problem),
       pointer_(std::make_shared<const std::string>(std::move(pointer))) {}
 
 ConversionError::~ConversionError() = default;
@@ -48,31 +36,14 @@ void Location::append_to(std::string& pointer) const {
         return;
     }
     outer_->append_to(pointer);
-    pointer += '/';
     if (name_ == nullptr) {
-        pointer += std::to_string(number_);
-        return;
-    }
-    for (const char c : name()) {
-        if (c == '~') {
-            pointer += "~0";
-        } else if (c == '/') {
-            pointer += "~1";
-        } else {
-            pointer += c;
-        }
+        append_index_token(pointer, number_);
+    } else {
+        append_name_token(pointer, name());
     }
 }
 
 namespace {
-
-/// A type in messages, by the order of the kinds.
-constexpr const char* nouns[] = {"undefined", "null",      "a boolean", "a number", "a string",
-                                 "an array",  "an object", "a number",  "a number", "a number"};
-
-const char* noun_for(Kind kind) noexcept {
-    return nouns[static_cast<int>(kind)];
-}
 
 /// `head` and the quoted names, if there are any: `; known are "a", "b"`.
 std::string list_of(const char* head, const NameTable& names) {

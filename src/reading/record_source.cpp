@@ -4,6 +4,7 @@
 #include "reading/take_value.hpp"
 #include "reading/token_reader.hpp"
 #include "reading/value_reader.hpp"
+#include "text/location.hpp"
 
 #include <foundation/json/convert.hpp>
 
@@ -416,7 +417,7 @@ void ElementSource::find_member(const std::string& name) {
 
 /// Goes before an element of the present array.
 void ElementSource::find_index(const std::string& name) {
-    if (!is_index(name)) {
+    if (!looks_like_index(name)) {
         fail("there is no value");
     }
     for (;; skips_ = true) {

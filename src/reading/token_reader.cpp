@@ -1,6 +1,7 @@
 #include "reading/token_reader.hpp"
 
 #include "reading/value_reader.hpp"
+#include "text/location.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -70,25 +71,15 @@ void TokenReader::append_name(std::string& pointer, std::size_t level) const {
         const char* const text = window().at_byte(open.name);
         decode({text, text + open.name_size, StringError::none, open.name_is_escaped}, name);
     }
-    for (const char c : name) {
-        if (c == '~') {
-            pointer += "~0";
-        } else if (c == '/') {
-            pointer += "~1";
-        } else {
-            pointer += c;
-        }
-    }
+    append_name_token(pointer, name);
 }
 
 std::string TokenReader::pointer() const {
     std::string result;
     for (std::size_t level = 0; level != levels_.size(); ++level) {
         if (levels_.begin()[level].elements != 0) {
-            result += '/';
-            result += std::to_string(levels_.begin()[level].elements - 1);
+            append_index_token(result, levels_.begin()[level].elements - 1);
         } else if (levels_.begin()[level].name != Level::no_name) {
-            result += '/';
             append_name(result, level);
         }
     }

@@ -3,6 +3,8 @@
 #ifndef FOUNDATION_JSON_SRC_TEXT_LOCATION_HPP
 #define FOUNDATION_JSON_SRC_TEXT_LOCATION_HPP
 
+#include <foundation/json/detail/quoted.hpp>
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -10,13 +12,54 @@
 namespace foundation::json::detail {
 
 /// Appends the token of a member to a JSON Pointer: `~` is written `~0`, `/` is written `~1`.
-void append_name_token(std::string& pointer, std::string_view name);
+inline void append_name_token(std::string& pointer, std::string_view name) {
+    pointer += '/';
+    for (const char byte : name) {
+        if (byte == '~' || byte == '/') {
+            pointer += '~';
+            pointer += byte == '~' ? '0' : '1';
+        } else {
+            pointer += byte;
+        }
+    }
+}
 
 /// Appends the token of an element.
-void append_index_token(std::string& pointer, std::size_t index);
+inline void append_index_token(std::string& pointer, std::size_t index) {
+    pointer += '/';
+    pointer += std::to_string(index);
+}
+
+/// The name that a token of a valid JSON Pointer stands for.
+inline std::string unescaped(std::string_view token) {
+    std::string name;
+    for (std::size_t i = 0; i < token.size(); ++i) {
+        if (token[i] == '~') {
+            ++i;
+            name += token[i] == '0' ? '~' : '/';
+        } else {
+            name += token[i];
+        }
+    }
+    return name;
+}
+
+/// Whether a token means an element of an array rather than a member's name: it consists of digits,
+/// even if it has leading zeros, or is "-".
+inline bool looks_like_index(std::string_view token) noexcept {
+    return token == "-" ||
+           (!token.empty() && token.find_first_not_of("0123456789") == std::string_view::npos);
+}
 
 /// How messages begin that name a location: "at /servers/3/port: ", or "at the root: ".
-std::string describe_location(std::string_view pointer);
+inline std::string describe_location(std::string_view pointer) {
+    if (pointer.empty()) {
+        return "at the root: ";
+    }
+    std::string result = "at ";
+    append_escaped(result, pointer);
+    return result += ": ";
+}
 
 } // namespace foundation::json::detail
 

@@ -1,5 +1,5 @@
 /// @file
-/// Appending to an array without copying its elements.
+/// Appending to an array, and its growth, without copying its elements.
 #ifndef FOUNDATION_JSON_SRC_VALUE_APPEND_HPP
 #define FOUNDATION_JSON_SRC_VALUE_APPEND_HPP
 
@@ -18,6 +18,13 @@ void append(Array& elements, const Value* values, std::size_t count);
 
 /// The same for one value.
 void append(Array& elements, const Value& value);
+
+/// Makes room for more values, if there is none, as append() grows an array.
+void make_room(Array& elements, std::size_t count);
+
+/// The capacity of an array that has no room for more values, once it has grown.
+/// @throws std::length_error the array would be too long
+std::size_t grown_capacity(const Array& elements, std::size_t count);
 
 } // namespace foundation::json::detail
 

@@ -417,6 +417,14 @@ Value& Value::swap(Value& other) {
 
 namespace detail {
 
+std::size_t grown_capacity(const Array& elements, std::size_t count) {
+    if (count > elements.max_size() - elements.size()) {
+        throw std::length_error("foundation::json: array too long");
+    }
+    const std::size_t needed = elements.size() + count;
+    return std::min(std::max(needed, 2 * elements.capacity()), elements.max_size());
+}
+
 namespace {
 
 void append_in_place(Array& elements, const Value* values, std::size_t count) {
@@ -428,14 +436,6 @@ void append_in_place(Array& elements, const Value* values, std::size_t count) {
         elements.erase(elements.begin() + static_cast<std::ptrdiff_t>(old_size), elements.end());
         throw;
     }
-}
-
-std::size_t grown_capacity(const Array& elements, std::size_t count) {
-    if (count > elements.max_size() - elements.size()) {
-        throw std::length_error("foundation::json: array too long");
-    }
-    const std::size_t needed = elements.size() + count;
-    return std::min(std::max(needed, 2 * elements.capacity()), elements.max_size());
 }
 
 /// Swaps values with as many others from which they were moved, or which were moved from them.
@@ -490,6 +490,15 @@ void append(Array& elements, const Value* values, std::size_t count) {
         append_in_place(elements, values, count);
     } else {
         append_growing(elements, values, count);
+    }
+}
+
+void make_room(Array& elements, std::size_t count) {
+    if (count > elements.capacity() - elements.size()) {
+        Array grown;
+        grown.reserve(grown_capacity(elements, count));
+        move_over(grown, elements);
+        elements.swap(grown);
     }
 }
 

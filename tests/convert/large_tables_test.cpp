@@ -4,6 +4,7 @@
 
 #include <foundation/json/convert.hpp>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -77,6 +78,7 @@ namespace foundation::json {
 namespace {
 
 using test::conversion_error;
+using testing::ThrowsMessage;
 
 const std::string beginning = std::string(NAME(000)).substr(0, sizeof NAME(000) - 4);
 

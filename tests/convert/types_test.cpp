@@ -1,4 +1,5 @@
 // Every convertible type, there and back, and the errors of each.
+#include "convert/conversion_error.hpp"
 #include "convert/fleet.hpp"
 #include "support/describe.hpp"
 #include "support/random_trees.hpp"
@@ -28,6 +29,7 @@
 namespace foundation::json {
 namespace {
 
+using test::conversion_error;
 using test::describe;
 using testing::ThrowsMessage;
 

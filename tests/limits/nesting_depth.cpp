@@ -8,8 +8,11 @@
 /// greatest depth that it survives, up to a million levels, or up to a hundred thousand for pretty
 /// text, whose length grows with the square of the depth. With DEPTH, only that depth is tried, and
 /// the exit status is 1 if an operation does not survive it.
+#include <foundation/json/content.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/patch.hpp>
+#include <foundation/json/pointer.hpp>
 #include <foundation/json/write.hpp>
 
 #include <sys/resource.h>
@@ -18,6 +21,7 @@
 
 #include <pthread.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -120,30 +124,75 @@ void write_text(const Value& value, const WriteOptions& options) {
     foundation::json::write(stream, value, options);
 }
 
-/// Finds an error in the innermost container, which replaces the last level.
-bool locates_an_error_in(Value& value) {
-    Value* innermost = &value;
+/// The value that lies innermost, and the pointer to it.
+Value& innermost(Value& value, std::string& pointer) {
+    Value* at = &value;
     for (;;) {
-        if (auto* const elements = get_if<Array>(innermost); elements != nullptr) {
-            if (elements->empty()) {
-                break;
-            }
-            innermost = &elements->front();
+        if (auto* const elements = get_if<Array>(at); elements != nullptr && !elements->empty()) {
+            at = &elements->front();
+            pointer += "/0";
+        } else if (auto* const members = get_if<Object>(at);
+                   members != nullptr && !members->empty()) {
+            at = &members->begin()->second;
+            pointer += std::string("/") + name;
         } else {
-            auto& members = get<Object>(*innermost);
-            if (members.empty()) {
-                break;
-            }
-            innermost = &members.begin()->second;
+            return *at;
         }
     }
-    *innermost = "\xFF";
+}
+
+/// Finds an error in the innermost container.
+bool locates_an_error_in(Value& value) {
+    std::string pointer;
+    innermost(value, pointer) = "\xFF";
     try {
         static_cast<void>(foundation::json::write(value));
         return false;
     } catch (const WriteError&) {
         return true;
     }
+}
+
+/// Makes a patch for a change of the innermost value, and applies it.
+bool patches(Value& a, Value& b) {
+    std::string pointer;
+    innermost(b, pointer) = "changed";
+    return equivalent(patch(a, diff(a, b)), b);
+}
+
+/// The same with a merge patch. Of arrays, it is the whole value.
+bool merges(Value& a, Value& b) {
+    std::string pointer;
+    innermost(b, pointer) = "changed";
+    return equivalent(merge_patch(a, merge_diff(a, b)), b);
+}
+
+/// Changes what is innermost, and looks at and copies all of it before that takes effect.
+bool tests_while_patching(Value& a, Value& b) {
+    std::string pointer;
+    innermost(b, pointer) = Value(Array{1});
+    Value outer(Array{});
+    outer.push(Value());
+    outer[0].swap(a);
+    Array operations;
+    operations.push_back(operation::replace("/0" + pointer, Array()));
+    operations.push_back(operation::add("/0" + pointer + "/0", 1));
+    operations.push_back(operation::add("/-", Null()));
+    operations.push_back(operation::copy("/0", "/-"));
+    operations.emplace_back(Object{{"op", "test"}, {"path", "/2"}});
+    operations.back()["value"].swap(b);
+    patch(outer, Value(operations));
+    return outer.length() == 3;
+}
+
+/// Makes as many levels at once, and takes them away again.
+bool sets_and_erases(Value& a) {
+    std::string pointer;
+    innermost(a, pointer);
+    Value value;
+    set(value, pointer, "innermost");
+    copy(value, pointer, pointer);
+    return holds<std::string>(erase(value, pointer));
 }
 
 /// An operation on two equal values. Only the operation itself may destroy them.
@@ -156,6 +205,12 @@ struct NamedOperation {
 };
 
 volatile bool result;
+
+void require(bool right) {
+    if (!right) {
+        std::abort();
+    }
+}
 
 const NamedOperation operations[] = {
     {"serialize", [](Value* a, Value*) { result = serialize(*a).empty(); }},
@@ -179,6 +234,14 @@ const NamedOperation operations[] = {
     {"move", [](Value* a, Value*) { new Value(std::move(*a)); }},
     {"move assignment, same shape", [](Value* a, Value* b) { *a = std::move(*b); }},
     {"swap", [](Value* a, Value* b) { a->swap(*b); }},
+    {"equivalent", [](Value* a, Value* b) { result = equivalent(*a, *b); }},
+    {"diff and patch", [](Value* a, Value* b) { require(patches(*a, *b)); }, a_hundred_thousand},
+    {"merge_diff and merge_patch", [](Value* a, Value* b) { require(merges(*a, *b)); },
+     a_hundred_thousand},
+    {"test and copy within a patch",
+     [](Value* a, Value* b) { require(tests_while_patching(*a, *b)); }, a_hundred_thousand},
+    {"set, copy and erase by pointer", [](Value* a, Value*) { require(sets_and_erases(*a)); },
+     a_hundred_thousand},
     {"destruction", [](Value* a, Value*) { delete a; }},
 };
 
@@ -221,6 +284,9 @@ bool survives(Operation operation, const Shape& shape, std::size_t depth, std::s
     if (WIFEXITED(status) && WEXITSTATUS(status) == 2) {
         fail("cannot make a thread with such a stack");
     }
+    if (WIFSIGNALED(status) && WTERMSIG(status) == SIGABRT) {
+        fail("an operation gives a wrong result");
+    }
     return WIFEXITED(status);
 }
 
@@ -237,7 +303,7 @@ std::size_t greatest_depth(const NamedOperation& operation, const Shape& shape, 
 }
 
 void print_heading() {
-    std::printf("%-28s", "levels");
+    std::printf("%-32s", "levels");
     for (const Shape& shape : shapes) {
         std::printf("  %10s", shape.name);
     }
@@ -247,7 +313,7 @@ void print_heading() {
 void report(std::size_t stack) {
     print_heading();
     for (const NamedOperation& operation : operations) {
-        std::printf("%-28s", operation.name);
+        std::printf("%-32s", operation.name);
         for (const Shape& shape : shapes) {
             const std::size_t depth = greatest_depth(operation, shape, stack);
             std::printf("  %2s%8zu", depth == operation.most ? ">=" : "", depth);

@@ -23,13 +23,18 @@ namespace foundation::json::test {
 /// Whether whitespace may stand between the tokens of a text.
 enum class Whitespace { allowed, forbidden };
 
+/// What becomes of a name that occurs twice in an object: an error, or the last member counts.
+enum class DuplicateNames { forbidden, last };
+
 class JsonReader {
 public:
-    JsonReader(std::string_view text, Whitespace whitespace)
-        : rest_(text), size_(text.size()), whitespace_(whitespace) {}
+    JsonReader(std::string_view text, Whitespace whitespace,
+               DuplicateNames duplicates = DuplicateNames::forbidden)
+        : rest_(text), size_(text.size()), whitespace_(whitespace), duplicates_(duplicates) {}
 
     /// The value of the whole text; numbers are doubles.
-    /// @throws std::runtime_error where the text is not JSON, or where a name occurs twice
+    /// @throws std::runtime_error where the text is not JSON, or where a name occurs twice that
+    /// must not
     Value read() {
         Value result = value();
         skip_whitespace();
@@ -89,7 +94,7 @@ private:
         do {
             skip_whitespace();
             const std::string name = string();
-            require(!result.hasOwnProperty(name));
+            require(duplicates_ == DuplicateNames::last || !result.hasOwnProperty(name));
             take(':');
             Value member = value();
             result[name].swap(member);
@@ -227,6 +232,7 @@ private:
     std::string_view rest_;
     std::size_t size_;
     Whitespace whitespace_;
+    DuplicateNames duplicates_;
 };
 
 inline Value read_json(std::string_view text, Whitespace whitespace = Whitespace::allowed) {

@@ -1,13 +1,29 @@
 /// @file
-/// Values within values, by JSON Pointers (RFC 6901).
+/// Values within values, by JSON Pointers (RFC 6901): to be found, set, inserted, erased, moved and
+/// copied.
 ///
 ///     const Value* port = find(config, "/servers/0/port"); // null where there is nothing
+///     set(config, "/servers/0/port", 8080);                // makes what is missing on the way
+///     insert(config, "/servers/0/tags/-", "new");          // at the end of an array
+///     Value old = erase(config, "/servers/1");             // gives what it took
+///
+/// What changes a value either does all of its work or throws an exception and leaves the value as
+/// it was, also when memory runs out. Nothing is copied but the value that is given as an lvalue,
+/// and what copy() copies; elements of arrays are moved. Several such changes at once, all or none,
+/// are a patch: see patch.hpp.
+///
+/// A source with both `using namespace std;` and `using namespace foundation::json;` has to say
+/// which `set` it means: `std::set<int>` or `foundation::json::set(config, ...)`. The other names
+/// are fine.
 #ifndef FOUNDATION_JSON_POINTER_HPP
 #define FOUNDATION_JSON_POINTER_HPP
 
 #include <foundation/json/export.hpp>
 #include <foundation/json/value.hpp>
 
+#include <memory>
+#include <stdexcept>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -29,6 +45,27 @@ struct PathLookup {
 
 } // namespace detail
 /// @endcond
+
+/// The exception of a JSON Pointer that does not lead where it should. what() begins with the step
+/// that failed and says what stood there: "at /servers/7: the array has length 3", "at /name: there
+/// is a string, not an array or object".
+class FOUNDATION_JSON_EXPORT PointerError : public std::runtime_error {
+public:
+    /// @param pointer  the first step that failed, as a JSON Pointer
+    /// @param problem  what what() says after it
+    /// @throws std::bad_alloc if memory runs out
+    PointerError(std::string pointer, const std::string& problem);
+
+    PointerError(const PointerError&) noexcept;            ///< the same error
+    PointerError& operator=(const PointerError&) noexcept; ///< the same error
+    ~PointerError() override;
+
+    /// The pointer to the first step that failed, from the root, not escaped for messages.
+    [[nodiscard]] const std::string& pointer() const noexcept;
+
+private:
+    std::shared_ptr<const std::string> pointer_; // shared, so that copies cannot throw
+};
 
 /// @name Places
 /// @{
@@ -55,6 +92,101 @@ inline Value* find(Value& root, std::string_view pointer) {
 
 /// Deleted: the result would point into a temporary. Give the value a name first.
 const Value* find(const Value&& root, std::string_view pointer) = delete;
+/// @}
+
+/// @name Changes
+/// In an array, an index stands for an element, and the length of the array or "-" for the place
+/// after the last one. Each function takes one lookup per token of its pointers. In an array it
+/// also moves the elements behind the index, each in constant time, and allocates for the arrays
+/// and objects among them if the array grows or has elements of several kinds; what they hold stays
+/// where it is.
+///
+/// All of them throw PointerError, std::invalid_argument for a text that is no JSON Pointer,
+/// std::bad_alloc, and std::length_error if an array would be too long; then nothing has changed,
+/// the given value included. One case has no such guarantee: if the root itself turns from an array
+/// into an object, or the other way round, and memory runs out in the last step, the root is a
+/// bool, false, as after an assignment.
+/// @{
+
+/// Makes a value the one at a place, in place of what is there.
+///
+/// What is missing on the way is made: objects, and arrays where the next token is "-" or "0". A
+/// value that is Undefined counts as missing.
+///
+///     Value config;
+///     set(config, "/servers/0/host", "a.example"); // -> {"servers":[{"host":"a.example"}]}
+///
+/// @param root     where the pointer begins; "" replaces all of it
+/// @param pointer  a member, an element, or the end of an array
+/// @param value    moved from; must not be the root or lie within it
+/// @return the value at its place. The reference stays valid like those of indexing.
+/// @throws PointerError  a step leads into a value that is neither array nor object, is no index of
+///         an array, or one beyond its end
+FOUNDATION_JSON_EXPORT Value& set(Value& root FOUNDATION_JSON_LIFETIME_BOUND,
+                                  std::string_view pointer, Value&& value);
+
+/// The same with a copy of the value, which may lie within the root.
+inline Value& set(Value& root FOUNDATION_JSON_LIFETIME_BOUND, std::string_view pointer,
+                  const Value& value) {
+    return json::set(root, pointer, Value(value));
+}
+
+/// Inserts a value into an array, before the element with the index or at the end, or into an
+/// object, in place of a member of that name. The operation "add" of RFC 6902.
+///
+///     insert(order, "/lines/0", "tea"); // before all others
+///     insert(order, "/lines/-", "tea"); // at the end
+///     insert(order, "/paid", true);     // a member
+///
+/// @param root     where the pointer begins; "" replaces all of it
+/// @param pointer  its last token is the new index or name; all before it must exist
+/// @param value    moved from; must not be the root or lie within it
+/// @return the value at its place. The reference stays valid like those of indexing.
+/// @throws PointerError  as set(), and if something on the way is missing
+FOUNDATION_JSON_EXPORT Value& insert(Value& root FOUNDATION_JSON_LIFETIME_BOUND,
+                                     std::string_view pointer, Value&& value);
+
+/// The same with a copy of the value, which may lie within the root.
+inline Value& insert(Value& root FOUNDATION_JSON_LIFETIME_BOUND, std::string_view pointer,
+                     const Value& value) {
+    return json::insert(root, pointer, Value(value));
+}
+
+/// Removes a member or an element; the elements behind it move up.
+///
+///     Value first = erase(order, "/lines/0");
+///
+/// @param root     where the pointer begins; "" leaves Undefined
+/// @param pointer  must lead to a value
+/// @return what was there
+/// @throws PointerError  as set(), and if there is no value
+FOUNDATION_JSON_EXPORT Value erase(Value& root, std::string_view pointer);
+
+/// Takes a value from one place and inserts it at another, like erase() and insert() in one. The
+/// operation "move" of RFC 6902.
+///
+///     move(order, "/lines/2", "/lines/0"); // the third comes first
+///     move(order, "/name", "/customer");   // a new name for a member
+///
+/// @param root  where the pointers begin
+/// @param from  must lead to a value
+/// @param to    where it is inserted, once it is no longer at its old place; not within the value
+/// @return the value at its new place. The reference stays valid like those of indexing.
+/// @throws PointerError  as erase() and insert(), and if `to` lies within the value
+FOUNDATION_JSON_EXPORT Value& move(Value& root FOUNDATION_JSON_LIFETIME_BOUND,
+                                   std::string_view from, std::string_view to);
+
+/// Inserts a copy of a value at another place. The operation "copy" of RFC 6902.
+///
+///     copy(order, "/lines/0", "/lines/-");
+///
+/// @param root  where the pointers begin
+/// @param from  must lead to a value
+/// @param to    where the copy is inserted; it may lie within the value
+/// @return the copy. The reference stays valid like those of indexing.
+/// @throws PointerError  as insert(), and if there is no value at `from`
+FOUNDATION_JSON_EXPORT Value& copy(Value& root FOUNDATION_JSON_LIFETIME_BOUND,
+                                   std::string_view from, std::string_view to);
 /// @}
 
 } // namespace foundation::json
