@@ -1,5 +1,5 @@
-// An array of any length onto a stream, one element at a time: each goes through a Writer, as a Value
-// or by its members, and is gone before the next is made.
+// An array of any length onto a stream, one element at a time: each goes through a Writer, as a
+// Value or by its members, and is gone before the next is made.
 #include "memory_in_use.hpp"
 
 #include <foundation/json/json.hpp>

@@ -1,5 +1,5 @@
-// All of the C++ standard library, as far as it is there: what the headers of the library must stand
-// behind. Left out are headers that are deprecated, or empty, and say so.
+// All of the C++ standard library, as far as it is there: what the headers of the library must
+// stand behind. Left out are headers that are deprecated, or empty, and say so.
 
 // clang-format off
 #if __has_include(<coroutine>) && defined(__cpp_impl_coroutine)

@@ -792,12 +792,12 @@ TEST(ParserErrors, TheNameOfAFileIsTakenForOne) {
 
 TEST(ParserErrors, OtherTextsAreNotTakenForNamesOfFiles) {
     for (const std::string& text :
-         {std::string("json"), std::string(".json "), std::string("a.json\n"),
-          std::string("1.e5"), std::string("a.b"), std::string("example.org"),
-          std::string("// a.json"), std::string("/* a/b.c"), std::string("[a.json"),
-          std::string("x,a.json"), std::string("\"a.json"), std::string("a/b"),
-          std::string("a.b/c"), std::string("a/b."), std::string("a/b.1"), std::string("a.json?x"),
-          std::string("\x01.json"), std::string(160, 'a') + ".json"}) {
+         {std::string("json"), std::string(".json "), std::string("a.json\n"), std::string("1.e5"),
+          std::string("a.b"), std::string("example.org"), std::string("// a.json"),
+          std::string("/* a/b.c"), std::string("[a.json"), std::string("x,a.json"),
+          std::string("\"a.json"), std::string("a/b"), std::string("a.b/c"), std::string("a/b."),
+          std::string("a/b.1"), std::string("a.json?x"), std::string("\x01.json"),
+          std::string(160, 'a') + ".json"}) {
         try {
             parse(text);
             ADD_FAILURE() << "was accepted: " << text;
