@@ -31,7 +31,7 @@ std::string reference_text(FloatingBits<Number> bits) {
 template <class Number>
 std::string fast_text(FloatingBits<Number> bits) {
     char text[fast_number_room];
-    return {text, fast_or_reference_number_text(text, bits)};
+    return {text, fast_number_text(text, bits)};
 }
 
 template <class Number>
