@@ -1,0 +1,109 @@
+// Usage: stream_growth [MEGABYTES]...
+// Reads documents and records of these sizes, which are nowhere as a whole, by Reader and Records
+// in each framing; prints the time per byte and how far the memory of the process has grown. Fails
+// if that is more than a megabyte, or if a sum is wrong.
+#include "support/repeated_text.hpp"
+
+#include <foundation/json/number.hpp>
+#include <foundation/json/reader.hpp>
+#include <foundation/json/records.hpp>
+
+#include <sys/resource.h>
+
+#include <chrono>
+#include <cstddef>
+#include <cstdlib>
+#include <iomanip>
+#include <iostream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace foundation::json;
+using test::RepeatedText;
+
+const std::string record =
+    R"({"id":7,"name":"somebody","tags":["a","b\n",null,true],"place":{"x":-0.25,"y":1e3}})";
+
+long peak_kilobytes() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+double sum_of_tokens(std::istream& stream) {
+    Reader reader(stream);
+    double sum = 0;
+    while (reader.next() != Token::end) {
+        if (reader.token() == Token::name && reader.string() == "id") {
+            reader.next();
+            sum += reader.number<double>();
+        }
+    }
+    return sum;
+}
+
+double sum_of_records(std::istream& stream, const Framing& framing) {
+    double sum = 0;
+    Records<Value> records(stream, framing);
+    for (Value value; records.next(value);) {
+        sum += number<double>(value["id"]);
+    }
+    return sum;
+}
+
+struct Way {
+    const char* name;
+    std::string first;
+    std::string separator;
+    std::string last;
+    double (*sum)(std::istream&);
+};
+
+const Way ways[] = {
+    {"Reader", "[", ",", "]", sum_of_tokens},
+    {"Records, lines", "", "\n", "",
+     [](std::istream& stream) { return sum_of_records(stream, Framing::lines); }},
+    {"Records, concatenated", "", " ", "",
+     [](std::istream& stream) { return sum_of_records(stream, Framing::concatenated); }},
+    {"Records, elements", "{\"a\":[", ",", "]}",
+     [](std::istream& stream) { return sum_of_records(stream, Framing::elements("/a")); }},
+};
+
+/// @return whether the sum is right
+bool measure(const Way& way, std::size_t megabytes) {
+    const std::size_t count = megabytes * 1000000 / (record.size() + 1);
+    RepeatedText text(way.first + record, way.separator + record, count, way.last);
+    std::istream stream(&text);
+    const auto begin = std::chrono::steady_clock::now();
+    const double sum = way.sum(stream);
+    const std::chrono::duration<double, std::nano> time = std::chrono::steady_clock::now() - begin;
+    std::cout << std::left << std::setw(24) << way.name << std::right << std::setw(8) << megabytes
+              << std::fixed << std::setprecision(2) << std::setw(10)
+              << time.count() / (1e6 * static_cast<double>(megabytes)) << std::endl;
+    return sum == 7 * static_cast<double>(count + 1);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::vector<std::size_t> sizes;
+    for (int i = 1; i < argc; ++i) {
+        sizes.push_back(std::strtoul(argv[i], nullptr, 10));
+    }
+    if (sizes.empty()) {
+        sizes = {1, 10};
+    }
+    bool is_right = true;
+    std::cout << "                        megabytes ns/byte\n";
+    const long before = peak_kilobytes();
+    for (const Way& way : ways) {
+        for (const std::size_t size : sizes) {
+            is_right = measure(way, size) && is_right;
+        }
+    }
+    const long growth = peak_kilobytes() - before;
+    std::cout << "the memory of the process has grown by " << growth << " kB\n";
+    return is_right && growth <= 1024 ? 0 : 1;
+}
