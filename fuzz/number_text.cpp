@@ -7,9 +7,9 @@
 
 #include "number/digits.hpp"
 #include "number/fast_number_text.hpp"
+#include "number/number_text.hpp"
 #include "number/shortest_digits.hpp"
 #include "number/shortest_number_text.hpp"
-#include "serialization/number_text.hpp"
 #include "support/float_environments.hpp"
 #include "support/number_rule.hpp"
 #include "support/shortest_rule.hpp"

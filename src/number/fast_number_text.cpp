@@ -1,8 +1,8 @@
 #include "number/fast_number_text.hpp"
 
 #include "number/digits.hpp"
+#include "number/number_text.hpp"
 #include "number/product.hpp"
-#include "serialization/number_text.hpp"
 
 #include <algorithm>
 #include <cfenv>

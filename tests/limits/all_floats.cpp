@@ -6,7 +6,7 @@
 /// FIRST and LAST are bit patterns in hexadecimal, from 0 to ffffffff. Reports every difference;
 /// the exit status is 1 if there is one.
 #include "number/fast_number_text.hpp"
-#include "serialization/number_text.hpp"
+#include "number/number_text.hpp"
 
 #include <atomic>
 #include <chrono>

@@ -2,7 +2,7 @@
 /// The text of numbers by the fast path: the same as by the reference algorithm, for every number.
 #include "number/fast_number_text.hpp"
 
-#include "serialization/number_text.hpp"
+#include "number/number_text.hpp"
 #include "support/float_environments.hpp"
 #include "support/locales.hpp"
 #include "support/random_numbers.hpp"
