@@ -16,6 +16,7 @@ namespace {
 /// @return false if it is too large
 [[gnu::noinline]] bool read_any(const char* from, const char* end, double& number) noexcept {
     const DefaultEnvironment environment;
+    [[maybe_unused]] const DoublePrecision precision;
     fast_float::from_chars(from, end, number);
     // Tests the bits: compilers might move a comparison of doubles behind the end of the
     // environment, where a subnormal number may trap.
@@ -141,7 +142,7 @@ std::optional<std::uint64_t> whole_number(const char* from, const char* end) noe
 /// Whether a double holds a whole number exactly.
 /// @param number  not 0
 constexpr bool is_exact_double(std::uint64_t number) noexcept {
-    return number >> __builtin_ctzll(number) < std::uint64_t{1} << 53;
+    return number >> trailing_zeros(number) < std::uint64_t{1} << 53;
 }
 
 /// The integer that a token stands for, if no double holds it.

@@ -4,6 +4,7 @@
 #define FOUNDATION_JSON_SRC_GRAMMAR_NUMBERS_HPP
 
 #include "number/decimal.hpp"
+#include "system/compiler.hpp"
 #include "text/characters.hpp"
 
 #include <foundation/json/detail/number_parts.hpp>
@@ -35,7 +36,7 @@ constexpr std::ptrdiff_t count_digits(std::uint64_t word) noexcept {
     const std::uint64_t amounts = word ^ every * '0'; // 0 to 9 for digits
     const std::uint64_t others =
         (((amounts & every * 0x7F) + every * 0x76) | amounts) & every * 0x80;
-    return others == 0 ? digits_at_once : __builtin_ctzll(others) / 8;
+    return others == 0 ? digits_at_once : trailing_zeros(others) / 8;
 }
 
 /// The value of eight digits: joins neighbours to pairs, pairs to groups of four, and these to one
@@ -50,10 +51,7 @@ constexpr std::uint64_t eight_digits(std::uint64_t word) noexcept {
 inline std::uint64_t load_first_lowest(const char* from) noexcept {
     std::uint64_t word = 0;
     std::memcpy(&word, from, sizeof word);
-#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
-    word = __builtin_bswap64(word);
-#endif
-    return word;
+    return little_endian ? word : bytes_reversed(word);
 }
 
 /// Appends the digits at the start of a word of text to a number, modulo 2^64.

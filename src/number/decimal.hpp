@@ -49,7 +49,7 @@ inline Rounding nearest_normal(std::uint64_t digits, int q, double& number) noex
     constexpr int exponent_bias = 1075; // with a double's 53 bits taken as a whole number
     constexpr int least_biased = 1;
     constexpr int largest_biased = 2046;
-    const int normal_shift = __builtin_clzll(digits);
+    const int normal_shift = leading_zeros(digits);
     const std::uint64_t factor = digits << normal_shift;
     const WordPair power = powers_of_10.leading_bits(q);
     const Wide low_product = Wide{factor} * power.low;

@@ -3,6 +3,8 @@
 #ifndef FOUNDATION_JSON_SRC_NUMBER_DEFAULT_ENVIRONMENT_HPP
 #define FOUNDATION_JSON_SRC_NUMBER_DEFAULT_ENVIRONMENT_HPP
 
+#include "system/compiler.hpp"
+
 #include <cfenv>
 
 namespace foundation::json::detail {
@@ -28,6 +30,33 @@ public:
 
 private:
     std::fenv_t callers_;
+};
+
+/// Has arithmetic of doubles round to 53 bits. The x87 unit of old processors, which computes with
+/// 64 bits, would round a second time when it stores the result. All else always does so.
+class DoublePrecision {
+#if defined(FOUNDATION_JSON_X87)
+public:
+    DoublePrecision() noexcept {
+        asm volatile("fnstcw %0" : "=m"(callers_)); // NOLINT(hicpp-no-assembler)
+        set((callers_ & ~precision_mask) | precision_of_double);
+    }
+    DoublePrecision(const DoublePrecision&) = delete;
+    DoublePrecision& operator=(const DoublePrecision&) = delete;
+    ~DoublePrecision() {
+        set(callers_);
+    }
+
+private:
+    static constexpr unsigned short precision_mask = 0x300;
+    static constexpr unsigned short precision_of_double = 0x200;
+
+    static void set(unsigned short control) noexcept {
+        asm volatile("fldcw %0" : : "m"(control) : "memory"); // NOLINT(hicpp-no-assembler)
+    }
+
+    unsigned short callers_;
+#endif
 };
 
 } // namespace foundation::json::detail

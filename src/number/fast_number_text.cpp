@@ -12,7 +12,11 @@
 #include <cstring>
 #include <type_traits>
 
+#ifdef _WIN32
+#include <clocale>
+#else
 #include <langinfo.h>
+#endif
 
 namespace foundation::json::detail {
 
@@ -188,7 +192,7 @@ char* write_millions(char* out, std::uint32_t number) noexcept {
     out[0] = static_cast<char>('0' + number / base);
     out[1] = '.';
     std::memcpy(out + 2, &text, sizeof text);
-    out += 10 - __builtin_clzll(digits | 1) / 8;
+    out += 10 - leading_zeros(digits | 1) / 8;
     out[0] = 'E';
     out[1] = '+';
     out[2] = exponent;
@@ -277,7 +281,13 @@ char* leave(char*, FloatingBits<Number>) noexcept {
 } // namespace
 
 bool fast_number_text_applies() noexcept {
-    return std::strcmp(nl_langinfo(RADIXCHAR), ".") == 0 && std::fegetround() == FE_TONEAREST;
+#ifdef _WIN32
+    const char* const radix = std::localeconv()->decimal_point;
+#else
+    // Unlike localeconv(), it may be called by several threads at once.
+    const char* const radix = nl_langinfo(RADIXCHAR);
+#endif
+    return std::strcmp(radix, ".") == 0 && std::fegetround() == FE_TONEAREST;
 }
 
 char* fast_number_text(char* out, FloatingBits<double> bits) noexcept {

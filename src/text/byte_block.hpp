@@ -3,18 +3,13 @@
 #ifndef FOUNDATION_JSON_SRC_TEXT_BYTE_BLOCK_HPP
 #define FOUNDATION_JSON_SRC_TEXT_BYTE_BLOCK_HPP
 
+#include "system/compiler.hpp"
+
+#include <foundation/json/detail/words.hpp>
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-
-// FOUNDATION_JSON_PORTABLE leaves out instructions that only some processors have.
-#if !defined(FOUNDATION_JSON_PORTABLE) && defined(__SSE2__)
-#define FOUNDATION_JSON_PARSER_SSE2
-#include <emmintrin.h>
-#elif !defined(FOUNDATION_JSON_PORTABLE) && defined(__ARM_NEON) && defined(__aarch64__)
-#define FOUNDATION_JSON_PARSER_NEON
-#include <arm_neon.h>
-#endif
 
 namespace foundation::json::detail {
 
@@ -44,19 +39,12 @@ public:
 
     private:
         static std::size_t index_in(std::uint64_t word) noexcept {
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-            return static_cast<std::size_t>(__builtin_ctzll(word)) / 8;
-#else
-            return static_cast<std::size_t>(__builtin_clzll(word)) / 8;
-#endif
+            const int zeros = little_endian ? trailing_zeros(word) : leading_zeros(word);
+            return static_cast<std::size_t>(zeros) / 8;
         }
 
         static std::size_t shift(std::size_t index) noexcept {
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-            return 8 * index;
-#else
-            return 56 - 8 * index;
-#endif
+            return little_endian ? 8 * index : 56 - 8 * index;
         }
 
         std::uint64_t first_;
@@ -69,9 +57,7 @@ public:
     }
 
     /// All bytes but spaces, tabs, line feeds and carriage returns.
-    Mask not_blank() const noexcept {
-        return {~blanks(first_) & tops, ~blanks(second_) & tops};
-    }
+    Mask not_blank() const noexcept { return {~blanks(first_) & tops, ~blanks(second_) & tops}; }
 
     /// All bytes but spaces.
     Mask not_space() const noexcept {
@@ -80,14 +66,10 @@ public:
 
     /// The bytes of a string that cannot be skipped: quotes, backslashes, control bytes and all
     /// beyond ASCII.
-    Mask special_in_string() const noexcept {
-        return {special(first_), special(second_)};
-    }
+    Mask special_in_string() const noexcept { return {special(first_), special(second_)}; }
 
     /// Quotes, slashes, commas and brackets.
-    Mask structural() const noexcept {
-        return {structural(first_), structural(second_)};
-    }
+    Mask structural() const noexcept { return {structural(first_), structural(second_)}; }
 
 private:
     static constexpr std::uint64_t repeat(unsigned char byte) noexcept {
@@ -124,7 +106,7 @@ private:
     std::uint64_t second_;
 };
 
-#if defined(FOUNDATION_JSON_PARSER_SSE2)
+#if defined(FOUNDATION_JSON_SSE2)
 
 class Block {
 public:
@@ -138,7 +120,7 @@ public:
 
         bool empty() const noexcept { return bits_ == 0; }
         std::size_t first() const noexcept {
-            return static_cast<std::size_t>(__builtin_ctz(bits_));
+            return static_cast<std::size_t>(trailing_zeros(bits_));
         }
         void remove_first() noexcept { bits_ &= bits_ - 1; }
         Mask complement() const noexcept { return Mask(bits_ ^ 0xFFFF); }
@@ -177,7 +159,7 @@ private:
     __m128i bytes_;
 };
 
-#elif defined(FOUNDATION_JSON_PARSER_NEON)
+#elif defined(FOUNDATION_JSON_NEON)
 
 class Block {
 public:
@@ -192,7 +174,7 @@ public:
 
         bool empty() const noexcept { return bits_ == 0; }
         std::size_t first() const noexcept {
-            return static_cast<std::size_t>(__builtin_ctzll(bits_)) / 4;
+            return static_cast<std::size_t>(trailing_zeros(bits_)) / 4;
         }
         void remove_first() noexcept { bits_ &= ~(std::uint64_t{0xF} << (4 * first())); }
 

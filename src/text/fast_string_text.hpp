@@ -5,18 +5,13 @@
 
 #include "text/escapes.hpp"
 
+#include "system/compiler.hpp"
+
+#include <foundation/json/detail/words.hpp>
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-
-// FOUNDATION_JSON_PORTABLE leaves out what only some processors have.
-#if !defined(FOUNDATION_JSON_PORTABLE) && defined(__SSE2__)
-#define FOUNDATION_JSON_SSE2
-#include <emmintrin.h>
-#elif !defined(FOUNDATION_JSON_PORTABLE) && defined(__ARM_NEON) && defined(__aarch64__)
-#define FOUNDATION_JSON_NEON
-#include <arm_neon.h>
-#endif
 
 namespace foundation::json::detail {
 
@@ -34,11 +29,8 @@ void store_word(char* out, Word word) noexcept {
 
 /// One word of two that are adjacent in memory.
 inline std::uint64_t join_words(std::uint32_t first, std::uint32_t second) noexcept {
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-    return first | static_cast<std::uint64_t>(second) << 32;
-#else
-    return static_cast<std::uint64_t>(first) << 32 | second;
-#endif
+    return little_endian ? first | static_cast<std::uint64_t>(second) << 32
+                         : static_cast<std::uint64_t>(first) << 32 | second;
 }
 
 /// Sixteen bytes as two words; for machines without vectors.
@@ -98,11 +90,8 @@ private:
         if (escaped == 0) {
             return 8;
         }
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-        return static_cast<unsigned>(__builtin_ctzll(escaped)) / 8;
-#else
-        return static_cast<unsigned>(__builtin_clzll(escaped)) / 8;
-#endif
+        const int zeros = little_endian ? trailing_zeros(escaped) : leading_zeros(escaped);
+        return static_cast<unsigned>(zeros) / 8;
     }
 
     std::uint64_t first_;
@@ -129,7 +118,7 @@ public:
     bool any_escaped() const noexcept { return escaped_mask() != 0; }
 
     unsigned first_escaped() const noexcept {
-        return static_cast<unsigned>(__builtin_ctz(escaped_mask() | 0x10000));
+        return static_cast<unsigned>(trailing_zeros(escaped_mask() | 0x10000));
     }
 
 private:
@@ -174,7 +163,7 @@ public:
 
     unsigned first_escaped() const noexcept {
         const std::uint64_t mask = escaped_mask();
-        return mask == 0 ? 16 : static_cast<unsigned>(__builtin_ctzll(mask)) / 4;
+        return mask == 0 ? 16 : static_cast<unsigned>(trailing_zeros(mask)) / 4;
     }
 
 private:

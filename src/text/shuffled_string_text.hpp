@@ -6,12 +6,12 @@
 
 #include "text/fast_string_text.hpp"
 
-#if defined(FOUNDATION_JSON_SSE2) && defined(__x86_64__)
+#if defined(FOUNDATION_JSON_SSE2) && defined(__GNUC__) && defined(__x86_64__)
 #define FOUNDATION_JSON_SHUFFLES
 #include <tmmintrin.h>
 // For this file alone. Whether the processor has these instructions is asked before each use.
 #define FOUNDATION_JSON_SHUFFLING [[gnu::target("ssse3")]]
-#elif defined(FOUNDATION_JSON_NEON) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+#elif defined(FOUNDATION_JSON_NEON) && defined(FOUNDATION_JSON_LITTLE_ENDIAN)
 #define FOUNDATION_JSON_SHUFFLES
 #define FOUNDATION_JSON_SHUFFLING
 #endif
@@ -265,7 +265,7 @@ FOUNDATION_JSON_SHUFFLING EscapedCopy copy_escaped_by_shuffles(char* out, const 
         }
         const unsigned without_letter = bytes.replace_controls() & escaped;
         if (without_letter != 0) {
-            count = static_cast<std::size_t>(__builtin_ctz(without_letter));
+            count = static_cast<std::size_t>(trailing_zeros(without_letter));
             escaped &= (1U << count) - 1;
         }
         const std::size_t first = count < 8 ? count : 8;

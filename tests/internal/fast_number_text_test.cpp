@@ -44,7 +44,7 @@ std::string fast_text(Number number) {
     return end != nullptr ? std::string(text, end) : left_to_the_reference;
 }
 
-#if defined(__SIZEOF_INT128__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+#if defined(__SIZEOF_INT128__) && defined(FOUNDATION_JSON_LITTLE_ENDIAN)
 
 /// Compares the fast text of a number with that of the reference algorithm, which may be the only
 /// one where that is expected.

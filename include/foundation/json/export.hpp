@@ -2,18 +2,33 @@
 /// What the headers put on declarations, as macros: export, warnings of lifetimes, debug
 /// information.
 ///
-/// The export macro: everything in the shared library is hidden except what carries
-/// FOUNDATION_JSON_EXPORT, so the library's interface is exactly what its headers declare. The
-/// static library comes with FOUNDATION_JSON_STATIC defined: a shared library made of it does not
-/// export these names as its own.
+/// The export macros: everything in the shared libraries is hidden except what carries
+/// FOUNDATION_JSON_EXPORT or, of the parser, FOUNDATION_JSON_PARSER_EXPORT, so the libraries'
+/// interface is exactly what their headers declare. The static libraries come with
+/// FOUNDATION_JSON_STATIC defined: a shared library made of them does not export these names as its
+/// own. On Windows, a name is exported where its library is built, and imported everywhere else.
 #ifndef FOUNDATION_JSON_EXPORT_HPP
 #define FOUNDATION_JSON_EXPORT_HPP
 
-#ifdef FOUNDATION_JSON_STATIC
+#if defined(FOUNDATION_JSON_STATIC)
 #define FOUNDATION_JSON_EXPORT
+#define FOUNDATION_JSON_PARSER_EXPORT
+#elif defined(_WIN32)
+#ifdef foundation_json_EXPORTS
+#define FOUNDATION_JSON_EXPORT __declspec(dllexport)
+#else
+#define FOUNDATION_JSON_EXPORT __declspec(dllimport)
+#endif
+#ifdef foundation_json_parser_EXPORTS
+#define FOUNDATION_JSON_PARSER_EXPORT __declspec(dllexport)
+#else
+#define FOUNDATION_JSON_PARSER_EXPORT __declspec(dllimport)
+#endif
 #else
 /// Marks what the shared library exports.
 #define FOUNDATION_JSON_EXPORT __attribute__((visibility("default")))
+/// Marks what the shared library of the parser exports.
+#define FOUNDATION_JSON_PARSER_EXPORT FOUNDATION_JSON_EXPORT
 #endif
 
 #ifdef __has_cpp_attribute

@@ -6,6 +6,7 @@
 #define FOUNDATION_JSON_DETAIL_NUMBER_PARTS_HPP
 
 #include <foundation/json/detail/floating_bits.hpp>
+#include <foundation/json/detail/words.hpp>
 #include <foundation/json/export.hpp>
 
 #include <cstdint>
@@ -76,7 +77,7 @@ typename FloatingBits<Floating>::Word nearest_magnitude(const NumberParts& parts
         return parts.type == NumberParts::Class::infinite ? Bits::infinity : 0;
     }
     // The significand's first bit as the top bit.
-    const int shift = __builtin_clzll(parts.significand);
+    const int shift = detail::leading_zeros(parts.significand);
     const std::uint64_t significand = parts.significand << shift;
     const int exponent = parts.exponent - shift;
 
@@ -161,8 +162,8 @@ inline std::uint64_t magnitude_of(const NumberParts& whole) noexcept {
 template <class Integer>
 Integer to_integer(const NumberParts& number, bool is_float) {
     // The magnitudes of both.
-    constexpr auto lowest = 0 - static_cast<std::uint64_t>(std::numeric_limits<Integer>::min());
-    constexpr auto highest = static_cast<std::uint64_t>(std::numeric_limits<Integer>::max());
+    constexpr auto lowest = 0 - static_cast<std::uint64_t>((std::numeric_limits<Integer>::min)());
+    constexpr auto highest = static_cast<std::uint64_t>((std::numeric_limits<Integer>::max)());
     const bool fits = detail::is_whole(number) && detail::has_64_bits(number) &&
                       detail::magnitude_of(number) <= (number.negative ? lowest : highest);
     if (!fits) {
