@@ -123,7 +123,7 @@ install(FILES
     ${debugger_dir}/foundation_json.natvis
     DESTINATION ${CMAKE_INSTALL_DATADIR}/foundation_json
     COMPONENT foundation_json_Development)
-if(BUILD_SHARED_LIBS)
+if(BUILD_SHARED_LIBS AND NOT WIN32)
     # The prefix is that of the installation, which need not be that of the build.
     set(full_libdir ${CMAKE_INSTALL_LIBDIR})
     if(NOT IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR})

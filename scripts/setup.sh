@@ -51,7 +51,8 @@ declare -rA need_names=([abidw]=libabigail [benchmark]="Google Benchmark" [boost
 declare -rA need_packages=([abidw]=abigail-tools [benchmark]=libbenchmark-dev [boost]=libboost-dev
     [clang++]=clang [compiler]=g++ [dpkg-buildflags]=dpkg-dev [fast_float]=libfast-float-dev
     [gtest]=libgmock-dev [llvm-symbolizer]=llvm [localedef]=locales
-    [ninja]=ninja-build [nm]=binutils [utf8proc]=libutf8proc-dev)
+    [ninja]=ninja-build [nm]=binutils [utf8proc]=libutf8proc-dev
+    [x86_64-w64-mingw32-g++-posix]=g++-mingw-w64-x86-64-posix)
 
 # find_compiler sets `compiler` to the one that CXX names, or to the first that compiles C++17.
 compiler=

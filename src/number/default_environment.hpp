@@ -19,17 +19,31 @@ public:
     /// @param rounding  the rounding direction to set; that of std::fegetround() keeps the caller's
     explicit DefaultEnvironment(int rounding = FE_TONEAREST) noexcept {
         std::fegetenv(&callers_);
+#ifdef FOUNDATION_JSON_MXCSR_APART
+        callers_register_ = _mm_getcsr();
+#endif
         std::fesetenv(FE_DFL_ENV);
+#ifdef FOUNDATION_JSON_MXCSR_APART
+        _mm_setcsr(0x1F80); // as programs start
+#endif
         if (rounding != FE_TONEAREST) {
             std::fesetround(rounding);
         }
     }
     DefaultEnvironment(const DefaultEnvironment&) = delete;
     DefaultEnvironment& operator=(const DefaultEnvironment&) = delete;
-    ~DefaultEnvironment() { std::fesetenv(&callers_); }
+    ~DefaultEnvironment() {
+        std::fesetenv(&callers_);
+#ifdef FOUNDATION_JSON_MXCSR_APART
+        _mm_setcsr(callers_register_);
+#endif
+    }
 
 private:
     std::fenv_t callers_;
+#ifdef FOUNDATION_JSON_MXCSR_APART
+    unsigned callers_register_;
+#endif
 };
 
 /// Has arithmetic of doubles round to 53 bits. The x87 unit of old processors, which computes with

@@ -34,6 +34,12 @@
 #define FOUNDATION_JSON_X87
 #endif
 
+// On Windows, std::fesetenv() does not set the register of SSE2 to what programs start with.
+#if defined(_WIN32) && (defined(__SSE2__) || defined(_M_X64))
+#define FOUNDATION_JSON_MXCSR_APART
+#include <emmintrin.h>
+#endif
+
 // Says that a variable is of this library alone, which makes it quicker to reach. Windows exports
 // what is marked for it, and nothing else.
 #if defined(__GNUC__) && !defined(_WIN32)
@@ -50,14 +56,11 @@ constexpr bool little_endian = true;
 constexpr bool little_endian = false;
 #endif
 
+/// Any compiler knows what instruction this is.
 constexpr std::uint64_t bytes_reversed(std::uint64_t word) noexcept {
-#ifdef __GNUC__
-    return __builtin_bswap64(word);
-#else
     word = (word & 0x00FF00FF00FF00FF) << 8 | (word >> 8 & 0x00FF00FF00FF00FF);
     word = (word & 0x0000FFFF0000FFFF) << 16 | (word >> 16 & 0x0000FFFF0000FFFF);
     return word << 32 | word >> 32;
-#endif
 }
 
 /// Has the processor begin to load what is soon to be read.

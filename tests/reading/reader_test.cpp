@@ -10,8 +10,10 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
 #include <sys/socket.h>
 #include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <array>
@@ -1004,7 +1006,12 @@ TEST(Reader, AnErrorComesAgainAtEveryCall) {
     });
 }
 
+#ifndef _WIN32
+
 TEST(Reader, WaitsForNoMoreOfAPipeThanAToken) {
+#ifdef _LIBCPP_VERSION
+    GTEST_SKIP() << "a std::ifstream of libc++ waits until its buffer is full";
+#endif
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
     std::ifstream stream("/dev/fd/" + std::to_string(ends[0]));
@@ -1065,6 +1072,8 @@ TEST(Reader, AnswersARequestOverASocketBeforeTheNext) {
     ::close(ends[1]);
     ::close(ends[0]);
 }
+
+#endif
 
 TEST(Reader, AMovedReaderGoesOnWhereTheOtherWas) {
     PiecewiseStream stream("[\"a\", {\"b\": 2}]");

@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
 #include <unistd.h>
+#endif
 
 #include <array>
 #include <cstddef>
@@ -620,7 +622,12 @@ TEST(Records, TakeNoMoreThanARecordNeeds) {
     }
 }
 
+#ifndef _WIN32
+
 TEST(Records, WaitForNoMoreOfAPipeThanARecord) {
+#ifdef _LIBCPP_VERSION
+    GTEST_SKIP() << "a std::ifstream of libc++ waits until its buffer is full";
+#endif
     const std::pair<Framing, std::vector<std::string>> cases[] = {
         {Framing::lines, {"1\n", "[2]\n", "\n{\"a\":3}\r\n"}},
         {Framing::concatenated, {"1 ", "[2]", "\"x\"", "{\"a\":\n3}"}},
@@ -646,6 +653,8 @@ TEST(Records, WaitForNoMoreOfAPipeThanARecord) {
         ::close(ends[0]);
     }
 }
+
+#endif
 
 TEST(Records, MovedRecordsGoOnWhereTheOthersWere) {
     for (const Framed& framed : all_framings()) {

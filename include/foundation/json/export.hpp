@@ -1,5 +1,5 @@
 /// @file
-/// What the headers put on declarations, as macros: export, warnings of lifetimes, debug
+/// What the headers put on declarations, as macros: export, warnings of lifetimes, speed, debug
 /// information.
 ///
 /// The export macros: everything in the shared libraries is hidden except what carries
@@ -41,6 +41,14 @@
 /// function. A compiler that knows such an attribute, as clang++ does, warns where the result is
 /// kept for longer than that: `const Value& name = make_record()["name"];`.
 #define FOUNDATION_JSON_LIFETIME_BOUND
+#endif
+
+#ifdef __GNUC__
+/// An attribute of g++ and clang++ for speed: `[[FOUNDATION_JSON_GNU(cold)]]`. Other compilers,
+/// which would warn of it, see none.
+#define FOUNDATION_JSON_GNU(attribute) gnu::attribute
+#else
+#define FOUNDATION_JSON_GNU(attribute)
 #endif
 
 #ifdef __has_attribute

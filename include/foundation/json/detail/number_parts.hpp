@@ -152,10 +152,9 @@ inline std::uint64_t magnitude_of(const NumberParts& whole) noexcept {
 /// @param is_float  whether the number comes from a float
 /// @param lowest    the magnitude of the lowest number of the integer type
 /// @throws std::out_of_range "2.5 is not a whole number", or "70000 is not within 0 to 65535"
-[[noreturn, gnu::cold]] FOUNDATION_JSON_EXPORT void throw_out_of_range(const NumberParts& number,
-                                                                       bool is_float,
-                                                                       std::uint64_t lowest,
-                                                                       std::uint64_t highest);
+[[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void
+throw_out_of_range(const NumberParts& number, bool is_float, std::uint64_t lowest,
+                   std::uint64_t highest);
 
 /// @param is_float  whether the number comes from a float
 /// @throws std::out_of_range as throw_out_of_range()

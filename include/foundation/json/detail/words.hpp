@@ -9,7 +9,7 @@
 
 namespace foundation::json::detail {
 
-/// The same on any compiler.
+/// With any compiler.
 /// @param word  not 0
 constexpr int portable_leading_zeros(std::uint64_t word) noexcept {
     int zeros = 0;
@@ -22,6 +22,12 @@ constexpr int portable_leading_zeros(std::uint64_t word) noexcept {
     return zeros;
 }
 
+/// @param word  not 0
+constexpr int portable_trailing_zeros(std::uint64_t word) noexcept {
+    return 63 - detail::portable_leading_zeros(word & (0 - word));
+}
+
+/// In the quickest way of this one.
 /// @param word  not 0
 constexpr int leading_zeros(std::uint64_t word) noexcept {
 #ifdef __GNUC__
@@ -36,7 +42,7 @@ constexpr int trailing_zeros(std::uint64_t word) noexcept {
 #ifdef __GNUC__
     return __builtin_ctzll(word);
 #else
-    return 63 - detail::portable_leading_zeros(word & (0 - word));
+    return detail::portable_trailing_zeros(word);
 #endif
 }
 
