@@ -3,6 +3,7 @@
 #include "input_pieces.hpp"
 #include "large_pieces.hpp"
 #include "progress.hpp"
+#include "system.hpp"
 
 #include <foundation/json/parse.hpp>
 #include <foundation/json/parse_errors.hpp>
@@ -10,9 +11,6 @@
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>
 #include <foundation/json/write.hpp>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -168,12 +166,12 @@ class InputFile {
 public:
     explicit InputFile(const std::string& file)
         : name_(file == "-" ? "<stdin>" : file),
-          descriptor_(file == "-" ? STDIN_FILENO : ::open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
+          descriptor_(file == "-" ? json_format::standard_input : json_format::open_file(file)) {
         if (descriptor_ < 0) {
             throw std::system_error(errno, std::generic_category(), failure());
         }
     }
-    ~InputFile() { ::close(descriptor_); }
+    ~InputFile() { json_format::close_file(descriptor_); }
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
 
@@ -331,7 +329,8 @@ ExitCode run(const Options& options) {
 
 int main(int argc, char** argv) {
     try {
-        return run(options_of(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc)));
+        json_format::take_all_bytes();
+        return run(options_of(json_format::arguments_of(argc, argv)));
     } catch (const std::bad_alloc&) {
         std::cerr << "json_format: out of memory\n";
     } catch (const std::exception& error) {

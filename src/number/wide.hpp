@@ -1,9 +1,9 @@
 /// @file
-/// Products of 128 bits, which standard C++17 lacks.
+/// Arithmetic on words that standard C++17 lacks: products of 128 bits.
 #ifndef FOUNDATION_JSON_SRC_NUMBER_WIDE_HPP
 #define FOUNDATION_JSON_SRC_NUMBER_WIDE_HPP
 
-#include "text/words.hpp"
+#include <foundation/json/detail/words.hpp>
 
 #include <cstdint>
 

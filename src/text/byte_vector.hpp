@@ -6,26 +6,19 @@
 #ifndef FOUNDATION_JSON_SRC_TEXT_BYTE_VECTOR_HPP
 #define FOUNDATION_JSON_SRC_TEXT_BYTE_VECTOR_HPP
 
+#include "system/compiler.hpp"
 #include "text/words.hpp"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 
-// FOUNDATION_JSON_PORTABLE leaves out instructions that only some processors have. Where there are
-// shuffles, FOUNDATION_JSON_SHUFFLING marks the functions that use them.
-#if !defined(FOUNDATION_JSON_PORTABLE) && defined(__SSE2__)
-#define FOUNDATION_JSON_SSE2
-#include <emmintrin.h>
-#if defined(__x86_64__)
+// Where there are shuffles, FOUNDATION_JSON_SHUFFLING marks the functions that use them.
+#if defined(FOUNDATION_JSON_SSE2) && defined(__GNUC__) && defined(__x86_64__)
 #define FOUNDATION_JSON_SHUFFLES
 #include <tmmintrin.h>
 #define FOUNDATION_JSON_SHUFFLING [[gnu::target("ssse3")]]
-#endif
-#elif !defined(FOUNDATION_JSON_PORTABLE) && defined(__ARM_NEON) && defined(__aarch64__) &&         \
-    __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-#define FOUNDATION_JSON_NEON
-#include <arm_neon.h>
+#elif defined(FOUNDATION_JSON_NEON)
 #define FOUNDATION_JSON_SHUFFLES
 #define FOUNDATION_JSON_SHUFFLING
 #endif
@@ -56,19 +49,12 @@ public:
 
     private:
         static std::size_t index_in(std::uint64_t word) noexcept {
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-            return static_cast<std::size_t>(trailing_zeros(word)) / 8;
-#else
-            return static_cast<std::size_t>(leading_zeros(word)) / 8;
-#endif
+            const int zeros = little_endian ? trailing_zeros(word) : leading_zeros(word);
+            return static_cast<std::size_t>(zeros) / 8;
         }
 
         static std::size_t shift(std::size_t index) noexcept {
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-            return 8 * index;
-#else
-            return 56 - 8 * index;
-#endif
+            return little_endian ? 8 * index : 56 - 8 * index;
         }
 
         std::uint64_t first_;

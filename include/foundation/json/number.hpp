@@ -39,7 +39,7 @@ inline NumberParts number_parts(const Value& value) {
 /// Apart from to_floating(), so that this takes no more than a comparison and a load of most
 /// values.
 template <class Floating>
-[[gnu::noinline]] Floating nearest_to(const Value& value) {
+[[FOUNDATION_JSON_GNU(noinline)]] Floating nearest_to(const Value& value) {
     return detail::nearest<Floating>(detail::number_parts(value));
 }
 

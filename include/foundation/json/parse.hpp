@@ -89,7 +89,7 @@ struct ParseOptions {
 /// of it), at most 1 MiB and 64 bytes for each open array or object are in use. Room for the
 /// elements of a long array is reserved once: as many as the text seems to have, at most one for
 /// two bytes.
-FOUNDATION_JSON_EXPORT Value parse(std::string_view text, const ParseOptions& options = {});
+FOUNDATION_JSON_PARSER_EXPORT Value parse(std::string_view text, const ParseOptions& options = {});
 
 /// The value of the rest of a stream, from its current position to its end; otherwise like parse()
 /// of a text.
@@ -101,27 +101,27 @@ FOUNDATION_JSON_EXPORT Value parse(std::string_view text, const ParseOptions& op
 ///         badbit is set
 /// @throws whatever the stream buffer throws, with badbit set
 /// @throws ParserException        positions count from the initial position of the stream
-FOUNDATION_JSON_EXPORT Value parse(std::istream& stream, const ParseOptions& options = {});
+FOUNDATION_JSON_PARSER_EXPORT Value parse(std::istream& stream, const ParseOptions& options = {});
 
 /// The same with a limit.
 /// @param max_bytes  how long the text may be; reading ends behind so many bytes
 /// @throws ParserException also if the text is longer
-FOUNDATION_JSON_EXPORT Value parse(std::istream& stream, const ParseOptions& options,
-                                   std::size_t max_bytes);
+FOUNDATION_JSON_PARSER_EXPORT Value parse(std::istream& stream, const ParseOptions& options,
+                                          std::size_t max_bytes);
 
 /// The value of a file: a regular file, a pipe, or whatever else can be read to its end.
 ///
 /// @throws std::system_error the file cannot be read, is a directory, or became shorter while it
 ///         was read; what() names it
 /// @throws ParserException   the text is not what the options accept
-FOUNDATION_JSON_EXPORT Value parse_file(const std::filesystem::path& path,
-                                        const ParseOptions& options = {});
+FOUNDATION_JSON_PARSER_EXPORT Value parse_file(const std::filesystem::path& path,
+                                               const ParseOptions& options = {});
 
 /// The same with a limit.
 /// @param max_bytes  how long the file may be; reading ends behind so many bytes
 /// @throws ParserException also if the file is longer
-FOUNDATION_JSON_EXPORT Value parse_file(const std::filesystem::path& path,
-                                        const ParseOptions& options, std::size_t max_bytes);
+FOUNDATION_JSON_PARSER_EXPORT Value parse_file(const std::filesystem::path& path,
+                                               const ParseOptions& options, std::size_t max_bytes);
 
 /// Reads values from a stream one after the other: JSON Lines, or simply concatenated values.
 ///
@@ -137,7 +137,7 @@ FOUNDATION_JSON_EXPORT Value parse_file(const std::filesystem::path& path,
 /// and comments between values are not.
 ///
 /// Two threads must not use it at once.
-class FOUNDATION_JSON_EXPORT ValueStream {
+class FOUNDATION_JSON_PARSER_EXPORT ValueStream {
 public:
     /// Refers to the stream, which must outlive this object; reads nothing yet.
     /// @throws std::bad_alloc memory runs out
@@ -182,8 +182,8 @@ private:
 /// @param error  of this parser, or of another one
 /// @param name   of what was read, such as a file; if it is empty the text begins with LINE
 /// @throws std::bad_alloc memory runs out
-FOUNDATION_JSON_EXPORT std::string describe(const ParserException& error,
-                                            std::string_view name = {});
+FOUNDATION_JSON_PARSER_EXPORT std::string describe(const ParserException& error,
+                                                   std::string_view name = {});
 
 } // namespace foundation::json
 

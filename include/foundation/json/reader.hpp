@@ -63,7 +63,7 @@ struct Position {
 ///
 /// With the option duplicate_names set to error, the names of all members that are open so far are
 /// in memory. Two threads must not use one Reader at once.
-class FOUNDATION_JSON_EXPORT Reader {
+class FOUNDATION_JSON_PARSER_EXPORT Reader {
 public:
     /// Reads a text.
     /// @param text     must outlive the reader

@@ -27,7 +27,7 @@
 namespace foundation::json {
 
 /// How the records of a stream are told apart.
-class FOUNDATION_JSON_EXPORT Framing {
+class FOUNDATION_JSON_PARSER_EXPORT Framing {
 public:
     enum Kind {
         /// Each line is a record. Lines without a value, of whitespace or comments alone, are
@@ -74,7 +74,7 @@ namespace detail {
 class RecordSource;
 
 /// The records of a stream, whatever they become.
-class FOUNDATION_JSON_EXPORT RecordStream {
+class FOUNDATION_JSON_PARSER_EXPORT RecordStream {
 public:
     RecordStream(std::istream& stream, const Framing& framing, const ReadOptions& options);
     RecordStream(RecordStream&& other) noexcept;
