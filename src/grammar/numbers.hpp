@@ -6,12 +6,12 @@
 #include "number/decimal.hpp"
 #include "system/compiler.hpp"
 #include "text/characters.hpp"
+#include "text/words.hpp"
 
 #include <foundation/json/detail/number_parts.hpp>
 #include <foundation/json/parse_errors.hpp>
 
 #include <cstdint>
-#include <cstring>
 
 namespace foundation::json::detail {
 
@@ -26,12 +26,8 @@ struct NumberToken {
 
 constexpr std::ptrdiff_t digits_at_once = 8;
 
-/// The powers of ten, from 10^0 to 10^digits_at_once.
-inline constexpr std::uint64_t power_of_10[digits_at_once + 1] = {
-    1, 10, 100, 1000, 10'000, 100'000, 1'000'000, 10'000'000, 100'000'000};
-
 /// The number of digits at the start of a word of text, whose first byte is its lowest.
-constexpr std::ptrdiff_t count_digits(std::uint64_t word) noexcept {
+constexpr std::ptrdiff_t leading_digits(std::uint64_t word) noexcept {
     constexpr std::uint64_t every = 0x0101010101010101;
     const std::uint64_t amounts = word ^ every * '0'; // 0 to 9 for digits
     const std::uint64_t others =
@@ -49,8 +45,7 @@ constexpr std::uint64_t eight_digits(std::uint64_t word) noexcept {
 }
 
 inline std::uint64_t load_first_lowest(const char* from) noexcept {
-    std::uint64_t word = 0;
-    std::memcpy(&word, from, sizeof word);
+    const auto word = load_word<std::uint64_t>(from);
     return little_endian ? word : bytes_reversed(word);
 }
 
@@ -58,10 +53,11 @@ inline std::uint64_t load_first_lowest(const char* from) noexcept {
 /// @return their count, at most digits_at_once
 inline std::ptrdiff_t scan_eight_digits(const char* from, std::uint64_t& number) noexcept {
     const std::uint64_t word = load_first_lowest(from);
-    const std::ptrdiff_t count = count_digits(word);
+    const std::ptrdiff_t count = leading_digits(word);
     if (count != 0) {
         // The shift puts zeros before fewer than eight digits.
-        number = number * power_of_10[count] + eight_digits(word << (64 - 8 * count));
+        number = number * small_powers_of_10[static_cast<int>(count)] +
+                 eight_digits(word << (64 - 8 * count));
     }
     return count;
 }
@@ -195,7 +191,7 @@ constexpr std::ptrdiff_t skipped_number_room = 6 * digits_at_once + 1;
 template <int Times>
 [[gnu::always_inline]] inline const char* skip_digits(const char* from) noexcept {
     for (int i = 0; i != Times; ++i) {
-        const std::ptrdiff_t count = count_digits(load_first_lowest(from));
+        const std::ptrdiff_t count = leading_digits(load_first_lowest(from));
         from += count;
         if (count != digits_at_once) {
             break;

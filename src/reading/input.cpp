@@ -2,9 +2,7 @@
 
 #include "grammar/streams.hpp"
 #include "system/files.hpp"
-#include "text/characters.hpp"
-
-#include <foundation/json/detail/quoted.hpp>
+#include "text/visible_name.hpp"
 
 #include <algorithm>
 #include <cerrno>
@@ -93,19 +91,6 @@ GrowingText read_all(std::istream& stream, std::size_t most) {
 // ---- Files -----------------------------------------------------------------------------------
 
 namespace {
-
-/// The name of a file, with control bytes escaped as in a JSON string: NUL would end the message.
-std::string visible_name(const std::filesystem::path& path) {
-    std::string result;
-    for (const char byte : path.u8string()) {
-        if (is_control(byte)) {
-            append_escaped(result, {&byte, 1});
-        } else {
-            result += byte;
-        }
-    }
-    return result;
-}
 
 [[noreturn]] void fail(const std::filesystem::path& path, int error, const char* why = "") {
     throw std::system_error(error, std::generic_category(),

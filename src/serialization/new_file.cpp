@@ -1,9 +1,7 @@
 #include "serialization/new_file.hpp"
 
 #include "system/files.hpp"
-#include "text/characters.hpp"
-
-#include <foundation/json/detail/quoted.hpp>
+#include "text/visible_name.hpp"
 
 #include <atomic>
 #include <cerrno>
@@ -19,19 +17,6 @@ namespace foundation::json::detail {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// The name of a file, with control bytes escaped as in a JSON string: NUL would end the message.
-std::string visible_name(const fs::path& path) {
-    std::string result;
-    for (const char byte : path.u8string()) {
-        if (is_control(byte)) {
-            append_escaped(result, {&byte, 1});
-        } else {
-            result += byte;
-        }
-    }
-    return result;
-}
 
 std::string failure_text(const fs::path& path) {
     return "cannot write '" + visible_name(path) + "'";
