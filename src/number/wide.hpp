@@ -1,9 +1,9 @@
 /// @file
-/// Arithmetic on words that standard C++17 lacks: products of 128 bits.
+/// Products of 128 bits, which standard C++17 lacks.
 #ifndef FOUNDATION_JSON_SRC_NUMBER_WIDE_HPP
 #define FOUNDATION_JSON_SRC_NUMBER_WIDE_HPP
 
-#include <foundation/json/detail/words.hpp>
+#include "text/words.hpp"
 
 #include <cstdint>
 

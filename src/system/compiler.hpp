@@ -1,6 +1,6 @@
 /// @file
 /// What compilers and processors offer beyond C++17, each with what stands for it elsewhere. Counts
-/// of bits are in the public headers, which need them too; vectors in src/text/byte_vector.hpp.
+/// of bits are in the public headers, which need them too; vectors in text/byte_vector.hpp.
 #ifndef FOUNDATION_JSON_SRC_SYSTEM_COMPILER_HPP
 #define FOUNDATION_JSON_SRC_SYSTEM_COMPILER_HPP
 
@@ -15,18 +15,6 @@
 #define FOUNDATION_JSON_LITTLE_ENDIAN
 #else
 #error "the byte order of this machine is not known"
-#endif
-
-// Every x86-64 processor has SSE2. FOUNDATION_JSON_PORTABLE leaves out what only some processors
-// have.
-#if !defined(FOUNDATION_JSON_PORTABLE)
-#if defined(__SSE2__) || (defined(_MSC_VER) && defined(_M_X64) && !defined(_M_ARM64EC))
-#define FOUNDATION_JSON_SSE2
-#include <emmintrin.h>
-#elif defined(__ARM_NEON) && defined(__aarch64__) && defined(FOUNDATION_JSON_LITTLE_ENDIAN)
-#define FOUNDATION_JSON_NEON
-#include <arm_neon.h>
-#endif
 #endif
 
 // The x87 unit does the arithmetic, rather than SSE2.

@@ -13,12 +13,21 @@
 #include <cstddef>
 #include <cstdint>
 
-// Where there are shuffles, FOUNDATION_JSON_SHUFFLING marks the functions that use them.
-#if defined(FOUNDATION_JSON_SSE2) && defined(__GNUC__) && defined(__x86_64__)
+// FOUNDATION_JSON_PORTABLE leaves out instructions that only some processors have. Where there are
+// shuffles, FOUNDATION_JSON_SHUFFLING marks the functions that use them.
+#if !defined(FOUNDATION_JSON_PORTABLE) &&                                                          \
+    (defined(__SSE2__) || (defined(_MSC_VER) && defined(_M_X64) && !defined(_M_ARM64EC)))
+#define FOUNDATION_JSON_SSE2
+#include <emmintrin.h>
+#if defined(__x86_64__) && defined(__GNUC__)
 #define FOUNDATION_JSON_SHUFFLES
 #include <tmmintrin.h>
 #define FOUNDATION_JSON_SHUFFLING [[gnu::target("ssse3")]]
-#elif defined(FOUNDATION_JSON_NEON)
+#endif
+#elif !defined(FOUNDATION_JSON_PORTABLE) && defined(__ARM_NEON) && defined(__aarch64__) &&         \
+    defined(FOUNDATION_JSON_LITTLE_ENDIAN)
+#define FOUNDATION_JSON_NEON
+#include <arm_neon.h>
 #define FOUNDATION_JSON_SHUFFLES
 #define FOUNDATION_JSON_SHUFFLING
 #endif
@@ -98,9 +107,7 @@ public:
     }
 
     /// The bytes for which a comparison holds.
-    Mask mask() const noexcept {
-        return {first_ & tops, second_ & tops};
-    }
+    Mask mask() const noexcept { return {first_ & tops, second_ & tops}; }
 
 private:
     static constexpr std::uint64_t tops = std::uint64_t{0x8080808080808080};

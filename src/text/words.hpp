@@ -1,5 +1,5 @@
 /// @file
-/// Words: from and to text, wherever it begins.
+/// Words: from and to text, wherever it begins, and how many zeros they begin and end with.
 #ifndef FOUNDATION_JSON_SRC_TEXT_WORDS_HPP
 #define FOUNDATION_JSON_SRC_TEXT_WORDS_HPP
 
@@ -7,6 +7,7 @@
 
 #include <foundation/json/detail/words.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 

@@ -11,6 +11,10 @@
 #define WIN32_LEAN_AND_MEAN
 #endif
 #include <windows.h>
+
+// Two words of old machines, which tests use as names.
+#undef near
+#undef far
 #else
 #include <sys/mman.h>
 #include <unistd.h>
