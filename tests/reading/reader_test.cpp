@@ -145,9 +145,9 @@ TEST(Reader, ReadsADocumentThatIsOneScalar) {
         {"\"\"", "string \"\""},
         {"\"a\\nb\"", "string \"a\nb\""},
     };
-    for (const auto& [text, token] : cases) {
-        for_each_reader(text, [&](Reader& reader) {
-            EXPECT_EQ(all_tokens(reader), (Texts{token, "end"})) << text;
+    for (const std::pair<std::string, std::string>& scalar : cases) {
+        for_each_reader(scalar.first, [&](Reader& reader) {
+            EXPECT_EQ(all_tokens(reader), (Texts{scalar.second, "end"})) << scalar.first;
             EXPECT_EQ(reader.pointer(), "");
         });
     }

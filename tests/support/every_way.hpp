@@ -250,7 +250,8 @@ std::string outcomes_of_records(Stream&& records, bool begin_only = false) {
         result += '\n';
     };
     Value value;
-    for (bool more = true; more;) {
+    bool more = true;
+    while (more) {
         const std::string outcome = outcome_of([&] {
             more = records.next(value);
             return value;
