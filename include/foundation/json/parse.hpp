@@ -104,6 +104,8 @@ FOUNDATION_JSON_EXPORT Value parse(std::string_view text, const ParseOptions& op
 FOUNDATION_JSON_EXPORT Value parse(std::istream& stream, const ParseOptions& options = {});
 
 /// The same with a limit.
+/// @param stream     as above
+/// @param options    what to accept
 /// @param max_bytes  how long the text may be; reading ends behind so many bytes
 /// @throws ParserException also if the text is longer
 FOUNDATION_JSON_EXPORT Value parse(std::istream& stream, const ParseOptions& options,
@@ -118,6 +120,8 @@ FOUNDATION_JSON_EXPORT Value parse_file(const std::filesystem::path& path,
                                         const ParseOptions& options = {});
 
 /// The same with a limit.
+/// @param path       of the file
+/// @param options    what to accept
 /// @param max_bytes  how long the file may be; reading ends behind so many bytes
 /// @throws ParserException also if the file is longer
 FOUNDATION_JSON_EXPORT Value parse_file(const std::filesystem::path& path,
@@ -144,6 +148,8 @@ public:
     explicit ValueStream(std::istream& stream, const ParseOptions& options = {});
 
     /// The same with a limit.
+    /// @param stream     must outlive this object; nothing is read yet
+    /// @param options    what to accept
     /// @param max_bytes  how long the text of one value may be, without the space around it; a
     ///                   longer one is an error of next()
     ValueStream(std::istream& stream, const ParseOptions& options, std::size_t max_bytes);
