@@ -1,4 +1,4 @@
-// The snippets of docs/writing.md.
+// The snippets of docs/serializing.md.
 #include "snippet.hpp"
 
 #include <foundation/json/content.hpp>

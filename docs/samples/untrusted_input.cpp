@@ -1,4 +1,4 @@
-// The snippets of docs/nesting.md.
+// The snippets of docs/untrusted_input.md.
 #include "snippet.hpp"
 
 #include <foundation/json/json.hpp>

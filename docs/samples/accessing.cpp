@@ -1,4 +1,4 @@
-// The snippets of docs/reading.md, and of the tour in content.hpp.
+// The snippets of docs/accessing.md, and of the tour in content.hpp.
 #include "snippet.hpp"
 
 #include <foundation/json/content.hpp>
