@@ -361,11 +361,11 @@ def main(folder, page):
               "with a tip continues beyond the scale.", "",
               "A cell of a table holds the other library's time in the row's unit, and in parentheses "
               "ours divided by it: below 1, ours is the shorter.", ""]
-    lines += section("Writing", page, "writing") + time_table(writing)
-    lines += section("Reading", page, "reading")
-    lines += ["Parsing the text of a document, and destroying the value:", ""]
+    lines += section("Serializing", page, "writing") + time_table(writing)
+    lines += section("Parsing and access", page, "reading")
+    lines += ["Parsing a document in memory, and destroying the value:", ""]
     lines += time_table(parsing)
-    lines += ["Reading the content of every string and every number of a document, found beforehand, by "
+    lines += ["Access to the content of every string and every number of a document, found beforehand, by "
               "the functions of each library: `get` here, `std::get`, `get_ref`, `GetString` and "
               "`GetDouble`, `as_string` and `as_double`, `getString` and `asDouble`. All test the "
               "kind first, except those of RapidJSON. In a second column for it, `IsString` and "
@@ -392,8 +392,8 @@ def main(folder, page):
         sys.exit(f"{page} has no markers {BEGIN} and {END}")
     before, after = text.split(BEGIN)[0], text.split(END)[1]
     drawn = {name: chart(title, charted(results))
-             for name, title, results in (("writing", "Writing", writing),
-                                          ("reading", "Reading", parsing | reading),
+             for name, title, results in (("writing", "Serializing", writing),
+                                          ("reading", "Parsing and access", parsing | reading),
                                           ("others", "Everything else", compared))}
     page.write_text(before + "\n".join(lines) + after)
     for name, content in drawn.items():

@@ -5,20 +5,35 @@
 // script here, as `searchWorker`.
 var __search = { index: Promise.resolve(__index) };
 
+// The pages for those who work on the libraries come after those for users.
+const isOfTheProject = location =>
+    /^(architecture|source_tree|testing|CHANGELOG|CONTRIBUTING)\.html/.test(location);
+
+// Words that make a question of a query, or join its words, are on every page.
+const joining = /\b(how|do|does|can|could|should|i|my|me|we|what|which|is|are|a|an|the|of|to|in|into|for|with|on) /gi;
+
 window.Worker = class extends window.Worker {
     constructor(url, options) {
         const script = new Blob([searchWorker], { type: "text/javascript" });
         super(location.protocol === "file:" ? URL.createObjectURL(script) : url, options);
     }
 
-    // A query is the only message that is a text. Signs would have a meaning in it, the words that only
-    // make a question of it are on every page, and numbers in a message are different each time.
+    // A query is the only message that is a string. Punctuation would have a meaning in it, and numbers in a
+    // message are different each time.
     postMessage(message, ...more) {
         const isQuery = typeof message.data === "string";
-        const words = isQuery && message.data.replace(/[^\p{L}\p{N}_]+/gu, " ").trim();
-        const asked = isQuery && (words
-            .replace(/\b(how|do|does|can|should|i|my|what|which|a|an|the|of) /gi, "")
+        const words = isQuery && message.data.replace(/[^\p{L}\p{N}]+/gu, " ").trim();
+        const asked = isQuery && (words.replace(joining, "")
             .replace(/(^| )\p{N}+(?= |$)/gu, "").trim() || words);
         super.postMessage(isQuery ? { ...message, data: asked } : message, ...more);
+    }
+
+    // An answer has the results, page by page, the best first.
+    addEventListener(type, listener, ...more) {
+        super.addEventListener(type, type !== "message" ? listener : event => {
+            const pages = event.data?.data?.items;
+            pages?.sort((one, other) => isOfTheProject(one[0].location) - isOfTheProject(other[0].location));
+            listener.call(this, event);
+        }, ...more);
     }
 };
