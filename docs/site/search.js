@@ -5,12 +5,19 @@
 // script here, as `searchWorker`.
 var __search = { index: Promise.resolve(__index) };
 
-// The pages for those who work on the libraries come after those for users.
-const isOfTheProject = location =>
-    /^(architecture|source_tree|testing|CHANGELOG|CONTRIBUTING)\.html/.test(location);
+// What a page is for decides between pages that match a query alike: guides come before the reference,
+// unless the query has a name of code, and before the examples; what is for those who work on the libraries comes last.
+const weights = [
+    [/^(architecture|source_tree|testing|CHANGELOG|CONTRIBUTING)\.html/, 0.01],
+    [/^examples\//, 0.3],
+    [/^reference\//, 0.3],
+];
+const weight = (location, ofCode) => ofCode && location.startsWith("reference/") ? 1 :
+    (weights.find(([pages]) => pages.test(location)) ?? [null, 1])[1];
 
-// Words that make a question of a query, or join its words, are on every page.
-const joining = /\b(how|do|does|can|could|should|i|my|me|we|what|which|is|are|a|an|the|of|to|in|into|for|with|on) /gi;
+// Words that make a question of a query, or join its words, or are everywhere here.
+const common = new Set(("how do does can could should i my me we what which is are a an the of to in into for with on " +
+    "and json std").split(" "));
 
 window.Worker = class extends window.Worker {
     constructor(url, options) {
@@ -23,8 +30,9 @@ window.Worker = class extends window.Worker {
     postMessage(message, ...more) {
         const isQuery = typeof message.data === "string";
         const words = isQuery && message.data.replace(/[^\p{L}\p{N}]+/gu, " ").trim();
-        const asked = isQuery && (words.replace(joining, "")
-            .replace(/(^| )\p{N}+(?= |$)/gu, "").trim() || words);
+        const asked = isQuery && (words.split(" ")
+            .filter(word => !common.has(word.toLowerCase()) && !/^\p{N}+$/u.test(word)).join(" ") || words);
+        this.ofCode = isQuery ? /_|\(|::/.test(message.data.replace(/std::/g, "")) : this.ofCode;
         super.postMessage(isQuery ? { ...message, data: asked } : message, ...more);
     }
 
@@ -32,7 +40,8 @@ window.Worker = class extends window.Worker {
     addEventListener(type, listener, ...more) {
         super.addEventListener(type, type !== "message" ? listener : event => {
             const pages = event.data?.data?.items;
-            pages?.sort((one, other) => isOfTheProject(one[0].location) - isOfTheProject(other[0].location));
+            const score = page => page[0].score * weight(page[0].location, this.ofCode);
+            pages?.sort((one, other) => score(other) - score(one));
             listener.call(this, event);
         }, ...more);
     }
