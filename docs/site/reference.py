@@ -17,6 +17,9 @@ import xml.etree.ElementTree as ElementTree
 # What is not for callers to use, although a description of it stands in a header.
 INTERNAL = {"is_content", "drops_builder"}
 
+# How long a line of code may be, in columns.
+LONGEST = 96
+
 
 def text_of(element):
     return "" if element is None else "".join(element.itertext())
@@ -153,13 +156,18 @@ class Reference:
             words = [text_of(parameter.find(n)) for n in ("type", "declname")]
             default = text_of(parameter.find("defval"))
             parameters.append(" ".join(filter(None, words)) + (f" = {default}" if default else ""))
-        return tidy(f"template <{', '.join(parameters)}>") + "\n"
+        line = tidy(f"template <{', '.join(parameters)}>")
+        if len(line) > LONGEST:
+            line = "template <" + ",\n          ".join(map(tidy, parameters)) + ">"
+        return line + "\n"
 
     def declaration(self, member):
         kind = member.get("kind")
         if kind == "define":
             words = text_of(member.find("initializer")).replace("\\\n", " ").split()
-            return " ".join(["#define", text_of(member.find("name"))] + words)
+            name = f"#define {text_of(member.find('name'))}"
+            return " \\\n".join(textwrap.wrap(" ".join([name, *words]), LONGEST - 2, subsequent_indent="    ",
+                                               break_long_words=False, break_on_hyphens=False))
         if kind == "enum":
             return self.enumeration(member)
         if kind == "typedef":
@@ -171,8 +179,10 @@ class Reference:
         arguments = tidy(text_of(member.find("argsstring")))
         whole = start + head + arguments + ";"
         parameters = member.findall("param")
-        if max(map(len, whole.splitlines())) <= 88 or len(parameters) < 2:
+        if max(map(len, whole.splitlines())) <= (88 if len(parameters) > 1 else LONGEST) or not parameters:
             return whole
+        if len(parameters) == 1:
+            return f"{start}{head}(\n    {arguments[1:]};"
         # One parameter per line.
         end = arguments[arguments.rindex(")"):]
         lines = ",\n".join(
@@ -286,7 +296,10 @@ class Reference:
                 width = width if width <= 60 else 0
                 anchors = "".join(f'<a id="{self.places[m.get("id")][1]}"></a>' for _, _, m in remarks)
                 yield f"<div>{anchors}</div>"
-                yield "```cpp\n" + "\n".join(f"{line:{width}} // {remark}" for line, remark, _ in remarks) + "\n```"
+                lines = (f"{line:{width}} // {remark}" for line, remark, _ in remarks)
+                lines = (beside if len(beside) <= LONGEST else f"// {remark}\n{line}"
+                         for beside, (line, remark, _) in zip(lines, remarks))
+                yield "```cpp\n" + "\n".join(lines) + "\n```"
                 remarks = []
             if member is not None:
                 name = text_of(member.find("name"))
