@@ -356,8 +356,7 @@ def main(folder, page):
                     medians(folder / "reading.json", "values"), memory)
 
     lines = [BEGIN, ""]
-    lines += [f"- {line}" for line in (folder / "machine.txt").read_text().splitlines()]
-    lines += ["", "A bar of a chart goes from 1 to our time divided by that of another library. A bar "
+    lines += ["A bar of a chart goes from 1 to our time divided by that of another library. A bar "
               "with a tip continues beyond the scale.", "",
               "A cell of a table holds the other library's time in the row's unit, and in parentheses "
               "ours divided by it: below 1, ours is the shorter.", ""]
@@ -385,7 +384,9 @@ def main(folder, page):
     lines += ["### Compilation", "",
               "Processor time of g++ -O0 for a program that includes the header and is empty.", ""]
     lines += compile_time_table(json.loads((folder / "compile_time.json").read_text()))
-    lines.append(END)
+    lines += ["### Machine and versions", ""]
+    lines += [f"- {line}" for line in (folder / "machine.txt").read_text().splitlines()]
+    lines += ["", END]
 
     text = page.read_text()
     if text.count(BEGIN) != 1 or text.count(END) != 1:
