@@ -65,7 +65,7 @@ struct Position {
 /// in memory. Two threads must not use one Reader at once.
 class FOUNDATION_JSON_EXPORT Reader {
 public:
-    /// Reads a text.
+    /// Parses a string.
     /// @param text     must outlive the reader
     /// @param options  as for parse()
     /// @throws std::bad_alloc memory runs out

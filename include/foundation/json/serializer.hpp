@@ -51,7 +51,7 @@ public:
     /// Whether the layout is pretty.
     [[nodiscard]] bool pretty_print() const;
 
-    /// Writes the text of a value, with nothing before or after it.
+    /// Serializes a value, with nothing before or after it.
     ///
     /// Pretty layout flushes the stream at every line end. The stream's state is not tested: text
     /// written to a failed stream is lost, and exceptions that are enabled on the stream pass
@@ -66,7 +66,7 @@ public:
     /// @param value   what to write
     /// @throws std::bad_alloc if there is no memory for the indentation. If the stream itself runs
     ///         out of memory, it sets badbit, and throws only if enabled.
-    /// @complexity linear in the length of the text; recursion as deep as the nesting.
+    /// @complexity linear in the length of the output; recursion as deep as the nesting.
     void write(std::ostream& stream, const Value& value);
 
 private:
@@ -78,13 +78,13 @@ private:
 /// The text is what Serializer writes to a new std::ostringstream. The global C++ locale affects
 /// the digits and grouping of int64 and uint64, the digits of `\u` escapes and, in pretty_print(),
 /// the line ends, which its std::ctype facet may widen to another character. If a facet throws
-/// while an integer is formatted, the text ends there without an exception, as with that stream; an
-/// exception thrown while a line end is widened passes.
+/// while an integer is formatted, the string ends there without an exception, as with that stream;
+/// an exception thrown while a line end is widened passes.
 /// @throws std::bad_alloc if memory runs out, also within a facet
-/// @complexity linear in the length of the text; recursion as deep as the nesting.
+/// @complexity linear in the length of the output; recursion as deep as the nesting.
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::string serialize(const Value& value);
 
-/// The pretty text of a value, otherwise like serialize(). Indentation makes the text of deeply
+/// A value in pretty layout, otherwise like serialize(). Indentation makes the output of deeply
 /// nested values long: its length grows with the square of the depth.
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::string pretty_print(const Value& value);
 
