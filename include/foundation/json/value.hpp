@@ -311,7 +311,8 @@ public:
 
     /// @name Indexing
     /// The references that indexing returns point into this value and stay valid as those of
-    /// std::vector and std::map do: until the array grows, or the value is assigned or destroyed.
+    /// std::vector and std::map do: until the array grows, or the value is assigned (see the copy
+    /// assignment) or destroyed.
     /// @{
 
     /// The member of an object. A missing member is inserted, as Undefined. To insert
