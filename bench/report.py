@@ -289,18 +289,18 @@ class Bounds:
                  f"A value by itself, without what it points to: {sizes}.", ""]
         if allocating:
             lines += ["Rows that allocate. The bare work is that of values of `std::variant`, "
-                      "`std::vector`, `std::map` and `std::string` alone; for reading text, it is to "
+                      "`std::vector`, `std::map` and `std::string` alone; for parsing, it is to "
                       "copy and destroy the value that is read.", ""]
             lines += table(["Row", "ours / best", "Allocations", "Our time for each",
                             "Bytes allocated in all", "Bytes of the result",
                             "Walk over the value", "Bare work"], allocating)
         if reading:
-            lines += ["Rows that read values and allocate nothing. The bytes are those of the values "
+            lines += ["Rows that access values and allocate nothing. The bytes are those of the values "
                       "that the work goes to.", ""]
             lines += table(["Row", "ours / best", "Bytes of the values", "Walk over the document",
                             "Bare work"], reading)
         if writing:
-            lines += ["Rows that write text.", ""]
+            lines += ["Rows that serialize.", ""]
             lines += table(["Row", "ours / best", "Text", "Time per byte of text", "Allocations",
                             "Walk over the value"], writing)
         return lines
@@ -378,7 +378,7 @@ def main(folder, page):
               "Arrays of 10,000 items (of 100 for strings of 10,000 bytes), serialized.", ""]
     lines += time_table(details)
     lines += ["### Memory", "",
-              "The most memory allocated at a time beyond the value, with the resulting text.", ""]
+              "The most memory allocated at a time beyond the value, the output included.", ""]
     lines += memory_table(memory["operations"])
     lines += ["### Growth", ""] + growth_table(growth)
     lines += ["### Compilation", "",
