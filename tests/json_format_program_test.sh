@@ -202,7 +202,7 @@ run <in
 expect StandardInputHasAName 1 '' "<stdin>:1:3: found ';' where ',' or ']' is expected\n[1;]\n  ^\n"
 
 run --pretty /dev/null
-expect EmptyInputIsAnError 1 '' '/dev/null:1:1: the text holds no value\n\n^\n'
+expect EmptyInputIsAnError 1 '' '/dev/null:1:1: the document is empty\n\n^\n'
 
 printf '\000\001' >in
 run <in
