@@ -134,7 +134,7 @@ private:
     static constexpr std::ptrdiff_t unlimited_room = std::numeric_limits<std::ptrdiff_t>::max();
 
     void forget(const Context& context, const char* end) override;
-    void forget_of(std::size_t level, const Context& context, std::size_t begin, std::size_t end);
+    void forget_of(std::size_t level, const Context& context, std::size_t first, std::size_t last);
 
     Token read();
     Token read_next();
