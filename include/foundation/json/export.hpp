@@ -1,7 +1,8 @@
 /// @file
-/// Macros for declarations: export, warnings about lifetimes, debug information.
+/// What the headers put on declarations, as macros: export, warnings of lifetimes, debug
+/// information.
 ///
-/// The export macro: everything in the shared library is hidden except what is marked
+/// The export macro: everything in the shared library is hidden except what carries
 /// FOUNDATION_JSON_EXPORT, so the library's interface is exactly what its headers declare. The
 /// static library comes with FOUNDATION_JSON_STATIC defined: a shared library made of it does not
 /// export these names as its own.
