@@ -33,7 +33,16 @@ bool RecordSource::next(Value& record) {
         throw;
     }
     end_record();
+    keep_for_reuse();
     return true;
+}
+
+/// Keeps what the caller had before, unless that is long: its memory would be kept for little.
+void RecordSource::keep_for_reuse() noexcept {
+    constexpr std::size_t longest = 65536;
+    if (std::exchange(last_size_, text_.size()) > longest) {
+        reuse_.value = Value();
+    }
 }
 
 void RecordSource::end_record() noexcept {
@@ -135,7 +144,7 @@ private:
     void read(Value& record) override;
     bool find_line();
     bool is_empty();
-    Value parse_line();
+    void parse_line();
     [[noreturn]] void refuse_long();
 
     const char* behind_ = nullptr; ///< where the next line begins
@@ -195,22 +204,22 @@ void LineSource::read(Value& record) {
     if (is_long_) {
         refuse_long();
     }
-    Value result = parse_line();
-    take_value(record, result);
+    parse_line();
+    take_value(record, reuse_.value);
     window().go_to(behind_);
 }
 
-Value LineSource::parse_line() {
+void LineSource::parse_line() {
     const auto parse_at = [this](const TextPosition& begin) {
         const WholeText line(text_, begin);
-        return parse_text(line, line.begin(), options_);
+        parse_text_again(line, line.begin(), options_, reuse_);
     };
     try {
-        return parse_at({}); // positions are counted for errors alone
+        parse_at({}); // positions are counted for errors alone
     } catch (const ParserException&) {
         const TextPosition begin = set_bad_text(text_.data(), text_.data() + text_.size());
         window().go_to(behind_);
-        return parse_at(begin); // throws again
+        parse_at(begin); // throws again
     }
 }
 
@@ -258,12 +267,11 @@ void ConcatenatedSource::read(Value& record) {
         if (!reader_) {
             reader_.emplace(cursor_);
         }
-        Value result;
-        const char* const end = reader_->read(window().at(), result);
+        const char* const end = reader_->read_again(window().at(), reuse_);
         const char* const begin = window().kept();
         cursor_.check_length(begin, end);
         cursor_.expect_separation(end, end[-1]);
-        take_value(record, result);
+        take_value(record, reuse_.value);
         text_ = {begin, static_cast<std::size_t>(end - begin)};
         window().go_to(end);
         window().release();
@@ -366,9 +374,9 @@ bool ElementSource::find_element() {
 
 void ElementSource::read(Value& record) {
     try {
-        tokens_.value([&](Value& value) {
+        tokens_.value(reuse_, [&] {
             text_ = tokens_.text_of_value();
-            take_value(record, value);
+            take_value(record, reuse_.value);
         });
     } catch (const ParserException&) {
         ended_ = true;

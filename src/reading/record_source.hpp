@@ -4,6 +4,7 @@
 #define FOUNDATION_JSON_SRC_READING_RECORD_SOURCE_HPP
 
 #include "grammar/position.hpp"
+#include "reading/reuse.hpp"
 
 #include <foundation/json/records.hpp>
 
@@ -48,14 +49,17 @@ protected:
     TextPosition set_bad_text(const char* begin, const char* end) noexcept;
 
     std::string_view text_;
+    Reuse reuse_; ///< the record before the last one, which becomes the next
 
 private:
     void end_record() noexcept;
+    void keep_for_reuse() noexcept;
 
     bool found_ = false; ///< a record that has not been read yet
     std::size_t index_ = 0;
     std::size_t next_index_ = 0;
-    std::optional<TextPosition> begin_; ///< of the record, if it is known
+    std::optional<TextPosition> begin_;                    ///< of the record, if it is known
+    std::size_t last_size_ = static_cast<std::size_t>(-1); ///< of the text of what the caller has
 };
 
 /// @param stream  must outlive the source
