@@ -1,5 +1,5 @@
-// A configuration with defaults, ranges and names from a list, read from files into structs. Errors
-// in a file are shown with their location.
+// A configuration with defaults, ranges and names from a list, read from files into structs. What
+// is wrong with a file is told with its place.
 #include <foundation/json/convert.hpp>
 #include <foundation/json/parse.hpp>
 
@@ -60,7 +60,7 @@ void show(const std::string& file) {
         std::cout << file << ": " << settings.name << " at " << settings.listen.host << ':'
                   << settings.listen.port << ", workers " << settings.workers << ", limits "
                   << settings.limits.size() << '\n';
-    } catch (const ParserException& error) { // not JSON: the line, and a caret under the error
+    } catch (const ParserException& error) { // not JSON: the line, and a caret under the place
         std::cout << describe(error, file);
     } catch (const std::exception& error) {
         std::cout << file << ": " << error.what() << '\n';
