@@ -36,8 +36,8 @@ constexpr const char* usage =
     "Reads JSON text from FILE, or from standard input without FILE or where FILE is -,\n"
     "and writes it to standard output.\n"
     "\n"
-    "What is written, if not the fixed text of the library on one line:\n"
-    "  --pretty           the fixed text, every element and member on a line of its own\n"
+    "What is written, if not the fixed format of the library on one line:\n"
+    "  --pretty           the fixed format, every element and member on a line of its own\n"
     "  --indent=N         the text of JSON.stringify, indented by N spaces, or on one line for 0\n"
     "  --ascii            the same, with escapes for all characters beyond ASCII\n"
     "  --escape-slash     the same, with \\/ for a slash\n"
@@ -70,7 +70,7 @@ struct Options {
     bool lines = false;
     bool stream = false;
     bool canonical = false;
-    std::optional<WriteOptions> write; ///< empty for the fixed text
+    std::optional<WriteOptions> write; ///< empty for the fixed format
     ParseOptions accepted;
     std::string file = "-";
 
@@ -131,7 +131,7 @@ void settle_form(Options& options) {
     }
     if (options.stream && (options.pretty || options.canonical || options.lines)) {
         throw std::runtime_error(
-            "--stream goes with no fixed text, canonical form or lines; try --help");
+            "--stream goes with no fixed format, canonical form or lines; try --help");
     }
     if (options.canonical) {
         options.write = WriteOptions::canonical();

@@ -59,7 +59,7 @@ using UnsignedIntegers =
     TypeList<unsigned char, unsigned short, unsigned, unsigned long, unsigned long long>;
 using FloatingTypes = TypeList<float, double, long double>;
 
-/// Whether number() gives T; if it does not, says what to write instead.
+/// Whether number() gives T; if it does not, says what to use instead.
 template <class T>
 constexpr bool require_number() {
     using Plain = std::remove_cv_t<std::remove_reference_t<T>>;
@@ -80,7 +80,7 @@ constexpr bool require_number() {
     return found && std::is_same_v<T, Plain>;
 }
 
-/// Whether integer() takes T; if it does not, says what to write instead.
+/// Whether integer() takes T; if it does not, says what to use instead.
 template <class T>
 constexpr bool require_integer() {
     constexpr bool found = SignedIntegers::contains<T> || UnsignedIntegers::contains<T>;
