@@ -81,12 +81,8 @@ template <class Integer>
 /// case, in one pass.
 /// @param at  becomes the cursor behind it, with room for a quote, a colon and a space
 [[gnu::always_inline]] inline bool TextOutput::write_clean(Cursor& at, std::string_view text) {
-    using Checked = VectorBytes<EscapeRule<Solidus::raw, BeyondAscii::special>>;
-    if (text.size() > block || options_.escape_slash) {
-        return false;
-    }
-    at = ensure_room(at, text.size() + 4);
-    if (!copy_clean<Checked>(at + 1, text.data(), text.size())) {
+    at = ensure_room(at, std::min(text.size(), clean_size) + 4);
+    if (!copies_clean(at, text)) {
         return false;
     }
     *at = '"';

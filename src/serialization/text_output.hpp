@@ -60,6 +60,21 @@ public:
     /// Writes text as it is.
     Cursor raw(Cursor at, std::string_view text);
 
+    /// @return the cursor, with room for that many bytes, at most minimum_room
+    Cursor room(Cursor at, std::size_t count) { return ensure_room(at, count); }
+
+    /// Strings up to this size may be clean.
+    static constexpr std::size_t clean_size = block;
+
+    /// Whether no byte of a short string needs attention, which is the common case: then it is at
+    /// the position behind the cursor, as it is in the text. The room of clean_size bytes and the
+    /// quotes is there.
+    [[gnu::always_inline]] bool copies_clean(Cursor at, std::string_view text) const noexcept {
+        using Checked = VectorBytes<EscapeRule<Solidus::raw, BeyondAscii::special>>;
+        return text.size() <= clean_size && !options_.escape_slash &&
+               copy_clean<Checked>(at + 1, text.data(), text.size());
+    }
+
 private:
     friend class BlockOutput<TextOutput>;
 

@@ -37,6 +37,7 @@
 #include <foundation/json/members.hpp>
 #include <foundation/json/pointer.hpp>
 #include <foundation/json/value.hpp>
+#include <foundation/json/write_types.hpp>
 
 #include <memory>
 #include <optional>
@@ -91,7 +92,9 @@ enum class NoOptions {};
 /// Converts a value that lies at that location.
 template <class T>
 T read_value(const Value& value, const Location& location, const ConvertOptions& options) {
-    if constexpr (!std::is_base_of_v<Refused, Converter<T>>) {
+    if constexpr (!detail::is_known<T>) {
+        static_assert(!detail::refuse_type<T>());
+    } else {
         if constexpr (detail::require_default<T>()) {
             T result{};
             Session session{options, {}};
@@ -210,8 +213,9 @@ template <class T>
 Value from(const T& object) {
     Value result;
     detail::Defaults defaults;
-    detail::Converter<T>::write(result, object, detail::start_of_new<T>(),
-                                detail::Location(std::string_view()), defaults);
+    const detail::Location location{std::string_view()};
+    detail::ValueSink sink(result, location, defaults);
+    detail::Converter<T>::write(sink, object, detail::start_of_new<T>());
     return result;
 }
 /// @}

@@ -9,11 +9,14 @@
 #include <foundation/json/detail/location.hpp>
 #include <foundation/json/detail/member_arrays.hpp>
 #include <foundation/json/detail/start.hpp>
+#include <foundation/json/detail/text_sink.hpp>
+#include <foundation/json/detail/value_sink.hpp>
 #include <foundation/json/export.hpp>
 
 #include <array>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <list>
 #include <map>
 #include <memory>
@@ -55,33 +58,6 @@ FOUNDATION_JSON_EXPORT void read_members(const MemberTable& table, const ReadMem
                                          void* object, const Value** found, const Value& value,
                                          const Location& location, Session& session);
 
-/// A member of an object that is written, or left out.
-struct WrittenMember {
-    Object& target;
-    const void* object;  ///< that has it
-    const void* pointer; ///< the address of the member's `Type Class::*`
-    bool is_required;
-    const Start& start;       ///< what to() starts from in the object
-    const Location& location; ///< that of the member, with its name
-    Defaults& defaults;
-};
-
-using WriteMember = void (*)(const WrittenMember& member);
-
-/// Makes a value, which must be Undefined, an object of the members of another object.
-FOUNDATION_JSON_EXPORT void write_members(const MemberTable& table, const WriteMember* writers,
-                                          const void* object, Value& target, const Start& start,
-                                          const Location& location, Defaults& defaults);
-
-/// Makes a value, which must be Undefined, an array of Undefined elements.
-FOUNDATION_JSON_EXPORT Array& make_array(Value& target, std::size_t size);
-
-/// Makes a value, which must be Undefined, an object without members.
-FOUNDATION_JSON_EXPORT Object& make_object(Value& target);
-
-/// The member of a name that an object does not have; the quickest if names come in order.
-FOUNDATION_JSON_EXPORT Value& add_member(Object& object, std::string_view name);
-
 /// The number of the enumerator whose name a value is.
 /// @throws ConversionError  the value is no string, or no such name
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::size_t
@@ -108,16 +84,6 @@ inline bool is_nothing(const Value& value) noexcept {
 }
 
 // ---- Which types ---------------------------------------------------------------------------
-
-template <class T>
-constexpr bool is_character() {
-    if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
-        return !std::is_same_v<T, std::make_signed_t<T>> &&
-               !std::is_same_v<T, std::make_unsigned_t<T>>;
-    } else {
-        return false;
-    }
-}
 
 /// Whether T refers to another object, as a smart pointer or an iterator does.
 template <class T, class = void>
@@ -214,14 +180,22 @@ struct Refused {};
 /// How a type is converted.
 ///
 /// read() changes what is there: the members of a class keep what they held where nothing is read
-/// into them, and containers are emptied first. write() is given a value that is Undefined, and
-/// what read() would start from at that location.
+/// into them, and containers are emptied first. write() passes an object on to a sink, a ValueSink
+/// or TextSink; it is given what read() would start from at that location.
 template <class T, Category = detail::category_of<T>()>
 struct Converter : Refused {
-    static_assert(!detail::refuse_type<T>());
-    static void read(T&, const Value&, const Location&, Session&) {}
-    static void write(Value&, const T&, const Start&, const Location&, Defaults&) {}
+    static void read(T&, const Value&, const Location&, Session&) {
+        static_assert(!detail::refuse_type<T>());
+    }
+    template <class Sink>
+    static void write(Sink&, const T&, const Start&) {
+        static_assert(!detail::refuse_type<T>());
+    }
 };
+
+/// Whether something is known about T.
+template <class T>
+inline constexpr bool is_known = !std::is_base_of_v<Refused, Converter<T>>;
 
 /// What a Value holds as it is.
 template <class T>
@@ -229,31 +203,48 @@ struct PlainConverter {
     static void read(T& target, const Value& value, const Location& location, Session&) {
         target = detail::content_at<T>(value, location);
     }
-    static void write(Value& target, const T& content, const Start&, const Location&, Defaults&) {
-        target = Value(content);
+};
+
+template <>
+struct Converter<bool> : PlainConverter<bool> {
+    template <class Sink>
+    static void write(Sink& sink, bool content, const Start&) {
+        sink.put(content);
     }
 };
 
 template <>
-struct Converter<bool> : PlainConverter<bool> {};
+struct Converter<std::string> : PlainConverter<std::string> {
+    template <class Sink>
+    static void write(Sink& sink, const std::string& content, const Start&) {
+        sink.put_string(content);
+    }
+};
 
 template <>
-struct Converter<std::string> : PlainConverter<std::string> {};
+struct Converter<Array> : PlainConverter<Array> {
+    template <class Sink>
+    static void write(Sink& sink, const Array& content, const Start&) {
+        sink.put_array(content);
+    }
+};
 
 template <>
-struct Converter<Array> : PlainConverter<Array> {};
-
-template <>
-struct Converter<Object> : PlainConverter<Object> {};
+struct Converter<Object> : PlainConverter<Object> {
+    template <class Sink>
+    static void write(Sink& sink, const Object& content, const Start&) {
+        sink.put_object(content);
+    }
+};
 
 template <>
 struct Converter<Value> {
     static void read(Value& target, const Value& value, const Location&, Session&) {
         target = value;
     }
-    static void write(Value& target, const Value& content, const Start&, const Location&,
-                      Defaults&) {
-        target = content;
+    template <class Sink>
+    static void write(Sink& sink, const Value& content, const Start&) {
+        sink.put_value(content);
     }
 };
 
@@ -268,15 +259,18 @@ struct Converter<T, Category::number> {
         }
     }
 
-    static void write(Value& target, const T& content, const Start&, const Location&, Defaults&) {
+    template <class Sink>
+    static void write(Sink& sink, const T& content, const Start&) {
         if constexpr (std::is_floating_point_v<T>) {
             // Only a float stays what it is.
             using Held = std::conditional_t<std::is_same_v<T, float>, float, double>;
-            target = Value(static_cast<Held>(content));
+            sink.put(static_cast<Held>(content));
         } else if constexpr (std::is_same_v<decltype(+content), int>) {
-            target = Value(int{content});
+            sink.put(int{content});
         } else {
-            target = json::integer(content);
+            using Held = std::conditional_t<std::is_signed_v<T>, long long, unsigned long long>;
+            static_assert(sizeof(T) <= sizeof(Held), "an integer of more than 64 bits has no kind");
+            sink.put(static_cast<Held>(content));
         }
     }
 };
@@ -291,17 +285,17 @@ struct Converter<E, Category::enumeration> {
         }
     }
 
-    static void write(Value& target, const E& content, const Start&, const Location& location,
-                      Defaults&) {
+    template <class Sink>
+    static void write(Sink& sink, const E& content, const Start&) {
         if constexpr (detail::require_enumerators<E>()) {
             const auto number = static_cast<std::underlying_type_t<E>>(content);
             for (const auto& [enumerator, name] : enumerators<E>) {
                 if (static_cast<std::underlying_type_t<E>>(enumerator) == number) {
-                    target = Value(name);
+                    sink.put_string(name);
                     return;
                 }
             }
-            detail::fail_enumerator(location, std::to_string(number), enumerator_table<E>);
+            sink.fail_enumerator(std::to_string(number), enumerator_table<E>);
         }
     }
 };
@@ -358,9 +352,18 @@ struct MemberReader {
     static constexpr ReadMember entry = &read;
 };
 
-/// Writes them.
+/// Writes them to a sink, or leaves them out.
+template <class Sink>
+struct MemberWriters {
+    using WrittenMember = typename Sink::Member;
+
+    template <class T, class Class, class Type>
+    struct Of;
+};
+
+template <class Sink>
 template <class T, class Class, class Type>
-struct MemberWriter {
+struct MemberWriters<Sink>::Of {
     using Plain = std::remove_cv_t<Type>;
     using Pointer = Type Class::*;
 
@@ -369,17 +372,16 @@ struct MemberWriter {
         if (may_leave_out(content, member)) {
             return;
         }
-        Value& target = detail::add_member(member.target, member.location.name());
+        auto&& sink = member.sink();
         if constexpr (has_start<Plain>) {
             const Start start = detail::part_of<T, Class, Type>(member.start, member.pointer);
-            Converter<Plain>::write(target, content, start, member.location, member.defaults);
+            Converter<Plain>::template write<Sink>(sink, content, start);
         } else {
-            Converter<Plain>::write(target, content, member.start, member.location,
-                                    member.defaults);
+            Converter<Plain>::template write<Sink>(sink, content, member.start);
         }
     }
 
-    static constexpr WriteMember entry = &write;
+    static constexpr auto entry = &write;
 
 private:
     static const Plain& part(const void* object, const void* pointer) {
@@ -394,7 +396,7 @@ private:
             if (member.is_required || !detail::is_empty(content)) {
                 return false;
             }
-            const Found start = member.start.object(member.defaults);
+            const Found start = member.start.object(member.defaults());
             return !start.is_read || (start.object != nullptr &&
                                       detail::is_empty(part(start.object, member.pointer)));
         } else {
@@ -414,13 +416,26 @@ struct Converter<T, Category::object> {
         }
     }
 
-    static void write(Value& target, const T& content, const Start& start, const Location& location,
-                      Defaults& defaults) {
+    template <class Sink>
+    static void write(Sink& sink, const T& content, const Start& start) {
         if constexpr (detail::require_members<T>()) {
-            detail::write_members(member_table<T>,
-                                  member_entries<T, WriteMember, MemberWriter>.entries,
-                                  std::addressof(content), target, start, location, defaults);
+            write_members(sink, content, start);
         }
+    }
+
+private:
+    static void write_members(ValueSink& sink, const T& content, const Start& start) {
+        sink.write_members(member_table<T>,
+                           member_entries<T, WriteMember, MemberWriters<ValueSink>::Of>.entries,
+                           std::addressof(content), start);
+    }
+
+    static void write_members(TextSink& sink, const T& content, const Start& start) {
+        const void* parts[MembersOf<T>::count + 1]; // there are no arrays of length 0
+        PartCollector<T> collector(content, parts);
+        detail::visit_members(members<T>, collector);
+        sink.write_members(text_table<T, MemberWriters<TextSink>::Of>, std::addressof(content),
+                           parts, start);
     }
 };
 
@@ -440,12 +455,12 @@ struct Converter<std::optional<T>, Category::other> {
         }
     }
 
-    static void write(Value& target, const std::optional<T>& content, const Start&,
-                      const Location& location, Defaults& defaults) {
+    template <class Sink>
+    static void write(Sink& sink, const std::optional<T>& content, const Start&) {
         if (detail::is_empty(content)) {
-            target = Value(Null());
+            sink.put_null();
         } else {
-            Converter<T>::write(target, *content, detail::start_of_new<T>(), location, defaults);
+            Converter<T>::template write<Sink>(sink, *content, detail::start_of_new<T>());
         }
     }
 };
@@ -473,15 +488,29 @@ struct SequenceConverter {
         }
     }
 
-    static void write(Value& target, const Container& content, const Start&,
-                      const Location& location, Defaults& defaults) {
-        const Start start = detail::start_of_new<T>();
-        Array& elements = detail::make_array(target, content.size());
-        std::size_t i = 0;
-        for (const T& element : content) {
-            Converter<T>::write(elements[i], element, start, Location(location, i), defaults);
-            ++i;
+    template <class Sink>
+    static void write(Sink& sink, const Container& content, const Start&) {
+        constexpr PlainType plain = detail::plain_type<T>();
+        if constexpr (std::is_same_v<Sink, TextSink> && is_vector && plain != PlainType::none) {
+            sink.put_plain(plain, content.data(), content.size());
+        } else {
+            write_elements(sink, content);
         }
+    }
+
+private:
+    static constexpr bool is_vector =
+        std::is_same_v<Container, std::vector<T, typename Container::allocator_type>>;
+
+    template <class Sink>
+    static void write_elements(Sink& sink, const Container& content) {
+        const Start start = detail::start_of_new<T>();
+        typename Sink::Elements elements(sink, content.size());
+        for (const T& element : content) {
+            auto&& sink_of_element = elements.next();
+            Converter<T>::template write<Sink>(sink_of_element, element, start);
+        }
+        elements.end();
     }
 };
 
@@ -510,12 +539,13 @@ struct Converter<std::vector<bool, Allocator>, Category::other> {
         }
     }
 
-    static void write(Value& target, const std::vector<bool, Allocator>& content, const Start&,
-                      const Location&, Defaults&) {
-        Array& elements = detail::make_array(target, content.size());
-        for (std::size_t i = 0; i < content.size(); ++i) {
-            elements[i] = Value(static_cast<bool>(content[i]));
+    template <class Sink>
+    static void write(Sink& sink, const std::vector<bool, Allocator>& content, const Start&) {
+        typename Sink::Elements elements(sink, content.size());
+        for (const bool element : content) {
+            elements.next().put(element);
         }
+        elements.end();
     }
 };
 
@@ -530,19 +560,19 @@ struct Converter<std::array<T, Length>, Category::other> {
                                                                 session);
     }
 
-    static void write(Value& target, const std::array<T, Length>& content, const Start& start,
-                      const Location& location, Defaults& defaults) {
-        Array& elements = detail::make_array(target, Length);
+    template <class Sink>
+    static void write(Sink& sink, const std::array<T, Length>& content, const Start& start) {
+        typename Sink::Elements elements(sink, Length);
         for (std::size_t i = 0; i < Length; ++i) {
+            auto&& sink_of_element = elements.next();
             if constexpr (has_start<T>) {
                 const Start start_of_element = detail::element_of<std::array<T, Length>>(start, i);
-                Converter<T>::write(elements[i], content[i], start_of_element,
-                                    Location(location, i), defaults);
+                Converter<T>::template write<Sink>(sink_of_element, content[i], start_of_element);
             } else {
-                Converter<T>::write(elements[i], content[i], start, Location(location, i),
-                                    defaults);
+                Converter<T>::template write<Sink>(sink_of_element, content[i], start);
             }
         }
+        elements.end();
     }
 };
 
@@ -569,7 +599,7 @@ struct Converter<std::set<T, Compare, Allocator>, Category::other>
 };
 
 /// A map by std::string.
-template <class Map>
+template <class Map, MapOrder order>
 struct MapConverter {
     using T = typename Map::mapped_type;
 
@@ -589,29 +619,62 @@ struct MapConverter {
         }
     }
 
-    static void write(Value& target, const Map& content, const Start&, const Location& location,
-                      Defaults& defaults) {
-        const Start start = detail::start_of_new<T>();
-        Object& object = detail::make_object(target);
-        for (const auto& [name, element] : content) {
-            if constexpr (std::is_same_v<T, Value>) {
-                if (json::kind_of(element) == Kind::undefined) {
-                    continue;
-                }
+    template <class Sink>
+    static void write(Sink& sink, const Map& content, const Start&) {
+        if constexpr (std::is_same_v<Sink, TextSink>) {
+            if (sink.sorts(order)) {
+                write_sorted(sink, content);
+                return;
             }
-            Converter<T>::write(detail::add_member(object, name), element, start,
-                                Location(location, name), defaults);
         }
+        const Start start = detail::start_of_new<T>();
+        typename Sink::Members members(sink);
+        for (const auto& [name, element] : content) {
+            write_member(sink, members, name, element, start);
+        }
+        members.end();
+    }
+
+private:
+    static void write_sorted(TextSink& sink, const Map& content) {
+        std::vector<NamedPart> parts;
+        parts.reserve(content.size());
+        for (const auto& [name, element] : content) {
+            parts.push_back({name, std::addressof(element)});
+        }
+        sink.sort_names(parts.data(), parts.size());
+        const Start start = detail::start_of_new<T>();
+        TextSink::Members members(sink);
+        for (const auto& [name, part] : parts) {
+            write_member(sink, members, name, *static_cast<const T*>(part), start);
+        }
+        members.end();
+    }
+
+    template <class Sink>
+    static void write_member(Sink&, typename Sink::Members& members, std::string_view name,
+                             const T& element, const Start& start) {
+        if constexpr (std::is_same_v<T, Value>) {
+            if (json::kind_of(element) == Kind::undefined) {
+                return;
+            }
+        }
+        auto&& sink_of_member = members.next(name);
+        Converter<T>::template write<Sink>(sink_of_member, element, start);
     }
 };
 
 template <class T, class Compare, class Allocator>
 struct Converter<std::map<std::string, T, Compare, Allocator>, Category::other>
-    : MapConverter<std::map<std::string, T, Compare, Allocator>> {};
+    : MapConverter<std::map<std::string, T, Compare, Allocator>,
+                   std::is_same_v<Compare, std::less<std::string>> ||
+                           std::is_same_v<Compare, std::less<>>
+                       ? MapOrder::by_bytes
+                       : MapOrder::own> {};
 
 template <class T, class Hash, class Equal, class Allocator>
 struct Converter<std::unordered_map<std::string, T, Hash, Equal, Allocator>, Category::other>
-    : MapConverter<std::unordered_map<std::string, T, Hash, Equal, Allocator>> {};
+    : MapConverter<std::unordered_map<std::string, T, Hash, Equal, Allocator>, MapOrder::none> {};
 
 /// A pair or tuple, as an array.
 template <class Tuple, class... Types>
@@ -624,10 +687,11 @@ struct TupleConverter {
         read_elements(target, elements, location, session, std::index_sequence_for<Types...>());
     }
 
-    static void write(Value& target, const Tuple& content, const Start& start,
-                      const Location& location, Defaults& defaults) {
-        write_elements(detail::make_array(target, sizeof...(Types)), content, start, location,
-                       defaults, std::index_sequence_for<Types...>());
+    template <class Sink>
+    static void write(Sink& sink, const Tuple& content, const Start& start) {
+        typename Sink::Elements elements(sink, sizeof...(Types));
+        write_elements<Sink>(elements, content, start, std::index_sequence_for<Types...>());
+        elements.end();
     }
 
 private:
@@ -638,23 +702,21 @@ private:
          ...);
     }
 
-    template <std::size_t... I>
-    static void write_elements(Array& elements, const Tuple& content, const Start& start,
-                               const Location& location, Defaults& defaults,
-                               std::index_sequence<I...>) {
-        (write_element<I, Types>(elements[I], std::get<I>(content), start, Location(location, I),
-                                 defaults),
-         ...);
+    template <class Sink, std::size_t... I>
+    static void write_elements(typename Sink::Elements& elements, const Tuple& content,
+                               const Start& start, std::index_sequence<I...>) {
+        (write_element<Sink, I, Types>(elements, std::get<I>(content), start), ...);
     }
 
-    template <std::size_t I, class Type>
-    static void write_element(Value& target, const Type& content, const Start& start,
-                              const Location& location, Defaults& defaults) {
+    template <class Sink, std::size_t I, class Type>
+    static void write_element(typename Sink::Elements& elements, const Type& content,
+                              const Start& start) {
+        auto&& sink = elements.next();
         if constexpr (has_start<Type>) {
-            Converter<Type>::write(target, content, detail::element_of<Tuple, I>(start), location,
-                                   defaults);
+            Converter<Type>::template write<Sink>(sink, content,
+                                                  detail::element_of<Tuple, I>(start));
         } else {
-            Converter<Type>::write(target, content, start, location, defaults);
+            Converter<Type>::template write<Sink>(sink, content, start);
         }
     }
 };
