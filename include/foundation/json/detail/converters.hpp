@@ -432,6 +432,7 @@ private:
 
     static void write_members(TextSink& sink, const T& content, const Start& start) {
         const void* parts[MembersOf<T>::count + 1]; // there are no arrays of length 0
+        parts[MembersOf<T>::count] = nullptr;
         PartCollector<T> collector(content, parts);
         detail::visit_members(members<T>, collector);
         sink.write_members(text_table<T, MemberWriters<TextSink>::Of>, std::addressof(content),
