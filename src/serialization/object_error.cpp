@@ -85,6 +85,11 @@ public:
         begin_name(static_cast<const MemberTable*>(member.place)->names.names[member.number]);
     }
 
+    void put_member(const TextMember& member, PlainType type, const void* address) override {
+        begin_member(member);
+        put_scalar(type, address);
+    }
+
     [[noreturn]] void fail_enumerator(const std::string& number, const NameTable& names) override {
         const std::string at = pointer(steps_.size());
         detail::fail_enumerator(Location(at), number, names);

@@ -21,12 +21,13 @@ public:
         : output_(output),
           at_(at),
           depth_(depth),
-          sorts_(output.options().member_order == WriteOptions::MemberOrder::utf16) {}
+          sorts_(output.options().member_order == WriteOptions::MemberOrder::utf16),
+          is_indented_(output.is_indented()) {}
 
     char* cursor() const noexcept { return at_; }
 
-    void put_null() override { at_ = output_.text(at_, "null"); }
-    void put(bool flag) override { at_ = put_flag(at_, flag); }
+    void put_null() override { at_ = put_nothing(output_.room(at_, 8)); }
+    void put(bool flag) override { at_ = put_flag(output_.room(at_, 8), flag); }
     void put(const float& number) override {
         at_ = output_.number(at_, FloatingBits<float>(number));
     }
@@ -66,6 +67,7 @@ public:
     void write_members(const TextTable& table, const void* object, const void* const* parts,
                        const Start& start) override;
     void begin_member(const TextMember& member) override;
+    void put_member(const TextMember& member, PlainType type, const void* address) override;
 
     [[noreturn]] void fail_enumerator(const std::string&, const NameTable&) override {
         throw Unwritable();
@@ -85,9 +87,14 @@ private:
 
     char* begin_item(char* at, bool is_first, char bracket);
     char* end_items(char* at, bool is_empty, char bracket, char end);
-    char* put_name(char* at, OpenObject& object, std::size_t number);
+    void write_sorted(TextMember& member, const void* const* parts);
+    void write_member(OpenObject& open, TextMember& member, const void* const* parts);
+    char* put_name(char* at, OpenObject& object, const TextMemberEntry& entry, std::size_t number);
     char* put_other_name(char* at, OpenObject& object, std::size_t number);
-    char* put_flag(char* at, bool flag);
+    static char* put_nothing(char* at);
+    static char* put_flag(char* at, bool flag);
+    template <class Integer>
+    char* put_integer(char* at, Integer number);
     char* put_scalar(char* at, PlainType type, const void* address);
     char* put_text(char* at, const std::string& text);
 
@@ -95,23 +102,29 @@ private:
     char* at_;
     std::size_t depth_;
     const bool sorts_;
+    const bool is_indented_;
 };
 
 // ---- Values --------------------------------------------------------------------------------
 
 // These are inlined: a value takes less time than a call that saves registers.
 
+// They are given a cursor with room for the value, for a clean string at least.
+
+[[gnu::always_inline]] inline char* ObjectWriter::put_nothing(char* at) {
+    std::memcpy(at, "null", 4);
+    return at + 4;
+}
+
 [[gnu::always_inline]] inline char* ObjectWriter::put_flag(char* at, bool flag) {
-    at = output_.room(at, 8);
     std::memcpy(at, flag ? "true" : "fals", 4);
     at[4] = 'e';
     return at + (flag ? 4 : 5);
 }
 
-/// @param at  with room for a clean string
 [[gnu::always_inline]] inline char* ObjectWriter::put_text(char* at, const std::string& text) {
     if (!output_.copies_clean(at, text)) {
-        return output_.string(at, text);
+        return output_.other_string(at, text);
     }
     *at = '"';
     at += 1 + text.size();
@@ -119,7 +132,11 @@ private:
     return at + 1;
 }
 
-/// @param at  with room for a clean string
+template <class Integer>
+[[gnu::always_inline]] inline char* ObjectWriter::put_integer(char* at, Integer number) {
+    return is_big(number) ? output_.number(at, number) : quick_integer_text(at, number);
+}
+
 [[gnu::always_inline]] inline char* ObjectWriter::put_scalar(char* at, PlainType type,
                                                              const void* address) {
     switch (type) {
@@ -130,22 +147,24 @@ private:
     case PlainType::float64:
         return output_.number(at, FloatingBits<double>(*static_cast<const double*>(address)));
     case PlainType::int8:
-        return integer_text(at, static_cast<long long>(object_at<std::int8_t>(address)));
+        return quick_integer_text(at, static_cast<long long>(object_at<std::int8_t>(address)));
     case PlainType::int16:
-        return integer_text(at, static_cast<long long>(object_at<std::int16_t>(address)));
+        return quick_integer_text(at, static_cast<long long>(object_at<std::int16_t>(address)));
     case PlainType::int32:
-        return integer_text(at, static_cast<long long>(object_at<std::int32_t>(address)));
+        return quick_integer_text(at, static_cast<long long>(object_at<std::int32_t>(address)));
     case PlainType::int64:
-        return output_.number(at, static_cast<long long>(object_at<std::int64_t>(address)));
+        return put_integer(at, static_cast<long long>(object_at<std::int64_t>(address)));
     case PlainType::uint8:
-        return integer_text(at, static_cast<unsigned long long>(object_at<std::uint8_t>(address)));
+        return quick_integer_text(
+            at, static_cast<unsigned long long>(object_at<std::uint8_t>(address)));
     case PlainType::uint16:
-        return integer_text(at, static_cast<unsigned long long>(object_at<std::uint16_t>(address)));
+        return quick_integer_text(
+            at, static_cast<unsigned long long>(object_at<std::uint16_t>(address)));
     case PlainType::uint32:
-        return integer_text(at, static_cast<unsigned long long>(object_at<std::uint32_t>(address)));
+        return quick_integer_text(
+            at, static_cast<unsigned long long>(object_at<std::uint32_t>(address)));
     case PlainType::uint64:
-        return output_.number(at,
-                              static_cast<unsigned long long>(object_at<std::uint64_t>(address)));
+        return put_integer(at, static_cast<unsigned long long>(object_at<std::uint64_t>(address)));
     case PlainType::string:
         return put_text(at, *static_cast<const std::string*>(address));
     case PlainType::none:
@@ -161,7 +180,7 @@ char* ObjectWriter::begin_item(char* at, bool is_first, char bracket) {
     at = output_.room(at, 1);
     *at++ = is_first ? bracket : ',';
     depth_ += is_first ? 1 : 0;
-    return output_.is_indented() ? output_.line(at, depth_) : at;
+    return is_indented_ ? output_.line(at, depth_) : at;
 }
 
 char* ObjectWriter::end_items(char* at, bool is_empty, char bracket, char end) {
@@ -170,7 +189,7 @@ char* ObjectWriter::end_items(char* at, bool is_empty, char bracket, char end) {
         *at++ = bracket;
     } else {
         --depth_;
-        at = output_.room(output_.is_indented() ? output_.line(at, depth_) : at, 1);
+        at = output_.room(is_indented_ ? output_.line(at, depth_) : at, 1);
     }
     *at++ = end;
     return at;
@@ -191,19 +210,19 @@ void ObjectWriter::put_plain(PlainType type, const void* elements, std::size_t c
 // ---- Objects of classes --------------------------------------------------------------------
 
 /// Writes what precedes the value of a member.
-/// @param at  with room for a member
 /// @return the cursor, with room for a clean string
 [[gnu::always_inline]] inline char* ObjectWriter::put_name(char* at, OpenObject& object,
+                                                           const TextMemberEntry& entry,
                                                            std::size_t number) {
-    const TextMemberEntry& entry = object.table.entries[number];
-    if (entry.name_size == 0 || output_.is_indented()) {
+    at = output_.room(at, room_of_member);
+    if (entry.name_size == 0 || is_indented_) {
         return put_other_name(at, object, number);
     }
     // Most names fit a few words, and a copy of a constant size takes no call.
-    constexpr std::size_t most = 32;
-    std::memcpy(at, entry.name, most);
-    if (entry.name_size > most) {
-        std::memcpy(at + most, entry.name + most, entry.name_size - most);
+    constexpr std::size_t words = 32;
+    std::memcpy(at, entry.name, words);
+    for (std::size_t copied = words; copied < entry.name_size; copied += words) {
+        std::memcpy(at + copied, entry.name + copied, words);
     }
     *at = object.separator;
     object.separator = ',';
@@ -214,7 +233,7 @@ void ObjectWriter::put_plain(PlainType type, const void* elements, std::size_t c
                                                      std::size_t number) {
     *at++ = object.separator;
     object.separator = ',';
-    if (output_.is_indented()) {
+    if (is_indented_) {
         at = output_.line(at, depth_);
     }
     at = output_.name(at, object.table.members->names.names[number]);
@@ -223,33 +242,60 @@ void ObjectWriter::put_plain(PlainType type, const void* elements, std::size_t c
 
 void ObjectWriter::write_members(const TextTable& table, const void* object,
                                  const void* const* parts, const Start& start) {
-    MemberOrder order(*table.members, sorts_);
     OpenObject open{table, '{'};
-    const TextMemberEntry* const entries = table.entries;
-    const std::size_t count = table.members->names.count;
-    const std::size_t depth = depth_;
+    TextMember member{*this, object, nullptr, false, start, 0, &open};
     ++depth_;
-    char* at = at_;
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t number = order[i];
-        const TextMemberEntry& entry = entries[number];
-        if (entry.type != PlainType::none) {
-            at = put_name(output_.room(at, room_of_member), open, number);
-            at = put_scalar(at, entry.type, parts[number]);
-        } else {
-            at_ = at;
-            entry.write({*this, object, table.members->pointers[number],
-                         table.members->required[number], start, number, &open});
-            at = at_;
+    if (sorts_) {
+        write_sorted(member, parts);
+    } else {
+        const std::size_t count = table.members->names.count;
+        for (member.number = 0; member.number < count; ++member.number) {
+            write_member(open, member, parts);
         }
     }
-    at_ = end_items(at, open.separator == '{', '{', '}');
-    depth_ = depth;
+    char* at = at_;
+    --depth_;
+    if (open.separator == ',' && is_indented_) {
+        at = output_.line(at, depth_);
+    }
+    at = output_.room(at, 2);
+    at[0] = '{';
+    at += open.separator == '{' ? 1 : 0;
+    *at = '}';
+    at_ = at + 1;
+}
+
+[[gnu::noinline]] void ObjectWriter::write_sorted(TextMember& member, const void* const* parts) {
+    auto& open = *static_cast<OpenObject*>(member.place);
+    const MemberOrder order(*open.table.members, true);
+    for (std::size_t i = 0; i < open.table.members->names.count; ++i) {
+        member.number = order[i];
+        write_member(open, member, parts);
+    }
+}
+
+[[gnu::always_inline]] inline void ObjectWriter::write_member(OpenObject& open, TextMember& member,
+                                                              const void* const* parts) {
+    const std::size_t number = member.number;
+    const TextMemberEntry& entry = open.table.entries[number];
+    if (entry.type != PlainType::none) {
+        at_ = put_scalar(put_name(at_, open, entry, number), entry.type, parts[number]);
+    } else {
+        member.pointer = open.table.members->pointers[number];
+        member.is_required = open.table.members->required[number];
+        entry.write(member);
+    }
+}
+
+void ObjectWriter::put_member(const TextMember& member, PlainType type, const void* address) {
+    auto& open = *static_cast<OpenObject*>(member.place);
+    char* const at = put_name(at_, open, open.table.entries[member.number], member.number);
+    at_ = type == PlainType::none ? put_nothing(at) : put_scalar(at, type, address);
 }
 
 void ObjectWriter::begin_member(const TextMember& member) {
     auto& open = *static_cast<OpenObject*>(member.place);
-    at_ = put_name(output_.room(at_, room_of_member), open, member.number);
+    at_ = put_name(at_, open, open.table.entries[member.number], member.number);
 }
 
 } // namespace

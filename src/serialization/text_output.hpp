@@ -75,10 +75,16 @@ public:
                copy_clean<Checked>(at + 1, text.data(), text.size());
     }
 
+    /// Writes a string that is not clean, in quotes.
+    Cursor other_string(Cursor at, std::string_view text);
+
 private:
     friend class BlockOutput<TextOutput>;
 
     static constexpr unsigned most_indent = 10;
+
+    /// Strings up to this size, with the quotes, fit into the least room.
+    static constexpr std::size_t utf8_size = minimum_room - 2;
 
     Cursor make_room(const char* at) { return go_on(target_.next(at)); }
     Cursor pass(Cursor at, const char* text, std::size_t size) {
@@ -101,7 +107,7 @@ private:
     Cursor big_integer(Cursor at, Integer value);
 
     bool write_clean(Cursor& at, std::string_view text);
-    Cursor other_string(Cursor at, std::string_view text);
+    Cursor short_utf8(Cursor at, std::string_view text);
     Cursor by_characters(Cursor at, std::string_view text);
     Cursor escaped_character(Cursor at, char32_t code);
 

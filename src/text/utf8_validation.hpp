@@ -231,6 +231,39 @@ FOUNDATION_JSON_SHUFFLING inline bool is_utf8_by_shuffles(const char* from,
     return checker.found_nothing();
 }
 
+/// What became of a string that copy_utf8() has copied.
+enum class Utf8Copy {
+    clean,   ///< it is UTF-8, and no byte is special
+    special, ///< it is UTF-8, but bytes are special, so that the copy is of no use
+    bad,     ///< it is not UTF-8
+};
+
+/// Copies a string and checks it meanwhile: is_utf8() and copy_clean() in one.
+/// @param Bytes  has bytes beyond ASCII copied
+/// @param size   at least 16
+template <class Bytes>
+FOUNDATION_JSON_SHUFFLING Utf8Copy copy_utf8_by_shuffles(char* out, const char* from,
+                                                         std::size_t size) noexcept {
+    Utf8Checker checker;
+    bool any_escaped = false;
+    std::size_t at = 0;
+    for (; size - at >= 16; at += 16) {
+        const Bytes bytes(from + at);
+        bytes.store(out + at);
+        any_escaped = any_escaped | bytes.any_escaped();
+        checker.check(Utf8Block(from + at));
+    }
+    const Bytes last(from + size - 16); // overlaps the block before it
+    last.store(out + size - 16);
+    any_escaped = any_escaped | last.any_escaped();
+    // Zeros behind the end show whether a sequence is cut off there.
+    checker.check(at != size ? Utf8Block(load_few(from + at, size - at)) : Utf8Block());
+    if (!checker.found_nothing()) {
+        return Utf8Copy::bad;
+    }
+    return any_escaped ? Utf8Copy::special : Utf8Copy::clean;
+}
+
 #endif
 
 /// Whether a text is UTF-8, found in the quickest way that this processor has.

@@ -308,6 +308,12 @@ template <class T>
 inline constexpr bool is_optional<std::optional<T>> = true;
 
 template <class T>
+inline constexpr bool is_plain_optional = false;
+template <class T>
+inline constexpr bool
+    is_plain_optional<std::optional<T>> = detail::plain_type<T>() != PlainType::none;
+
+template <class T>
 bool is_empty(const std::optional<T>& content) noexcept {
     if constexpr (std::is_same_v<T, Value>) {
         return !content || json::kind_of(*content) == Kind::undefined;
@@ -370,6 +376,13 @@ struct MemberWriters<Sink>::Of {
     static void write(const WrittenMember& member) {
         const Plain& content = part(member.object, member.pointer);
         if (may_leave_out(content, member)) {
+            return;
+        }
+        if constexpr (std::is_same_v<Sink, TextSink> && is_plain_optional<Plain>) {
+            // In one call rather than three.
+            using Part = typename Plain::value_type;
+            member.target.put_member(member, content ? detail::plain_type<Part>() : PlainType::none,
+                                     content ? std::addressof(*content) : nullptr);
             return;
         }
         auto&& sink = member.sink();

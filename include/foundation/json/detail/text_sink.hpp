@@ -179,6 +179,8 @@ public:
     virtual void write_members(const TextTable& table, const void* object, const void* const* parts,
                                const Start& start) = 0;
     virtual void begin_member(const TextMember& member) = 0;
+    /// Writes a member of a plain type, or null if the type is none.
+    virtual void put_member(const TextMember& member, PlainType type, const void* address) = 0;
 
     /// Gives up, because of what a number is that no enumerator's name belongs to.
     [[noreturn]] virtual void fail_enumerator(const std::string& number,
