@@ -81,11 +81,11 @@ public:
 
     void write_members(const TextTable& table, const void* object, const void* const* parts,
                        const Start& start) override;
-    void begin_member(const TextMember& member) override {
+    void begin_member(const SinkMember& member) override {
         begin_name(static_cast<const MemberTable*>(member.place)->names.names[member.number]);
     }
 
-    void put_member(const TextMember& member, PlainType type, const void* address) override {
+    void put_member(const SinkMember& member, PlainType type, const void* address) override {
         begin_member(member);
         put_scalar(type, address);
     }
@@ -179,7 +179,7 @@ void ObjectErrorLocator::write_members(const TextTable& table, const void* objec
     for (std::size_t i = 0; i < members.names.count; ++i) {
         const std::size_t number = in_utf16_ ? order[i] : members.names.sorted[i];
         const TextMemberEntry& entry = table.entries[number];
-        const TextMember member{
+        const SinkMember member{
             *this, object, members.pointers[number],          members.required[number],
             start, number, const_cast<MemberTable*>(&members)};
         if (entry.type != PlainType::none) {

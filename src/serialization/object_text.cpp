@@ -66,8 +66,8 @@ public:
 
     void write_members(const TextTable& table, const void* object, const void* const* parts,
                        const Start& start) override;
-    void begin_member(const TextMember& member) override;
-    void put_member(const TextMember& member, PlainType type, const void* address) override;
+    void begin_member(const SinkMember& member) override;
+    void put_member(const SinkMember& member, PlainType type, const void* address) override;
 
     [[noreturn]] void fail_enumerator(const std::string&, const NameTable&) override {
         throw Unwritable();
@@ -87,8 +87,8 @@ private:
 
     char* begin_item(char* at, bool is_first, char bracket);
     char* end_items(char* at, bool is_empty, char bracket, char end);
-    void write_sorted(TextMember& member, const void* const* parts);
-    void write_member(OpenObject& open, TextMember& member, const void* const* parts);
+    void write_sorted(SinkMember& member, const void* const* parts);
+    void write_member(OpenObject& open, SinkMember& member, const void* const* parts);
     char* put_name(char* at, OpenObject& object, const TextMemberEntry& entry, std::size_t number);
     char* put_other_name(char* at, OpenObject& object, std::size_t number);
     static char* put_nothing(char* at);
@@ -243,7 +243,7 @@ void ObjectWriter::put_plain(PlainType type, const void* elements, std::size_t c
 void ObjectWriter::write_members(const TextTable& table, const void* object,
                                  const void* const* parts, const Start& start) {
     OpenObject open{table, '{'};
-    TextMember member{*this, object, nullptr, false, start, 0, &open};
+    SinkMember member{*this, object, nullptr, false, start, 0, &open};
     ++depth_;
     if (sorts_) {
         write_sorted(member, parts);
@@ -265,7 +265,7 @@ void ObjectWriter::write_members(const TextTable& table, const void* object,
     at_ = at + 1;
 }
 
-[[gnu::noinline]] void ObjectWriter::write_sorted(TextMember& member, const void* const* parts) {
+[[gnu::noinline]] void ObjectWriter::write_sorted(SinkMember& member, const void* const* parts) {
     auto& open = *static_cast<OpenObject*>(member.place);
     const MemberOrder order(*open.table.members, true);
     for (std::size_t i = 0; i < open.table.members->names.count; ++i) {
@@ -274,7 +274,7 @@ void ObjectWriter::write_members(const TextTable& table, const void* object,
     }
 }
 
-[[gnu::always_inline]] inline void ObjectWriter::write_member(OpenObject& open, TextMember& member,
+[[gnu::always_inline]] inline void ObjectWriter::write_member(OpenObject& open, SinkMember& member,
                                                               const void* const* parts) {
     const std::size_t number = member.number;
     const TextMemberEntry& entry = open.table.entries[number];
@@ -287,13 +287,13 @@ void ObjectWriter::write_members(const TextTable& table, const void* object,
     }
 }
 
-void ObjectWriter::put_member(const TextMember& member, PlainType type, const void* address) {
+void ObjectWriter::put_member(const SinkMember& member, PlainType type, const void* address) {
     auto& open = *static_cast<OpenObject*>(member.place);
     char* const at = put_name(at_, open, open.table.entries[member.number], member.number);
     at_ = type == PlainType::none ? put_nothing(at) : put_scalar(at, type, address);
 }
 
-void ObjectWriter::begin_member(const TextMember& member) {
+void ObjectWriter::begin_member(const SinkMember& member) {
     auto& open = *static_cast<OpenObject*>(member.place);
     at_ = put_name(at_, open, open.table.entries[member.number], member.number);
 }

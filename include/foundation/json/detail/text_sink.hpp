@@ -91,7 +91,7 @@ constexpr PlainType plain_type() {
 // ---- Members -------------------------------------------------------------------------------
 
 /// A member of an object that is written as text, or left out.
-struct TextMember {
+struct SinkMember {
     TextSink& target;
     const void* object;  ///< that has it
     const void* pointer; ///< the address of the member's `Type Class::*`
@@ -107,7 +107,7 @@ struct TextMember {
     TextSink& sink() const;
 };
 
-using WriteTextMember = void (*)(const TextMember& member);
+using WriteTextMember = void (*)(const SinkMember& member);
 
 /// A member of a class, as the compiled library writes it.
 struct TextMemberEntry {
@@ -178,9 +178,9 @@ public:
     /// @param parts  the addresses of the members
     virtual void write_members(const TextTable& table, const void* object, const void* const* parts,
                                const Start& start) = 0;
-    virtual void begin_member(const TextMember& member) = 0;
+    virtual void begin_member(const SinkMember& member) = 0;
     /// Writes a member of a plain type, or null if the type is none.
-    virtual void put_member(const TextMember& member, PlainType type, const void* address) = 0;
+    virtual void put_member(const SinkMember& member, PlainType type, const void* address) = 0;
 
     /// Gives up, because of what a number is that no enumerator's name belongs to.
     [[noreturn]] virtual void fail_enumerator(const std::string& number,
@@ -228,7 +228,7 @@ public:
         std::size_t index_ = 0;
     };
 
-    using Member = TextMember;
+    using Member = SinkMember;
 
 protected:
     TextSink() noexcept = default;
@@ -238,11 +238,11 @@ private:
     Defaults defaults_;
 };
 
-inline Defaults& TextMember::defaults() const noexcept {
+inline Defaults& SinkMember::defaults() const noexcept {
     return target.defaults();
 }
 
-inline TextSink& TextMember::sink() const {
+inline TextSink& SinkMember::sink() const {
     target.begin_member(*this);
     return target;
 }
@@ -250,7 +250,7 @@ inline TextSink& TextMember::sink() const {
 // ---- Tables --------------------------------------------------------------------------------
 
 /// Whether a name is written the same by all options: all of it is ASCII, without escapes.
-constexpr bool is_plain_name(std::string_view name) {
+constexpr bool is_written_plainly(std::string_view name) {
     constexpr std::size_t most = 200; // so that a buffer has room for it
     bool plain = name.size() <= most;
     for (const char byte : name) {
@@ -268,7 +268,7 @@ struct TextNames {
         std::size_t size = 0;
         for (std::size_t i = 0; i < count; ++i) {
             const std::string_view name = MembersOf<T>::names[i];
-            size += detail::is_plain_name(name) ? name.size() + 4 : 0;
+            size += detail::is_written_plainly(name) ? name.size() + 4 : 0;
         }
         return size;
     }
@@ -285,7 +285,7 @@ struct TextNames {
         std::size_t at = 0;
         for (std::size_t i = 0; i < count; ++i) {
             const std::string_view name = MembersOf<T>::names[i];
-            if (!detail::is_plain_name(name)) {
+            if (!detail::is_written_plainly(name)) {
                 continue;
             }
             result.bytes[at++] = ',';
@@ -312,7 +312,7 @@ struct TextEntries {
     constexpr void operator()(const Member<Class, Type>& member) {
         TextMemberEntry& entry = entries[used];
         entry.name = TextNames<T>::joined.bytes + names_used;
-        if (detail::is_plain_name(member.name)) {
+        if (detail::is_written_plainly(member.name)) {
             entry.name_size = static_cast<std::uint32_t>(member.name.size() + 4);
             names_used += entry.name_size;
         }
