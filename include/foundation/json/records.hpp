@@ -14,6 +14,7 @@
 
 #include <foundation/json/export.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/read_options.hpp>
 #include <foundation/json/reader.hpp>
 #include <foundation/json/value.hpp>
 
@@ -58,14 +59,6 @@ private:
     Kind kind_;
     bool is_elements_ = false;
     std::string pointer_;
-};
-
-/// What may be read, and what becomes of it.
-struct ReadOptions : ParseOptions {
-    /// How long the text of a record may be. A longer one is an error, and is not kept in memory.
-    /// With Framing::lines, that is the line without its end, even if it has no value; with
-    /// Framing::elements(), it also limits each string, number and name before the array.
-    std::size_t max_bytes = static_cast<std::size_t>(-1);
 };
 
 /// @cond
