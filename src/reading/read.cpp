@@ -4,6 +4,7 @@
 #include "reading/input.hpp"
 #include "reading/parse_text.hpp"
 #include "reading/quoted_line.hpp"
+#include "reading/read_error.hpp"
 #include "reading/token_reader.hpp"
 #include "text/location.hpp"
 
@@ -134,14 +135,20 @@ private:
 
 } // namespace
 
+ReadError make_read_error(const Context& context, const ParseOptions& options,
+                          const ConversionError& found, const ConversionError& error,
+                          std::string_view file_name) {
+    const std::size_t byte = PointerWalk(found.pointer()).find(context.text, options);
+    try {
+        Errors(context, options).not_wanted(context.text.data() + byte, error.what());
+    } catch (const ParserException& where) {
+        return {error, where, file_name};
+    }
+}
+
 void fail_reading(std::string_view text, const ReadOptions& options, const ConversionError& error,
                   std::string_view file_name) {
-    const std::size_t byte = PointerWalk(error.pointer()).find(text, options);
-    try {
-        Errors({text, {}}, options).not_wanted(text.data() + byte, error.what());
-    } catch (const ParserException& where) {
-        throw ReadError(error, where, file_name);
-    }
+    throw make_read_error({text, {}}, options, error, error, file_name);
 }
 
 // ---- Documents -------------------------------------------------------------------------------
@@ -156,9 +163,8 @@ void read_with(DocumentCore& core, const char* begin, void* object, const void* 
 }
 
 void read_any(std::string_view text, const ReadOptions& options, void* object, const void* base,
-              ReadRoot read) {
+              ReadRoot read, std::size_t mark) {
     constexpr std::size_t longest_copied = 1024;
-    const std::size_t mark = mark_length(text);
     if (text.size() > longest_copied) {
         const char* const fast_end = text.data() + text.size() - room_behind;
         DocumentCore core(text, fast_end, options);
@@ -178,12 +184,12 @@ void read_any(std::string_view text, const ReadOptions& options, void* object, c
 } // namespace
 
 bool read_document(std::string_view text, const ReadOptions& options, void* object,
-                   const void* base, ReadRoot read) {
+                   const void* base, ReadRoot read, Mark mark) {
     if (text.size() > options.max_bytes) {
         return false;
     }
     try {
-        read_any(text, options, object, base, read);
+        read_any(text, options, object, base, read, mark == Mark::skipped ? mark_length(text) : 0);
         return true;
     } catch (const std::bad_alloc&) {
         throw;

@@ -289,6 +289,147 @@ TEST(ReadInto, LeavesADefaultObjectAfterAnException) {
     EXPECT_EQ(node.name, "");
 }
 
+// ---- Records and Reader -----------------------------------------------------------------------
+
+/// What the records of a text give, one after the other: the number of a Leaf, or the error.
+std::string records_of(const std::string& text, const Framing& framing,
+                       const ReadOptions& options = {}) {
+    std::istringstream stream(text);
+    Records<reads::Leaf> records(stream, framing, options);
+    std::string result;
+    reads::Leaf leaf;
+    for (int i = 0; i != 10; ++i) {
+        try {
+            if (!records.next(leaf)) {
+                return result + "end";
+            }
+            result += std::to_string(leaf.number) + leaf.text.value_or("-");
+        } catch (const ReadError& error) {
+            EXPECT_EQ(describe(from(leaf)), describe(from(reads::Leaf())));
+            result += error.what();
+            EXPECT_EQ(error.position().line, records.position().line);
+        } catch (const std::exception& error) {
+            result += error.what();
+        }
+        result += " <" + std::string(records.text()) + ">; ";
+    }
+    return result;
+}
+
+TEST(RecordsOfOwnTypes, ReadsLines) {
+    EXPECT_EQ(records_of("{\"n/~\":1,\"\":\"a\"}\n\n{\"n/~\":300}\n{\"n/~\":}\r\n{\"n/~\":3}",
+                         Framing::lines),
+              "1a <{\"n/~\":1,\"\":\"a\"}>; "
+              "3:8: at /n~1~0: 300 is not within 0 to 255 <{\"n/~\":300}>; "
+              "found '}' where a value should begin <{\"n/~\":}>; "
+              "3default <{\"n/~\":3}>; end");
+}
+
+TEST(RecordsOfOwnTypes, ReadsConcatenatedValues) {
+    EXPECT_EQ(records_of(" {\"n/~\":1}{\"n/~\":300}\n {\"n/~\":2} {\"n/~\":}\n{\"n/~\":3}",
+                         Framing::concatenated),
+              "1default <{\"n/~\":1}>; "
+              "1:18: at /n~1~0: 300 is not within 0 to 255 <{\"n/~\":300}>; "
+              "2default <{\"n/~\":2}>; "
+              "found '}' where a value should begin <{\"n/~\":>; "
+              "3default <{\"n/~\":3}>; end");
+}
+
+TEST(RecordsOfOwnTypes, ReadsElements) {
+    EXPECT_EQ(
+        records_of("{\"a\":[{\"n/~\":1},\n {\"n/~\":300},7,{\"n/~\":2}]}", Framing::elements("/a")),
+        "1default <{\"n/~\":1}>; "
+        "2:9: at /n~1~0: 300 is not within 0 to 255 <{\"n/~\":300}>; "
+        "2:14: at the root: 7 is a number, not an object <7>; "
+        "2default <{\"n/~\":2}>; end");
+    EXPECT_EQ(records_of("{\"a\":1}", Framing::elements("/a")),
+              "at /a: the value is no array <>; end");
+}
+
+TEST(RecordsOfOwnTypes, UsesMemoryAgainAndObeysOptions) {
+    std::istringstream stream("[\"a string of more than 16 bytes\"]\n[\"b\",]//\n[]");
+    ReadOptions options;
+    options.comments = true;
+    options.trailing_commas = true;
+    Records<std::vector<std::string>> records(stream, Framing::lines, options);
+    std::vector<std::string> record;
+    ASSERT_TRUE(records.next(record));
+    const char* const memory = record[0].data();
+    ASSERT_TRUE(records.next(record));
+    EXPECT_EQ(record[0].data(), memory);
+    EXPECT_EQ(record[0], "b");
+    EXPECT_TRUE(records.next(record));
+    EXPECT_FALSE(records.next(record));
+}
+
+TEST(RecordsOfOwnTypes, ReadsRandomLinesAsValues) {
+    const std::uint64_t seed = random_seed();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    RandomTexts random(seed);
+    const std::string text = reads::subjects()[0].texts[0];
+    for (const Framing& framing : {Framing(Framing::lines), Framing(Framing::concatenated)}) {
+        std::string all;
+        for (int i = 0; i != 300; ++i) {
+            all += random.like(text) + '\n';
+        }
+        std::istringstream values_stream(all);
+        std::istringstream objects_stream(all);
+        Records<Value> values(values_stream, framing);
+        Records<reads::Node> objects(objects_stream, framing);
+        bool more = true;
+        while (more) {
+            const std::string expected = reads::outcome_of([&] {
+                Value value;
+                more = values.next(value);
+                return more ? to<reads::Node>(value) : reads::Node();
+            });
+            const std::string actual = reads::outcome_of([&] {
+                reads::Node node;
+                more = objects.next(node);
+                return node;
+            });
+            ASSERT_EQ(actual, expected) << values.text();
+            ASSERT_EQ(objects.text(), values.text());
+            ASSERT_EQ(objects.index(), values.index());
+            ASSERT_EQ(objects.position().byte, values.position().byte);
+        }
+    }
+}
+
+TEST(ReaderOfOwnTypes, ReadsTheValueThatBegins) {
+    const std::string text = "{\"a\":[1,\n {\"n/~\":1}, {\"n/~\":300}, \"low\"], \"b\":2}";
+    Reader reader(text);
+    for (int i = 0; i != 4; ++i) {
+        reader.next();
+    }
+    int one = 0;
+    reader.read(one);
+    EXPECT_EQ(one, 1);
+    reader.next();
+    reads::Leaf leaf;
+    reader.read(leaf);
+    EXPECT_EQ(leaf.number, 1);
+    EXPECT_EQ(reader.token(), Token::end_object);
+    reader.next();
+    try {
+        reader.read(leaf);
+        FAIL() << "nothing was thrown";
+    } catch (const ReadError& error) {
+        EXPECT_STREQ(error.what(), "2:20: at /a/2/n~1~0: 300 is not within 0 to 255");
+        EXPECT_EQ(error.pointer(), "/a/2/n~1~0");
+        EXPECT_EQ(describe(from(leaf)), describe(from(reads::Leaf())));
+    }
+    reader.next();
+    reads::Level level = reads::Level::high;
+    reader.read(level);
+    EXPECT_EQ(level, reads::Level::low);
+    reader.next();
+    EXPECT_THROW(reader.read(level), std::logic_error);
+    reader.next();
+    reader.read(one); // of the name that the reader is at
+    EXPECT_EQ(one, 2);
+}
+
 /// Has no assignment, and so no part that is used again.
 struct Fixed {
     Fixed() = default;

@@ -39,6 +39,7 @@
 #include <foundation/json/parse.hpp>
 #include <foundation/json/read_options.hpp>
 #include <foundation/json/reader.hpp>
+#include <foundation/json/records.hpp>
 
 #include <filesystem>
 #include <iosfwd>
@@ -94,6 +95,9 @@ namespace detail {
 
 using ReadRoot = void (*)(DocumentReader& reader, void* object, const void* base);
 
+/// What becomes of a byte order mark at the begin.
+enum class Mark { skipped, refused };
+
 /// Reads a document.
 /// @param base  null or, if the object is not new, a new one
 /// @return false if the document has to be read in another way, which then finds out what is wrong
@@ -101,7 +105,8 @@ using ReadRoot = void (*)(DocumentReader& reader, void* object, const void* base
 /// @throws what has no base std::exception, from a constructor or a container
 [[nodiscard]] FOUNDATION_JSON_EXPORT bool read_document(std::string_view text,
                                                         const ReadOptions& options, void* object,
-                                                        const void* base, ReadRoot read);
+                                                        const void* base, ReadRoot read,
+                                                        Mark mark = Mark::skipped);
 
 /// The value of a text, as parse(); also checks its length.
 FOUNDATION_JSON_EXPORT Value parse_document(std::string_view text, const ReadOptions& options);
@@ -263,6 +268,47 @@ void read_into(T& object, std::string_view text, const ReadOptions& options = {}
     }
 }
 /// @}
+
+/// @cond
+namespace detail {
+
+template <class T>
+struct ObjectReader {
+    /// Has an object read by a function that takes a ReadObject.
+    template <class Read>
+    static void read(T& object, const Read& read) {
+        if constexpr (detail::require_readable<T>()) {
+            Both both{object, T{}};
+            try {
+                read(ReadObject{&both, &read_text, &convert});
+            } catch (...) {
+                object = std::move(both.fresh);
+                throw;
+            }
+        }
+    }
+
+private:
+    struct Both {
+        T& object;
+        T fresh; ///< a new one
+    };
+
+    static bool read_text(void* both, std::string_view text, const ReadOptions& options) {
+        T& object = static_cast<Both*>(both)->object;
+        return detail::read_document(text, options, std::addressof(object),
+                                     std::addressof(static_cast<Both*>(both)->fresh),
+                                     &detail::read_root<T>, Mark::refused);
+    }
+
+    static void convert(void* both, const Value& value, const ReadOptions& options) {
+        static_cast<Both*>(both)->object =
+            detail::read_value<T>(value, Location(std::string_view()), options);
+    }
+};
+
+} // namespace detail
+/// @endcond
 
 } // namespace foundation::json
 
