@@ -3,6 +3,7 @@
 #include <foundation/json/convert.hpp>
 
 #include "access/excerpt.hpp"
+#include "access/find_name.hpp"
 #include "access/nouns.hpp"
 #include "text/location.hpp"
 #include "value/value_access.hpp"
@@ -90,20 +91,6 @@ void fail_enumerator(const Location& location, const std::string& number, const 
 }
 
 // ---- Names -----------------------------------------------------------------------------------
-
-namespace {
-
-/// The number of a name in a table; the count of all if it is none of them.
-std::size_t find_name(const NameTable& table, std::string_view name) noexcept {
-    const std::uint32_t* const end = table.sorted + table.count;
-    const std::uint32_t* const found =
-        std::lower_bound(table.sorted, end, name, [&](std::uint32_t number, std::string_view text) {
-            return comes_before(table.names[number], text);
-        });
-    return found != end && table.names[*found] == name ? *found : table.count;
-}
-
-} // namespace
 
 std::size_t find_enumerator(const NameTable& names, const Value& value, const Location& location) {
     const auto& name = content_at<std::string>(value, location);

@@ -129,7 +129,6 @@ private:
     std::istream* stream_ = nullptr; ///< null if the text is in memory
     WindowListener* listener_ = nullptr;
     std::size_t most_kept_ = unlimited;
-    bool started_ = false;
     bool ended_ = false;
     const char* text_ = nullptr; ///< what is there
     const char* end_ = nullptr;

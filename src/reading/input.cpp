@@ -95,9 +95,6 @@ GrowingText read_all(std::istream& stream, std::size_t most) {
 
 // ---- Files -----------------------------------------------------------------------------------
 
-namespace {
-
-/// The name of a file, with control bytes escaped as in a JSON string: NUL would end the message.
 std::string visible_name(const std::filesystem::path& path) {
     std::string result;
     for (const char byte : path.string()) {
@@ -109,6 +106,8 @@ std::string visible_name(const std::filesystem::path& path) {
     }
     return result;
 }
+
+namespace {
 
 [[noreturn]] void fail(const std::filesystem::path& path, int error, const char* why = "") {
     throw std::system_error(error, std::generic_category(),

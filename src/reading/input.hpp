@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <iosfwd>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -49,6 +50,9 @@ GrowingText read_all(std::istream& stream, std::size_t most);
 /// The content of a file.
 /// @throws std::system_error with the file's name in its message
 GrowingText read_file(const std::filesystem::path& path, std::size_t most);
+
+/// The name of a file, with control bytes escaped as in a JSON string: NUL would end a message.
+std::string visible_name(const std::filesystem::path& path);
 
 } // namespace foundation::json::detail
 

@@ -73,6 +73,11 @@ public:
         return {~blanks(first_) & tops, ~blanks(second_) & tops};
     }
 
+    /// The bytes that another block has otherwise.
+    Mask differing(const PortableBlock& other) const noexcept {
+        return {~zeros(first_ ^ other.first_) & tops, ~zeros(second_ ^ other.second_) & tops};
+    }
+
     /// All bytes but spaces.
     Mask not_space() const noexcept {
         return {~equal(first_, ' ') & tops, ~equal(second_, ' ') & tops};
@@ -155,6 +160,10 @@ public:
             .complement();
     }
 
+    Mask differing(const Block& other) const noexcept {
+        return Mask(_mm_cmpeq_epi8(bytes_, other.bytes_)).complement();
+    }
+
     Mask not_space() const noexcept { return Mask(equal(' ')).complement(); }
 
     Mask special_in_string() const noexcept {
@@ -206,6 +215,10 @@ public:
     Mask not_blank() const noexcept {
         return Mask(vmvnq_u8(
             vorrq_u8(vorrq_u8(equal(' '), equal('\n')), vorrq_u8(equal('\r'), equal('\t')))));
+    }
+
+    Mask differing(const Block& other) const noexcept {
+        return Mask(vmvnq_u8(vceqq_u8(bytes_, other.bytes_)));
     }
 
     Mask not_space() const noexcept { return Mask(vmvnq_u8(equal(' '))); }

@@ -72,16 +72,6 @@ private:
     std::shared_ptr<const std::string> pointer_; // shared, so that copies cannot throw
 };
 
-/// Further settings of to().
-struct ConvertOptions {
-    /// What becomes of members that a type's table does not name, at every depth.
-    enum class UnknownMembers {
-        ignore, ///< they are passed over
-        error,  ///< they are errors that list the known ones
-    };
-    UnknownMembers unknown_members = UnknownMembers::ignore; ///< passes them over by default
-};
-
 /// @cond
 namespace detail {
 
@@ -98,7 +88,7 @@ T read_value(const Value& value, const Location& location, const ConvertOptions&
         if constexpr (detail::require_default<T>()) {
             T result{};
             Session session{options, {}};
-            Converter<T>::read(result, value, location, session);
+            Converter<T>::read(result, ValueSource(value, location, session));
             return result;
         }
     }

@@ -84,6 +84,16 @@ constexpr bool all_of(std::initializer_list<bool> conditions) {
 } // namespace detail
 /// @endcond
 
+/// Further settings of to(), and of what else reads own types.
+struct ConvertOptions {
+    /// What becomes of members that a type's table does not name, at every depth.
+    enum class UnknownMembers {
+        ignore, ///< they are passed over
+        error,  ///< they are errors that list the known ones
+    };
+    UnknownMembers unknown_members = UnknownMembers::ignore; ///< passes them over by default
+};
+
 /// @name Tables
 /// @{
 

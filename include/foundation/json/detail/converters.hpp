@@ -11,6 +11,7 @@
 #include <foundation/json/detail/start.hpp>
 #include <foundation/json/detail/text_sink.hpp>
 #include <foundation/json/detail/value_sink.hpp>
+#include <foundation/json/detail/value_source.hpp>
 #include <foundation/json/export.hpp>
 
 #include <array>
@@ -30,58 +31,7 @@
 #include <utility>
 #include <vector>
 
-namespace foundation::json {
-
-struct ConvertOptions;
-
-} // namespace foundation::json
-
 namespace foundation::json::detail {
-
-// ---- What is compiled ----------------------------------------------------------------------
-
-/// What one call of to() goes by.
-struct Session {
-    const ConvertOptions& options;
-    std::string key; // of the lookup under way, kept for its memory
-};
-
-/// Reads a value into a member of an object.
-/// @param pointer  the address of the member's `Type Class::*`
-using ReadMember = void (*)(void* object, const void* pointer, const Value& value,
-                            const Location& location, Session& session);
-
-/// Reads the members of an object, in the order of their table.
-/// @param found  room for as many addresses as there are members, all null
-/// @throws ConversionError  the value is no object, a required member is missing, or one is unknown
-FOUNDATION_JSON_EXPORT void read_members(const MemberTable& table, const ReadMember* readers,
-                                         void* object, const Value** found, const Value& value,
-                                         const Location& location, Session& session);
-
-/// The number of the enumerator whose name a value is.
-/// @throws ConversionError  the value is no string, or no such name
-[[nodiscard]] FOUNDATION_JSON_EXPORT std::size_t
-find_enumerator(const NameTable& names, const Value& value, const Location& location);
-
-/// The content of type T, or an error at the location.
-template <class T>
-const T& content_at(const Value& value, const Location& location) {
-    const T* const content = json::get_if<T>(&value);
-    if (content == nullptr) {
-        detail::fail_type(location, value, static_cast<Kind>(traits<T>::order));
-    }
-    return *content;
-}
-
-inline void check_length(const Array& elements, std::size_t length, const Location& location) {
-    if (elements.size() != length) {
-        detail::fail_length(location, elements.size(), length);
-    }
-}
-
-inline bool is_nothing(const Value& value) noexcept {
-    return json::kind_of(value) == Kind::null || json::kind_of(value) == Kind::undefined;
-}
 
 // ---- Which types ---------------------------------------------------------------------------
 
@@ -179,12 +129,14 @@ struct Refused {};
 
 /// How a type is converted.
 ///
-/// read() changes what is there: the members of a class keep what they held where nothing is read
-/// into them, and containers are emptied first. write() passes an object on to a sink, a ValueSink
-/// or TextSink; it is given what read() would start from at that location.
+/// read() takes what it reads from a source, such as a ValueSource. It changes what is there: the
+/// members of a class keep what they held where nothing is read into them, and containers are
+/// emptied first. write() passes an object on to a sink, a ValueSink or TextSink; it is given what
+/// read() would start from at that location.
 template <class T, Category = detail::category_of<T>()>
 struct Converter : Refused {
-    static void read(T&, const Value&, const Location&, Session&) {
+    template <class Source>
+    static void read(T&, const Source&) {
         static_assert(!detail::refuse_type<T>());
     }
     template <class Sink>
@@ -200,8 +152,9 @@ inline constexpr bool is_known = !std::is_base_of_v<Refused, Converter<T>>;
 /// What a Value holds as it is.
 template <class T>
 struct PlainConverter {
-    static void read(T& target, const Value& value, const Location& location, Session&) {
-        target = detail::content_at<T>(value, location);
+    template <class Source>
+    static void read(T& target, const Source& source) {
+        source.read(target);
     }
 };
 
@@ -239,8 +192,9 @@ struct Converter<Object> : PlainConverter<Object> {
 
 template <>
 struct Converter<Value> {
-    static void read(Value& target, const Value& value, const Location&, Session&) {
-        target = value;
+    template <class Source>
+    static void read(Value& target, const Source& source) {
+        source.read(target);
     }
     template <class Sink>
     static void write(Sink& sink, const Value& content, const Start&) {
@@ -251,12 +205,9 @@ struct Converter<Value> {
 template <class T>
 struct Converter<T, Category::number> {
 
-    static void read(T& target, const Value& value, const Location& location, Session&) {
-        try {
-            target = json::number<T>(value);
-        } catch (...) {
-            detail::fail_number(location, value);
-        }
+    template <class Source>
+    static void read(T& target, const Source& source) {
+        source.read_number(target);
     }
 
     template <class Sink>
@@ -278,10 +229,10 @@ struct Converter<T, Category::number> {
 template <class E>
 struct Converter<E, Category::enumeration> {
 
-    static void read(E& target, const Value& value, const Location& location, Session&) {
+    template <class Source>
+    static void read(E& target, const Source& source) {
         if constexpr (detail::require_enumerators<E>()) {
-            target =
-                enumerators<E>[detail::find_enumerator(enumerator_table<E>, value, location)].first;
+            target = enumerators<E>[source.enumerator(enumerator_table<E>)].first;
         }
     }
 
@@ -343,22 +294,7 @@ Start start_of_new() noexcept {
     }
 }
 
-/// Reads the members that T has of type Type, declared in Class.
-template <class T, class Class, class Type>
-struct MemberReader {
-    static void read(void* object, const void* pointer, const Value& value,
-                     const Location& location, Session& session) {
-        static_assert(!std::is_const_v<Type>, "a member that is const cannot be read into");
-        if constexpr (!std::is_const_v<Type>) {
-            const auto member = *static_cast<Type Class::*const*>(pointer);
-            Converter<Type>::read(static_cast<T*>(object)->*member, value, location, session);
-        }
-    }
-
-    static constexpr ReadMember entry = &read;
-};
-
-/// Writes them to a sink, or leaves them out.
+/// Writes the members that T has of type Type, declared in Class, to a sink, or leaves them out.
 template <class Sink>
 struct MemberWriters {
     using WrittenMember = typename Sink::Member;
@@ -420,12 +356,10 @@ private:
 
 template <class T>
 struct Converter<T, Category::object> {
-    static void read(T& target, const Value& value, const Location& location, Session& session) {
+    template <class Source>
+    static void read(T& target, const Source& source) {
         if constexpr (detail::require_members<T>()) {
-            const Value* found[MembersOf<T>::count + 1] = {}; // there are no arrays of length 0
-            detail::read_members(member_table<T>,
-                                 member_entries<T, ReadMember, MemberReader>.entries,
-                                 std::addressof(target), found, value, location, session);
+            source.read_members(target);
         }
     }
 
@@ -458,13 +392,13 @@ private:
 template <class T>
 struct Converter<std::optional<T>, Category::other> {
 
-    static void read(std::optional<T>& target, const Value& value, const Location& location,
-                     Session& session) {
+    template <class Source>
+    static void read(std::optional<T>& target, const Source& source) {
         if constexpr (detail::require_default<T>()) {
-            if (detail::is_nothing(value)) {
+            if (source.read_nothing()) {
                 target.reset();
             } else {
-                Converter<T>::read(target.emplace(), value, location, session);
+                source.read_present(target);
             }
         }
     }
@@ -484,21 +418,19 @@ template <class Container>
 struct SequenceConverter {
     using T = typename Container::value_type;
 
-    static void read(Container& target, const Value& value, const Location& location,
-                     Session& session) {
-        const auto& elements = detail::content_at<Array>(value, location);
+    template <class Source>
+    static void read(Container& target, const Source& source) {
+        auto elements = source.elements();
         if constexpr (detail::require_default<T>()) {
-            target = Container(elements.size(), target.get_allocator());
-            read_elements(target, elements, location, session);
-        }
-    }
-
-    static void read_elements(Container& target, const Array& elements, const Location& location,
-                              Session& session) {
-        std::size_t i = 0;
-        for (T& element : target) {
-            Converter<T>::read(element, elements[i], Location(location, i), session);
-            ++i;
+            if constexpr (Source::known_lengths) {
+                target = Container(elements.size(), target.get_allocator());
+                for (T& element : target) {
+                    elements.take();
+                    elements.read(element);
+                }
+            } else {
+                elements.read_all(target);
+            }
         }
     }
 
@@ -544,12 +476,17 @@ struct Converter<std::list<T, Allocator>, Category::other>
 template <class Allocator>
 struct Converter<std::vector<bool, Allocator>, Category::other> {
 
-    static void read(std::vector<bool, Allocator>& target, const Value& value,
-                     const Location& location, Session&) {
-        const auto& elements = detail::content_at<Array>(value, location);
-        target.assign(elements.size(), false);
-        for (std::size_t i = 0; i < elements.size(); ++i) {
-            target[i] = detail::content_at<bool>(elements[i], Location(location, i));
+    template <class Source>
+    static void read(std::vector<bool, Allocator>& target, const Source& source) {
+        auto elements = source.elements();
+        target.clear();
+        if constexpr (Source::known_lengths) {
+            target.reserve(elements.size());
+        }
+        while (elements.next()) {
+            bool element = false;
+            elements.read(element);
+            target.push_back(element);
         }
     }
 
@@ -566,12 +503,15 @@ struct Converter<std::vector<bool, Allocator>, Category::other> {
 template <class T, std::size_t Length>
 struct Converter<std::array<T, Length>, Category::other> {
 
-    static void read(std::array<T, Length>& target, const Value& value, const Location& location,
-                     Session& session) {
-        const auto& elements = detail::content_at<Array>(value, location);
-        detail::check_length(elements, Length, location);
-        SequenceConverter<std::array<T, Length>>::read_elements(target, elements, location,
-                                                                session);
+    template <class Source>
+    static void read(std::array<T, Length>& target, const Source& source) {
+        auto elements = source.elements(Length);
+        for (std::size_t i = 0; i < Length; ++i) {
+            elements.take();
+            elements.read(target[i], source.template part<std::array<T, Length>>(
+                                         [i](const auto& whole) { return &whole[i]; }));
+        }
+        elements.finish();
     }
 
     template <class Sink>
@@ -594,18 +534,17 @@ template <class T, class Compare, class Allocator>
 struct Converter<std::set<T, Compare, Allocator>, Category::other>
     : SequenceConverter<std::set<T, Compare, Allocator>> {
 
-    static void read(std::set<T, Compare, Allocator>& target, const Value& value,
-                     const Location& location, Session& session) {
-        const auto& elements = detail::content_at<Array>(value, location);
+    template <class Source>
+    static void read(std::set<T, Compare, Allocator>& target, const Source& source) {
+        auto elements = source.elements();
         target.clear();
         if constexpr (detail::require_default<T>()) {
-            for (std::size_t i = 0; i < elements.size(); ++i) {
-                const Location element_location(location, i);
+            for (std::size_t size = 1; elements.next(); ++size) {
                 T element{};
-                Converter<T>::read(element, elements[i], element_location, session);
+                elements.read(element);
                 target.insert(target.end(), std::move(element));
-                if (target.size() != i + 1) {
-                    detail::fail(element_location, "the set has this element already");
+                if (target.size() != size) {
+                    elements.fail("the set has this element already");
                 }
             }
         }
@@ -617,18 +556,18 @@ template <class Map, MapOrder order>
 struct MapConverter {
     using T = typename Map::mapped_type;
 
-    static void read(Map& target, const Value& value, const Location& location, Session& session) {
-        const auto& object = detail::content_at<Object>(value, location);
+    template <class Source>
+    static void read(Map& target, const Source& source) {
+        auto members = source.members();
         target.clear();
         if constexpr (detail::require_default<T>()) {
-            for (const auto& [name, member] : object) {
-                const Location member_location(location, name);
+            while (members.next()) {
                 const std::size_t size = target.size();
-                const auto added = target.try_emplace(target.end(), name);
+                const auto added = target.try_emplace(target.end(), members.name());
                 if (target.size() == size) {
-                    detail::fail(member_location, "the map has this name already");
+                    members.fail("the map has this name already");
                 }
-                Converter<T>::read(added->second, member, member_location, session);
+                members.read(added->second);
             }
         }
     }
@@ -694,11 +633,11 @@ struct Converter<std::unordered_map<std::string, T, Hash, Equal, Allocator>, Cat
 template <class Tuple, class... Types>
 struct TupleConverter {
 
-    static void read(Tuple& target, const Value& value, const Location& location,
-                     Session& session) {
-        const auto& elements = detail::content_at<Array>(value, location);
-        detail::check_length(elements, sizeof...(Types), location);
-        read_elements(target, elements, location, session, std::index_sequence_for<Types...>());
+    template <class Source>
+    static void read(Tuple& target, const Source& source) {
+        auto elements = source.elements(sizeof...(Types));
+        read_elements(target, elements, source, std::index_sequence_for<Types...>());
+        elements.finish();
     }
 
     template <class Sink>
@@ -709,10 +648,13 @@ struct TupleConverter {
     }
 
 private:
-    template <std::size_t... I>
-    static void read_elements(Tuple& target, const Array& elements, const Location& location,
-                              Session& session, std::index_sequence<I...>) {
-        (Converter<Types>::read(std::get<I>(target), elements[I], Location(location, I), session),
+    template <class Elements, class Source, std::size_t... I>
+    static void read_elements(Tuple& target, [[maybe_unused]] Elements& elements,
+                              [[maybe_unused]] const Source& source, std::index_sequence<I...>) {
+        ((elements.take(),
+          elements.read(std::get<I>(target), source.template part<Tuple>([](const auto& whole) {
+              return &std::get<I>(whole);
+          }))),
          ...);
     }
 
@@ -742,6 +684,11 @@ struct Converter<std::pair<First, Second>, Category::other>
 template <class... Types>
 struct Converter<std::tuple<Types...>, Category::other>
     : TupleConverter<std::tuple<Types...>, Types...> {};
+
+template <class T, class Source>
+void read_from(T& target, const Source& source) {
+    Converter<T>::read(target, source);
+}
 
 } // namespace foundation::json::detail
 
