@@ -62,6 +62,40 @@ void fail(const Location& location, const std::string& problem) {
     throw ConversionError(location.pointer(), problem);
 }
 
+namespace {
+
+/// What an error says after its location.
+std::string problem_of(const ConversionError& error) {
+    const std::string what = error.std::runtime_error::what(); // not that of a derived class
+    return what.substr(describe_location(error.pointer()).size());
+}
+
+} // namespace
+
+void fail_current(const Location& location) {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const ConversionError& error) {
+        throw ConversionError(location.pointer() + error.pointer(), problem_of(error));
+    } catch (const std::exception& error) {
+        fail(location, error.what());
+    }
+}
+
+std::string problem_at(const Location& location) {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const ConversionError& error) {
+        return error.pointer() == location.pointer() ? problem_of(error) : error.what();
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+}
+
 void fail_type(const Location& location, const Value& value, Kind wanted) {
     const std::string shown = excerpt(value);
     std::string problem = shown + " is ";

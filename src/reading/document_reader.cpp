@@ -697,6 +697,10 @@ void DocumentReader::read_members(const TextMembers& members, void* object, cons
     }
 }
 
+const ConvertOptions& DocumentReader::options() const noexcept {
+    return static_cast<const DocumentCore&>(*this).options();
+}
+
 Defaults& DocumentReader::defaults() noexcept {
     return core_of(*this).default_objects();
 }

@@ -57,6 +57,7 @@ public:
     void read_object(const TextMembers& members, void* object, const void* base);
 
     Defaults& default_objects() noexcept { return defaults_; }
+    const ReadOptions& options() const noexcept { return options_; }
 
 private:
     static constexpr std::int32_t unknown = -1;

@@ -94,8 +94,9 @@ public:
         const std::string at = pointer(steps_.size());
         detail::fail_enumerator(Location(at), number, names);
     }
-    [[noreturn]] void fail(const char* problem) override {
-        throw ConversionError(pointer(steps_.size()), problem);
+    [[noreturn]] void fail_current() override {
+        const std::string at = pointer(steps_.size());
+        detail::fail_current(Location(at));
     }
 
 private:

@@ -72,7 +72,7 @@ public:
     [[noreturn]] void fail_enumerator(const std::string&, const NameTable&) override {
         throw Unwritable();
     }
-    [[noreturn]] void fail(const char*) override { throw Unwritable(); }
+    [[noreturn]] void fail_current() override { throw Unwritable(); }
 
 private:
     /// An object whose members are written.

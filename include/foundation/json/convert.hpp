@@ -86,10 +86,15 @@ T read_value(const Value& value, const Location& location, const ConvertOptions&
         static_assert(!detail::refuse_type<T>());
     } else {
         if constexpr (detail::require_default<T>()) {
-            T result{};
             Session session{options, {}};
-            Converter<T>::read(result, ValueSource(value, location, session));
-            return result;
+            const ValueSource source(value, location, session);
+            if constexpr (std::is_default_constructible_v<T>) {
+                T result{};
+                Converter<T>::read(result, source);
+                return result;
+            } else {
+                return Converter<T>::make(source);
+            }
         }
     }
 }
@@ -157,7 +162,7 @@ T to(const Value& root, std::string_view pointer, const ConvertOptions& options 
     const Value* const value = detail::find_checked(root, pointer);
     if (value == nullptr) {
         if constexpr (detail::is_optional<T>) {
-            return std::nullopt;
+            return T();
         }
         detail::fail(location, "there is no value");
     }

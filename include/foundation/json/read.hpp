@@ -162,7 +162,7 @@ template <class T>
 }
 
 template <class T>
-T read_text(std::string_view text, const ReadOptions& options, std::string_view file_name) {
+T read_new(std::string_view text, const ReadOptions& options, std::string_view file_name) {
     T result{};
     const bool is_read = detail::read_document(text, options, std::addressof(result), nullptr,
                                                &detail::read_root<T>);
@@ -173,6 +173,15 @@ T read_text(std::string_view text, const ReadOptions& options, std::string_view 
         return result;
     } else {
         return is_read ? std::move(result) : detail::read_by_value<T>(text, options, file_name);
+    }
+}
+
+template <class T>
+T read_text(std::string_view text, const ReadOptions& options, std::string_view file_name) {
+    if constexpr (!std::is_default_constructible_v<T>) {
+        return std::move(*detail::read_text<Made<T>>(text, options, file_name).object);
+    } else {
+        return detail::read_new<T>(text, options, file_name);
     }
 }
 

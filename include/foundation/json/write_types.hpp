@@ -46,14 +46,6 @@ constexpr bool is_written_as_own() {
 template <class T>
 using IfOwn = std::enable_if_t<detail::is_written_as_own<T>()>;
 
-template <class T>
-AnyObject any_object(const T& object) noexcept {
-    return {std::addressof(object), [](TextSink& sink, const void* address) {
-                Converter<T>::write(sink, *static_cast<const T*>(address),
-                                    detail::start_of_new<T>());
-            }};
-}
-
 /// For Writer::value().
 template <class T, class = IfOwn<T>>
 AnyObject object_of(OfOtherType, const T& object) noexcept {

@@ -28,6 +28,7 @@
 #include <tuple>
 #include <type_traits>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -62,18 +63,40 @@ constexpr bool is_multimap<
     std::is_same_v<decltype(std::declval<T&>().insert(std::declval<typename T::value_type>())),
                    typename T::iterator>;
 
-enum class Category { number, enumeration, object, other };
+template <class T>
+inline constexpr bool has_representation = !std::is_base_of_v<NoRepresentation, representation<T>>;
+
+/// Whether T is std::filesystem::path, told by what only a path has.
+template <class T, class = void>
+inline constexpr bool is_path = false;
+template <class T>
+inline constexpr bool
+    is_path<T, std::void_t<typename T::string_type, typename T::value_type, typename T::format,
+                           decltype(std::declval<const T&>().lexically_normal())>> =
+        std::is_same_v<decltype(std::declval<const T&>().lexically_normal()), T>;
+
+enum class Category { number, enumeration, object, represented, path, other };
+
+template <class T>
+constexpr Category category_of_own() {
+    if constexpr (has_representation<T>) {
+        return Category::represented;
+    } else if constexpr (std::is_enum_v<T>) {
+        constexpr bool known = has_enumerators<T>;
+        return known ? Category::enumeration : Category::other;
+    } else {
+        constexpr bool known = has_members<T>;
+        constexpr bool path = is_path<T>;
+        return known ? Category::object : path ? Category::path : Category::other;
+    }
+}
 
 template <class T>
 constexpr Category category_of() {
     if constexpr (!std::is_same_v<T, std::remove_cv_t<T>>) {
         return Category::other;
-    } else if constexpr (std::is_enum_v<T>) {
-        constexpr bool known = has_enumerators<T>;
-        return known ? Category::enumeration : Category::other;
-    } else if constexpr (std::is_class_v<T>) {
-        constexpr bool known = has_members<T>;
-        return known ? Category::object : Category::other;
+    } else if constexpr (std::is_class_v<T> || std::is_enum_v<T>) {
+        return category_of_own<T>();
     } else {
         constexpr bool number =
             std::is_arithmetic_v<T> && !std::is_same_v<T, bool> && !detail::is_character<T>();
@@ -113,13 +136,15 @@ constexpr bool refuse_type() {
     return false;
 }
 
-/// Refuses, at compile time, to make what has no default constructor.
+/// Refuses, at compile time, to make what has neither a default constructor nor a representation.
 template <class T>
 constexpr bool require_default() {
-    static_assert(std::is_default_constructible_v<T>,
+    constexpr bool makeable = std::is_default_constructible_v<T> || has_representation<T>;
+    static_assert(makeable,
                   "to convert a Value to this type, give it a default constructor: an object is "
-                  "made first, and then its members are read");
-    return std::is_default_constructible_v<T>;
+                  "made first, and then its members are read; or specialise "
+                  "foundation::json::representation for it");
+    return makeable;
 }
 
 // ---- Converters ----------------------------------------------------------------------------
@@ -251,12 +276,44 @@ struct Converter<E, Category::enumeration> {
     }
 };
 
+// ---- New objects ---------------------------------------------------------------------------
+
+/// An object of a type that may lack a default constructor: there is none before it is read.
+template <class T>
+struct Made {
+    std::optional<T> object;
+};
+
+template <class T>
+struct Converter<Made<T>, Category::other> {
+    template <class Source>
+    static void read(Made<T>& target, const Source& source) {
+        if constexpr (std::is_default_constructible_v<T>) {
+            detail::read_from(target.object.emplace(), source);
+        } else {
+            target.object.emplace(Converter<T>::make(source));
+        }
+    }
+};
+
+/// A new object, which is read.
+template <class T, class Source>
+T make_from(const Source& source) {
+    Made<T> made;
+    Converter<Made<T>>::read(made, source);
+    return std::move(*made.object);
+}
+
 // ---- Members -------------------------------------------------------------------------------
 
 template <class T>
 inline constexpr bool is_optional = false;
 template <class T>
 inline constexpr bool is_optional<std::optional<T>> = true;
+template <class T>
+inline constexpr bool is_optional<std::unique_ptr<T>> = true;
+template <class T>
+inline constexpr bool is_optional<std::shared_ptr<T>> = true;
 
 template <class T>
 inline constexpr bool is_plain_optional = false;
@@ -264,8 +321,10 @@ template <class T>
 inline constexpr bool
     is_plain_optional<std::optional<T>> = detail::plain_type<T>() != PlainType::none;
 
-template <class T>
-bool is_empty(const std::optional<T>& content) noexcept {
+/// @tparam Optional  a std::optional or a smart pointer
+template <class Optional>
+bool is_empty(const Optional& content) noexcept {
+    using T = std::remove_cv_t<std::remove_reference_t<decltype(*content)>>;
     if constexpr (std::is_same_v<T, Value>) {
         return !content || json::kind_of(*content) == Kind::undefined;
     } else {
@@ -397,8 +456,10 @@ struct Converter<std::optional<T>, Category::other> {
         if constexpr (detail::require_default<T>()) {
             if (source.read_nothing()) {
                 target.reset();
-            } else {
+            } else if constexpr (std::is_default_constructible_v<T>) {
                 source.read_present(target);
+            } else {
+                target.emplace(Converter<T>::make(source));
             }
         }
     }
@@ -422,7 +483,14 @@ struct SequenceConverter {
     static void read(Container& target, const Source& source) {
         auto elements = source.elements();
         if constexpr (detail::require_default<T>()) {
-            if constexpr (Source::known_lengths) {
+            if constexpr (!std::is_default_constructible_v<T>) {
+                target.clear();
+                while (elements.next()) {
+                    Made<T> element;
+                    elements.read(element);
+                    target.push_back(std::move(*element.object));
+                }
+            } else if constexpr (Source::known_lengths) {
                 target = Container(elements.size(), target.get_allocator());
                 for (T& element : target) {
                     elements.take();
@@ -530,26 +598,43 @@ struct Converter<std::array<T, Length>, Category::other> {
     }
 };
 
-template <class T, class Compare, class Allocator>
-struct Converter<std::set<T, Compare, Allocator>, Category::other>
-    : SequenceConverter<std::set<T, Compare, Allocator>> {
+/// A set, or a multiset, which may have an element twice.
+template <class Set, bool may_repeat>
+struct SetConverter : SequenceConverter<Set> {
+    using T = typename Set::value_type;
 
     template <class Source>
-    static void read(std::set<T, Compare, Allocator>& target, const Source& source) {
+    static void read(Set& target, const Source& source) {
         auto elements = source.elements();
         target.clear();
         if constexpr (detail::require_default<T>()) {
             for (std::size_t size = 1; elements.next(); ++size) {
-                T element{};
+                Made<T> element;
                 elements.read(element);
-                target.insert(target.end(), std::move(element));
-                if (target.size() != size) {
+                target.insert(target.end(), std::move(*element.object));
+                if (!may_repeat && target.size() != size) {
                     elements.fail("the set has this element already");
                 }
             }
         }
     }
 };
+
+template <class T, class Compare, class Allocator>
+struct Converter<std::set<T, Compare, Allocator>, Category::other>
+    : SetConverter<std::set<T, Compare, Allocator>, false> {};
+
+template <class T, class Compare, class Allocator>
+struct Converter<std::multiset<T, Compare, Allocator>, Category::other>
+    : SetConverter<std::multiset<T, Compare, Allocator>, true> {};
+
+template <class T, class Hash, class Equal, class Allocator>
+struct Converter<std::unordered_set<T, Hash, Equal, Allocator>, Category::other>
+    : SetConverter<std::unordered_set<T, Hash, Equal, Allocator>, false> {};
+
+template <class T, class Hash, class Equal, class Allocator>
+struct Converter<std::unordered_multiset<T, Hash, Equal, Allocator>, Category::other>
+    : SetConverter<std::unordered_multiset<T, Hash, Equal, Allocator>, true> {};
 
 /// A map by std::string.
 template <class Map, MapOrder order>
@@ -562,12 +647,22 @@ struct MapConverter {
         target.clear();
         if constexpr (detail::require_default<T>()) {
             while (members.next()) {
-                const std::size_t size = target.size();
-                const auto added = target.try_emplace(target.end(), members.name());
-                if (target.size() == size) {
-                    members.fail("the map has this name already");
+                if constexpr (std::is_default_constructible_v<T>) {
+                    const std::size_t size = target.size();
+                    const auto added = target.try_emplace(target.end(), members.name());
+                    if (target.size() == size) {
+                        members.fail("the map has this name already");
+                    }
+                    members.read(added->second);
+                } else {
+                    if (target.find(members.name()) != target.end()) {
+                        members.fail("the map has this name already");
+                    }
+                    const std::string name = members.name();
+                    Made<T> element;
+                    members.read(element);
+                    target.emplace(name, std::move(*element.object));
                 }
-                members.read(added->second);
             }
         }
     }
@@ -690,7 +785,17 @@ void read_from(T& target, const Source& source) {
     Converter<T>::read(target, source);
 }
 
+template <class T>
+AnyObject any_object(const T& object) noexcept {
+    return {std::addressof(object), [](TextSink& sink, const void* address) {
+                Converter<T>::write(sink, *static_cast<const T*>(address),
+                                    detail::start_of_new<T>());
+            }};
+}
+
 } // namespace foundation::json::detail
+
+#include <foundation/json/detail/more_converters.hpp>
 
 #endif
 /// @endcond

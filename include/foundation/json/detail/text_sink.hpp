@@ -185,8 +185,8 @@ public:
     /// Gives up, because of what a number is that no enumerator's name belongs to.
     [[noreturn]] virtual void fail_enumerator(const std::string& number,
                                               const NameTable& names) = 0;
-    /// The same for any other problem; within a catch block, that exception is the reason.
-    [[noreturn]] virtual void fail(const char* problem) = 0;
+    /// The same because of the exception under way.
+    [[noreturn]] virtual void fail_current() = 0;
 
     Defaults& defaults() noexcept { return defaults_; }
 
@@ -310,10 +310,20 @@ struct TextEntries {
 
     template <class Class, class Type>
     constexpr void operator()(const Member<Class, Type>& member) {
+        add<Class, Type>(member.name);
+    }
+
+    template <class Class, class Type, class Check>
+    constexpr void operator()(const CheckedMember<Class, Type, Check>& member) {
+        add<Class, Type>(member.name);
+    }
+
+    template <class Class, class Type>
+    constexpr void add(std::string_view name) {
         TextMemberEntry& entry = entries[used];
         entry.name = TextNames<T>::joined.bytes + names_used;
-        if (detail::is_written_plainly(member.name)) {
-            entry.name_size = static_cast<std::uint32_t>(member.name.size() + 4);
+        if (detail::is_written_plainly(name)) {
+            entry.name_size = static_cast<std::uint32_t>(name.size() + 4);
             names_used += entry.name_size;
         }
         using Plain = std::remove_cv_t<Type>;
@@ -347,6 +357,11 @@ public:
     template <class Class, class Type>
     void operator()(const Member<Class, Type>& member) noexcept {
         *next_++ = std::addressof(object_.*member.pointer);
+    }
+
+    template <class Class, class Type, class Check>
+    void operator()(const CheckedMember<Class, Type, Check>& member) noexcept {
+        *next_++ = std::addressof(object_.*member.checked.pointer);
     }
 
 private:

@@ -95,6 +95,9 @@ public:
     /// @param base  null or, if the object is not new, the one that has what is not read
     void read_members(const TextMembers& members, void* object, const void* base);
 
+    /// What the conversion goes by.
+    const ConvertOptions& options() const noexcept;
+
     /// The default objects of this document's classes.
     Defaults& defaults() noexcept;
 
@@ -155,6 +158,21 @@ template <class T, class Class, class Type>
 struct TextMemberReader {
     static void read(DocumentReader& reader, void* object, const void* base, const void* pointer);
     static constexpr ReadTextMember entry = &read;
+
+    /// The same with a check.
+    template <class Check>
+    struct Checked {
+        static void read(DocumentReader& reader, void* object, const void* base,
+                         const void* pointer) {
+            TextMemberReader::read(reader, object, base, pointer);
+            const auto& checked = *static_cast<const CheckedPointer<Class, Type, Check>*>(pointer);
+            const T& checked_object = *static_cast<const T*>(object);
+            if (!detail::sentence_of(checked.check, checked_object.*checked.pointer).empty()) {
+                DocumentReader::give_up();
+            }
+        }
+        static constexpr ReadTextMember entry = &read;
+    };
 };
 
 template <class T, class Class, class Type>
@@ -286,6 +304,7 @@ public:
         }
     }
 
+    const ConvertOptions& options() const noexcept { return reader_.options(); }
     DocumentReader& reader() const noexcept { return reader_; }
     const void* base() const noexcept { return base_; }
 

@@ -61,6 +61,8 @@ public:
 
     void put_null() { target_ = Value(Null()); }
     void put_string(const std::string& text) { target_ = Value(text); }
+    void put_string(std::string_view text) { target_ = Value(std::string(text)); }
+    void put_string(const char* text) { target_ = Value(text); }
     void put_value(const Value& value) { target_ = value; }
     void put_array(const Array& elements) { target_ = Value(elements); }
     void put_object(const Object& members) { target_ = Value(members); }
@@ -112,6 +114,8 @@ public:
     [[noreturn]] void fail_enumerator(const std::string& number, const NameTable& names) {
         detail::fail_enumerator(location_, number, names);
     }
+
+    [[noreturn]] void fail_current() { detail::fail_current(location_); }
 
 private:
     Value& target_;

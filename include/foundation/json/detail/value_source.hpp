@@ -6,12 +6,14 @@
 #define FOUNDATION_JSON_DETAIL_VALUE_SOURCE_HPP
 
 #include <foundation/json/content.hpp>
+#include <foundation/json/detail/checks.hpp>
 #include <foundation/json/detail/location.hpp>
 #include <foundation/json/detail/member_arrays.hpp>
 #include <foundation/json/export.hpp>
 #include <foundation/json/members.hpp>
 
 #include <cstddef>
+#include <exception>
 #include <memory>
 #include <string>
 #include <type_traits>
@@ -242,6 +244,17 @@ inline ValueMembers ValueSource::members() const {
     return ValueMembers(*this);
 }
 
+/// What the check of a member says of what has been read into it.
+template <class T, class Class, class Type, class Check>
+std::string sentence_of_member(const void* object, const void* pointer, const Location& location) {
+    const auto& checked = *static_cast<const CheckedPointer<Class, Type, Check>*>(pointer);
+    try {
+        return detail::sentence_of(checked.check, static_cast<const T*>(object)->*checked.pointer);
+    } catch (const std::exception&) {
+        detail::fail_current(location);
+    }
+}
+
 /// Reads the members that T has of type Type, declared in Class.
 template <class T, class Class, class Type>
 struct ValueMemberReader {
@@ -254,6 +267,22 @@ struct ValueMemberReader {
     }
 
     static constexpr ReadMember entry = &read;
+
+    /// The same with a check.
+    template <class Check>
+    struct Checked {
+        static void read(void* object, const void* pointer, const Value& value,
+                         const Location& location, Session& session) {
+            ValueMemberReader::read(object, pointer, value, location, session);
+            const std::string sentence =
+                detail::sentence_of_member<T, Class, Type, Check>(object, pointer, location);
+            if (!sentence.empty()) {
+                detail::fail(location, sentence);
+            }
+        }
+
+        static constexpr ReadMember entry = &read;
+    };
 };
 
 template <class T>
