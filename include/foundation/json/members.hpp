@@ -80,6 +80,13 @@ struct InRange {
     High high;
 };
 
+/// What tagged() returns.
+template <std::size_t Count>
+struct Tagged {
+    std::string_view member;
+    std::string_view names[Count];
+};
+
 /// A part of a table; the number makes it a base class of its own.
 template <std::size_t Number, class Part>
 struct NumberedPart {
@@ -162,6 +169,30 @@ inline constexpr auto enumerators = detail::NoTable{};
 /// needed, its function can be left out. A representation comes before a table.
 template <class T>
 struct representation : detail::NoRepresentation {};
+
+/// How the alternatives of a std::variant are told apart, specialised as what tagged() returns.
+/// Without that, the first alternative is read that accepts what is there.
+template <class Variant>
+inline constexpr auto alternatives = detail::NoTable{};
+
+/// Alternatives that are objects, of which a member says which one it is.
+///
+///     using Shape = std::variant<Circle, Square>; // {"type":"circle","radius":2} is a Circle
+///
+///     template <>
+///     inline constexpr auto foundation::json::alternatives<Shape> =
+///         tagged("type", {"circle", "square"});
+///
+/// @param member  the name of that member, which is none of the alternatives' own
+/// @param names   what it holds, for each alternative in their order; different from each other
+template <std::size_t Count>
+constexpr auto tagged(std::string_view member, const char* const (&names)[Count]) {
+    detail::Tagged<Count> result{member, {}};
+    for (std::size_t i = 0; i < Count; ++i) {
+        result.names[i] = names[i];
+    }
+    return result;
+}
 
 /// A required member; if it is missing or Undefined, to() throws.
 /// @param name     in JSON; must outlive the table

@@ -7,6 +7,7 @@
 #define FOUNDATION_JSON_DETAIL_MORE_CONVERTERS_HPP
 
 #include <foundation/json/detail/converters.hpp>
+#include <foundation/json/detail/quoted.hpp>
 
 #include <exception>
 #include <map>
@@ -171,9 +172,36 @@ struct Converter<std::shared_ptr<T>, Category::other> : PointerConverter<std::sh
 
 // ---- Variants ------------------------------------------------------------------------------
 
+template <class Variant>
+inline constexpr bool is_tagged =
+    !std::is_same_v<std::remove_cv_t<decltype(alternatives<Variant>)>, NoTable>;
+
+/// What does not depend on how alternatives are told apart.
+template <class... Types>
+struct VariantWriter {
+    using Variant = std::variant<Types...>;
+
+    template <class Sink>
+    static void write_alternative(Sink& sink, const Variant& content) {
+        if (content.valueless_by_exception()) {
+            try {
+                throw std::bad_variant_access();
+            } catch (const std::exception&) {
+                sink.fail_current();
+            }
+        }
+        std::visit(
+            [&sink](const auto& alternative) {
+                using T = std::decay_t<decltype(alternative)>;
+                Converter<T>::template write<Sink>(sink, alternative, detail::start_of_new<T>());
+            },
+            content);
+    }
+};
+
 /// The first alternative that accepts what is there.
 template <class... Types>
-struct Converter<std::variant<Types...>, Category::other> {
+struct FirstAlternative : VariantWriter<Types...> {
     using Variant = std::variant<Types...>;
 
     template <class Source>
@@ -188,28 +216,10 @@ struct Converter<std::variant<Types...>, Category::other> {
 
     template <class Sink>
     static void write(Sink& sink, const Variant& content, const Start&) {
-        if (content.valueless_by_exception()) {
-            write_nothing(sink);
-            return;
-        }
-        std::visit(
-            [&sink](const auto& alternative) {
-                using T = std::decay_t<decltype(alternative)>;
-                Converter<T>::template write<Sink>(sink, alternative, detail::start_of_new<T>());
-            },
-            content);
+        FirstAlternative::write_alternative(sink, content);
     }
 
 private:
-    template <class Sink>
-    static void write_nothing(Sink& sink) {
-        try {
-            throw std::bad_variant_access();
-        } catch (const std::exception&) {
-            sink.fail_current();
-        }
-    }
-
     template <std::size_t... I>
     static bool read_any(Variant& target, const ValueSource& source, std::string& problems,
                          std::index_sequence<I...>) {
@@ -230,6 +240,82 @@ private:
         return false;
     }
 };
+
+/// The names of the alternatives, as a table of names needs them.
+template <class Variant>
+struct AlternativesOf {
+    static constexpr std::size_t count = std::variant_size_v<Variant>;
+    static constexpr const std::string_view* names = alternatives<Variant>.names;
+    static constexpr NameTable table{names, sorted<AlternativesOf>, count};
+};
+
+/// The alternative that a member names.
+template <class... Types>
+struct TaggedAlternative : VariantWriter<Types...> {
+    using Variant = std::variant<Types...>;
+
+    template <class Source>
+    static void read(Variant& target, const Source& source) {
+        detail::use_value(source, [&target](const ValueSource& value) {
+            const std::string tag(alternatives<Variant>.member);
+            const auto& object = detail::content_at<Object>(value.value(), value.location());
+            const auto found = object.find(tag);
+            if (found == object.end() || json::kind_of(found->second) == Kind::undefined) {
+                detail::fail(value.location(),
+                             "the required member " + detail::quoted(tag) + " is missing");
+            }
+            const std::size_t number = detail::find_enumerator(
+                AlternativesOf<Variant>::table, found->second, Location(value.location(), tag));
+            Object rest(object); // without the tag, which would be unknown
+            rest.erase(tag);
+            const Value value_of_rest(rest);
+            const ValueSource source_of_rest(value_of_rest, value.location(), value.session());
+            read_number(target, source_of_rest, number, std::index_sequence_for<Types...>());
+        });
+    }
+
+    template <class Sink>
+    static void write(Sink& sink, const Variant& content, const Start&) {
+        Value value;
+        try {
+            const Location root{std::string_view()};
+            Defaults defaults;
+            ValueSink inner(value, root, defaults);
+            TaggedAlternative::write_alternative(inner, content);
+            json::get<Object>(value)[std::string(alternatives<Variant>.member)] =
+                Value(std::string(alternatives<Variant>.names[content.index()]));
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception&) {
+            sink.fail_current();
+        }
+        sink.put_value(value);
+    }
+
+private:
+    template <std::size_t... I>
+    static void read_number(Variant& target, const ValueSource& source, std::size_t number,
+                            std::index_sequence<I...>) {
+        (read_if<I, Types>(target, source, number), ...);
+    }
+
+    template <std::size_t I, class T>
+    static void read_if(Variant& target, const ValueSource& source, std::size_t number) {
+        static_assert(std::is_class_v<T>,
+                      "an alternative with a tag has to be an object in JSON: a "
+                      "class with a table of members");
+        if constexpr (detail::require_default<T>()) {
+            if (number == I) {
+                target.template emplace<I>(detail::make_from<T>(source));
+            }
+        }
+    }
+};
+
+template <class... Types>
+struct Converter<std::variant<Types...>, Category::other>
+    : std::conditional_t<is_tagged<std::variant<Types...>>, TaggedAlternative<Types...>,
+                         FirstAlternative<Types...>> {};
 
 template <>
 struct Converter<std::monostate, Category::other> {
