@@ -122,6 +122,10 @@ constexpr bool all_of(std::initializer_list<bool> conditions) {
     return result;
 }
 
+template <class... Members>
+inline constexpr bool is_table<std::tuple<Members...>> = detail::all_of({true,
+                                                                         is_member<Members>...});
+
 } // namespace detail
 /// @endcond
 

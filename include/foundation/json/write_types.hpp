@@ -58,7 +58,7 @@ AnyObject object_of(OfOtherType, const T& object) noexcept {
 /// @name Objects of your own types
 /// What is wrong is told by the same exceptions, with the same messages, as by from() and write():
 /// the object is looked through again to find out where it is.
-/// @throws ConversionError  an enumerator has no name
+/// @throws ConversionError  what from() throws
 /// @throws WriteError       the options do not allow something in the object
 /// @throws std::bad_alloc   memory runs out
 /// @complexity linear in the size of the object; sorting besides, in a std::unordered_map and with

@@ -109,8 +109,7 @@ template <class T>
 constexpr bool refuse_type() {
     constexpr bool is_const = std::is_const_v<T> || std::is_volatile_v<T>;
     constexpr bool refers = std::is_pointer_v<T> || std::is_reference_v<T> || std::is_array_v<T> ||
-                            (!is_const && is_dereferenceable<T>) ||
-                            std::is_same_v<std::remove_cv_t<T>, std::string_view>;
+                            (!is_const && is_dereferenceable<T>);
     static_assert(!refers, "a pointer, reference, view or C array cannot be converted: use "
                            "std::string for a text, std::vector or std::array for elements, "
                            "std::optional for what may be missing");
@@ -121,9 +120,10 @@ constexpr bool refuse_type() {
     static_assert(is_const || !std::is_enum_v<T>,
                   "to convert this enumeration, specialise foundation::json::enumerators for it: "
                   "table<E>({{enumerator, name}, ...})");
-    static_assert(is_const || !is_multimap<T>,
-                  "a multimap cannot be converted, since an object has each name once: use a "
-                  "std::map of std::vector");
+    static_assert(
+        is_const || !is_multimap<T>,
+        "a multimap cannot be converted unless its keys are std::string, since they become "
+        "names of members");
     static_assert(is_const || !is_map<T> || is_multimap<T> || is_map_by_string<T>,
                   "a map cannot be converted unless its keys are std::string, since they become "
                   "names of members");

@@ -241,13 +241,40 @@ private:
     }
 };
 
+template <class Table>
+inline constexpr std::size_t tagged_count = 0;
+template <std::size_t Count>
+inline constexpr std::size_t tagged_count<Tagged<Count>> = Count;
+
 /// The names of the alternatives, as a table of names needs them.
 template <class Variant>
 struct AlternativesOf {
     static constexpr std::size_t count = std::variant_size_v<Variant>;
     static constexpr const std::string_view* names = alternatives<Variant>.names;
-    static constexpr NameTable table{names, sorted<AlternativesOf>, count};
 };
+
+template <class Variant>
+inline constexpr NameTable alternative_table{AlternativesOf<Variant>::names,
+                                             sorted<AlternativesOf<Variant>>,
+                                             AlternativesOf<Variant>::count};
+
+/// Refuses, at compile time, alternatives with a mistake in them.
+template <class Variant>
+constexpr bool require_alternatives() {
+    constexpr bool named = tagged_count<std::remove_cv_t<decltype(alternatives<Variant>)>> ==
+                           std::variant_size_v<Variant>;
+    static_assert(named,
+                  "foundation::json::alternatives has to be tagged(member, {name, ...}), with "
+                  "a name for each alternative of the variant");
+    if constexpr (named) {
+        constexpr bool differ =
+            detail::find_repeated<AlternativesOf<Variant>>() == std::variant_size_v<Variant>;
+        static_assert(differ, "foundation::json::alternatives names two alternatives the same");
+        return differ;
+    } else {
+        return false;
+    }
+}
 
 /// The alternative that a member names.
 template <class... Types>
@@ -256,43 +283,50 @@ struct TaggedAlternative : VariantWriter<Types...> {
 
     template <class Source>
     static void read(Variant& target, const Source& source) {
-        detail::use_value(source, [&target](const ValueSource& value) {
-            const std::string tag(alternatives<Variant>.member);
-            const auto& object = detail::content_at<Object>(value.value(), value.location());
-            const auto found = object.find(tag);
-            if (found == object.end() || json::kind_of(found->second) == Kind::undefined) {
-                detail::fail(value.location(),
-                             "the required member " + detail::quoted(tag) + " is missing");
-            }
-            const std::size_t number = detail::find_enumerator(
-                AlternativesOf<Variant>::table, found->second, Location(value.location(), tag));
-            Object rest(object); // without the tag, which would be unknown
-            rest.erase(tag);
-            const Value value_of_rest(rest);
-            const ValueSource source_of_rest(value_of_rest, value.location(), value.session());
-            read_number(target, source_of_rest, number, std::index_sequence_for<Types...>());
-        });
+        if constexpr (detail::require_alternatives<Variant>()) {
+            detail::use_value(source,
+                              [&target](const ValueSource& value) { read_tagged(target, value); });
+        }
     }
 
     template <class Sink>
     static void write(Sink& sink, const Variant& content, const Start&) {
-        Value value;
-        try {
-            const Location root{std::string_view()};
-            Defaults defaults;
-            ValueSink inner(value, root, defaults);
-            TaggedAlternative::write_alternative(inner, content);
-            json::get<Object>(value)[std::string(alternatives<Variant>.member)] =
-                Value(std::string(alternatives<Variant>.names[content.index()]));
-        } catch (const std::bad_alloc&) {
-            throw;
-        } catch (const std::exception&) {
-            sink.fail_current();
+        if constexpr (detail::require_alternatives<Variant>()) {
+            Value value;
+            try {
+                const Location root{std::string_view()};
+                Defaults defaults;
+                ValueSink inner(value, root, defaults);
+                TaggedAlternative::write_alternative(inner, content);
+                json::get<Object>(value)[std::string(alternatives<Variant>.member)] =
+                    Value(std::string(AlternativesOf<Variant>::names[content.index()]));
+            } catch (const std::bad_alloc&) {
+                throw;
+            } catch (const std::exception&) {
+                sink.fail_current();
+            }
+            sink.put_value(value);
         }
-        sink.put_value(value);
     }
 
 private:
+    static void read_tagged(Variant& target, const ValueSource& value) {
+        const std::string tag(alternatives<Variant>.member);
+        const auto& object = detail::content_at<Object>(value.value(), value.location());
+        const auto found = object.find(tag);
+        if (found == object.end() || json::kind_of(found->second) == Kind::undefined) {
+            detail::fail(value.location(),
+                         "the required member " + detail::quoted(tag) + " is missing");
+        }
+        const std::size_t number = detail::find_enumerator(
+            alternative_table<Variant>, found->second, Location(value.location(), tag));
+        Object rest(object); // without the tag, which would be unknown
+        rest.erase(tag);
+        const Value value_of_rest(rest);
+        const ValueSource source_of_rest(value_of_rest, value.location(), value.session());
+        read_number(target, source_of_rest, number, std::index_sequence_for<Types...>());
+    }
+
     template <std::size_t... I>
     static void read_number(Variant& target, const ValueSource& source, std::size_t number,
                             std::index_sequence<I...>) {
