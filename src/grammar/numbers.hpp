@@ -210,7 +210,7 @@ template <int Times>
 /// too large.
 /// @return null for any other number
 [[gnu::always_inline]] inline const char* skip_usual_number(const char* from) noexcept {
-    const char* at = skip_digits<2>(from);
+    const char* at = skip_digits<3>(from);
     if (at == from || (*from == '0' && at - from > 1)) {
         return nullptr;
     }

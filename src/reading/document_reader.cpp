@@ -4,6 +4,7 @@
 #include "reading/bit_stack.hpp"
 #include "reading/value_reader.hpp"
 #include "text/byte_block.hpp"
+#include "text/utf8_validation.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -119,7 +120,7 @@ void DocumentReader::give_up() {
         if (*at == ' ' && is_token(at[1])) {
             return at + 1;
         }
-        const std::size_t expected = indentation_[depth_ % sizeof indentation_];
+        const std::size_t expected = indentation_[depth_ % depths];
         const auto other = Block(at).differing(Block(indentation.bytes));
         if (!other.empty()) {
             if (other.first() == expected && is_token(at[expected])) {
@@ -139,7 +140,7 @@ void DocumentReader::give_up() {
 [[gnu::noinline]] const char* DocumentCore::skip_other_space(const char* at) {
     const char* const end = cursor_.skip_space(at);
     if (static_cast<std::size_t>(end - at) < Indentation::longest) {
-        indentation_[depth_ % sizeof indentation_] = static_cast<unsigned char>(end - at);
+        indentation_[depth_ % depths] = static_cast<unsigned char>(end - at);
     }
     return end;
 }
@@ -173,6 +174,16 @@ void DocumentCore::begin(const char* at) {
         return false;
     }
     return true;
+}
+
+inline std::size_t DocumentCore::begin_elements() {
+    const std::size_t expected = lengths_[depth_ % depths];
+    return begin_container('[', ']') ? std::max(expected, std::size_t{1}) : 0;
+}
+
+inline void DocumentCore::expect_length(std::size_t length) noexcept {
+    constexpr std::size_t most = 64;
+    lengths_[depth_ % depths] = static_cast<unsigned char>(std::min(length, most));
 }
 
 /// Goes on behind an element or member.
@@ -212,22 +223,55 @@ void DocumentCore::begin(const char* at) {
 
 // ---- Scalars ---------------------------------------------------------------------------------
 
+/// @param at  at the opening quote
+[[gnu::always_inline]] inline StringToken DocumentCore::string(const char* at) {
+    if (likely(is_fast(at))) {
+        const auto found = Block(at + 1).special_in_string();
+        if (likely(!found.empty() && at[1 + found.first()] == '"')) {
+            return {at + 1, at + 1 + found.first()};
+        }
+    }
+    return long_string(at);
+}
+
+/// The same for a string that may be long: finds its end first, and then checks its bytes.
+[[gnu::noinline]] StringToken DocumentCore::long_string(const char* at) {
+    StringToken token{at + 1, at + 1};
+    bool is_ascii = true;
+    for (const char*& end = token.end; is_fast(end);) {
+        const Block block(end);
+        is_ascii = is_ascii && block.is_ascii(); // also of what is behind the string
+        const auto found = block.special_in_utf8();
+        if (found.empty()) {
+            end += Block::size;
+            continue;
+        }
+        end += found.first();
+        if (*end == '"') {
+            if (!is_ascii && !is_utf8(token.text, end)) {
+                give_up();
+            }
+            return token;
+        }
+        token.escaped = true;
+        if (*end != '\\' || scan_escape(end, cursor_.end()) != StringError::none) {
+            give_up();
+        }
+    }
+    return cursor_.string(at);
+}
+
 [[gnu::always_inline]] inline void DocumentCore::read_string(std::string& target) {
     const char* const at = at_;
     if (!is_at(at, '"')) {
         give_up();
     }
-    if (likely(is_fast(at))) {
-        const auto found = Block(at + 1).special_in_string();
-        if (likely(!found.empty() && at[1 + found.first()] == '"')) {
-            const std::size_t size = found.first();
-            target.assign(at + 1, size);
-            at_ = at + size + 2;
-            return;
-        }
+    const StringToken token = string(at);
+    if (likely(!token.escaped)) {
+        target.assign(token.text, token.size());
+    } else {
+        decode(token, target);
     }
-    const StringToken token = cursor_.string(at);
-    decode(token, target);
     at_ = token.end + 1;
 }
 
@@ -502,11 +546,14 @@ inline void DocumentCore::read_object(const TextMembers& members, void* object, 
 // ---- Maps ------------------------------------------------------------------------------------
 
 const char* DocumentCore::read_map_name(const char* at, std::string& name) {
-    const auto no_opening = [] { return Opening(); };
-    const StringToken token = cursor_.name(at, no_opening, false);
+    if (!is_at(at, '"')) {
+        give_up();
+    }
+    const StringToken token = string(at);
     decode(token, name);
     const char* const end = token.end + 1;
-    at = is_at(end, ':') ? end + 1 : cursor_.colon(cursor_.skip_space(end), no_opening);
+    at = is_at(end, ':') ? end + 1
+                         : cursor_.colon(cursor_.skip_space(end), [] { return Opening(); });
     return skip_space_before_value(at);
 }
 
@@ -533,7 +580,7 @@ inline bool DocumentCore::next_name(std::string& name) {
 [[gnu::always_inline]] inline const char* DocumentCore::skip_scalar(const char* at) {
     switch (byte_at(at)) {
     case '"':
-        return cursor_.string(at).end + 1;
+        return string(at).end + 1;
     case 'n':
         return cursor_.word(at, "null");
     case 't':
@@ -554,10 +601,12 @@ inline bool DocumentCore::next_name(std::string& name) {
 }
 
 [[gnu::always_inline]] inline const char* DocumentCore::skip_name(const char* at) {
-    const auto no_opening = [] { return Opening(); };
-    const StringToken token = cursor_.name(at, no_opening, false);
-    const char* const end = token.end + 1;
-    at = is_at(end, ':') ? end + 1 : cursor_.colon(cursor_.skip_space(end), no_opening);
+    if (!is_at(at, '"')) {
+        give_up();
+    }
+    const char* const end = string(at).end + 1;
+    at = is_at(end, ':') ? end + 1
+                         : cursor_.colon(cursor_.skip_space(end), [] { return Opening(); });
     return skip_space_before_value(at);
 }
 
@@ -638,8 +687,12 @@ bool DocumentReader::read_null() {
     return core_of(*this).read_null_word();
 }
 
-bool DocumentReader::begin_array() {
+std::size_t DocumentReader::begin_array() {
     return core_of(*this).begin_elements();
+}
+
+void DocumentReader::expect_length(std::size_t length) noexcept {
+    core_of(*this).expect_length(length);
 }
 
 bool DocumentReader::next_element() {
@@ -662,7 +715,11 @@ void read_elements_of(DocumentCore& core, std::vector<T>& target, const Read& re
         collected[count] = read_one();
         ++count;
     } while (core.next_item(']'));
-    target.insert(target.end(), collected, collected + count);
+    if (target.empty()) {
+        target.assign(collected, collected + count);
+    } else {
+        target.insert(target.end(), collected, collected + count);
+    }
 }
 
 } // namespace

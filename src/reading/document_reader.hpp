@@ -48,7 +48,8 @@ public:
     std::size_t read_name_of(const NameTable& names);
     bool read_null_word();
 
-    bool begin_elements() { return begin_container('[', ']'); }
+    std::size_t begin_elements();
+    void expect_length(std::size_t length) noexcept;
     bool next_item(char close);
     bool begin_names(std::string& name);
     bool next_name(std::string& name);
@@ -108,6 +109,9 @@ private:
     Shape* find_shape(const TextMembers& members) const noexcept;
     const char* read_map_name(const char* at, std::string& name);
 
+    StringToken string(const char* at);
+    StringToken long_string(const char* at);
+
     const char* skip_value(const char* at);
     const char* skip_scalar(const char* at);
     const char* skip_name(const char* at);
@@ -117,7 +121,10 @@ private:
     std::size_t depth_ = 0;
     const ReadOptions& options_;
     Cursor<WholeText> cursor_;
-    unsigned char indentation_[64] = {}; ///< whitespace expected at each depth, in bytes
+    static constexpr std::size_t depths = 64;
+
+    unsigned char indentation_[depths] = {}; ///< whitespace expected at each depth, in bytes
+    unsigned char lengths_[depths] = {};     ///< of arrays expected at each depth
     std::vector<std::unique_ptr<Shape>> shapes_;
     Defaults defaults_;
 };

@@ -89,6 +89,15 @@ public:
         return {special(first_), special(second_)};
     }
 
+    /// The same without those beyond ASCII.
+    Mask special_in_utf8() const noexcept {
+        return {special(first_) & ~first_, special(second_) & ~second_};
+    }
+
+    bool is_ascii() const noexcept {
+        return ((first_ | second_) & tops) == 0;
+    }
+
     /// Quotes, slashes, commas and brackets.
     Mask structural() const noexcept {
         return {structural(first_), structural(second_)};
@@ -172,6 +181,13 @@ public:
         return Mask(either(low, either(equal('"'), equal('\\'))));
     }
 
+    Mask special_in_utf8() const noexcept {
+        const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(bytes_, _mm_set1_epi8(0x1F)), bytes_);
+        return Mask(either(low, either(equal('"'), equal('\\'))));
+    }
+
+    bool is_ascii() const noexcept { return _mm_movemask_epi8(bytes_) == 0; }
+
     Mask structural() const noexcept {
         const __m128i lower = either(bytes_, _mm_set1_epi8(0x20)); // [ and ] become { and }
         const __m128i brackets = either(_mm_cmpeq_epi8(lower, _mm_set1_epi8('{')),
@@ -227,6 +243,13 @@ public:
         const uint8x16_t low = vcltq_s8(vreinterpretq_s8_u8(bytes_), vdupq_n_s8(' '));
         return Mask(vorrq_u8(low, vorrq_u8(equal('"'), equal('\\'))));
     }
+
+    Mask special_in_utf8() const noexcept {
+        const uint8x16_t low = vcltq_u8(bytes_, vdupq_n_u8(' '));
+        return Mask(vorrq_u8(low, vorrq_u8(equal('"'), equal('\\'))));
+    }
+
+    bool is_ascii() const noexcept { return vmaxvq_u8(bytes_) < 0x80; }
 
     Mask structural() const noexcept {
         const uint8x16_t lower = vorrq_u8(bytes_, vdupq_n_u8(0x20)); // [ and ] become { and }

@@ -77,8 +77,11 @@ public:
     /// @return whether null was there and has been read
     [[nodiscard]] bool read_null();
 
-    /// Goes to the first element. @return false if the array has none, and has been read
-    [[nodiscard]] bool begin_array();
+    /// Goes to the first element. @return how many elements are expected, as an estimate of at most
+    ///         64 from arrays before; 0 if the array has none, and has been read
+    [[nodiscard]] std::size_t begin_array();
+    /// @param length  of an array that has been read, if it is not as expected
+    void expect_length(std::size_t length) noexcept;
     /// Goes to the next element. @return false if the array has ended
     [[nodiscard]] bool next_element();
 
@@ -305,11 +308,17 @@ private:
     const void* base_;
 };
 
+template <class Container, class = void>
+inline constexpr bool has_capacity = false;
+template <class Container>
+inline constexpr bool
+    has_capacity<Container, std::void_t<decltype(std::declval<Container&>().reserve(0))>> = true;
+
 /// The elements of an array.
 class TextElements {
 public:
     explicit TextElements(const TextSource& source)
-        : source_(source), more_(source.reader().begin_array()) {}
+        : source_(source), expected_(source.reader().begin_array()), more_(expected_ != 0) {}
 
     bool next() {
         if (!begun_) {
@@ -361,8 +370,10 @@ public:
                 }
             }
             target.clear();
-            for (bool more = more_; more; more = source_.reader().next_element()) {
-                read(target.emplace_back());
+            if constexpr (has_capacity<Container>) {
+                read_exactly(target);
+            } else {
+                read_more(target, more_);
             }
         }
     }
@@ -379,12 +390,34 @@ private:
             more = source_.reader().next_element();
         }
         target.erase(element, target.end());
+        read_more(target, more);
+    }
+
+    template <class Container>
+    void read_more(Container& target, bool more) const {
         for (; more; more = source_.reader().next_element()) {
             read(target.emplace_back());
         }
     }
 
+    /// With room for as many elements as arrays before had.
+    template <class Container>
+    void read_exactly(Container& target) const {
+        const bool reserves = expected_ > target.capacity();
+        if (reserves) {
+            target.reserve(expected_);
+        }
+        read_more(target, more_);
+        if (target.size() != expected_) {
+            source_.reader().expect_length(target.size());
+            if (reserves && target.size() < expected_) {
+                target.shrink_to_fit();
+            }
+        }
+    }
+
     const TextSource& source_;
+    std::size_t expected_;
     bool more_;
     bool begun_ = false;
 };
