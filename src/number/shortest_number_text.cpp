@@ -47,7 +47,8 @@ char* write_exponent(char* out, int exponent) noexcept {
         return out + digits.count() + 1;
     }
     if (before_point <= 0 && before_point > -6) {
-        std::memcpy(out, "0.000000", 8);
+        constexpr char begin[8] = {'0', '.', '0', '0', '0', '0', '0', '0'};
+        std::memcpy(out, begin, sizeof begin);
         out += 2 - before_point;
         out[0] = digits.first();
         digits.store_behind_first(out + 1);

@@ -66,6 +66,18 @@ constexpr std::size_t ellipsis_width = 3;
 constexpr std::size_t most_before = 40;
 constexpr std::size_t most_after = 39;
 
+// How many bytes of a line are looked at on either side, however long it is that another parser
+// quotes.
+constexpr std::size_t most_bytes = 1000;
+
+/// The end of a text that is too long; a text from here on has whole characters.
+std::string_view end_of(std::string_view text) noexcept {
+    text.remove_prefix(text.size() - most_bytes);
+    const auto first = std::find_if_not(text.begin(), text.end(), detail::is_continuation);
+    text.remove_prefix(static_cast<std::size_t>(first - text.begin()));
+    return text;
+}
+
 struct Part {
     std::string text;
     std::size_t width;
@@ -80,7 +92,8 @@ std::size_t width_of(const std::vector<Shown>& text) noexcept {
 /// What is shown before the place.
 /// @param cut  whether the line begins before the text
 Part part_before(std::string_view text, bool cut) {
-    const std::vector<Shown> all = characters(text);
+    cut = cut || text.size() > most_bytes;
+    const std::vector<Shown> all = characters(text.size() > most_bytes ? end_of(text) : text);
     Part part{{}, width_of(all)};
     auto first = all.begin();
     if (cut || part.width > most_before) {
@@ -102,7 +115,8 @@ Part part_before(std::string_view text, bool cut) {
 /// What is shown from the place on.
 /// @param cut  whether the line goes on behind the text
 std::string part_after(std::string_view text, bool cut) {
-    const std::vector<Shown> all = characters(text);
+    cut = cut || text.size() > most_bytes;
+    const std::vector<Shown> all = characters(text.substr(0, most_bytes));
     const bool whole = !cut && width_of(all) <= most_after;
     const std::size_t most = whole ? most_after : most_after - ellipsis_width;
     std::string result;

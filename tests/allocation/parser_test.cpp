@@ -317,6 +317,17 @@ TEST(PeakMemory, OfTextsThatAreRefusedIsLittleMoreThanWhatWasRead) {
     }
 }
 
+TEST(PeakMemory, OfADescriptionIsLittleMoreThanTheQuotedLine) {
+    const std::string line(3000000, 'x');
+    const ParserException error("no digit", MISSING_ARRAY_CLOSE, 2000000, 1, 2000001, 2000000,
+                                line);
+    std::string description;
+    const std::size_t peak = peak_bytes_of([&] { description = describe(error); });
+    EXPECT_EQ(description, "1:2000001: no digit\n..." + std::string(37, 'x') +
+                               std::string(36, 'x') + "...\n" + std::string(40, ' ') + "^\n");
+    EXPECT_LE(peak, line.size() + 300000);
+}
+
 TEST(PeakMemory, OfParsingAStreamIncludesTheText) {
     const std::string text = long_array("[1,2]", 60000);
     const std::size_t before = live_bytes();

@@ -116,6 +116,17 @@ TEST(Describe, LeavesNoMarkBehindAnEllipsis) {
               "1:100: what\n...b\n   ^\n");
 }
 
+// Marks take no columns, but not any number of them is looked at.
+TEST(Describe, LooksAtAThousandBytesBeforeTheError) {
+    const std::string marks = repeat("\xCC\x81", 499);
+    EXPECT_EQ(
+        describe(ParserException("what", EMPTY_INPUT, 1000, 1, 502, 1000, "ef" + marks + "x")),
+        "1:502: what\nef" + marks + "x\n  ^\n");
+    EXPECT_TRUE(
+        describe(ParserException("what", EMPTY_INPUT, 1001, 1, 503, 1001, "eff" + marks + "x")) ==
+        "1:503: what\n...ff" + marks + "x\n     ^\n");
+}
+
 TEST(Describe, CutsLongLinesAroundThePlace) {
     const std::string ones = repeat("1,", 100);
     EXPECT_EQ(description("[" + ones + "x," + ones + "1]"),
