@@ -2,19 +2,11 @@
 /// Objects of your own types straight from JSON text, without a Value between. Part of the library
 /// foundation::json_parser.
 ///
-///     struct Server {
-///         std::string host;
-///         int port = 8080;
-///     };
+///     const auto server = read<Server>(R"({"host": "a.example"})");
+///     const auto servers = read_file<std::vector<Server>>("servers.json");
 ///
-///     template <>
-///     inline constexpr auto foundation::json::members<Server> =
-///         table(required("host", &Server::host), defaulted("port", &Server::port));
 ///
-///     Server server = read<Server>(R"({"host": "a.example"})");
-///     auto servers = read_file<std::vector<Server>>("servers.json");
-///
-/// The types are those of convert.hpp, and so are the rules: read<T>(text) gives what
+/// The types are those of convert.hpp with their tables, and so are the rules: read<T>(text) gives what
 /// to<T>(parse(text)) gives, or throws where that throws. It takes a fraction of the time, and no
 /// memory but that of the object.
 ///
@@ -22,7 +14,7 @@
 /// describe() shows both:
 ///
 ///     try {
-///         read<Server>(R"({"host": "a.example", "port": "80"})");
+///         const auto wrong = read<Server>(R"({"host": "a.example", "port": "80"})");
 ///     } catch (const ReadError& error) {
 ///         std::cout << describe(error);
 ///         // ->
