@@ -157,9 +157,7 @@ namespace {
 
 void read_with(DocumentCore& core, const char* begin, void* object, const void* base,
                ReadRoot read) {
-    core.begin(begin);
-    read(core, object, base);
-    core.finish();
+    core.finish(read(core, core.begin(begin), object, base));
 }
 
 void read_any(std::string_view text, const ReadOptions& options, void* object, const void* base,
