@@ -291,7 +291,7 @@ int main() {
         } catch (const ReadError& error) { // a ConversionError
             std::cout << describe(error);
             // ->
-            // servers_wrong.json:3:31: at /1/port: "81" is a string, not a number
+            // servers_wrong.json:3:33: at /1/port: "81" is a string, not a number
             //   {"host": "b.example", "port": "81"}
             //                                 ^
         }
