@@ -85,7 +85,7 @@ T read_value(const Value& value, const Location& location, const ConvertOptions&
         if constexpr (detail::require_default<T>()) {
             T result{};
             Session session{options, {}};
-            Converter<T>::read(result, ValueSource(value, location, session));
+            Converter<T>::read(result, value, location, session);
             return result;
         }
     }

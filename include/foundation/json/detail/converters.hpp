@@ -165,23 +165,24 @@ struct Refused {};
 
 /// How a type is converted.
 ///
-/// read() takes what it reads from a source, such as a ValueSource. It changes what is there: the
-/// members of a class keep what they held where nothing is read into them, and containers are
-/// emptied first. write() is given a value that is Undefined, and
-/// what read() would start from at that location.
+/// read() takes what it reads from source_of(from...), such as a ValueSource. It changes what is
+/// there: the members of a class keep what they held where nothing is read into them, and
+/// containers are emptied first. write() is given a value that is Undefined, and what read() would
+/// start from at that location.
 template <class T, Category = detail::category_of<T>()>
 struct Converter : Refused {
     static_assert(!detail::refuse_type<T>());
-    template <class Source>
-    static void read(T&, const Source&) {}
+    template <class... From>
+    static void read(T&, From&...) {}
     static void write(Value&, const T&, const Start&, const Location&, Defaults&) {}
 };
 
 /// What a Value holds as it is.
 template <class T>
 struct PlainConverter {
-    template <class Source>
-    static void read(T& target, const Source& source) {
+    template <class... From>
+    static void read(T& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         source.read(target);
     }
     static void write(Value& target, const T& content, const Start&, const Location&, Defaults&) {
@@ -203,8 +204,9 @@ struct Converter<Object> : PlainConverter<Object> {};
 
 template <>
 struct Converter<Value> {
-    template <class Source>
-    static void read(Value& target, const Source& source) {
+    template <class... From>
+    static void read(Value& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         source.read(target);
     }
     static void write(Value& target, const Value& content, const Start&, const Location&,
@@ -216,8 +218,9 @@ struct Converter<Value> {
 template <class T>
 struct Converter<T, Category::number> {
 
-    template <class Source>
-    static void read(T& target, const Source& source) {
+    template <class... From>
+    static void read(T& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         source.read_number(target);
     }
 
@@ -237,8 +240,9 @@ struct Converter<T, Category::number> {
 template <class E>
 struct Converter<E, Category::enumeration> {
 
-    template <class Source>
-    static void read(E& target, const Source& source) {
+    template <class... From>
+    static void read(E& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         if constexpr (detail::require_enumerators<E>()) {
             target = enumerators<E>[source.enumerator(enumerator_table<E>)].first;
         }
@@ -343,8 +347,9 @@ private:
 
 template <class T>
 struct Converter<T, Category::object> {
-    template <class Source>
-    static void read(T& target, const Source& source) {
+    template <class... From>
+    static void read(T& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         if constexpr (detail::require_members<T>()) {
             source.read_members(target);
         }
@@ -365,8 +370,9 @@ struct Converter<T, Category::object> {
 template <class T>
 struct Converter<std::optional<T>, Category::other> {
 
-    template <class Source>
-    static void read(std::optional<T>& target, const Source& source) {
+    template <class... From>
+    static void read(std::optional<T>& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         if constexpr (detail::require_default<T>()) {
             if (source.read_nothing()) {
                 target.reset();
@@ -391,11 +397,12 @@ template <class Container>
 struct SequenceConverter {
     using T = typename Container::value_type;
 
-    template <class Source>
-    static void read(Container& target, const Source& source) {
+    template <class... From>
+    static void read(Container& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         auto elements = source.elements();
         if constexpr (detail::require_default<T>()) {
-            if constexpr (Source::known_lengths) {
+            if constexpr (std::remove_reference_t<decltype(source)>::known_lengths) {
                 target = Container(elements.size(), target.get_allocator());
                 for (T& element : target) {
                     elements.take();
@@ -435,11 +442,12 @@ struct Converter<std::list<T, Allocator>, Category::other>
 template <class Allocator>
 struct Converter<std::vector<bool, Allocator>, Category::other> {
 
-    template <class Source>
-    static void read(std::vector<bool, Allocator>& target, const Source& source) {
+    template <class... From>
+    static void read(std::vector<bool, Allocator>& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         auto elements = source.elements();
         target.clear();
-        if constexpr (Source::known_lengths) {
+        if constexpr (std::remove_reference_t<decltype(source)>::known_lengths) {
             target.reserve(elements.size());
         }
         while (elements.next()) {
@@ -461,8 +469,9 @@ struct Converter<std::vector<bool, Allocator>, Category::other> {
 template <class T, std::size_t Length>
 struct Converter<std::array<T, Length>, Category::other> {
 
-    template <class Source>
-    static void read(std::array<T, Length>& target, const Source& source) {
+    template <class... From>
+    static void read(std::array<T, Length>& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         auto elements = source.elements(Length);
         for (std::size_t i = 0; i < Length; ++i) {
             elements.take();
@@ -492,8 +501,9 @@ template <class T, class Compare, class Allocator>
 struct Converter<std::set<T, Compare, Allocator>, Category::other>
     : SequenceConverter<std::set<T, Compare, Allocator>> {
 
-    template <class Source>
-    static void read(std::set<T, Compare, Allocator>& target, const Source& source) {
+    template <class... From>
+    static void read(std::set<T, Compare, Allocator>& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         auto elements = source.elements();
         target.clear();
         if constexpr (detail::require_default<T>()) {
@@ -514,8 +524,9 @@ template <class Map>
 struct MapConverter {
     using T = typename Map::mapped_type;
 
-    template <class Source>
-    static void read(Map& target, const Source& source) {
+    template <class... From>
+    static void read(Map& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         auto members = source.members();
         target.clear();
         if constexpr (detail::require_default<T>()) {
@@ -558,8 +569,9 @@ struct Converter<std::unordered_map<std::string, T, Hash, Equal, Allocator>, Cat
 template <class Tuple, class... Types>
 struct TupleConverter {
 
-    template <class Source>
-    static void read(Tuple& target, const Source& source) {
+    template <class... From>
+    static void read(Tuple& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         auto elements = source.elements(sizeof...(Types));
         read_elements(target, elements, source, std::index_sequence_for<Types...>());
         elements.finish();
@@ -611,9 +623,9 @@ template <class... Types>
 struct Converter<std::tuple<Types...>, Category::other>
     : TupleConverter<std::tuple<Types...>, Types...> {};
 
-template <class T, class Source>
-void read_from(T& target, const Source& source) {
-    Converter<T>::read(target, source);
+template <class T, class... From>
+void read_from(T& target, From&... from) {
+    Converter<T>::read(target, from...);
 }
 
 } // namespace foundation::json::detail
