@@ -7,6 +7,7 @@
 #include "reading/read_error.hpp"
 #include "reading/token_reader.hpp"
 #include "text/location.hpp"
+#include "text/visible_name.hpp"
 
 #include <foundation/json/read.hpp>
 

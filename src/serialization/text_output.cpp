@@ -81,7 +81,7 @@ template <class Integer>
 /// case, in one pass.
 /// @param at  becomes the cursor behind it, with room for a quote, a colon and a space
 [[gnu::always_inline]] inline bool TextOutput::write_clean(Cursor& at, std::string_view text) {
-    using Checked = VectorBytes<EscapeRule<Solidus::raw, BeyondAscii::special>>;
+    using Checked = EscapeRule<Solidus::raw, BeyondAscii::special>;
     if (text.size() > block || options_.escape_slash) {
         return false;
     }
