@@ -18,7 +18,8 @@ PEERS = ["nlohmann", "RapidJSON", "Boost.JSON", "JsonCpp"]
 BEGIN, END = "<!-- results: begin -->", "<!-- results: end -->"
 TASKS = ["serialize", "serialize scattered", "pretty_print", "message",
          "write to a stream", "write to std::ostringstream",
-         "write to std::ofstream", "parse and destroy", "walk", "walk scattered",
+         "write to std::ofstream", "parse and destroy", "tokens", "lines", "lines by parse",
+         "walk", "walk scattered",
          "copy and destroy", "==", "<",
          "read strings", "read numbers", "push", "insert all keys", "1,000 lookups", "to structs",
          "to structs by hand", "from structs", "patch", "diff", "words", "numbers", "strings", "containers"]
@@ -342,6 +343,7 @@ def section(title, page, name):
 def main(folder, page):
     written = read_families(folder, WRITING)
     parsing = medians(folder / "parsing.json")
+    tokens = medians(folder / "tokens.json")
     reading = medians(folder / "reading.json")
     others = read_families(folder, OTHERS)
     details = medians(folder / "details.json")
@@ -365,6 +367,10 @@ def main(folder, page):
     lines += section("Reading", page, "reading")
     lines += ["Parsing the text of a document, and destroying the value:", ""]
     lines += time_table(parsing)
+    lines += ["Walking over the tokens of a document, without a value: `Reader` here, SAX elsewhere, with full "
+              "checks. And making a value of each line of a stream: by `Records` here; elsewhere, and in the last "
+              "row, line by line with the function that parses a text.", ""]
+    lines += time_table(tokens)
     lines += ["Reading the content of every string and every number of a document, found beforehand, by "
               "the functions of each library: `get` here, `std::get`, `get_ref`, `GetString` and "
               "`GetDouble`, `as_string` and `as_double`, `getString` and `asDouble`. All test the "
@@ -393,7 +399,7 @@ def main(folder, page):
     before, after = text.split(BEGIN)[0], text.split(END)[1]
     drawn = {name: chart(title, charted(results))
              for name, title, results in (("writing", "Writing", writing),
-                                          ("reading", "Reading", parsing | reading),
+                                          ("reading", "Reading", parsing | tokens | reading),
                                           ("others", "Everything else", compared))}
     page.write_text(before + "\n".join(lines) + after)
     for name, content in drawn.items():

@@ -8,6 +8,7 @@
 #include "tasks/patches.hpp"
 #include "tasks/reading.hpp"
 #include "tasks/text.hpp"
+#include "tasks/tokens.hpp"
 #include "tasks/values.hpp"
 #include "tasks/writing.hpp"
 
@@ -20,6 +21,7 @@ const bool added = [] {
     all.push_back({"messages", bench::add_messages<Contender>});
     all.push_back({"scattered", bench::add_scattered<Contender>});
     all.push_back({"parsing", bench::add_parsing<Contender>});
+    all.push_back({"tokens", bench::add_tokens<Contender>});
     all.push_back({"streams", bench::add_streams<Contender>});
     all.push_back({"values", bench::add_values<Contender>});
     all.push_back({"reading", bench::add_reading<Contender>});

@@ -12,7 +12,7 @@ using namespace foundation::json;
 
 /// Makes what is passed on of a line. @return whether it is passed on
 bool prepare(Value& line) {
-    Object* const entry = get_if<Object>(&line);
+    auto* const entry = get_if<Object>(&line);
     if (entry == nullptr || std::as_const(line)["level"] == Value("debug")) {
         return false;
     }

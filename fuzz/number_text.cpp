@@ -7,9 +7,9 @@
 
 #include "number/digits.hpp"
 #include "number/fast_number_text.hpp"
+#include "number/number_text.hpp"
 #include "number/shortest_digits.hpp"
 #include "number/shortest_number_text.hpp"
-#include "serialization/number_text.hpp"
 #include "support/float_environments.hpp"
 #include "support/number_rule.hpp"
 #include "support/shortest_rule.hpp"
@@ -55,22 +55,17 @@ void check_number(const test::Environment& environment, const Number& number) {
     }
     std::string reference;
     std::string fast = expected;
-    std::string either = expected;
     const int flags = test::flags_raised_in(environment, [&] {
         detail::NumberBuffer buffer;
         reference = detail::number_text(buffer, bits);
         if (detail::fast_number_text_applies()) {
             char room[detail::fast_number_room];
             char* const text = room;
-            either.assign(text, detail::fast_or_reference_number_text(text, bits));
-            if (char* const end = detail::fast_number_text(text, bits)) {
-                fast.assign(text, end);
-            }
+            fast.assign(text, detail::fast_number_text(text, bits));
         }
     });
     expect_equal(reference, expected, "the text of a number by the reference algorithm");
     expect_equal(fast, expected, "the text of a number by the fast path");
-    expect_equal(either, expected, "the text of a number");
     expect(flags == 0, "no flag is raised: " + test::name_of(environment));
     if (bits.is_finite() && environment.direction == FE_TONEAREST) {
         const double read = detail::string_to_double(expected.c_str());

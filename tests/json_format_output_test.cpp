@@ -1,6 +1,8 @@
 /// @file
-/// How json_format writes its text: in how many system calls, and with what errors.
+/// How json_format writes its text, in how many system calls and with what errors; how it words its
+/// progress.
 #include <large_pieces.hpp>
+#include <progress.hpp>
 
 #include <foundation/json/json.hpp>
 
@@ -201,6 +203,28 @@ TEST(JsonFormatProgram, WritesPrettyTextInAFewLargePieces) {
     EXPECT_TRUE(joined(pretty) == pretty_print(ones) + '\n');
     EXPECT_LT(pretty.size(), 50U); // 0.7 MB in 100,002 lines
     std::remove(name.c_str());
+}
+
+TEST(JsonFormatProgress, SaysHowMuchWasReadAndHowLongTheRestTakes) {
+    const struct {
+        double bytes;
+        double size;
+        double seconds;
+        std::string line;
+    } cases[] = {
+        {0, 0, 2, "0 bytes read"},
+        {999, 0, 2, "999 bytes read"},
+        {1000, 0, 2, "1.0 kB read"},
+        {64.04e6, 0, 2, "64.0 MB read"},
+        {5e16, 0, 2, "50000.0 TB read"},
+        {1.2e9, 10e9, 12, "1.2 GB of 10.0 GB, 12 %, 88 s left"},
+        {10e9, 10e9, 100, "10.0 GB of 10.0 GB, 100 %, 0 s left"},
+        {0, 10e9, 100, "0 bytes read"},
+        {11e9, 10e9, 100, "11.0 GB read"}, // the file has grown
+    };
+    for (const auto& [bytes, size, seconds, line] : cases) {
+        EXPECT_EQ(json_format::progress_line(bytes, size, seconds), line);
+    }
 }
 
 } // namespace

@@ -190,6 +190,50 @@ expect BothValuesOfAPipeAreWritten 0 '[1]\n[2]\n' ''
 mv first out
 expect AValueIsWrittenBeforeTheNextComes 0 '[1]\n' ''
 
+# ---- A value of any size ----
+
+printf '{"b": [1, 2.50, "x\\u00e9", null, true, {}], "a": 12345678901234567890, "b": false}' >in
+run --stream in
+expect AStreamKeepsTheOrderOfMembers 0 \
+    '{"b":[1,2.5,"xé",null,true,{}],"a":12345678901234567890,"b":false}\n' ''
+
+run --stream --indent=1 --ascii --big-integers-as-strings - <in
+expect AStreamTakesTheOptionsOfTheText 0 '{\n "b": [\n  1,\n  2.5,\n  "x\\u00e9",\n  null,\n  true,\n'\
+'  {}\n ],\n "a": "12345678901234567890",\n "b": false\n}\n' ''
+
+printf '[1, /* 2 */ 3,]' >in
+run --stream --comments --trailing-commas in
+expect AStreamTakesTheOptionsOfTheParser 0 '[1,3]\n' ''
+
+printf '[1,\n2' >in
+"$program" --stream in >/dev/null 2>err
+status=$?
+cp /dev/null out
+expect AnErrorOfAStreamIsReported 1 '' "in:2:2: the text ends within the array that begins at line 1, \
+column 1\n2\n ^\n"
+
+for option in --pretty --canonical --lines; do
+    run --stream $option in
+    expect "AStreamHasNoOtherForm $option" 2 '' \
+        'json_format: --stream goes with no fixed text, canonical form or lines; try --help\n'
+done
+
+# Where standard error is a terminal, it shows how long work goes on, and nothing in the end.
+if script -qec true /dev/null </dev/null >/dev/null 2>&1; then
+    cat >slow <<'END'
+{ printf '['; sleep 1.3; printf '1'; sleep 0.3; printf ',2]'; } | "$program" --stream >text
+END
+    program="$program" script -qec 'sh slow' /dev/null </dev/null >out 2>err
+    status=$?
+    expect ATerminalShowsTheProgress 0 \
+        '\r2 bytes read\033[K\r5 bytes read\033[K\r\033[K' ''
+    cp text out
+    cp /dev/null err
+    expect TheTextIsThatOfAnyOtherRun 0 '[1,2]\n' ''
+else
+    echo "skipped ATerminalShowsTheProgress"
+fi
+
 # ---- Input that is not JSON ----
 
 printf '{\n    "a" 1\n}\n' >bad.json
@@ -261,6 +305,9 @@ if (ulimit -v 150000 && "$program" --help >/dev/null 2>&1); then
     (ulimit -v 150000 && "$program" in >out 2>err)
     status=$?
     expect RunningOutOfMemoryIsTrouble 2 '' 'json_format: out of memory\n'
+    (ulimit -v 150000 && "$program" --stream in 2>err | tail -c 10 >out)
+    status=$?
+    expect AStreamTakesLittleMemory 0 '[],[],[]]\n' ''
 else
     echo "skipped RunningOutOfMemoryIsTrouble"
 fi

@@ -55,6 +55,7 @@ struct Contender {
     static constexpr bool has_writer = false;
     static constexpr bool converts = true;
     static constexpr bool patches = false;
+    static constexpr bool has_tokens = false;
 
     static Value parse(const std::string& text) { return boost::json::parse(text); }
     static Text serialize(const Value& value) { return boost::json::serialize(value); }

@@ -6,6 +6,7 @@
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_FOUNDATION_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_FOUNDATION_HPP
 
+#include "documents.hpp"
 #include "tasks/records.hpp"
 #include "tasks/statuses.hpp"
 
@@ -17,6 +18,11 @@
 #if __has_include(<foundation/json/write.hpp>)
 #include <foundation/json/write.hpp>
 #define FOUNDATION_JSON_BENCH_WRITE
+#endif
+#if __has_include(<foundation/json/records.hpp>)
+#include <foundation/json/reader.hpp>
+#include <foundation/json/records.hpp>
+#define FOUNDATION_JSON_BENCH_TOKENS
 #endif
 #if __has_include(<foundation/json/patch.hpp>)
 #include <foundation/json/patch.hpp>
@@ -183,6 +189,50 @@ struct Contender {
     static void write(std::ostream& stream, const Value& value) {
         foundation::json::Serializer().write(stream, value);
     }
+
+#if defined(FOUNDATION_JSON_BENCH_TOKENS)
+    /// Whether there is a walk_tokens() below and, for this library, a read_lines().
+    static constexpr bool has_tokens = true;
+
+    static bench::ContentSums walk_tokens(const std::string& text) {
+        using foundation::json::Token;
+        bench::ContentSums sums;
+        foundation::json::Reader reader(text);
+        for (;;) {
+            switch (reader.next()) {
+            case Token::string:
+                sums.string_bytes += reader.string().size();
+                ++sums.values;
+                break;
+            case Token::number:
+                sums.sum += reader.number<double>();
+                ++sums.values;
+                break;
+            case Token::begin_array:
+            case Token::begin_object:
+            case Token::boolean:
+            case Token::null:
+                ++sums.values;
+                break;
+            case Token::end:
+                return sums;
+            default:
+                break;
+            }
+        }
+    }
+
+    static std::size_t read_lines(std::istream& stream) {
+        foundation::json::Records<Value> records(stream);
+        std::size_t count = 0;
+        for (Value value; records.next(value);) {
+            ++count;
+        }
+        return count;
+    }
+#else
+    static constexpr bool has_tokens = false;
+#endif
 
 #if defined(FOUNDATION_JSON_BENCH_WRITE)
     static constexpr bool has_writer = true;

@@ -22,6 +22,7 @@ struct Contender {
     static constexpr bool has_writer = false;
     static constexpr bool converts = false;
     static constexpr bool patches = false;
+    static constexpr bool has_tokens = false;
 
     static Value parse(const std::string& text) {
         const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());

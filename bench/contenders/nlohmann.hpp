@@ -3,12 +3,14 @@
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_NLOHMANN_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_NLOHMANN_HPP
 
+#include "documents.hpp"
 #include "tasks/statuses.hpp"
 
 #include <nlohmann/json.hpp>
 
 #include <optional>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 
 namespace nlohmann {
@@ -60,6 +62,48 @@ struct Contender {
     static constexpr bool has_writer = false;
     static constexpr bool converts = true;
     static constexpr bool patches = true;
+    static constexpr bool has_tokens = true;
+
+    /// Takes the tokens of a text.
+    struct Walk : nlohmann::json_sax<nlohmann::json> {
+        bench::ContentSums sums;
+
+        bool count() { return ++sums.values != 0; }
+        bool add(double number) {
+            sums.sum += number;
+            return count();
+        }
+        bool null() override { return count(); }
+        bool boolean(bool) override { return count(); }
+        bool number_integer(number_integer_t number) override {
+            return add(static_cast<double>(number));
+        }
+        bool number_unsigned(number_unsigned_t number) override {
+            return add(static_cast<double>(number));
+        }
+        bool number_float(number_float_t number, const string_t&) override { return add(number); }
+        bool string(string_t& text) override {
+            sums.string_bytes += text.size();
+            return count();
+        }
+        bool binary(binary_t&) override { return false; }
+        bool start_object(std::size_t) override { return count(); }
+        bool key(string_t&) override { return true; }
+        bool end_object() override { return true; }
+        bool start_array(std::size_t) override { return count(); }
+        bool end_array() override { return true; }
+        bool parse_error(std::size_t, const std::string&,
+                         const nlohmann::detail::exception&) override {
+            return false;
+        }
+    };
+    static bench::ContentSums walk_tokens(const std::string& text) {
+        Walk walk;
+        if (!Value::sax_parse(text, &walk)) {
+            throw std::runtime_error("nlohmann cannot read the text");
+        }
+        return walk.sums;
+    }
 
     static Value parse(const std::string& text) { return Value::parse(text); }
     static Text serialize(const Value& value) { return value.dump(); }

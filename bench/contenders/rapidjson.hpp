@@ -4,12 +4,14 @@
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_RAPIDJSON_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_RAPIDJSON_HPP
 
+#include "documents.hpp"
 #include "tasks/records.hpp"
 
 #define RAPIDJSON_HAS_STDSTRING 1
 #include <rapidjson/document.h>
 #include <rapidjson/ostreamwrapper.h>
 #include <rapidjson/prettywriter.h>
+#include <rapidjson/reader.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
@@ -30,6 +32,41 @@ struct Contender {
     static constexpr bool has_writer = true;
     static constexpr bool converts = false;
     static constexpr bool patches = false;
+    static constexpr bool has_tokens = true;
+
+    /// Takes the tokens of a text.
+    struct Walk : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Walk> {
+        bench::ContentSums sums;
+
+        bool Default() { return ++sums.values != 0; }
+        bool add(double number) {
+            sums.sum += number;
+            return Default();
+        }
+        bool Int(int number) { return add(number); }
+        bool Uint(unsigned number) { return add(number); }
+        bool Int64(std::int64_t number) { return add(static_cast<double>(number)); }
+        bool Uint64(std::uint64_t number) { return add(static_cast<double>(number)); }
+        bool Double(double number) { return add(number); }
+        bool String(const char*, rapidjson::SizeType length, bool) {
+            sums.string_bytes += length;
+            return Default();
+        }
+        bool Key(const char*, rapidjson::SizeType, bool) { return true; }
+        bool EndObject(rapidjson::SizeType) { return true; }
+        bool EndArray(rapidjson::SizeType) { return true; }
+    };
+    static bench::ContentSums walk_tokens(const std::string& text) {
+        Walk walk;
+        rapidjson::Reader reader;
+        rapidjson::StringStream stream(text.c_str());
+        if (!reader
+                 .Parse<rapidjson::kParseFullPrecisionFlag | rapidjson::kParseValidateEncodingFlag>(
+                     stream, walk)) {
+            throw std::runtime_error("RapidJSON cannot read the text");
+        }
+        return walk.sums;
+    }
 
     /// The text stays in the buffer it was written into.
     class Text {

@@ -3,11 +3,13 @@
 
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
+#include <foundation/json/read.hpp>
 
 #include <cstddef>
 #include <iostream>
 #include <map>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -269,5 +271,54 @@ int main() {
         // ->
         // admin.example.org 81
         //! [read a default within]
+    }
+
+    snippet("straight from text");
+    {
+        //! [straight from text]
+        const auto server = read<Server>(R"({"host": "example.org", "tags": ["a", "b"]})");
+        std::cout << server.host << ' ' << server.port << ' ' << server.tags.size() << '\n';
+        // ->
+        // example.org 8080 2
+        //! [straight from text]
+    }
+
+    snippet("error in a file");
+    {
+        //! [error in a file]
+        try {
+            const auto servers = read_file<std::vector<Server>>("servers_wrong.json");
+        } catch (const ReadError& error) { // a ConversionError
+            std::cout << describe(error);
+            // ->
+            // servers_wrong.json:3:33: at /1/port: "81" is a string, not a number
+            //   {"host": "b.example", "port": "81"}
+            //                                 ^
+        }
+        //! [error in a file]
+    }
+
+    snippet("records of a type");
+    {
+        std::istringstream stream(R"({"host": "a", "port": 1}
+{"host": "b", "port": "2"}
+{"host": "c", "port": 3})");
+        //! [records of a type]
+        Records<Server> records(stream, Framing::lines);
+        Server server;
+        for (bool more = true; more;) {
+            try {
+                more = records.next(server);
+                std::cout << (more ? server.host : "end") << '\n';
+            } catch (const ReadError& error) {
+                std::cout << error.what() << '\n';
+            }
+        }
+        // ->
+        // a
+        // 2:23: at /port: "2" is a string, not a number
+        // c
+        // end
+        //! [records of a type]
     }
 }

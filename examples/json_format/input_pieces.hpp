@@ -19,15 +19,16 @@ namespace json_format {
 /// Reads from a file descriptor what is there, up to a buffer at a time, and waits only where
 /// nothing is. An error is an exception: std::ifstream would make it look like the end.
 ///
-///     InputPieces pieces(STDIN_FILENO, "cannot read <stdin>", [] {});
+///     InputPieces pieces(STDIN_FILENO, "cannot read <stdin>", [](std::size_t) {});
 ///     std::istream stream(&pieces);
 ///     const Value value = parse(stream);
 class InputPieces : public std::streambuf {
 public:
     /// The descriptor belongs to the caller.
     /// @param failure      what the std::system_error begins with that an error is
-    /// @param before_read  is called before every call of the system, which may have to wait
-    InputPieces(int descriptor, std::string failure, std::function<void()> before_read)
+    /// @param before_read  is called before every call of the system, which may have to wait, with
+    ///                     the number of bytes of the last one
+    InputPieces(int descriptor, std::string failure, std::function<void(std::size_t)> before_read)
         : descriptor_(descriptor),
           failure_(std::move(failure)),
           before_read_(std::move(before_read)),
@@ -35,7 +36,7 @@ public:
 
 protected:
     int_type underflow() override {
-        before_read_();
+        before_read_(static_cast<std::size_t>(egptr() - eback()));
         ssize_t size = 0;
         do {
             size = ::read(descriptor_, buffer_.data(), buffer_.size());
@@ -50,7 +51,7 @@ protected:
 private:
     int descriptor_;
     std::string failure_;
-    std::function<void()> before_read_;
+    std::function<void(std::size_t)> before_read_;
     std::vector<char> buffer_;
 };
 

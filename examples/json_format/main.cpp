@@ -2,9 +2,11 @@
 /// json_format: reads JSON text and writes it again, in one of several forms.
 #include "input_pieces.hpp"
 #include "large_pieces.hpp"
+#include "progress.hpp"
 
 #include <foundation/json/parse.hpp>
 #include <foundation/json/parse_errors.hpp>
+#include <foundation/json/reader.hpp>
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>
 #include <foundation/json/write.hpp>
@@ -48,6 +50,8 @@ constexpr const char* usage =
     "What is read:\n"
     "  --lines            any number of values, such as JSON Lines; write each as soon as\n"
     "                     it is read, and go on with the next line where one is not JSON\n"
+    "  --stream           one value of any size, in little memory: members stay in the order of\n"
+    "                     the text, and after an error the output is not complete\n"
     "  --comments         accept // comments and /* comments */\n"
     "  --trailing-commas  accept a comma behind the last element or member\n"
     "\n"
@@ -66,6 +70,7 @@ struct Options {
     const char* text = nullptr; ///< to be shown, instead of all else
     bool pretty = false;
     bool lines = false;
+    bool stream = false;
     bool canonical = false;
     std::optional<WriteOptions> write; ///< empty for the fixed text
     ParseOptions accepted;
@@ -88,6 +93,7 @@ constexpr KnownOption known_options[] = {
      [](Options& options) { options.written().big_integers = WriteOptions::BigIntegers::string; }},
     {"--canonical", [](Options& options) { options.canonical = true; }},
     {"--lines", [](Options& options) { options.lines = true; }},
+    {"--stream", [](Options& options) { options.stream = true; }},
     {"--comments", [](Options& options) { options.accepted.comments = true; }},
     {"--trailing-commas", [](Options& options) { options.accepted.trailing_commas = true; }},
     {"-h", [](Options& options) { options.text = usage; }},
@@ -125,8 +131,14 @@ void settle_form(Options& options) {
     if ((options.pretty ? 1 : 0) + (options.canonical ? 1 : 0) + (options.write ? 1 : 0) > 1) {
         throw std::runtime_error("--pretty and --canonical go with no other form; try --help");
     }
+    if (options.stream && (options.pretty || options.canonical || options.lines)) {
+        throw std::runtime_error(
+            "--stream goes with no fixed text, canonical form or lines; try --help");
+    }
     if (options.canonical) {
         options.write = WriteOptions::canonical();
+    } else if (options.stream) {
+        options.written();
     }
 }
 
@@ -210,7 +222,7 @@ private:
 
 ExitCode format_value(const Options& options, Output& output) {
     const InputFile file(options.file);
-    json_format::InputPieces pieces(file.descriptor(), file.failure(), [] {});
+    json_format::InputPieces pieces(file.descriptor(), file.failure(), [](std::size_t) {});
     std::istream stream(&pieces);
     try {
         output.write(parse(stream, options.accepted), options);
@@ -226,9 +238,12 @@ ExitCode format_value(const Options& options, Output& output) {
 
 ExitCode format_lines(const Options& options, Output& output) {
     const InputFile file(options.file);
+    json_format::Progress progress(file.descriptor());
     // What has been read is shown before there may be a wait for more.
-    json_format::InputPieces pieces(file.descriptor(), file.failure(),
-                                    [&output] { output.flush(); });
+    json_format::InputPieces pieces(file.descriptor(), file.failure(), [&](std::size_t bytes) {
+        output.flush();
+        progress.add(bytes);
+    });
     std::istream stream(&pieces);
     ValueStream values(stream, options.accepted);
     ExitCode result = success;
@@ -239,6 +254,7 @@ ExitCode format_lines(const Options& options, Output& output) {
             }
             output.write(value, options);
         } catch (const ParserException& error) {
+            progress.clear();
             std::cerr << describe(error, file.name());
             result = bad_input;
         } catch (const WriteError& error) {
@@ -248,13 +264,64 @@ ExitCode format_lines(const Options& options, Output& output) {
     }
 }
 
+/// Writes the tokens of a value as they come.
+void copy_tokens(Reader& reader, Writer& writer) {
+    for (;;) {
+        switch (reader.next()) {
+        case Token::begin_array:
+            writer.begin_array();
+            break;
+        case Token::begin_object:
+            writer.begin_object();
+            break;
+        case Token::end_array:
+        case Token::end_object:
+            writer.end();
+            break;
+        case Token::name:
+            writer.name(reader.string());
+            break;
+        case Token::string:
+            writer.value(reader.string());
+            break;
+        case Token::end:
+            writer.finish();
+            return;
+        default:
+            writer.value(reader.value());
+        }
+    }
+}
+
+ExitCode format_stream(const Options& options, Output& output) {
+    const InputFile file(options.file);
+    json_format::Progress progress(file.descriptor());
+    json_format::InputPieces pieces(file.descriptor(), file.failure(),
+                                    [&progress](std::size_t bytes) { progress.add(bytes); });
+    std::istream stream(&pieces);
+    Reader reader(stream, options.accepted);
+    Writer writer(output.stream(), *options.write);
+    try {
+        copy_tokens(reader, writer);
+    } catch (const ParserException& error) {
+        progress.clear();
+        std::cerr << describe(error, file.name());
+        return bad_input;
+    }
+    output.stream() << '\n';
+    return success;
+}
+
 ExitCode run(const Options& options) {
     Output output;
     ExitCode result = success;
     if (options.text != nullptr) {
         output.stream() << options.text;
     } else {
-        result = options.lines ? format_lines(options, output) : format_value(options, output);
+        const auto format = options.stream  ? format_stream
+                            : options.lines ? format_lines
+                                            : format_value;
+        result = format(options, output);
     }
     output.close();
     return result;

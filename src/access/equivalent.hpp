@@ -4,7 +4,10 @@
 #ifndef FOUNDATION_JSON_SRC_ACCESS_EQUIVALENT_HPP
 #define FOUNDATION_JSON_SRC_ACCESS_EQUIVALENT_HPP
 
+#include "text/words.hpp"
+
 #include <foundation/json/content.hpp>
+#include <foundation/json/detail/floating_bits.hpp>
 
 #include <algorithm>
 #include <cstddef>
@@ -26,25 +29,18 @@ bool equivalent_scalars(const Value& left, const Value& right) noexcept;
 /// Whether doubles are equal; decided by their bits, since the processor may take subnormal numbers
 /// for zero.
 inline bool same_double(const double& left, const double& right) noexcept {
-    std::uint64_t l = 0;
-    std::uint64_t r = 0;
-    std::memcpy(&l, &left, sizeof l);
-    std::memcpy(&r, &right, sizeof r);
-    constexpr std::uint64_t infinity = 0xFFE0000000000000; // without its sign
-    return l == r ? l << 1 <= infinity : (l | r) << 1 == 0;
+    const FloatingBits<double> l(left);
+    const FloatingBits<double> r(right);
+    return l.word == r.word ? !l.is_nan() : (l.magnitude() | r.magnitude()) == 0;
 }
 
 // GCOVR_EXCL_BR_START: compiled into each of many callers, which meet some of the cases each
 
 template <class Word>
 bool same_ends(const char* left, const char* right, std::size_t size) noexcept {
-    Word first[2];
-    Word last[2];
-    std::memcpy(&first[0], left, sizeof(Word));
-    std::memcpy(&first[1], right, sizeof(Word));
-    std::memcpy(&last[0], left + size - sizeof(Word), sizeof(Word));
-    std::memcpy(&last[1], right + size - sizeof(Word), sizeof(Word));
-    return ((first[0] ^ first[1]) | (last[0] ^ last[1])) == 0;
+    const std::size_t last = size - sizeof(Word);
+    return ((load_word<Word>(left) ^ load_word<Word>(right)) |
+            (load_word<Word>(left + last) ^ load_word<Word>(right + last))) == 0;
 }
 
 /// Whether strings are equal; without a call for the short ones that most names are.

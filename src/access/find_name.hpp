@@ -13,7 +13,8 @@
 namespace foundation::json::detail {
 
 /// The number of a name in a table; the count of all if it is none of them.
-inline std::size_t find_name(const NameTable& table, std::string_view name) noexcept {
+[[gnu::noinline]] inline std::size_t find_name(const NameTable& table,
+                                               std::string_view name) noexcept {
     const std::uint32_t* const end = table.sorted + table.count;
     const std::uint32_t* const found =
         std::lower_bound(table.sorted, end, name, [&](std::uint32_t number, std::string_view text) {

@@ -4,7 +4,6 @@
 
 #include <fast_float/fast_float.h>
 
-#include <cstring>
 #include <limits>
 #include <optional>
 
@@ -19,10 +18,7 @@ namespace {
     fast_float::from_chars(from, end, number);
     // Tests the bits: compilers might move a comparison of doubles behind the end of the
     // environment, where a subnormal number may trap.
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &number, sizeof bits);
-    constexpr std::uint64_t exponent = std::uint64_t{0x7FF} << 52;
-    return (bits & exponent) != exponent;
+    return FloatingBits<double>(number).is_finite();
 }
 
 // Larger exponents are cut to this: no text has enough digits to make up for it, and adding the
@@ -141,7 +137,7 @@ std::optional<std::uint64_t> whole_number(const char* from, const char* end) noe
 /// Whether a double holds a whole number exactly.
 /// @param number  not 0
 constexpr bool is_exact_double(std::uint64_t number) noexcept {
-    return number >> __builtin_ctzll(number) < std::uint64_t{1} << 53;
+    return number >> trailing_zeros(number) < std::uint64_t{1} << 53;
 }
 
 /// The integer that a token stands for, if no double holds it.

@@ -5,12 +5,12 @@
 
 #include "number/decimal.hpp"
 #include "text/characters.hpp"
+#include "text/words.hpp"
 
 #include <foundation/json/detail/number_parts.hpp>
 #include <foundation/json/parse_errors.hpp>
 
 #include <cstdint>
-#include <cstring>
 
 namespace foundation::json::detail {
 
@@ -25,17 +25,13 @@ struct NumberToken {
 
 constexpr std::ptrdiff_t digits_at_once = 8;
 
-/// The powers of ten, from 10^0 to 10^digits_at_once.
-inline constexpr std::uint64_t power_of_10[digits_at_once + 1] = {
-    1, 10, 100, 1000, 10'000, 100'000, 1'000'000, 10'000'000, 100'000'000};
-
 /// The number of digits at the start of a word of text, whose first byte is its lowest.
-constexpr std::ptrdiff_t count_digits(std::uint64_t word) noexcept {
+constexpr std::ptrdiff_t leading_digits(std::uint64_t word) noexcept {
     constexpr std::uint64_t every = 0x0101010101010101;
     const std::uint64_t amounts = word ^ every * '0'; // 0 to 9 for digits
     const std::uint64_t others =
         (((amounts & every * 0x7F) + every * 0x76) | amounts) & every * 0x80;
-    return others == 0 ? digits_at_once : __builtin_ctzll(others) / 8;
+    return others == 0 ? digits_at_once : trailing_zeros(others) / 8;
 }
 
 /// The value of eight digits: joins neighbours to pairs, pairs to groups of four, and these to one
@@ -48,8 +44,7 @@ constexpr std::uint64_t eight_digits(std::uint64_t word) noexcept {
 }
 
 inline std::uint64_t load_first_lowest(const char* from) noexcept {
-    std::uint64_t word = 0;
-    std::memcpy(&word, from, sizeof word);
+    auto word = load_word<std::uint64_t>(from);
 #if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
     word = __builtin_bswap64(word);
 #endif
@@ -60,10 +55,11 @@ inline std::uint64_t load_first_lowest(const char* from) noexcept {
 /// @return their count, at most digits_at_once
 inline std::ptrdiff_t scan_eight_digits(const char* from, std::uint64_t& number) noexcept {
     const std::uint64_t word = load_first_lowest(from);
-    const std::ptrdiff_t count = count_digits(word);
+    const std::ptrdiff_t count = leading_digits(word);
     if (count != 0) {
         // The shift puts zeros before fewer than eight digits.
-        number = number * power_of_10[count] + eight_digits(word << (64 - 8 * count));
+        number = number * small_powers_of_10[static_cast<int>(count)] +
+                 eight_digits(word << (64 - 8 * count));
     }
     return count;
 }
@@ -197,7 +193,7 @@ constexpr std::ptrdiff_t skipped_number_room = 6 * digits_at_once + 1;
 template <int Times>
 [[gnu::always_inline]] inline const char* skip_digits(const char* from) noexcept {
     for (int i = 0; i != Times; ++i) {
-        const std::ptrdiff_t count = count_digits(load_first_lowest(from));
+        const std::ptrdiff_t count = leading_digits(load_first_lowest(from));
         from += count;
         if (count != digits_at_once) {
             break;
@@ -210,7 +206,7 @@ template <int Times>
 /// too large.
 /// @return null for any other number
 [[gnu::always_inline]] inline const char* skip_usual_number(const char* from) noexcept {
-    const char* at = skip_digits<2>(from);
+    const char* at = skip_digits<3>(from);
     if (at == from || (*from == '0' && at - from > 1)) {
         return nullptr;
     }

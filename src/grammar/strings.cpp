@@ -1,4 +1,5 @@
 #include "grammar/strings.hpp"
+#include "text/escapes.hpp"
 
 #include <cstdint>
 #include <cstring>
@@ -7,9 +8,6 @@
 namespace foundation::json::detail {
 
 namespace {
-
-constexpr std::string_view escape_letters = "\"\\/bfnrt";
-constexpr std::string_view escape_meanings = "\"\\/\b\f\n\r\t";
 
 constexpr std::size_t unicode_escape_size = 6; // \uXXXX
 constexpr std::uint32_t replacement = 0xFFFD;
@@ -68,7 +66,7 @@ void for_each_piece(const StringToken& token, Put put) {
             const char* const end = put_utf8(bytes, unicode_character(place, token.end));
             put(bytes, static_cast<std::size_t>(end - bytes));
         } else {
-            bytes[0] = escape_meanings[escape_letters.find(place[1])];
+            bytes[0] = escaped_bytes[static_cast<unsigned char>(place[1])];
             put(bytes, 1);
             place += 2;
         }
@@ -83,7 +81,7 @@ StringError scan_escape(const char*& place, const char* end) noexcept {
         return StringError::escape_ends;
     }
     if (*place != 'u') {
-        if (escape_letters.find(*place) == std::string_view::npos) {
+        if (escaped_bytes[static_cast<unsigned char>(*place)] == '\0') {
             return StringError::escape;
         }
         ++place;

@@ -5,8 +5,9 @@
 
 #include "number/powers_of_10.hpp"
 
+#include <foundation/json/detail/floating_bits.hpp>
+
 #include <cstdint>
-#include <cstring>
 
 namespace foundation::json::detail {
 
@@ -34,22 +35,15 @@ constexpr int largest_decimal_exponent = 308;
 
 #if defined(__SIZEOF_INT128__)
 
-inline double double_of_bits(std::uint64_t bits) noexcept {
-    static_assert(sizeof(double) == sizeof bits);
-    double number = 0;
-    std::memcpy(&number, &bits, sizeof number);
-    return number;
-}
-
 /// Finds the double nearest to digits times 10^q.
 /// @param digits  not 0
 /// @param q       least_decimal_exponent to largest_decimal_exponent
 inline Rounding nearest_normal(std::uint64_t digits, int q, double& number) noexcept {
-    constexpr int bits_of_double = 53;
-    constexpr int exponent_bias = 1075; // with a double's 53 bits taken as a whole number
+    using Bits = FloatingBits<double>;
+    constexpr int bits_of_double = Bits::mantissa_bits + 1;
     constexpr int least_biased = 1;
-    constexpr int largest_biased = 2046;
-    const int normal_shift = __builtin_clzll(digits);
+    constexpr int largest_biased = Bits::largest >> Bits::mantissa_bits;
+    const int normal_shift = leading_zeros(digits);
     const std::uint64_t factor = digits << normal_shift;
     const WordPair power = powers_of_10.leading_bits(q);
     const Wide low_product = Wide{factor} * power.low;
@@ -73,7 +67,7 @@ inline Rounding nearest_normal(std::uint64_t digits, int q, double& number) noex
             bits -= bits & std::uint64_t{tie};
         }
     }
-    int biased = excess + 128 + PowersOf10::binary_exponent(q) - normal_shift + exponent_bias;
+    int biased = excess + 128 + PowersOf10::binary_exponent(q) - normal_shift + Bits::bias;
     if (bits >> bits_of_double != 0) {
         bits >>= 1;
         ++biased;
@@ -85,8 +79,8 @@ inline Rounding nearest_normal(std::uint64_t digits, int q, double& number) noex
         return Rounding::too_large;
     }
     // The first of the 53 bits adds one to the exponent field.
-    number =
-        double_of_bits((static_cast<std::uint64_t>(biased - 1) << (bits_of_double - 1)) + bits);
+    number = Bits::number_of(
+        false, (static_cast<std::uint64_t>(biased - 1) << Bits::mantissa_bits) + bits);
     return Rounding::decided;
 }
 

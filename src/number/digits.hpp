@@ -20,8 +20,14 @@
 
 namespace foundation::json::detail {
 
-/// The number of digits of a Decimal, including trailing zeros: the maximum of all formats.
+/// The most digits that a format has.
 constexpr int decimal_digits = 17;
+
+/// The number digits * 10^exponent. There may be trailing zeros.
+struct DecimalNumber {
+    std::uint64_t digits;
+    int exponent;
+};
 
 /// The digits of a number of decimal_digits digits: the first one, and sixteen more. On any
 /// machine.
@@ -172,6 +178,24 @@ inline char* write_integer_quickly(char* out, std::uint64_t number) noexcept {
 using Digits = PlainDigits;
 
 #endif
+
+/// Writes an exponent of up to three digits, with its sign.
+/// @param letter  what stands before it
+/// @param out     with room for five bytes
+inline char* write_exponent(char* out, char letter, int exponent) noexcept {
+    out[0] = letter;
+    out[1] = exponent < 0 ? '-' : '+';
+    const int magnitude = exponent < 0 ? -exponent : exponent;
+    // The number of digits is unpredictable, so all three are stored.
+    const int tens = magnitude * 205 >> 11;
+    const int hundreds = tens * 205 >> 11;
+    const int skipped = (magnitude < 100 ? 1 : 0) + (magnitude < 10 ? 1 : 0);
+    char digits[5] = {static_cast<char>('0' + hundreds),
+                      static_cast<char>('0' + tens - 10 * hundreds),
+                      static_cast<char>('0' + magnitude - 10 * tens)};
+    std::memcpy(out + 2, digits + skipped, 3);
+    return out + 5 - skipped;
+}
 
 /// Writes an integer in decimal.
 /// @param out  with room for 24 bytes

@@ -1,8 +1,8 @@
 #include "number/fast_number_text.hpp"
 
 #include "number/digits.hpp"
+#include "number/number_text.hpp"
 #include "number/product.hpp"
-#include "serialization/number_text.hpp"
 
 #include <algorithm>
 #include <cfenv>
@@ -56,19 +56,15 @@ struct Formats<float> {
     static constexpr int many_digits = 9;
 };
 
-/// The number digits * 10^(exponent - 16).
-struct Decimal {
-    std::uint64_t digits;
-    int exponent;
-};
-
-/// A number of Digits digits as a Decimal. Rounding up may have added a digit.
+/// A number of Digits digits, of which the first has the exponent, with as many digits as others.
+/// Rounding up may have added a digit.
 template <int Digits>
-Decimal make_decimal(std::uint64_t number, int exponent) noexcept {
+DecimalNumber make_decimal(std::uint64_t number, int exponent) noexcept {
+    const int last = exponent - (decimal_digits - 1);
     if (number == small_powers_of_10[Digits]) {
-        return {small_powers_of_10[decimal_digits - 1], exponent + 1};
+        return {small_powers_of_10[decimal_digits - 1], last + 1};
     }
-    return {number * small_powers_of_10[decimal_digits - Digits], exponent};
+    return {number * small_powers_of_10[decimal_digits - Digits], last};
 }
 
 /// The digits of the positive normal number `mantissa * 2^exponent`, if 128 bits of its power of
@@ -82,7 +78,7 @@ Decimal make_decimal(std::uint64_t number, int exponent) noexcept {
 /// @return false if the bits do not decide: at half-way cases, of the number between two texts, of
 ///         a text between two numbers, and very close to them
 template <class Number>
-bool scaled_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexcept {
+bool scaled_digits(DecimalNumber& decimal, std::uint64_t mantissa, int exponent) noexcept {
     using Bits = FloatingBits<Number>;
     using F = Formats<Number>;
     mantissa <<= F::spare_bits;
@@ -122,26 +118,12 @@ bool scaled_digits(Decimal& decimal, std::uint64_t mantissa, int exponent) noexc
     return true;
 }
 
-char* write_exponent(char* out, int exponent) noexcept {
-    const int magnitude = std::abs(exponent);
-    *out++ = 'E';
-    *out++ = exponent < 0 ? '-' : '+';
-    if (magnitude >= 100) {
-        *out++ = static_cast<char>('0' + magnitude / 100);
-    }
-    if (magnitude >= 10) {
-        *out++ = static_cast<char>('0' + magnitude / 10 % 10);
-    }
-    *out++ = static_cast<char>('0' + magnitude % 10);
-    return out;
-}
-
 // Text is stored in whole words, which may write beyond its end, within the caller's buffer.
 
 /// For numbers below one million that are not whole.
-char* write_plain(char* out, const Decimal& decimal) noexcept {
+char* write_plain(char* out, const DecimalNumber& decimal) noexcept {
     const Digits digits(decimal.digits);
-    const int before_point = decimal.exponent + 1;
+    const int before_point = decimal.exponent + decimal_digits;
     if (before_point > 0) {
         out[0] = digits.first();
         digits.store_behind_first(out + 1);
@@ -159,16 +141,18 @@ char* write_plain(char* out, const Decimal& decimal) noexcept {
     out[0] = digits.first();
     out[1] = '.';
     digits.store_behind_first(out + 2);
-    return write_exponent(out + (digits.count() > 1 ? digits.count() + 1 : 1), decimal.exponent);
+    return write_exponent(out + (digits.count() > 1 ? digits.count() + 1 : 1), 'E',
+                          before_point - 1);
 }
 
 /// For numbers from one million on. There is always a digit after the point.
-char* write_scientific(char* out, const Decimal& decimal) noexcept {
+char* write_scientific(char* out, const DecimalNumber& decimal) noexcept {
     const Digits digits(decimal.digits);
     out[0] = digits.first();
     out[1] = '.';
     digits.store_behind_first(out + 2);
-    return write_exponent(out + std::max(digits.count(), 2) + 1, decimal.exponent);
+    return write_exponent(out + std::max(digits.count(), 2) + 1, 'E',
+                          decimal.exponent + decimal_digits - 1);
 }
 
 /// For whole numbers of seven to nine digits, such as most identifiers: like write_scientific(),
@@ -188,7 +172,7 @@ char* write_millions(char* out, std::uint32_t number) noexcept {
     out[0] = static_cast<char>('0' + number / base);
     out[1] = '.';
     std::memcpy(out + 2, &text, sizeof text);
-    out += 10 - __builtin_clzll(digits | 1) / 8;
+    out += 10 - leading_zeros(digits | 1) / 8;
     out[0] = 'E';
     out[1] = '+';
     out[2] = exponent;
@@ -203,8 +187,8 @@ char* write_whole(char* out, std::uint64_t number) noexcept {
     if (number < small_powers_of_10[9]) {
         return write_millions(out, static_cast<std::uint32_t>(number));
     }
-    const int count = count_digits(number);
-    return write_scientific(out, {number * small_powers_of_10[decimal_digits - count], count - 1});
+    const int missing = decimal_digits - count_digits(number);
+    return write_scientific(out, {number * small_powers_of_10[missing], -missing});
 }
 
 /// The bits of a whole number that has at most as many bits as a mantissa.
@@ -223,27 +207,21 @@ constexpr typename FloatingBits<Number>::Word bits_of_whole(std::uint64_t number
     return std::copy_n(text, std::strlen(text), out);
 }
 
-/// Writes the remaining positive numbers.
-template <class Number>
-using Rest = char* (*)(char*, FloatingBits<Number>) noexcept;
-
 /// For normal numbers that are not whole, and for large ones. A separate function, so that the code
 /// for small whole numbers need not save registers.
 template <class Number>
-[[gnu::noinline]] char* write_digits(char* out, FloatingBits<Number> bits,
-                                     Rest<Number> write_rest) noexcept {
-    Decimal decimal;
+[[gnu::noinline]] char* write_digits(char* out, FloatingBits<Number> bits) noexcept {
+    DecimalNumber decimal;
     const int exponent = static_cast<int>(bits.exponent()) - FloatingBits<Number>::bias;
     if (!scaled_digits<Number>(decimal, bits.mantissa(), exponent)) {
-        return write_rest(out, bits.without_sign());
+        return reference_number_text(out, bits.without_sign());
     }
     return bits.magnitude() < bits_of_whole<Number>(1000000) ? write_plain(out, decimal)
                                                              : write_scientific(out, decimal);
 }
 
 template <class Number>
-[[gnu::always_inline]] inline char* write_number(char* out, FloatingBits<Number> bits,
-                                                 Rest<Number> write_rest) noexcept {
+[[gnu::always_inline]] inline char* write_number(char* out, FloatingBits<Number> bits) noexcept {
     using Bits = FloatingBits<Number>;
     *out = '-';
     char* const behind_sign = out + (bits.is_negative() ? 1 : 0);
@@ -264,14 +242,9 @@ template <class Number>
     } else if (bits.exponent() == 0 ||
                (std::is_same_v<Number, float> && bits.magnitude() == Bits::largest)) {
         // Subnormal numbers have fewer bits and other rules; the largest float has ten digits.
-        return write_rest(behind_sign, bits.without_sign());
+        return reference_number_text(behind_sign, bits.without_sign());
     }
-    return write_digits(behind_sign, bits, write_rest);
-}
-
-template <class Number>
-char* leave(char*, FloatingBits<Number>) noexcept {
-    return nullptr;
+    return write_digits(behind_sign, bits);
 }
 
 } // namespace
@@ -281,19 +254,11 @@ bool fast_number_text_applies() noexcept {
 }
 
 char* fast_number_text(char* out, FloatingBits<double> bits) noexcept {
-    return write_number(out, bits, leave);
+    return write_number(out, bits);
 }
 
 char* fast_number_text(char* out, FloatingBits<float> bits) noexcept {
-    return write_number(out, bits, leave);
-}
-
-char* fast_or_reference_number_text(char* out, FloatingBits<double> bits) noexcept {
-    return write_number(out, bits, reference_number_text);
-}
-
-char* fast_or_reference_number_text(char* out, FloatingBits<float> bits) noexcept {
-    return write_number(out, bits, reference_number_text);
+    return write_number(out, bits);
 }
 
 #else
@@ -302,19 +267,11 @@ bool fast_number_text_applies() noexcept {
     return true; // the reference algorithm, the only one here, has no other conditions
 }
 
-char* fast_number_text(char*, FloatingBits<double>) noexcept {
-    return nullptr;
-}
-
-char* fast_number_text(char*, FloatingBits<float>) noexcept {
-    return nullptr;
-}
-
-char* fast_or_reference_number_text(char* out, FloatingBits<double> bits) noexcept {
+char* fast_number_text(char* out, FloatingBits<double> bits) noexcept {
     return reference_number_text(out, bits);
 }
 
-char* fast_or_reference_number_text(char* out, FloatingBits<float> bits) noexcept {
+char* fast_number_text(char* out, FloatingBits<float> bits) noexcept {
     return reference_number_text(out, bits);
 }
 

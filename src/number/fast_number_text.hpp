@@ -1,5 +1,6 @@
 /// @file
-/// The text of number_text(), computed by integer arithmetic instead of trial and error.
+/// The text of number_text(), computed by integer arithmetic instead of trial and error wherever
+/// its 128 bits suffice.
 #ifndef FOUNDATION_JSON_SRC_NUMBER_FAST_NUMBER_TEXT_HPP
 #define FOUNDATION_JSON_SRC_NUMBER_FAST_NUMBER_TEXT_HPP
 
@@ -28,13 +29,11 @@ bool fast_number_text_applies() noexcept;
 /// Writes the text of number_text(), without a terminator, if fast_number_text_applies(). No other
 /// part of the floating-point environment has an effect, and none is changed.
 ///
-/// @return the end of the text, or null for the few numbers that need the reference algorithm
+/// A few numbers take number_text() itself: subnormal ones, the largest float, and those that lie
+/// next to a half-way case between two texts, or have a text next to one between two numbers.
+/// @return the end of the text
 char* fast_number_text(char* out, FloatingBits<double> bits) noexcept;
 char* fast_number_text(char* out, FloatingBits<float> bits) noexcept;
-
-/// The same for every number: by the reference algorithm where necessary.
-char* fast_or_reference_number_text(char* out, FloatingBits<double> bits) noexcept;
-char* fast_or_reference_number_text(char* out, FloatingBits<float> bits) noexcept;
 
 } // namespace foundation::json::detail
 

@@ -3,6 +3,7 @@
 #ifndef FOUNDATION_JSON_SRC_NUMBER_SHORTEST_DIGITS_HPP
 #define FOUNDATION_JSON_SRC_NUMBER_SHORTEST_DIGITS_HPP
 
+#include "number/digits.hpp"
 #include "number/large.hpp"
 #include "number/product.hpp"
 #include "number/wide.hpp"
@@ -13,12 +14,6 @@
 #include <cstdint>
 
 namespace foundation::json::detail {
-
-/// The number digits * 10^exponent. There may be trailing zeros.
-struct DecimalNumber {
-    std::uint64_t digits;
-    int exponent;
-};
 
 /// How to find, for the positive number mantissa * 2^exponent, the decimal number with the fewest
 /// digits that reads back as it and, of these, the nearest.

@@ -15,22 +15,6 @@ namespace {
 
 // Text is stored in whole words, which may write beyond its end, within the caller's buffer.
 
-/// Writes an exponent of up to three digits.
-char* write_exponent(char* out, int exponent) noexcept {
-    out[0] = 'e';
-    out[1] = exponent < 0 ? '-' : '+';
-    const int magnitude = exponent < 0 ? -exponent : exponent;
-    // The number of digits is unpredictable, so all three are stored.
-    const int tens = magnitude * 205 >> 11;
-    const int hundreds = tens * 205 >> 11;
-    const int skipped = (magnitude < 100 ? 1 : 0) + (magnitude < 10 ? 1 : 0);
-    char digits[5] = {static_cast<char>('0' + hundreds),
-                      static_cast<char>('0' + tens - 10 * hundreds),
-                      static_cast<char>('0' + magnitude - 10 * tens)};
-    std::memcpy(out + 2, digits + skipped, 3);
-    return out + 5 - skipped;
-}
-
 /// @param before_point  how many digits of the number are before the point, at most 0 for zeros
 ///                      behind it
 [[gnu::always_inline]] inline char* write_notation(char* out, const Digits& digits,
@@ -47,7 +31,8 @@ char* write_exponent(char* out, int exponent) noexcept {
         return out + digits.count() + 1;
     }
     if (before_point <= 0 && before_point > -6) {
-        std::memcpy(out, "0.000000", 8);
+        constexpr char begin[8] = {'0', '.', '0', '0', '0', '0', '0', '0'};
+        std::memcpy(out, begin, sizeof begin);
         out += 2 - before_point;
         out[0] = digits.first();
         digits.store_behind_first(out + 1);
@@ -56,7 +41,8 @@ char* write_exponent(char* out, int exponent) noexcept {
     out[0] = digits.first();
     out[1] = '.';
     digits.store_behind_first(out + 2);
-    return write_exponent(out + (digits.count() > 1 ? digits.count() + 1 : 1), before_point - 1);
+    return write_exponent(out + (digits.count() > 1 ? digits.count() + 1 : 1), 'e',
+                          before_point - 1);
 }
 
 /// For numbers that are not whole, and for large ones. A separate function, so that the code for

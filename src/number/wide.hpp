@@ -1,7 +1,9 @@
 /// @file
-/// Arithmetic on words that standard C++17 lacks: products of 128 bits, and the number of bits.
+/// Products of 128 bits, which standard C++17 lacks.
 #ifndef FOUNDATION_JSON_SRC_NUMBER_WIDE_HPP
 #define FOUNDATION_JSON_SRC_NUMBER_WIDE_HPP
+
+#include "text/words.hpp"
 
 #include <cstdint>
 
@@ -47,16 +49,6 @@ inline WordPair scaled(std::uint64_t factor, WordPair bits) noexcept {
 #else
     return portable_scaled(factor, bits);
 #endif
-}
-
-/// @param word  not 0
-constexpr int leading_zeros(std::uint64_t word) noexcept {
-    return __builtin_clzll(word);
-}
-
-/// @param word  not 0
-constexpr int trailing_zeros(std::uint64_t word) noexcept {
-    return __builtin_ctzll(word);
 }
 
 } // namespace foundation::json::detail

@@ -4,6 +4,7 @@
 #include "reading/bit_stack.hpp"
 #include "reading/value_reader.hpp"
 #include "text/byte_block.hpp"
+#include "text/utf8_validation.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -119,7 +120,7 @@ void DocumentReader::give_up() {
         if (*at == ' ' && is_token(at[1])) {
             return at + 1;
         }
-        const std::size_t expected = indentation_[depth_ % sizeof indentation_];
+        const std::size_t expected = indentation_[depth_ % depths];
         const auto other = Block(at).differing(Block(indentation.bytes));
         if (!other.empty()) {
             if (other.first() == expected && is_token(at[expected])) {
@@ -139,7 +140,7 @@ void DocumentReader::give_up() {
 [[gnu::noinline]] const char* DocumentCore::skip_other_space(const char* at) {
     const char* const end = cursor_.skip_space(at);
     if (static_cast<std::size_t>(end - at) < Indentation::longest) {
-        indentation_[depth_ % sizeof indentation_] = static_cast<unsigned char>(end - at);
+        indentation_[depth_ % depths] = static_cast<unsigned char>(end - at);
     }
     return end;
 }
@@ -154,25 +155,33 @@ void DocumentReader::give_up() {
     return cursor_.skip_space(at);
 }
 
-void DocumentCore::begin(const char* at) {
-    at_ = skip_space(at);
-}
-
 // ---- Structure -------------------------------------------------------------------------------
 
 /// @return false if the container is empty, and has been read
-[[gnu::always_inline]] inline bool DocumentCore::begin_container(char open, char close) {
-    if (!is_at(at_, open) || depth_ >= options_.max_depth) {
+[[gnu::always_inline]] inline bool DocumentCore::begin_container(const char*& at, char open,
+                                                                 char close) {
+    if (!is_at(at, open) || depth_ >= options_.max_depth) {
         give_up();
     }
     ++depth_;
-    at_ = skip_space(at_ + 1);
-    if (is_at(at_, close)) {
+    at = skip_space(at + 1);
+    if (is_at(at, close)) {
         --depth_;
-        ++at_;
+        ++at;
         return false;
     }
     return true;
+}
+
+inline DocumentReader::Behind<std::size_t> DocumentCore::begin_elements(const char* at) {
+    const std::size_t expected = lengths_[depth_ % depths];
+    const bool has_elements = begin_container(at, '[', ']');
+    return {at, has_elements ? std::max(expected, std::size_t{1}) : 0};
+}
+
+inline void DocumentCore::set_length(std::size_t length) noexcept {
+    constexpr std::size_t most = 64;
+    lengths_[depth_ % depths] = static_cast<unsigned char>(std::min(length, most));
 }
 
 /// Goes on behind an element or member.
@@ -204,82 +213,109 @@ void DocumentCore::begin(const char* at) {
     return at;
 }
 
-[[gnu::always_inline]] inline bool DocumentCore::next_item(char close) {
+[[gnu::always_inline]] inline bool DocumentCore::next_item(const char*& at, char close) {
     bool more = false;
-    at_ = separate(at_, close, more);
+    at = separate(at, close, more);
     return more;
 }
 
 // ---- Scalars ---------------------------------------------------------------------------------
 
-[[gnu::always_inline]] inline void DocumentCore::read_string(std::string& target) {
-    const char* const at = at_;
-    if (!is_at(at, '"')) {
-        give_up();
-    }
+/// @param at  at the opening quote
+[[gnu::always_inline]] inline StringToken DocumentCore::string(const char* at) {
     if (likely(is_fast(at))) {
         const auto found = Block(at + 1).special_in_string();
         if (likely(!found.empty() && at[1 + found.first()] == '"')) {
-            const std::size_t size = found.first();
-            target.assign(at + 1, size);
-            at_ = at + size + 2;
-            return;
+            return {at + 1, at + 1 + found.first()};
         }
     }
-    const StringToken token = cursor_.string(at);
-    decode(token, target);
-    at_ = token.end + 1;
+    return long_string(at);
 }
 
-inline bool DocumentCore::read_boolean() {
-    if (is_at(at_, 't')) {
-        at_ = cursor_.word(at_, "true");
-        return true;
+/// The same for a string that may be long: finds its end first, and then checks its bytes.
+[[gnu::noinline]] StringToken DocumentCore::long_string(const char* at) {
+    StringToken token{at + 1, at + 1};
+    bool is_ascii = true;
+    for (const char*& end = token.end; is_fast(end);) {
+        const Block block(end);
+        is_ascii = is_ascii && block.is_ascii(); // also of what is behind the string
+        const auto found = block.special_in_utf8();
+        if (found.empty()) {
+            end += Block::size;
+            continue;
+        }
+        end += found.first();
+        if (*end == '"') {
+            if (!is_ascii && !is_utf8(token.text, end)) {
+                give_up();
+            }
+            return token;
+        }
+        token.escaped = true;
+        if (*end != '\\' || scan_escape(end, cursor_.end()) != StringError::none) {
+            give_up();
+        }
     }
-    if (!is_at(at_, 'f')) {
+    return cursor_.string(at);
+}
+
+[[gnu::always_inline]] inline const char* DocumentCore::read_string(const char* at,
+                                                                    std::string& target) {
+    if (!is_at(at, '"')) {
         give_up();
     }
-    at_ = cursor_.word(at_, "false");
-    return false;
-}
-
-inline bool DocumentCore::read_null_word() {
-    if (!is_at(at_, 'n')) {
-        return false;
+    const StringToken token = string(at);
+    if (likely(!token.escaped)) {
+        target.assign(token.text, token.size());
+    } else {
+        decode(token, target);
     }
-    at_ = cursor_.word(at_, "null");
-    return true;
+    return token.end + 1;
 }
 
-[[gnu::noinline]] NumberContent DocumentCore::read_any_number() {
-    const char* at = at_;
+inline const char* DocumentCore::read_boolean(const char* at, bool& target) {
+    target = is_at(at, 't');
+    if (target) {
+        return cursor_.word(at, "true");
+    }
+    if (!is_at(at, 'f')) {
+        give_up();
+    }
+    return cursor_.word(at, "false");
+}
+
+inline const char* DocumentCore::read_null_word(const char* at) {
+    return is_at(at, 'n') ? cursor_.word(at, "null") : at;
+}
+
+[[gnu::noinline]] const char* DocumentCore::read_any_number(const char* at, NumberContent& target) {
     if (!begins_number(byte_at(at))) {
         give_up();
     }
     const NumberToken token = cursor_.number(at);
     const bool exact = options_.integers == ParseOptions::Integers::exact;
-    const NumberContent content = content_of_number(at, token, exact);
-    if (content.type == NumberContent::Type::too_large) {
+    target = content_of_number(at, token, exact);
+    if (target.type == NumberContent::Type::too_large) {
         give_up();
     }
-    at_ = token.end;
-    return content;
+    return token.end;
 }
 
-[[gnu::always_inline]] inline double DocumentCore::read_double() {
-    double number = 0;
-    if (likely(is_fast(at_) && begins_number(*at_))) {
-        if (const char* const end = usual_number(at_, number)) {
-            at_ = end;
-            return number;
+[[gnu::always_inline]] inline const char* DocumentCore::read_double(const char* at,
+                                                                    double& target) {
+    if (likely(is_fast(at) && begins_number(*at))) {
+        if (const char* const end = usual_number(at, target)) {
+            return end;
         }
     }
-    return to_number<double>(read_any_number());
+    NumberContent content(0.0);
+    at = read_any_number(at, content);
+    target = to_number<double>(content);
+    return at;
 }
 
-[[gnu::always_inline]] inline long long DocumentCore::read_signed_number(long long least,
-                                                                         long long most) {
-    const char* const at = at_;
+[[gnu::always_inline]] inline DocumentReader::Behind<long long>
+DocumentCore::read_signed_number(const char* at, long long least, long long most) {
     if (likely(is_fast(at))) {
         const bool negative = *at == '-';
         std::uint64_t magnitude = 0;
@@ -288,41 +324,43 @@ inline bool DocumentCore::read_null_word() {
             const auto number = static_cast<long long>(magnitude);
             const long long result = negative ? -number : number;
             if (likely(result >= least && result <= most)) {
-                at_ = end;
-                return result;
+                return {end, result};
             }
         }
     }
-    const auto number = to_number<long long>(read_any_number());
+    NumberContent content(0.0);
+    at = read_any_number(at, content);
+    const auto number = to_number<long long>(content);
     if (number < least || number > most) {
         give_up();
     }
-    return number;
+    return {at, number};
 }
 
-[[gnu::always_inline]] inline unsigned long long
-DocumentCore::read_unsigned_number(unsigned long long most) {
-    const char* const at = at_;
+[[gnu::always_inline]] inline DocumentReader::Behind<unsigned long long>
+DocumentCore::read_unsigned_number(const char* at, unsigned long long most) {
     if (likely(is_fast(at))) {
         std::uint64_t number = 0;
         const char* const end = scan_few_whole(at, number);
         if (likely(end != nullptr && is_exact(number) && number <= most)) {
-            at_ = end;
-            return number;
+            return {end, number};
         }
     }
-    const auto number = to_number<unsigned long long>(read_any_number());
+    NumberContent content(0.0);
+    at = read_any_number(at, content);
+    const auto number = to_number<unsigned long long>(content);
     if (number > most) {
         give_up();
     }
-    return number;
+    return {at, number};
 }
 
-inline std::size_t DocumentCore::read_name_of(const NameTable& names) {
-    if (!is_at(at_, '"')) {
+inline DocumentReader::Behind<std::size_t> DocumentCore::read_name_of(const char* at,
+                                                                      const NameTable& names) {
+    if (!is_at(at, '"')) {
         give_up();
     }
-    const StringToken token = cursor_.string(at_);
+    const StringToken token = string(at);
     std::string decoded;
     std::string_view name(token.text, token.size());
     if (token.escaped) {
@@ -333,13 +371,12 @@ inline std::size_t DocumentCore::read_name_of(const NameTable& names) {
     if (number == names.count) {
         give_up();
     }
-    at_ = token.end + 1;
-    return number;
+    return {token.end + 1, number};
 }
 
-inline void DocumentCore::read_value(Value& target) {
+inline const char* DocumentCore::read_value(const char* at, Value& target) {
     target = Value();
-    at_ = ValueReader<WholeText>(cursor_, depth_).read(at_, target);
+    return ValueReader<WholeText>(cursor_, depth_).read(at, target);
 }
 
 // ---- Objects of classes ----------------------------------------------------------------------
@@ -462,11 +499,11 @@ DocumentCore::Shape* DocumentCore::find_shape(const TextMembers& members) const 
 }
 
 template <class Seen>
-inline void DocumentCore::read_object(const TextMembers& members, void* object, const void* base) {
+inline const char* DocumentCore::read_object(const char* at, const TextMembers& members,
+                                             void* object, const void* base) {
     Seen seen(members.names.count);
-    if (begin_container('{', '}')) {
+    if (begin_container(at, '{', '}')) {
         Expected expected{shapes_.empty() ? nullptr : find_shape(members), 0};
-        const char* at = at_;
         bool more = true;
         while (more) {
             const std::int32_t number = read_name(at, members, expected, object);
@@ -476,15 +513,12 @@ inline void DocumentCore::read_object(const TextMembers& members, void* object, 
                     give_up();
                 }
                 const TextMember& member = members.members[number];
-                at_ = at;
-                member.read(*this, object, base, member.pointer);
-                at = at_;
+                at = member.read(*this, at, object, base, member.pointer);
             } else {
                 at = skip_value(at);
             }
             at = separate(at, '}', more);
         }
-        at_ = at;
     }
     if (!seen.has_required(members)) {
         give_up();
@@ -497,33 +531,37 @@ inline void DocumentCore::read_object(const TextMembers& members, void* object, 
             }
         }
     }
+    return at;
 }
 
 // ---- Maps ------------------------------------------------------------------------------------
 
 const char* DocumentCore::read_map_name(const char* at, std::string& name) {
-    const auto no_opening = [] { return Opening(); };
-    const StringToken token = cursor_.name(at, no_opening, false);
+    if (!is_at(at, '"')) {
+        give_up();
+    }
+    const StringToken token = string(at);
     decode(token, name);
     const char* const end = token.end + 1;
-    at = is_at(end, ':') ? end + 1 : cursor_.colon(cursor_.skip_space(end), no_opening);
+    at = is_at(end, ':') ? end + 1
+                         : cursor_.colon(cursor_.skip_space(end), [] { return Opening(); });
     return skip_space_before_value(at);
 }
 
-inline bool DocumentCore::begin_names(std::string& name) {
-    if (!begin_container('{', '}')) {
-        return false;
+inline DocumentReader::Behind<std::size_t> DocumentCore::begin_names(const char* at,
+                                                                     std::string& name) {
+    if (!begin_container(at, '{', '}')) {
+        return {at, 0};
     }
-    at_ = read_map_name(at_, name);
-    return true;
+    return {read_map_name(at, name), 1};
 }
 
-inline bool DocumentCore::next_name(std::string& name) {
-    if (!next_item('}')) {
-        return false;
+inline DocumentReader::Behind<std::size_t> DocumentCore::next_name(const char* at,
+                                                                   std::string& name) {
+    if (!next_item(at, '}')) {
+        return {at, 0};
     }
-    at_ = read_map_name(at_, name);
-    return true;
+    return {read_map_name(at, name), 1};
 }
 
 // ---- What is skipped -------------------------------------------------------------------------
@@ -533,7 +571,7 @@ inline bool DocumentCore::next_name(std::string& name) {
 [[gnu::always_inline]] inline const char* DocumentCore::skip_scalar(const char* at) {
     switch (byte_at(at)) {
     case '"':
-        return cursor_.string(at).end + 1;
+        return string(at).end + 1;
     case 'n':
         return cursor_.word(at, "null");
     case 't':
@@ -547,17 +585,18 @@ inline bool DocumentCore::next_name(std::string& name) {
         if (const char* const end = cursor_.skip_usual_number(at, skipped_number_room)) {
             return end;
         }
-        at_ = at;
-        read_any_number();
-        return at_;
+        NumberContent content(0.0);
+        return read_any_number(at, content);
     }
 }
 
 [[gnu::always_inline]] inline const char* DocumentCore::skip_name(const char* at) {
-    const auto no_opening = [] { return Opening(); };
-    const StringToken token = cursor_.name(at, no_opening, false);
-    const char* const end = token.end + 1;
-    at = is_at(end, ':') ? end + 1 : cursor_.colon(cursor_.skip_space(end), no_opening);
+    if (!is_at(at, '"')) {
+        give_up();
+    }
+    const char* const end = string(at).end + 1;
+    at = is_at(end, ':') ? end + 1
+                         : cursor_.colon(cursor_.skip_space(end), [] { return Opening(); });
     return skip_space_before_value(at);
 }
 
@@ -567,9 +606,7 @@ const char* DocumentCore::skip_value(const char* at) {
     for (;;) {
         if (is_at(at, '[') || is_at(at, '{')) {
             const bool is_array = *at == '[';
-            at_ = at;
-            const bool has_items = begin_container(*at, is_array ? ']' : '}');
-            at = at_;
+            const bool has_items = begin_container(at, *at, is_array ? ']' : '}');
             if (has_items) {
                 arrays.push(is_array);
                 at = is_array ? at : skip_name(at);
@@ -602,55 +639,64 @@ DocumentCore& core_of(DocumentReader& reader) noexcept {
 
 } // namespace
 
-void DocumentReader::read(bool& target) {
-    target = core_of(*this).read_boolean();
+const char* DocumentReader::read(const char* at, bool& target) {
+    return core_of(*this).read_boolean(at, target);
 }
 
-void DocumentReader::read(std::string& target) {
-    core_of(*this).read_string(target);
+const char* DocumentReader::read(const char* at, std::string& target) {
+    return core_of(*this).read_string(at, target);
 }
 
-void DocumentReader::read(Value& target) {
-    core_of(*this).read_value(target);
+const char* DocumentReader::read(const char* at, Value& target) {
+    return core_of(*this).read_value(at, target);
 }
 
-void DocumentReader::read(double& target) {
-    target = core_of(*this).read_double();
+const char* DocumentReader::read(const char* at, double& target) {
+    return core_of(*this).read_double(at, target);
 }
 
-long long DocumentReader::read_signed(long long least, long long most) {
-    return core_of(*this).read_signed_number(least, most);
+const char* DocumentReader::read_number(const char* at, NumberContent& target) {
+    return core_of(*this).read_any_number(at, target);
 }
 
-unsigned long long DocumentReader::read_unsigned(unsigned long long most) {
-    return core_of(*this).read_unsigned_number(most);
+DocumentReader::Behind<long long> DocumentReader::read_signed(const char* at, long long least,
+                                                              long long most) {
+    return core_of(*this).read_signed_number(at, least, most);
 }
 
-NumberContent DocumentReader::read_number() {
-    return core_of(*this).read_any_number();
+DocumentReader::Behind<unsigned long long> DocumentReader::read_unsigned(const char* at,
+                                                                         unsigned long long most) {
+    return core_of(*this).read_unsigned_number(at, most);
 }
 
-std::size_t DocumentReader::read_enumerator(const NameTable& names) {
-    return core_of(*this).read_name_of(names);
+DocumentReader::Behind<std::size_t> DocumentReader::read_enumerator(const char* at,
+                                                                    const NameTable& names) {
+    return core_of(*this).read_name_of(at, names);
 }
 
-bool DocumentReader::read_null() {
-    return core_of(*this).read_null_word();
+const char* DocumentReader::read_null(const char* at) {
+    return core_of(*this).read_null_word(at);
 }
 
-bool DocumentReader::begin_array() {
-    return core_of(*this).begin_elements();
+DocumentReader::Behind<std::size_t> DocumentReader::begin_array(const char* at) {
+    return core_of(*this).begin_elements(at);
 }
 
-bool DocumentReader::next_element() {
-    return core_of(*this).next_item(']');
+void DocumentReader::expect_length(std::size_t length) noexcept {
+    core_of(*this).set_length(length);
+}
+
+DocumentReader::Behind<std::size_t> DocumentReader::next_element(const char* at) {
+    const bool more = core_of(*this).next_item(at, ']');
+    return {at, more ? std::size_t{1} : 0};
 }
 
 namespace {
 
 /// Reads elements, which are collected before the vector gets them.
 template <class T, class Read>
-void read_elements_of(DocumentCore& core, std::vector<T>& target, const Read& read_one) {
+const char* read_elements_of(DocumentCore& core, const char* at, std::vector<T>& target,
+                             const Read& read_one) {
     constexpr std::size_t most = 64;
     T collected[most];
     std::size_t count = 0;
@@ -659,42 +705,51 @@ void read_elements_of(DocumentCore& core, std::vector<T>& target, const Read& re
             target.insert(target.end(), collected, collected + most);
             count = 0;
         }
-        collected[count] = read_one();
+        at = read_one(at, collected[count]);
         ++count;
-    } while (core.next_item(']'));
-    target.insert(target.end(), collected, collected + count);
+    } while (core.next_item(at, ']'));
+    if (target.empty()) {
+        target.assign(collected, collected + count);
+    } else {
+        target.insert(target.end(), collected, collected + count);
+    }
+    return at;
 }
 
 } // namespace
 
-void DocumentReader::read_elements(std::vector<double>& target) {
+const char* DocumentReader::read_elements(const char* at, std::vector<double>& target) {
     DocumentCore& core = core_of(*this);
-    read_elements_of(core, target, [&] { return core.read_double(); });
-}
-
-void DocumentReader::read_elements(std::vector<int>& target) {
-    using Limits = std::numeric_limits<int>;
-    DocumentCore& core = core_of(*this);
-    read_elements_of(core, target, [&] {
-        return static_cast<int>(core.read_signed_number(Limits::min(), Limits::max()));
+    return read_elements_of(core, at, target, [&core](const char* from, double& number) {
+        return core.read_double(from, number);
     });
 }
 
-bool DocumentReader::begin_object(std::string& name) {
-    return core_of(*this).begin_names(name);
+const char* DocumentReader::read_elements(const char* at, std::vector<int>& target) {
+    using Limits = std::numeric_limits<int>;
+    DocumentCore& core = core_of(*this);
+    return read_elements_of(core, at, target, [&core](const char* from, int& number) {
+        const auto behind = core.read_signed_number(from, Limits::min(), Limits::max());
+        number = static_cast<int>(behind.number);
+        return behind.at;
+    });
 }
 
-bool DocumentReader::next_member(std::string& name) {
-    return core_of(*this).next_name(name);
+DocumentReader::Behind<std::size_t> DocumentReader::begin_object(const char* at,
+                                                                 std::string& name) {
+    return core_of(*this).begin_names(at, name);
 }
 
-void DocumentReader::read_members(const TextMembers& members, void* object, const void* base) {
+DocumentReader::Behind<std::size_t> DocumentReader::next_member(const char* at, std::string& name) {
+    return core_of(*this).next_name(at, name);
+}
+
+const char* DocumentReader::read_members(const char* at, const TextMembers& members, void* object,
+                                         const void* base) {
     constexpr std::size_t few = 64;
-    if (likely(members.names.count <= few)) {
-        core_of(*this).read_object<FewSeen>(members, object, base);
-    } else {
-        core_of(*this).read_object<ManySeen>(members, object, base);
-    }
+    return likely(members.names.count <= few)
+               ? core_of(*this).read_object<FewSeen>(at, members, object, base)
+               : core_of(*this).read_object<ManySeen>(at, members, object, base);
 }
 
 const ConvertOptions& DocumentReader::options() const noexcept {

@@ -33,28 +33,30 @@ public:
     DocumentCore(std::string_view text, const char* fast_end, const ReadOptions& options) noexcept
         : fast_end_(fast_end), options_(options), cursor_(options, text) {}
 
-    const char* at() const noexcept { return at_; }
-    void go_to(const char* at) noexcept { at_ = at; }
-    void begin(const char* at);
-    void finish() { cursor_.expect_end(at_, at_[-1]); }
+    const char* begin(const char* at) { return skip_other_space(at); }
+    void finish(const char* at) { cursor_.expect_end(at, at[-1]); }
 
-    void read_string(std::string& target);
-    void read_value(Value& target);
-    bool read_boolean();
-    double read_double();
-    NumberContent read_any_number();
-    long long read_signed_number(long long least, long long most);
-    unsigned long long read_unsigned_number(unsigned long long most);
-    std::size_t read_name_of(const NameTable& names);
-    bool read_null_word();
+    // Functions take the position where they begin to read and return the one behind.
 
-    bool begin_elements() { return begin_container('[', ']'); }
-    bool next_item(char close);
-    bool begin_names(std::string& name);
-    bool next_name(std::string& name);
+    const char* read_string(const char* at, std::string& target);
+    const char* read_value(const char* at, Value& target);
+    const char* read_boolean(const char* at, bool& target);
+    const char* read_double(const char* at, double& target);
+    const char* read_any_number(const char* at, NumberContent& target);
+    Behind<long long> read_signed_number(const char* at, long long least, long long most);
+    Behind<unsigned long long> read_unsigned_number(const char* at, unsigned long long most);
+    Behind<std::size_t> read_name_of(const char* at, const NameTable& names);
+    const char* read_null_word(const char* at);
+
+    Behind<std::size_t> begin_elements(const char* at);
+    void set_length(std::size_t length) noexcept;
+    bool next_item(const char*& at, char close);
+    Behind<std::size_t> begin_names(const char* at, std::string& name);
+    Behind<std::size_t> next_name(const char* at, std::string& name);
 
     template <class Seen>
-    void read_object(const TextMembers& members, void* object, const void* base);
+    const char* read_object(const char* at, const TextMembers& members, void* object,
+                            const void* base);
 
     Defaults& default_objects() noexcept { return defaults_; }
     const ReadOptions& options() const noexcept { return options_; }
@@ -98,7 +100,7 @@ private:
     const char* skip_space(const char* at);
     const char* skip_other_space(const char* at);
     const char* skip_space_before_value(const char* at);
-    bool begin_container(char open, char close);
+    bool begin_container(const char*& at, char open, char close);
     const char* separate(const char* at, char close, bool& more);
 
     std::int32_t read_name(const char*& at, const TextMembers& members, Expected& expected,
@@ -109,16 +111,21 @@ private:
     Shape* find_shape(const TextMembers& members) const noexcept;
     const char* read_map_name(const char* at, std::string& name);
 
+    StringToken string(const char* at);
+    StringToken long_string(const char* at);
+
     const char* skip_value(const char* at);
     const char* skip_scalar(const char* at);
     const char* skip_name(const char* at);
 
-    const char* at_ = nullptr;
     const char* const fast_end_;
     std::size_t depth_ = 0;
     const ReadOptions& options_;
     Cursor<WholeText> cursor_;
-    unsigned char indentation_[64] = {}; ///< whitespace expected at each depth, in bytes
+    static constexpr std::size_t depths = 64;
+
+    unsigned char indentation_[depths] = {}; ///< whitespace expected at each depth, in bytes
+    unsigned char lengths_[depths] = {};     ///< of arrays expected at each depth
     std::vector<std::unique_ptr<Shape>> shapes_;
     Defaults defaults_;
 };

@@ -1,9 +1,7 @@
 #include "reading/input.hpp"
 
 #include "grammar/streams.hpp"
-#include "text/characters.hpp"
-
-#include <foundation/json/detail/quoted.hpp>
+#include "text/visible_name.hpp"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -94,18 +92,6 @@ GrowingText read_all(std::istream& stream, std::size_t most) {
 }
 
 // ---- Files -----------------------------------------------------------------------------------
-
-std::string visible_name(const std::filesystem::path& path) {
-    std::string result;
-    for (const char byte : path.string()) {
-        if (is_control(byte)) {
-            append_escaped(result, {&byte, 1});
-        } else {
-            result += byte;
-        }
-    }
-    return result;
-}
 
 namespace {
 

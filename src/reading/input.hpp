@@ -51,9 +51,6 @@ GrowingText read_all(std::istream& stream, std::size_t most);
 /// @throws std::system_error with the file's name in its message
 GrowingText read_file(const std::filesystem::path& path, std::size_t most);
 
-/// The name of a file, with control bytes escaped as in a JSON string: NUL would end a message.
-std::string visible_name(const std::filesystem::path& path);
-
 } // namespace foundation::json::detail
 
 #endif

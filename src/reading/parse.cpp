@@ -17,6 +17,14 @@ Value parse_text(const WholeText& text, const char* begin, const ParseOptions& o
     return value;
 }
 
+void parse_text_again(const WholeText& text, const char* begin, const ParseOptions& options,
+                      Reuse& reuse) {
+    Cursor<WholeText> cursor(options, text);
+    const char* const end =
+        ValueReader<WholeText>(cursor).read_again(cursor.skip_space(begin), reuse);
+    cursor.expect_end(end, end[-1]);
+}
+
 namespace {
 
 /// The value of a text, if it is not too long.

@@ -7,6 +7,7 @@
 #include "reading/read_error.hpp"
 #include "reading/token_reader.hpp"
 #include "text/location.hpp"
+#include "text/visible_name.hpp"
 
 #include <foundation/json/read.hpp>
 
@@ -157,9 +158,7 @@ namespace {
 
 void read_with(DocumentCore& core, const char* begin, void* object, const void* base,
                ReadRoot read) {
-    core.begin(begin);
-    read(core, object, base);
-    core.finish();
+    core.finish(read(core, core.begin(begin), object, base));
 }
 
 void read_any(std::string_view text, const ReadOptions& options, void* object, const void* base,

@@ -168,9 +168,10 @@ void Reader::read_object(const detail::ReadObject& target) {
     ReadOptions options;
     static_cast<ParseOptions&>(options) = implementation_->options();
     std::optional<ReadError> error;
-    reader.value([&](Value& value) {
+    detail::Reuse found_value;
+    reader.value(found_value, [&] {
         try {
-            target.convert(target.object, value, options);
+            target.convert(target.object, found_value.value, options);
         } catch (const ConversionError& found) {
             const std::string_view text = reader.text_of_value();
             const std::size_t behind = detail::describe_location(found.pointer()).size();

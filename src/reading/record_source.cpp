@@ -45,17 +45,26 @@ bool RecordSource::next(const RecordTarget& record) {
         throw;
     }
     end_record();
+    keep_for_reuse();
     return true;
 }
 
-std::optional<ReadError> RecordSource::give(const RecordTarget& record, Value& value,
-                                            std::string_view text, const ReadOptions& options) {
+std::optional<ReadError> RecordSource::give(const RecordTarget& record, std::string_view text,
+                                            const ReadOptions& options) {
     try {
-        record.take(value, options);
+        record.take(reuse_.value, options);
         return std::nullopt;
     } catch (const ConversionError& error) {
         const TextPosition begin = set_bad_text(text.data(), text.data() + text.size());
         return make_read_error({text, begin}, options, error, error, {});
+    }
+}
+
+/// Keeps what the caller had before, unless that is long: its memory would be kept for little.
+void RecordSource::keep_for_reuse() noexcept {
+    constexpr std::size_t longest = 65536;
+    if (std::exchange(last_size_, text_.size()) > longest) {
+        reuse_.value = Value();
     }
 }
 
@@ -158,7 +167,7 @@ private:
     void read(const RecordTarget& record) override;
     bool find_line();
     bool is_empty();
-    Value parse_line();
+    void parse_line();
     [[noreturn]] void refuse_long();
 
     const char* behind_ = nullptr; ///< where the next line begins
@@ -220,8 +229,8 @@ void LineSource::read(const RecordTarget& record) {
     }
     std::optional<ReadError> error;
     if (!record.read(text_, options_)) {
-        Value result = parse_line();
-        error = give(record, result, text_, options_);
+        parse_line();
+        error = give(record, text_, options_);
     }
     window().go_to(behind_);
     if (error) {
@@ -229,17 +238,17 @@ void LineSource::read(const RecordTarget& record) {
     }
 }
 
-Value LineSource::parse_line() {
+void LineSource::parse_line() {
     const auto parse_at = [this](const TextPosition& begin) {
         const WholeText line(text_, begin);
-        return parse_text(line, line.begin(), options_);
+        parse_text_again(line, line.begin(), options_, reuse_);
     };
     try {
-        return parse_at({}); // positions are counted for errors alone
+        parse_at({}); // positions are counted for errors alone
     } catch (const ParserException&) {
         const TextPosition begin = set_bad_text(text_.data(), text_.data() + text_.size());
         window().go_to(behind_);
-        return parse_at(begin); // throws again
+        parse_at(begin); // throws again
     }
 }
 
@@ -287,13 +296,12 @@ void ConcatenatedSource::read(const RecordTarget& record) {
         if (!reader_) {
             reader_.emplace(cursor_);
         }
-        Value result;
-        const char* const end = reader_->read(window().at(), result);
+        const char* const end = reader_->read_again(window().at(), reuse_);
         const char* const begin = window().kept();
         cursor_.check_length(begin, end);
         cursor_.expect_separation(end, end[-1]);
         const std::string_view text(begin, static_cast<std::size_t>(end - begin));
-        const std::optional<ReadError> error = give(record, result, text, options_);
+        const std::optional<ReadError> error = give(record, text, options_);
         text_ = text;
         window().go_to(end);
         window().release();
@@ -402,9 +410,9 @@ bool ElementSource::find_element() {
 void ElementSource::read(const RecordTarget& record) {
     std::optional<ReadError> error;
     try {
-        tokens_.value([&](Value& value) {
+        tokens_.value(reuse_, [&] {
             text_ = tokens_.text_of_value();
-            error = give(record, value, text_, options_);
+            error = give(record, text_, options_);
         });
     } catch (const ParserException&) {
         ended_ = true;

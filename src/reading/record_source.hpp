@@ -4,6 +4,7 @@
 #define FOUNDATION_JSON_SRC_READING_RECORD_SOURCE_HPP
 
 #include "grammar/position.hpp"
+#include "reading/reuse.hpp"
 
 #include <foundation/json/read.hpp>
 #include <foundation/json/records.hpp>
@@ -65,23 +66,26 @@ protected:
     /// @param at  null for that
     virtual TextPosition locate(const char* at) noexcept = 0;
 
-    /// Gives a record the value of a text.
+    /// Gives a record the value of a text, which has been read to be used again.
     /// @return the error, if that does not fit the type of the record
-    std::optional<ReadError> give(const RecordTarget& record, Value& value, std::string_view text,
+    std::optional<ReadError> give(const RecordTarget& record, std::string_view text,
                                   const ReadOptions& options);
 
     /// Sets the text of the record, of which an error will be thrown. @return where it begins
     TextPosition set_bad_text(const char* begin, const char* end) noexcept;
 
     std::string_view text_;
+    Reuse reuse_; ///< the record before the last one, which becomes the next
 
 private:
     void end_record() noexcept;
+    void keep_for_reuse() noexcept;
 
     bool found_ = false; ///< a record that has not been read yet
     std::size_t index_ = 0;
     std::size_t next_index_ = 0;
-    std::optional<TextPosition> begin_; ///< of the record, if it is known
+    std::optional<TextPosition> begin_;                    ///< of the record, if it is known
+    std::size_t last_size_ = static_cast<std::size_t>(-1); ///< of the text of what the caller has
 };
 
 /// @param stream  must outlive the source

@@ -379,27 +379,30 @@ Value TokenReader::scalar() const {
 
 Value TokenReader::value() {
     Value result;
-    read_value(result);
+    read_value(result, nullptr);
     go_behind();
     return result;
 }
 
 /// Reads the value that begins here. Its text is kept, until go_back() or go_behind().
-void TokenReader::read_value(Value& value) {
+/// @param reuse  what the target belongs to, if its memory is used again
+void TokenReader::read_value(Value& target, Reuse* reuse) {
     if (is_at_container()) {
-        read_container(value);
+        read_container(target, reuse);
     } else {
         begin_of_value_ = begin_;
         end_of_value_ = window().at();
-        value = scalar();
+        target = scalar();
     }
 }
 
 /// Reads the array or object that has just been opened.
-void TokenReader::read_container(Value& value) {
+void TokenReader::read_container(Value& target, Reuse* reuse) {
     window().keep(begin_);
     try {
-        end_of_value_ = ValueReader<Window>(cursor_, levels_.size() - 1).read(begin_, value);
+        ValueReader<Window> reader(cursor_, levels_.size() - 1);
+        end_of_value_ =
+            reuse != nullptr ? reader.read_again(begin_, *reuse) : reader.read(begin_, target);
         begin_of_value_ = window().kept();
         cursor_.check_length(begin_of_value_, end_of_value_);
     } catch (const ParserException& error) {

@@ -5,6 +5,7 @@
 
 #include "grammar/cursor.hpp"
 #include "grammar/window.hpp"
+#include "reading/reuse.hpp"
 #include "reading/stack.hpp"
 
 #include <foundation/json/reader.hpp>
@@ -68,9 +69,10 @@ public:
     /// The value that find_value() has found. Goes to its end.
     Value value();
 
-    /// The same, which is passed to a function. If that throws, the reader stays where it was.
+    /// The same into a value whose memory is used again; calls a function to take it. If that
+    /// throws, the reader stays where it was.
     template <class Take>
-    void value(const Take& take);
+    void value(Reuse& target, const Take& take);
 
     /// The text of the value that is passed, or has been; behind an error, its begin.
     std::string_view text_of_value() const noexcept {
@@ -134,7 +136,7 @@ private:
     static constexpr std::ptrdiff_t unlimited_room = std::numeric_limits<std::ptrdiff_t>::max();
 
     void forget(const Context& context, const char* end) override;
-    void forget_of(std::size_t level, const Context& context, std::size_t begin, std::size_t end);
+    void forget_of(std::size_t level, const Context& context, std::size_t first, std::size_t last);
 
     Token read();
     Token read_next();
@@ -153,8 +155,8 @@ private:
         return token_ == Token::begin_array || token_ == Token::begin_object;
     }
     Value scalar() const;
-    void read_value(Value& value);
-    void read_container(Value& value);
+    void read_value(Value& target, Reuse* reuse);
+    void read_container(Value& target, Reuse* reuse);
     void go_back() noexcept;
     void go_behind();
 
@@ -184,11 +186,10 @@ private:
 };
 
 template <class Take>
-void TokenReader::value(const Take& take) {
-    Value result;
-    read_value(result);
+void TokenReader::value(Reuse& target, const Take& take) {
+    read_value(target.value, &target);
     try {
-        take(result);
+        take();
     } catch (...) {
         go_back();
         throw;

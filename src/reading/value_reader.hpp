@@ -8,6 +8,7 @@
 #include "grammar/window.hpp"
 #include "reading/array_lengths.hpp"
 #include "reading/pending_element.hpp"
+#include "reading/reuse.hpp"
 #include "reading/stack.hpp"
 
 #include <cstddef>
@@ -33,6 +34,9 @@ public:
     /// @param root  Undefined; unspecified after an exception
     /// @return the position behind it
     const char* read(const char* at, Value& root);
+
+    /// Reads a value into one whose memory is used again, which is unspecified after an exception.
+    const char* read_again(const char* at, Reuse& reuse);
 
 private:
     class ElementSink;
@@ -74,6 +78,13 @@ private:
     void close_array(const char* end);
     void close_object(const char* end);
     void close(const char* end, const PendingElement& closed);
+
+    Value* member_again(const StringToken& name);
+    std::string& string_again(Value& before, const StringToken& token);
+    void open_array_again(Value& before, const char* at);
+    void open_object_again(Value& before, const char* at);
+    void close_reused(const char* end);
+
     Opening opening() const;
     void take_pending(Array& array, std::size_t first);
     void take(Array& array, const PendingElement& element);
@@ -94,6 +105,9 @@ private:
     ArrayLengths lengths_;           ///< of arrays with too many elements to be pending at once
     ContainerStack<Array> arrays_;   ///< open or pending arrays that are elements of arrays
     ContainerStack<Object> objects_; ///< the same for objects
+
+    Reuse* reuse_ = nullptr;
+    const Object* reused_ = nullptr; ///< the innermost object, if it is one from before
 
     const Array no_elements_;
     const Object no_members_;

@@ -95,34 +95,59 @@ public:
 
     template <class Content>
     void operator()(const Content& content) const {
-        insert(content);
+        if (Value* const before = again()) {
+            *before = Value(content);
+        } else {
+            insert(content);
+        }
     }
 
     void operator()(const StringToken& token) const {
-        decode(token, content_of<std::string>(insert(reader_.no_text_)));
+        if (Value* const before = again()) {
+            decode(token, reader_.string_again(*before, token));
+        } else {
+            decode(token, content_of<std::string>(insert(reader_.no_text_)));
+        }
     }
 
     void open_array(const char* at) const {
-        reader_.open(content_of<Array>(insert(reader_.no_elements_)), at);
+        if (Value* const before = again()) {
+            reader_.open_array_again(*before, at);
+        } else {
+            reader_.open(content_of<Array>(insert(reader_.no_elements_)), at);
+        }
     }
 
     void open_object(const char* at) const {
-        reader_.open(content_of<Object>(insert(reader_.no_members_)), at);
+        if (Value* const before = again()) {
+            reader_.open_object_again(*before, at);
+        } else {
+            reader_.open(content_of<Object>(insert(reader_.no_members_)), at);
+        }
     }
 
 private:
-    template <class Content>
-    Value& insert(const Content& content) const {
-        Object& object = *reader_.open_.top().object;
+    /// The name, which may have moved while the value was read.
+    decltype(auto) name() const noexcept {
         if constexpr (Input::refills) {
-            // The text may have moved while the value was read.
             StringToken name = name_;
             name.text = reader_.base() + offset_;
             name.end = name.text + name_.size();
-            return reader_.insert(object, name, content);
+            return name;
         } else {
-            return reader_.insert(object, name_, content);
+            return (name_);
         }
+    }
+
+    /// The member with content from before, if there is some.
+    Value* again() const {
+        return reader_.open_.top().object == reader_.reused_ ? reader_.member_again(name())
+                                                             : nullptr;
+    }
+
+    template <class Content>
+    Value& insert(const Content& content) const {
+        return reader_.insert(*reader_.open_.top().object, name(), content);
     }
 
     ValueReader& reader_;
@@ -141,24 +166,77 @@ public:
     }
 
     void operator()(const StringToken& token) const {
-        root_ = Value(reader_.no_text_);
-        decode(token, content_of<std::string>(root_));
+        decode(token, reader_.string_again(root_, token));
     }
 
-    void open_array(const char* at) const {
-        root_ = Value(reader_.no_elements_);
-        reader_.open(content_of<Array>(root_), at);
-    }
-
-    void open_object(const char* at) const {
-        root_ = Value(reader_.no_members_);
-        reader_.open(content_of<Object>(root_), at);
-    }
+    void open_array(const char* at) const { reader_.open_array_again(root_, at); }
+    void open_object(const char* at) const { reader_.open_object_again(root_, at); }
 
 private:
     ValueReader& reader_;
     Value& root_;
 };
+
+// ---- Memory from before ----------------------------------------------------------------------
+
+template <class Input>
+const char* ValueReader<Input>::read_again(const char* at, Reuse& reuse) {
+    reuse.restart();
+    reuse_ = &reuse;
+    reused_ = nullptr;
+    return read(at, reuse.value);
+}
+
+/// @return null if there is no member with content from before
+template <class Input>
+[[gnu::noinline]] Value* ValueReader<Input>::member_again(const StringToken& name) {
+    decode(name, reuse_->name());
+    return reuse_->member_for(*open_.top().object);
+}
+
+template <class Input>
+[[gnu::noinline]] std::string& ValueReader<Input>::string_again(Value& before,
+                                                                const StringToken& token) {
+    if (!holds<std::string>(before)) {
+        before = Value(no_text_);
+    }
+    auto& text = content_of<std::string>(before);
+    if (text.capacity() > std::max(Reuse::most_characters, 2 * token.size())) {
+        std::string().swap(text); // assignment would keep the room
+    }
+    return text;
+}
+
+template <class Input>
+[[gnu::noinline]] void ValueReader<Input>::open_array_again(Value& before, const char* at) {
+    if (holds<Array>(before) && content_of<Array>(before).capacity() <= Reuse::most_elements) {
+        content_of<Array>(before).clear();
+    } else {
+        before = Value(no_elements_);
+    }
+    open(content_of<Array>(before), at);
+}
+
+template <class Input>
+[[gnu::noinline]] void ValueReader<Input>::open_object_again(Value& before, const char* at) {
+    if (!holds<Object>(before)) {
+        before = Value(no_members_);
+        open(content_of<Object>(before), at);
+        return;
+    }
+    auto& object = content_of<Object>(before);
+    open(object, at);
+    reuse_->open(object);
+    reused_ = &object;
+}
+
+/// Closes an object from before, which is the value itself or a member of another such object.
+template <class Input>
+[[gnu::noinline]] void ValueReader<Input>::close_reused(const char* end) {
+    reuse_->close();
+    close(end, PendingElement(open_.top().object));
+    reused_ = open_.empty() ? nullptr : open_.top().object;
+}
 
 // ---- Structure -------------------------------------------------------------------------------
 
@@ -365,6 +443,10 @@ void ValueReader<Input>::close_array(const char* end) {
 
 template <class Input>
 void ValueReader<Input>::close_object(const char* end) {
+    if (open_.top().object == reused_) {
+        close_reused(end);
+        return;
+    }
     close(end, PendingElement(open_.top().object));
 }
 

@@ -83,18 +83,17 @@ template <class Rule>
 [[gnu::always_inline]] inline char* BlockOutput<Output>::quoted(Cursor at, std::string_view text) {
     // From this size on, copying costs more than what it takes to do without.
     constexpr std::size_t long_text = 4096;
-    using Bytes = VectorBytes<Rule>;
     const char* from = text.data();
     const char* const end = from + text.size();
     at = ensure_room(at, room_of_block);
     *at++ = '"';
-    if (end - from <= block && copy_clean<Bytes>(at, from, text.size())) {
+    if (end - from <= block && copy_clean<Rule>(at, from, text.size())) {
         at += text.size();
         *at++ = '"';
         return at;
     }
     if (text.size() >= long_text) {
-        if (const std::size_t clean = count_clean<Bytes>(from, end); clean >= long_text) {
+        if (const std::size_t clean = count_clean<Rule>(from, end); clean >= long_text) {
             at = ensure_room(output().pass(at, from, clean), room_of_block);
             from += clean;
         }

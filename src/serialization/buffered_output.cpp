@@ -13,7 +13,7 @@ char* BufferedOutput<Sink>::real_number(Cursor at, FloatingBits<Number> bits) {
     if (!this->has_room(at, fast_number_room)) {
         return real_number_in_new_room(at, bits);
     }
-    return fast_or_reference_number_text(at, bits);
+    return fast_number_text(at, bits);
 }
 
 /// Separate from the common case, which then need not save registers.
@@ -21,7 +21,7 @@ template <class Sink>
 template <class Number>
 [[gnu::noinline]] char* BufferedOutput<Sink>::real_number_in_new_room(Cursor at,
                                                                       FloatingBits<Number> bits) {
-    return fast_or_reference_number_text(sink().make_room(at), bits);
+    return fast_number_text(sink().make_room(at), bits);
 }
 
 template <class Sink>

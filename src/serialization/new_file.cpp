@@ -1,8 +1,6 @@
 #include "serialization/new_file.hpp"
 
-#include "text/characters.hpp"
-
-#include <foundation/json/detail/quoted.hpp>
+#include "text/visible_name.hpp"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -22,19 +20,6 @@ namespace foundation::json::detail {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// The name of a file, with control bytes escaped as in a JSON string: NUL would end the message.
-std::string visible_name(const fs::path& path) {
-    std::string result;
-    for (const char byte : path.string()) {
-        if (is_control(byte)) {
-            append_escaped(result, {&byte, 1});
-        } else {
-            result += byte;
-        }
-    }
-    return result;
-}
 
 [[noreturn]] void fail(const fs::path& path, int error, const char* why = "") {
     throw std::system_error(error, std::generic_category(),

@@ -1,6 +1,6 @@
 #include "serialization/stream_output.hpp"
 
-#include "serialization/number_text.hpp"
+#include "number/number_text.hpp"
 #include "text/escapes.hpp"
 
 #include <exception>

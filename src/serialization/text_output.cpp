@@ -135,7 +135,7 @@ char* TextOutput::short_utf8(Cursor at, std::string_view text) {
     using Rule = EscapeRule<Solidus::raw, BeyondAscii::plain>;
     at = ensure_room(at, minimum_room);
     *at = '"';
-    switch (copy_utf8_by_shuffles<VectorBytes<Rule>>(at + 1, text.data(), text.size())) {
+    switch (copy_utf8_by_shuffles<Rule>(at + 1, text.data(), text.size())) {
     case Utf8Copy::clean:
         at += 1 + text.size();
         *at = '"';

@@ -70,7 +70,7 @@ public:
     /// the position behind the cursor, as it is in the text. The room of clean_size bytes and the
     /// quotes is there.
     [[gnu::always_inline]] bool copies_clean(Cursor at, std::string_view text) const noexcept {
-        using Checked = VectorBytes<EscapeRule<Solidus::raw, BeyondAscii::special>>;
+        using Checked = EscapeRule<Solidus::raw, BeyondAscii::special>;
         return text.size() <= clean_size && !options_.escape_slash &&
                copy_clean<Checked>(at + 1, text.data(), text.size());
     }

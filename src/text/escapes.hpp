@@ -1,5 +1,6 @@
 /// @file
-/// Which bytes of a string are escaped: those of the fixed text, and those that JSON demands.
+/// The short escapes of strings, and which bytes take them: in the fixed text, and where JSON
+/// demands it.
 #ifndef FOUNDATION_JSON_SRC_TEXT_ESCAPES_HPP
 #define FOUNDATION_JSON_SRC_TEXT_ESCAPES_HPP
 
@@ -32,6 +33,20 @@ constexpr char short_escape(unsigned char byte) noexcept {
         return '\0';
     }
 }
+
+constexpr std::array<char, 256> make_escaped_bytes() noexcept {
+    std::array<char, 256> bytes{};
+    for (int byte = 0; byte < 0x80; ++byte) {
+        const char letter = short_escape(static_cast<unsigned char>(byte));
+        if (letter != '\0') {
+            bytes[static_cast<unsigned char>(letter)] = static_cast<char>(byte);
+        }
+    }
+    return bytes;
+}
+
+/// For the character behind a backslash the byte that this short escape means, or NUL.
+inline constexpr std::array<char, 256> escaped_bytes = make_escaped_bytes();
 
 /// Whether the solidus is escaped.
 enum class Solidus { raw, escaped };

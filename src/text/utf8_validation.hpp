@@ -3,8 +3,10 @@
 #ifndef FOUNDATION_JSON_SRC_TEXT_UTF8_VALIDATION_HPP
 #define FOUNDATION_JSON_SRC_TEXT_UTF8_VALIDATION_HPP
 
-#include "text/shuffled_string_text.hpp"
+#include "text/byte_block.hpp"
+#include "text/byte_vector.hpp"
 #include "text/utf8.hpp"
+#include "text/words.hpp"
 
 #include <array>
 #include <cstddef>
@@ -80,139 +82,49 @@ alignas(16) inline constexpr std::array<std::uint8_t, 16> first_low_table =
 alignas(16) inline constexpr std::array<std::uint8_t, 16> second_high_table =
     make_pair_table(&BadPair::second_high);
 
-#if defined(__x86_64__)
-
-/// Sixteen bytes.
-class Utf8Block {
-public:
-    FOUNDATION_JSON_SHUFFLING Utf8Block() noexcept : bytes_(_mm_setzero_si128()) {}
-    FOUNDATION_JSON_SHUFFLING explicit Utf8Block(const char* from) noexcept
-        : bytes_(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))) {}
-    FOUNDATION_JSON_SHUFFLING explicit Utf8Block(FewBytes bytes) noexcept
-        : bytes_(_mm_set_epi64x(static_cast<long long>(bytes.second),
-                                static_cast<long long>(bytes.first))) {}
-
-    FOUNDATION_JSON_SHUFFLING bool is_ascii() const noexcept {
-        return _mm_movemask_epi8(bytes_) == 0;
-    }
-
-    FOUNDATION_JSON_SHUFFLING bool is_zero() const noexcept {
-        return _mm_movemask_epi8(_mm_cmpeq_epi8(bytes_, _mm_setzero_si128())) == 0xFFFF;
-    }
-
-    FOUNDATION_JSON_SHUFFLING void add(Utf8Block other) noexcept {
-        bytes_ = _mm_or_si128(bytes_, other.bytes_);
-    }
-
-    /// Not zero where a byte is wrong behind those before it.
-    FOUNDATION_JSON_SHUFFLING Utf8Block errors_behind(Utf8Block previous) const noexcept {
-        const __m128i before = _mm_alignr_epi8(bytes_, previous.bytes_, 15);
-        const __m128i pairs =
-            _mm_and_si128(_mm_and_si128(lookup(first_high_table, high_half(before)),
-                                        lookup(first_low_table, low_half(before))),
-                          lookup(second_high_table, high_half(bytes_)));
-        // The highest bit of bytes two behind a lead of three or four, three behind one of four.
-        const __m128i third =
-            _mm_subs_epu8(_mm_alignr_epi8(bytes_, previous.bytes_, 14), _mm_set1_epi8(0xE0 - 0x80));
-        const __m128i fourth =
-            _mm_subs_epu8(_mm_alignr_epi8(bytes_, previous.bytes_, 13), _mm_set1_epi8(0xF0 - 0x80));
-        const __m128i demanded =
-            _mm_and_si128(_mm_or_si128(third, fourth), _mm_set1_epi8(static_cast<char>(0x80)));
-        return Utf8Block(_mm_xor_si128(demanded, pairs));
-    }
-
-private:
-    FOUNDATION_JSON_SHUFFLING explicit Utf8Block(__m128i bytes) noexcept : bytes_(bytes) {}
-
-    FOUNDATION_JSON_SHUFFLING static __m128i low_half(__m128i bytes) noexcept {
-        return _mm_and_si128(bytes, _mm_set1_epi8(0x0F));
-    }
-    FOUNDATION_JSON_SHUFFLING static __m128i high_half(__m128i bytes) noexcept {
-        return low_half(_mm_srli_epi16(bytes, 4));
-    }
-    FOUNDATION_JSON_SHUFFLING static __m128i lookup(const std::array<std::uint8_t, 16>& table,
-                                                    __m128i numbers) noexcept {
-        return _mm_shuffle_epi8(_mm_load_si128(reinterpret_cast<const __m128i*>(table.data())),
-                                numbers);
-    }
-
-    __m128i bytes_;
-};
-
-#else
-
-/// Sixteen bytes.
-class Utf8Block {
-public:
-    Utf8Block() noexcept : bytes_(vdupq_n_u8(0)) {}
-    explicit Utf8Block(const char* from) noexcept
-        : bytes_(vld1q_u8(reinterpret_cast<const std::uint8_t*>(from))) {}
-    explicit Utf8Block(FewBytes bytes) noexcept
-        : bytes_(vcombine_u8(vcreate_u8(bytes.first), vcreate_u8(bytes.second))) {}
-
-    bool is_ascii() const noexcept { return vmaxvq_u8(bytes_) < 0x80; }
-    bool is_zero() const noexcept { return vmaxvq_u8(bytes_) == 0; }
-    void add(Utf8Block other) noexcept { bytes_ = vorrq_u8(bytes_, other.bytes_); }
-
-    /// Not zero where a byte is wrong behind those before it.
-    Utf8Block errors_behind(Utf8Block previous) const noexcept {
-        const uint8x16_t before = vextq_u8(previous.bytes_, bytes_, 15);
-        const uint8x16_t pairs =
-            vandq_u8(vandq_u8(lookup(first_high_table, vshrq_n_u8(before, 4)),
-                              lookup(first_low_table, vandq_u8(before, vdupq_n_u8(0x0F)))),
-                     lookup(second_high_table, vshrq_n_u8(bytes_, 4)));
-        // The highest bit of bytes two behind a lead of three or four, three behind one of four.
-        const uint8x16_t third =
-            vqsubq_u8(vextq_u8(previous.bytes_, bytes_, 14), vdupq_n_u8(0xE0 - 0x80));
-        const uint8x16_t fourth =
-            vqsubq_u8(vextq_u8(previous.bytes_, bytes_, 13), vdupq_n_u8(0xF0 - 0x80));
-        const uint8x16_t demanded = vandq_u8(vorrq_u8(third, fourth), vdupq_n_u8(0x80));
-        return Utf8Block(veorq_u8(demanded, pairs));
-    }
-
-private:
-    explicit Utf8Block(uint8x16_t bytes) noexcept : bytes_(bytes) {}
-
-    static uint8x16_t lookup(const std::array<std::uint8_t, 16>& table,
-                             uint8x16_t numbers) noexcept {
-        return vqtbl1q_u8(vld1q_u8(table.data()), numbers);
-    }
-
-    uint8x16_t bytes_;
-};
-
-#endif
+/// Not zero where a byte is wrong behind those before it.
+/// @param previous  the sixteen bytes before
+FOUNDATION_JSON_SHUFFLING inline Vector utf8_errors(Vector bytes, Vector previous) noexcept {
+    const Vector before = bytes.behind_last<1>(previous);
+    const Vector pairs = table_of(first_high_table).at(before.high_halves()) &
+                         table_of(first_low_table).at(before.low_halves()) &
+                         table_of(second_high_table).at(bytes.high_halves());
+    // The highest bit of bytes two behind a lead of three or four, three behind one of four.
+    const Vector third = bytes.behind_last<2>(previous).minus(0xE0 - 0x80);
+    const Vector fourth = bytes.behind_last<3>(previous).minus(0xF0 - 0x80);
+    constexpr std::uint64_t highest_bits = 0x8080808080808080;
+    const Vector demanded = (third | fourth) & Vector(highest_bits, highest_bits);
+    return demanded ^ pairs;
+}
 
 /// Checks one block after the other.
 class Utf8Checker {
 public:
-    FOUNDATION_JSON_SHUFFLING void check(Utf8Block block) noexcept {
-        errors_.add(block.errors_behind(previous_));
-        previous_ = block;
+    FOUNDATION_JSON_SHUFFLING void check(Vector bytes) noexcept {
+        errors_ = errors_ | utf8_errors(bytes, previous_);
+        previous_ = bytes;
     }
 
     /// Four blocks. Text that is mostly ASCII passes through at once; fewer blocks would be more of
     /// a gamble on what comes next than it takes to check them.
     FOUNDATION_JSON_SHUFFLING void check_four(const char* from) noexcept {
-        const Utf8Block blocks[] = {Utf8Block(from), Utf8Block(from + 16), Utf8Block(from + 32),
-                                    Utf8Block(from + 48)};
-        Utf8Block all = previous_;
-        for (const Utf8Block& block : blocks) {
-            all.add(block);
-        }
-        if (all.is_ascii()) {
+        const Vector blocks[] = {Vector(from), Vector(from + 16), Vector(from + 32),
+                                 Vector(from + 48)};
+        if ((previous_ | blocks[0] | blocks[1] | blocks[2] | blocks[3]).is_ascii()) {
             return;
         }
-        for (const Utf8Block& block : blocks) {
-            check(block);
+        for (const Vector& bytes : blocks) {
+            check(bytes);
         }
     }
 
-    FOUNDATION_JSON_SHUFFLING bool found_nothing() const noexcept { return errors_.is_zero(); }
+    FOUNDATION_JSON_SHUFFLING bool found_nothing() const noexcept {
+        return errors_.equal_to('\0').mask().complement().empty();
+    }
 
 private:
-    Utf8Block previous_;
-    Utf8Block errors_;
+    Vector previous_;
+    Vector errors_;
 };
 
 /// The same as find_bad_utf8(from, end) == end, sixteen bytes at a time.
@@ -223,11 +135,10 @@ FOUNDATION_JSON_SHUFFLING inline bool is_utf8_by_shuffles(const char* from,
         checker.check_four(from);
     }
     for (; end - from >= 16; from += 16) {
-        checker.check(Utf8Block(from));
+        checker.check(Vector(from));
     }
     // Zeros behind the end show whether a sequence is cut off there.
-    checker.check(from != end ? Utf8Block(load_few(from, static_cast<std::size_t>(end - from)))
-                              : Utf8Block());
+    checker.check(from != end ? load_few(from, static_cast<std::size_t>(end - from)) : Vector());
     return checker.found_nothing();
 }
 
@@ -239,29 +150,29 @@ enum class Utf8Copy {
 };
 
 /// Copies a string and checks it meanwhile: is_utf8() and copy_clean() in one.
-/// @param Bytes  has bytes beyond ASCII copied
+/// @tparam Rule  has bytes beyond ASCII copied
 /// @param size   at least 16
-template <class Bytes>
+template <class Rule>
 FOUNDATION_JSON_SHUFFLING Utf8Copy copy_utf8_by_shuffles(char* out, const char* from,
                                                          std::size_t size) noexcept {
     Utf8Checker checker;
-    bool any_escaped = false;
+    bool is_clean = true;
     std::size_t at = 0;
     for (; size - at >= 16; at += 16) {
-        const Bytes bytes(from + at);
+        const Block bytes(from + at);
         bytes.store(out + at);
-        any_escaped = any_escaped | bytes.any_escaped();
-        checker.check(Utf8Block(from + at));
+        is_clean = is_clean & bytes.template special<Rule>().empty();
+        checker.check(Vector(from + at));
     }
-    const Bytes last(from + size - 16); // overlaps the block before it
+    const Block last(from + size - 16); // overlaps the block before it
     last.store(out + size - 16);
-    any_escaped = any_escaped | last.any_escaped();
+    is_clean = is_clean & last.template special<Rule>().empty();
     // Zeros behind the end show whether a sequence is cut off there.
-    checker.check(at != size ? Utf8Block(load_few(from + at, size - at)) : Utf8Block());
+    checker.check(at != size ? load_few(from + at, size - at) : Vector());
     if (!checker.found_nothing()) {
         return Utf8Copy::bad;
     }
-    return any_escaped ? Utf8Copy::special : Utf8Copy::clean;
+    return is_clean ? Utf8Copy::clean : Utf8Copy::special;
 }
 
 #endif

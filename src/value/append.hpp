@@ -1,5 +1,6 @@
 /// @file
-/// Appending to an array, and its growth, without copying its elements.
+/// Appending to an array, and its growth, without copying its elements. All of it is in
+/// lifetime.cpp, where what moves a value is inlined.
 #ifndef FOUNDATION_JSON_SRC_VALUE_APPEND_HPP
 #define FOUNDATION_JSON_SRC_VALUE_APPEND_HPP
 

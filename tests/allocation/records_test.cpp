@@ -176,6 +176,88 @@ TEST(RecordsAllocationFailures, OfFramingsLeakNothing) {
 
 // ---- Memory ----------------------------------------------------------------------------------
 
+/// How many allocations the records of a stream take behind the first three.
+std::size_t later_allocations(const std::string& begin, const std::string& record,
+                              const std::string& end, const Framing& framing) {
+    std::string text = begin;
+    for (int i = 0; i != 100; ++i) {
+        text += record;
+    }
+    text += end;
+    std::istringstream stream(text);
+    Records<Value> records(stream, framing);
+    Value value;
+    for (int i = 0; i != 3; ++i) {
+        EXPECT_TRUE(records.next(value));
+    }
+    return allocations_of([&] {
+        for (int i = 0; i != 97; ++i) {
+            EXPECT_TRUE(records.next(value));
+        }
+    });
+}
+
+TEST(RecordsAllocations, OfRecordsLikeThoseBeforeAreNone) {
+    // Names in any order, long ones, nested objects, and arrays of what needs no memory itself.
+    const std::string record = "{\"time\":\"2026-11-22T08:40:39Z\",\"id\":12345,\"" + long_text +
+                               "\":\"" + long_text + "\",\"user\":{\"name\":\"" + long_text +
+                               "\",\"\\u0061\":{\"b\":null}},\"tags\":[1,\"two\",true]}";
+    EXPECT_EQ(later_allocations("", record + "\n", "", Framing::lines), 0U);
+    EXPECT_EQ(later_allocations("", record + " ", "", Framing::concatenated), 0U);
+    EXPECT_EQ(later_allocations("[", record + ",", "1]", Framing::elements()), 0U);
+    const std::string string = '"' + long_text + '"';
+    EXPECT_EQ(later_allocations("", string + "\n", "", Framing::lines), 0U);
+    EXPECT_EQ(later_allocations("", "[1,2,3]\n", "", Framing::lines), 0U);
+}
+
+TEST(RecordsAllocations, OfShortRecordsDoNotKeepTheMemoryOfManyLongOnes) {
+    // Each record gives another member much to hold and the others nothing.
+    for (const bool arrays : {true, false}) {
+        constexpr int count = 200;
+        std::string text;
+        for (int large = 0; large != count; ++large) {
+            text += '{';
+            for (int i = 0; i != count; ++i) {
+                std::string content = arrays ? "1" : "x";
+                for (int j = 0; i == large && j != 5000; ++j) {
+                    content += arrays ? ",1" : "xx";
+                }
+                text += '"' + std::to_string(i) + (arrays ? "\":[" : "\":\"") + content +
+                        (arrays ? ']' : '"') + (i + 1 == count ? "}\n" : ",");
+            }
+        }
+        std::istringstream stream(text);
+        Records<Value> records(stream);
+        const std::size_t before = live_bytes();
+        Value value;
+        int read = 0;
+        while (records.next(value)) {
+            ++read;
+        }
+        EXPECT_EQ(read, count);
+        EXPECT_LE(live_bytes() - before, 1000000U) << arrays; // 5000 numbers: 120,000 bytes
+    }
+}
+
+TEST(RecordsAllocations, OfALongRecordAreFreedAtTheNextOne) {
+    std::istringstream stream("\"" + std::string(1000000, 'x') + "\"\n1\n2\n3\n");
+    Records<Value> records(stream);
+    Value value;
+    EXPECT_TRUE(records.next(value));
+    const std::size_t before = live_bytes();
+    EXPECT_TRUE(records.next(value));
+    EXPECT_LE(live_bytes() + 900000, before);
+}
+
+TEST(RecordsAllocations, OfWhatTheCallerHadAreFreedAtTheFirstRecord) {
+    std::istringstream stream("\"a\"\n\"b\"\n");
+    Records<Value> records(stream);
+    const std::size_t before = live_bytes();
+    Value value(std::string(1000000, 'x'));
+    EXPECT_TRUE(records.next(value));
+    EXPECT_LE(live_bytes(), before + 100000); // the window
+}
+
 std::size_t peak_of_records(RepeatedText buffer, const Framing& framing,
                             const ReadOptions& options = with_comments()) {
     std::istream stream(&buffer);

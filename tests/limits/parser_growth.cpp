@@ -5,6 +5,8 @@
 #include "support/deep_stack.hpp"
 
 #include <foundation/json/parse.hpp>
+#include <foundation/json/reader.hpp>
+#include <foundation/json/records.hpp>
 
 #include <algorithm>
 #include <cstddef>
@@ -20,9 +22,13 @@
 
 namespace {
 
+using foundation::json::Framing;
 using foundation::json::parse;
 using foundation::json::ParseOptions;
 using foundation::json::ParserException;
+using foundation::json::Reader;
+using foundation::json::Records;
+using foundation::json::Token;
 using foundation::json::Value;
 using foundation::json::ValueStream;
 
@@ -100,6 +106,56 @@ void read_stream(const std::string& text) {
     read_stream(stream);
 }
 
+void read_tokens(std::istream& stream) {
+    ParseOptions options;
+    options.comments = true;
+    options.max_depth = 50000;
+    Reader reader(stream, options);
+    try {
+        while (reader.next() != Token::end) {
+        }
+    } catch (const ParserException&) {
+        // The time to find an error counts, too.
+    }
+}
+
+void read_tokens(const std::string& text) {
+    std::istringstream stream(text);
+    read_tokens(stream);
+}
+
+/// Skips all that the outermost array or object has.
+void skip_tokens(const std::string& text) {
+    std::istringstream stream(text);
+    Reader reader(stream);
+    for (reader.next(); reader.token() != Token::end; reader.next()) {
+        if (reader.depth() > 1) {
+            reader.skip();
+        }
+    }
+}
+
+void read_records(const std::string& text, const Framing& framing) {
+    std::istringstream stream(text);
+    Records<Value> records(stream, framing);
+    Value value;
+    for (bool more = true; more;) {
+        try {
+            more = records.next(value);
+        } catch (const ParserException&) {
+            // What follows depends on the framing.
+        }
+    }
+}
+
+void read_lines(const std::string& text) {
+    read_records(text, Framing::lines);
+}
+
+void read_elements(const std::string& text) {
+    read_records(text, Framing::elements());
+}
+
 /// A buffer that gives a byte at a time, as some sockets do.
 class ByteBuffer : public std::streambuf {
 public:
@@ -125,6 +181,12 @@ void read_bytes(const std::string& text) {
     ByteBuffer buffer(text);
     std::istream stream(&buffer);
     read_stream(stream);
+}
+
+void read_bytes_of_tokens(const std::string& text) {
+    ByteBuffer buffer(text);
+    std::istream stream(&buffer);
+    read_tokens(stream);
 }
 
 struct Shape {
@@ -248,6 +310,53 @@ const std::vector<Shape>& shapes() {
          read_bytes},
         {"bytes of errors", [](std::size_t size) { return filled(size, "", "]\n", ""); },
          read_bytes},
+        {"tokens of records",
+         [](std::size_t size) { return filled(size, "[", "{\"a\":[1,\"b\\n\"]},", "0]"); },
+         read_tokens},
+        {"tokens of nested arrays",
+         [](std::size_t size) { return filled(size, "[", nested(900, "[", "]") + ",", "0]"); },
+         read_tokens},
+        {"tokens of nested objects",
+         [](std::size_t size) {
+             return filled(size, "[", nested(900, "{\"a\":", "}") + ",", "0]");
+         },
+         read_tokens},
+        {"tokens of a long string",
+         [](std::size_t size) { return filled(size, "[\"", "\\n", "\"]"); }, read_tokens},
+        {"tokens before an error", [](std::size_t size) { return filled(size, "[", "{},", "]"); },
+         read_tokens},
+        {"bytes of tokens",
+         [](std::size_t size) { return filled(size, "[", "{\"a\":[1,\"b\\n\"]},", "0]"); },
+         read_bytes_of_tokens},
+        {"skipped arrays",
+         [](std::size_t size) { return filled(size, "[", nested(900, "[", "]") + ",", "0]"); },
+         skip_tokens},
+        {"lines of records",
+         [](std::size_t size) { return filled(size, "", "{\"a\":[1,\"b\\n\"]}\n", ""); },
+         read_lines},
+        {"lines of errors", [](std::size_t size) { return filled(size, "", "[1,\n", ""); },
+         read_lines},
+        {"a long line", [](std::size_t size) { return filled(size, "[", "0,", "0]"); }, read_lines},
+        {"records of other names each",
+         [](std::size_t size) {
+             return counted(
+                 size, "", [](std::size_t i) { return "{" + name(scattered(i)) + "\"a\":{}}\n"; },
+                 "");
+         },
+         read_lines},
+        {"records of many names in two orders",
+         [](std::size_t size) {
+             std::string names[2];
+             for (std::size_t i = 0; i != 500; ++i) {
+                 names[0] += name(i);
+                 names[1] += name(499 - i);
+             }
+             return filled(size, "", "{" + names[0] + "\"a\":0}\n{" + names[1] + "\"a\":0}\n", "");
+         },
+         read_lines},
+        {"elements of an array",
+         [](std::size_t size) { return filled(size, "[", "{\"a\":[1,\"b\\n\"]},", "0]"); },
+         read_elements},
         {"a stream of blanks", [](std::size_t size) { return filled(size, "", " \n", ""); },
          read_stream},
     };

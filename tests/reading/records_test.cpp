@@ -14,6 +14,7 @@
 #include <fstream>
 #include <functional>
 #include <ios>
+#include <random>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -687,6 +688,88 @@ TEST(Records, TakeEveryOption) {
                    "0 1=1:2 [1,] -> [1]\n1 6=1:7 {\"a\": -> 1:12: nested deeper than 2 levels: the "
                    "option max_depth is the limit\n2 11=1:12  -> end\n",
                    options);
+}
+
+/// The text of a random value with few names, so that many records share them.
+std::string random_text(std::mt19937& random, int depth) {
+    const auto below = [&random](unsigned limit) {
+        return static_cast<unsigned>(random() % limit);
+    };
+    const auto any_string = [&] {
+        return '"' + std::string(below(4) == 0 ? below(700) : below(20), 'x') +
+               (below(3) == 0 ? "\\u00e9\"" : "\"");
+    };
+    const unsigned choice = below(depth == 0 ? 4 : 9);
+    if (choice < 2) {
+        return any_string();
+    }
+    if (choice < 4) {
+        const char* const scalars[] = {"null", "true", "1.5", "18446744073709551615"};
+        return scalars[below(4)];
+    }
+    const bool is_array = choice == 4;
+    std::string result = is_array ? "[" : "{";
+    for (unsigned left = below(below(8) == 0 ? 40 : 5); left > 0; --left) {
+        const char* const names[] = {"a", "b", "c", "d", "\\u0061", "a name that is rather long"};
+        result += is_array ? "" : '"' + std::string(names[below(6)]) + "\":";
+        result += random_text(random, depth - 1) + (left > 1 ? "," : "");
+    }
+    return result + (is_array ? ']' : '}');
+}
+
+TEST(Records, OfRandomShapesAreWhatParseMakesOfThem) {
+    std::random_device device;
+    const unsigned seed = device();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    for (const auto duplicates :
+         {ParseOptions::DuplicateNames::last_wins, ParseOptions::DuplicateNames::error}) {
+        ReadOptions options;
+        options.duplicate_names = duplicates;
+        std::string lines;
+        std::string expected;
+        std::size_t count = 0;
+        for (int i = 0; i != 3000; ++i) {
+            const std::string text = random_text(random, 4);
+            lines += text + '\n';
+            try {
+                expected += content_text(parse(text, options)) + '\n';
+                ++count;
+            } catch (const ParserException& error) {
+                expected += error.what() + std::string("\n");
+            }
+        }
+        EXPECT_GE(count, 100U);
+        std::istringstream stream(lines);
+        Records<Value> records(stream, Framing::lines, options);
+        std::string found;
+        Value record;
+        for (bool more = true; more;) {
+            try {
+                more = records.next(record);
+                found += more ? content_text(record) + '\n' : "";
+            } catch (const ParserException& error) {
+                found += error.what() + std::string("\n");
+            }
+        }
+        ASSERT_EQ(found, expected);
+    }
+}
+
+TEST(Records, LeaveWhatHasBeenTakenFromARecordAlone) {
+    std::istringstream stream("{\"a\":\"first, and longer than the room of a string\"}\n"
+                              "{\"a\":\"second, and longer than the room of a string\"}\n"
+                              "{\"a\":\"third, and longer than the room of a string\"}\n");
+    Records<Value> records(stream);
+    Value record;
+    ASSERT_TRUE(records.next(record));
+    const Value copy = record;
+    const Value moved = std::move(record);
+    ASSERT_TRUE(records.next(record));
+    ASSERT_TRUE(records.next(record));
+    EXPECT_EQ(content_text(copy), "{\"a\":\"first, and longer than the room of a string\"}");
+    EXPECT_EQ(content_text(moved), "{\"a\":\"first, and longer than the room of a string\"}");
+    EXPECT_EQ(content_text(record), "{\"a\":\"third, and longer than the room of a string\"}");
 }
 
 TEST(Records, PositionsMayBeAskedForAtAnyTime) {

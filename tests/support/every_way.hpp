@@ -434,7 +434,7 @@ private:
         const std::string first = values.substr(0, values.find('\n'));
         if (!is_error(expected_)) {
             compare("the only value " + way, values, expected_ + '\n');
-        } else if (!is_about_the_end()) {
+        } else if (!is_about_the_end() && !begins_with_value(first)) {
             compare("the first value " + way, first, expected_);
         }
     }
@@ -453,6 +453,12 @@ private:
                                return expected_.find(part) != std::string::npos;
                            }) ||
                expected_.find('\n') != std::string::npos;
+    }
+
+    /// Whether a text that looks like the name of a file, as 7/a.txt does, begins with a value.
+    bool begins_with_value(const std::string& first) const {
+        return !is_error(first) &&
+               expected_.find("looks like the name of a file") != std::string::npos;
     }
 
     void check_elements(const std::string& way, std::size_t piece) {

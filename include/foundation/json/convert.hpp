@@ -89,13 +89,12 @@ T read_value(const Value& value, const Location& location, const ConvertOptions&
     } else {
         if constexpr (detail::require_default<T>()) {
             Session session{options, {}};
-            const ValueSource source(value, location, session);
             if constexpr (std::is_default_constructible_v<T>) {
                 T result{};
-                Converter<T>::read(result, source);
+                Converter<T>::read(result, value, location, session);
                 return result;
             } else {
-                return Converter<T>::make(source);
+                return detail::make_from<T>(value, location, session);
             }
         }
     }

@@ -2,27 +2,19 @@
 /// Objects of your own types straight from JSON text, without a Value between. Part of the library
 /// foundation::json_parser.
 ///
-///     struct Server {
-///         std::string host;
-///         int port = 8080;
-///     };
+///     const auto server = read<Server>(R"({"host": "a.example"})");
+///     const auto servers = read_file<std::vector<Server>>("servers.json");
 ///
-///     template <>
-///     inline constexpr auto foundation::json::members<Server> =
-///         table(required("host", &Server::host), defaulted("port", &Server::port));
 ///
-///     Server server = read<Server>(R"({"host": "a.example"})");
-///     auto servers = read_file<std::vector<Server>>("servers.json");
-///
-/// The types are those of convert.hpp, and so are the rules: read<T>(text) gives what
-/// to<T>(parse(text)) gives, or throws where that throws. It takes a fraction of the time, and no
-/// memory but that of the object.
+/// The types are those of convert.hpp with their tables, and so are the rules: read<T>(text) gives
+/// what to<T>(parse(text)) gives, or throws where that throws. It takes a fraction of the time, and
+/// no memory but that of the object.
 ///
 /// Of a document that does not fit the type, the exception tells the position and the JSON Pointer;
 /// describe() shows both:
 ///
 ///     try {
-///         read<Server>(R"({"host": "a.example", "port": "80"})");
+///         const auto wrong = read<Server>(R"({"host": "a.example", "port": "80"})");
 ///     } catch (const ReadError& error) {
 ///         std::cout << describe(error);
 ///         // ->
@@ -93,7 +85,8 @@ FOUNDATION_JSON_EXPORT std::string describe(const ReadError& error, std::string_
 /// @cond
 namespace detail {
 
-using ReadRoot = void (*)(DocumentReader& reader, void* object, const void* base);
+using ReadRoot = const char* (*)(DocumentReader& reader, const char* at, void* object,
+                                 const void* base);
 
 /// What becomes of a byte order mark at the begin.
 enum class Mark { skipped, refused };
@@ -135,8 +128,10 @@ private:
 };
 
 template <class T>
-void read_root(DocumentReader& reader, void* object, const void* base) {
-    detail::read_from(*static_cast<T*>(object), TextSource(reader, base));
+const char* read_root(DocumentReader& reader, const char* at, void* object, const void* base) {
+    const TextSource source(reader, at, base);
+    detail::read_from(*static_cast<T*>(object), source);
+    return source.at();
 }
 
 /// Whether a type can be read; if it cannot, says what to write instead.

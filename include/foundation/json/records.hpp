@@ -8,7 +8,7 @@
 ///         std::cout << serialize(record["name"]) << '\n';
 ///     }
 ///
-/// One record and its text are in memory at a time.
+/// One record and its text are in memory at a time, and the memory that the next one uses again.
 #ifndef FOUNDATION_JSON_RECORDS_HPP
 #define FOUNDATION_JSON_RECORDS_HPP
 
@@ -90,6 +90,11 @@ private:
 /// @endcond
 
 /// Reads the records of a stream one after the other.
+///
+/// A Value is read into the memory of the record before it: the members of its objects, whose names
+/// may be others, the room of their strings, and that of short arrays, but not of what is in these.
+/// Records with the same names take no allocation at all. For that, this object keeps the record
+/// that the last call of next() replaced, unless its text was longer than 64 KiB.
 ///
 /// Waits for no more of a stream than a record and its end: the end of its line or, for other
 /// framings, its closing bracket or quote, or the byte behind a number or word. Two threads must

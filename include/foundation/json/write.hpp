@@ -66,9 +66,7 @@ constexpr bool is_character_type() noexcept {
 template <class T>
 decltype(auto) writer_content(const T& content) {
     constexpr bool is_character = is_character_type<T>();
-    if constexpr (is_content<T> && !std::is_same_v<T, std::string>) {
-        return (content);
-    } else if constexpr (std::is_same_v<T, Value>) {
+    if constexpr (std::is_same_v<T, Value> || (is_content<T> && !std::is_same_v<T, std::string>)) {
         return (content);
     } else if constexpr (std::is_same_v<T, std::nullptr_t>) {
         return Null();

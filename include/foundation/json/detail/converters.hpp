@@ -154,14 +154,14 @@ struct Refused {};
 
 /// How a type is converted.
 ///
-/// read() takes what it reads from a source, such as a ValueSource. It changes what is there: the
-/// members of a class keep what they held where nothing is read into them, and containers are
-/// emptied first. write() passes an object on to a sink, a ValueSink or TextSink; it is given what
-/// read() would start from at that location.
+/// read() takes what it reads from source_of(from...), such as a ValueSource. It changes what is
+/// there: the members of a class keep what they held where nothing is read into them, and
+/// containers are emptied first. write() passes an object on to a sink, a ValueSink or TextSink; it
+/// is given what read() would start from at that location.
 template <class T, Category = detail::category_of<T>()>
 struct Converter : Refused {
-    template <class Source>
-    static void read(T&, const Source&) {
+    template <class... From>
+    static void read(T&, From&...) {
         static_assert(!detail::refuse_type<T>());
     }
     template <class Sink>
@@ -177,8 +177,9 @@ inline constexpr bool is_known = !std::is_base_of_v<Refused, Converter<T>>;
 /// What a Value holds as it is.
 template <class T>
 struct PlainConverter {
-    template <class Source>
-    static void read(T& target, const Source& source) {
+    template <class... From>
+    static void read(T& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         source.read(target);
     }
 };
@@ -217,8 +218,9 @@ struct Converter<Object> : PlainConverter<Object> {
 
 template <>
 struct Converter<Value> {
-    template <class Source>
-    static void read(Value& target, const Source& source) {
+    template <class... From>
+    static void read(Value& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         source.read(target);
     }
     template <class Sink>
@@ -230,8 +232,9 @@ struct Converter<Value> {
 template <class T>
 struct Converter<T, Category::number> {
 
-    template <class Source>
-    static void read(T& target, const Source& source) {
+    template <class... From>
+    static void read(T& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         source.read_number(target);
     }
 
@@ -254,8 +257,9 @@ struct Converter<T, Category::number> {
 template <class E>
 struct Converter<E, Category::enumeration> {
 
-    template <class Source>
-    static void read(E& target, const Source& source) {
+    template <class... From>
+    static void read(E& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         if constexpr (detail::require_enumerators<E>()) {
             target = enumerators<E>[source.enumerator(enumerator_table<E>)].first;
         }
@@ -286,21 +290,21 @@ struct Made {
 
 template <class T>
 struct Converter<Made<T>, Category::other> {
-    template <class Source>
-    static void read(Made<T>& target, const Source& source) {
+    template <class... From>
+    static void read(Made<T>& target, From&... from) {
         if constexpr (std::is_default_constructible_v<T>) {
-            detail::read_from(target.object.emplace(), source);
+            detail::read_from(target.object.emplace(), from...);
         } else {
-            target.object.emplace(Converter<T>::make(source));
+            target.object.emplace(Converter<T>::make(from...));
         }
     }
 };
 
 /// A new object, which is read.
-template <class T, class Source>
-T make_from(const Source& source) {
+template <class T, class... From>
+T make_from(From&... from) {
     Made<T> made;
-    Converter<Made<T>>::read(made, source);
+    Converter<Made<T>>::read(made, from...);
     return std::move(*made.object);
 }
 
@@ -415,8 +419,9 @@ private:
 
 template <class T>
 struct Converter<T, Category::object> {
-    template <class Source>
-    static void read(T& target, const Source& source) {
+    template <class... From>
+    static void read(T& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         if constexpr (detail::require_members<T>()) {
             source.read_members(target);
         }
@@ -451,15 +456,16 @@ private:
 template <class T>
 struct Converter<std::optional<T>, Category::other> {
 
-    template <class Source>
-    static void read(std::optional<T>& target, const Source& source) {
+    template <class... From>
+    static void read(std::optional<T>& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         if constexpr (detail::require_default<T>()) {
             if (source.read_nothing()) {
                 target.reset();
             } else if constexpr (std::is_default_constructible_v<T>) {
                 source.read_present(target);
             } else {
-                target.emplace(Converter<T>::make(source));
+                target.emplace(Converter<T>::make(from...));
             }
         }
     }
@@ -479,8 +485,9 @@ template <class Container>
 struct SequenceConverter {
     using T = typename Container::value_type;
 
-    template <class Source>
-    static void read(Container& target, const Source& source) {
+    template <class... From>
+    static void read(Container& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         auto elements = source.elements();
         if constexpr (detail::require_default<T>()) {
             if constexpr (!std::is_default_constructible_v<T>) {
@@ -490,7 +497,7 @@ struct SequenceConverter {
                     elements.read(element);
                     target.push_back(std::move(*element.object));
                 }
-            } else if constexpr (Source::known_lengths) {
+            } else if constexpr (std::remove_reference_t<decltype(source)>::known_lengths) {
                 target = Container(elements.size(), target.get_allocator());
                 for (T& element : target) {
                     elements.take();
@@ -544,11 +551,12 @@ struct Converter<std::list<T, Allocator>, Category::other>
 template <class Allocator>
 struct Converter<std::vector<bool, Allocator>, Category::other> {
 
-    template <class Source>
-    static void read(std::vector<bool, Allocator>& target, const Source& source) {
+    template <class... From>
+    static void read(std::vector<bool, Allocator>& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         auto elements = source.elements();
         target.clear();
-        if constexpr (Source::known_lengths) {
+        if constexpr (std::remove_reference_t<decltype(source)>::known_lengths) {
             target.reserve(elements.size());
         }
         while (elements.next()) {
@@ -571,8 +579,9 @@ struct Converter<std::vector<bool, Allocator>, Category::other> {
 template <class T, std::size_t Length>
 struct Converter<std::array<T, Length>, Category::other> {
 
-    template <class Source>
-    static void read(std::array<T, Length>& target, const Source& source) {
+    template <class... From>
+    static void read(std::array<T, Length>& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         auto elements = source.elements(Length);
         for (std::size_t i = 0; i < Length; ++i) {
             elements.take();
@@ -603,8 +612,9 @@ template <class Set, bool may_repeat>
 struct SetConverter : SequenceConverter<Set> {
     using T = typename Set::value_type;
 
-    template <class Source>
-    static void read(Set& target, const Source& source) {
+    template <class... From>
+    static void read(Set& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         auto elements = source.elements();
         target.clear();
         if constexpr (detail::require_default<T>()) {
@@ -641,8 +651,9 @@ template <class Map, MapOrder order>
 struct MapConverter {
     using T = typename Map::mapped_type;
 
-    template <class Source>
-    static void read(Map& target, const Source& source) {
+    template <class... From>
+    static void read(Map& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         auto members = source.members();
         target.clear();
         if constexpr (detail::require_default<T>()) {
@@ -728,8 +739,9 @@ struct Converter<std::unordered_map<std::string, T, Hash, Equal, Allocator>, Cat
 template <class Tuple, class... Types>
 struct TupleConverter {
 
-    template <class Source>
-    static void read(Tuple& target, const Source& source) {
+    template <class... From>
+    static void read(Tuple& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         auto elements = source.elements(sizeof...(Types));
         read_elements(target, elements, source, std::index_sequence_for<Types...>());
         elements.finish();
@@ -780,9 +792,9 @@ template <class... Types>
 struct Converter<std::tuple<Types...>, Category::other>
     : TupleConverter<std::tuple<Types...>, Types...> {};
 
-template <class T, class Source>
-void read_from(T& target, const Source& source) {
-    Converter<T>::read(target, source);
+template <class T, class... From>
+void read_from(T& target, From&... from) {
+    Converter<T>::read(target, from...);
 }
 
 template <class T>

@@ -78,26 +78,26 @@ inline constexpr bool
 template <class T>
 struct Converter<T, Category::represented> {
 
-    template <class Source>
-    static T make(const Source& source) {
+    template <class... From>
+    static T make(From&... from) {
         static_assert(has_from<T>, "to read this type, its foundation::json::representation needs "
                                    "a function: static T from(const Other&)");
         if constexpr (has_from<T>) {
             using Parameter = decltype(detail::parameter_of(&representation<T>::from));
             constexpr bool is_view = std::is_same_v<Parameter, std::string_view>;
             using Read = std::conditional_t<is_view, std::string, Parameter>;
-            auto content = detail::make_from<Read>(source);
+            auto content = detail::make_from<Read>(from...);
             try {
                 return representation<T>::from(std::move(content));
             } catch (const std::exception&) {
-                detail::fail_current(source);
+                detail::fail_current(detail::source_of(from...));
             }
         }
     }
 
-    template <class Source>
-    static void read(T& target, const Source& source) {
-        target = make(source);
+    template <class... From>
+    static void read(T& target, From&... from) {
+        target = make(from...);
     }
 
     template <class Sink>
@@ -141,15 +141,16 @@ template <class Pointer>
 struct PointerConverter {
     using T = typename Pointer::element_type;
 
-    template <class Source>
-    static void read(Pointer& target, const Source& source) {
+    template <class... From>
+    static void read(Pointer& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         if constexpr (detail::require_default<T>()) {
             if (source.read_nothing()) {
                 target.reset();
                 return;
             }
             Made<T> made;
-            Converter<Made<T>>::read(made, source);
+            Converter<Made<T>>::read(made, from...);
             target = Pointer(new T(std::move(*made.object)));
         }
     }
@@ -204,8 +205,9 @@ template <class... Types>
 struct FirstAlternative : VariantWriter<Types...> {
     using Variant = std::variant<Types...>;
 
-    template <class Source>
-    static void read(Variant& target, const Source& source) {
+    template <class... From>
+    static void read(Variant& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         detail::use_value(source, [&target](const ValueSource& value) {
             std::string problems;
             if (!read_any(target, value, problems, std::index_sequence_for<Types...>())) {
@@ -281,8 +283,9 @@ template <class... Types>
 struct TaggedAlternative : VariantWriter<Types...> {
     using Variant = std::variant<Types...>;
 
-    template <class Source>
-    static void read(Variant& target, const Source& source) {
+    template <class... From>
+    static void read(Variant& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         if constexpr (detail::require_alternatives<Variant>()) {
             detail::use_value(source,
                               [&target](const ValueSource& value) { read_tagged(target, value); });
@@ -353,8 +356,9 @@ struct Converter<std::variant<Types...>, Category::other>
 
 template <>
 struct Converter<std::monostate, Category::other> {
-    template <class Source>
-    static void read(std::monostate&, const Source& source) {
+    template <class... From>
+    static void read(std::monostate&, From&... from) {
+        const auto& source = detail::source_of(from...);
         detail::use_value(source, [](const ValueSource& value) {
             if (!value.read_nothing()) {
                 detail::fail_type(value.location(), value.value(), Kind::null);
@@ -376,8 +380,9 @@ struct MultimapConverter {
     using T = typename Map::mapped_type;
     using ByNames = std::map<std::string, std::vector<T>>;
 
-    template <class Source>
-    static void read(Map& target, const Source& source) {
+    template <class... From>
+    static void read(Map& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         auto by_names = detail::make_from<ByNames>(source);
         target.clear();
         for (auto& [name, elements] : by_names) {
@@ -410,10 +415,10 @@ struct Converter<std::unordered_multimap<std::string, T, Hash, Equal, Allocator>
 /// Only written: nobody would own what is read.
 template <>
 struct Converter<std::string_view, Category::other> {
-    template <class Source>
-    static void read(std::string_view&, const Source&) {
-        static_assert(std::is_void_v<Source>, "a view can be written, but not read, since nobody "
-                                              "would own its text: use std::string");
+    template <class... From>
+    static void read(std::string_view&, From&...) {
+        static_assert(sizeof...(From) == 0, "a view can be written, but not read, since nobody "
+                                            "would own its text: use std::string");
     }
 
     template <class Sink>
@@ -443,8 +448,9 @@ inline std::u32string code_points_of(std::string_view text) {
 /// A std::filesystem::path, whose header takes compilers long and is not included here.
 template <class Path>
 struct PathConverter {
-    template <class Source>
-    static void read(Path& target, const Source& source) {
+    template <class... From>
+    static void read(Path& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         std::string text;
         source.read(text);
         if constexpr (std::is_same_v<typename Path::value_type, char>) {

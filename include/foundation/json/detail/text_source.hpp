@@ -29,10 +29,12 @@ namespace foundation::json::detail {
 class DocumentReader;
 
 /// Reads a member of an object from a document.
+/// @param at       where its value begins
 /// @param base     an object of the same class, as TextSource has it, or null
 /// @param pointer  the address of the member's `Type Class::*`
-using ReadTextMember = void (*)(DocumentReader& reader, void* object, const void* base,
-                                const void* pointer);
+/// @return the position behind the value
+using ReadTextMember = const char* (*)(DocumentReader& reader, const char* at, void* object,
+                                       const void* base, const void* pointer);
 
 /// Makes a member of an object equal to that of another object of the same class.
 /// @param base  that object; null changes nothing
@@ -59,41 +61,55 @@ struct TextMembers {
 
 /// Reads a document from its begin to its end, the parts of it in their order.
 ///
+/// Functions take the position where they begin to read and return the one behind, so that it stays
+/// in a register.
+///
 /// What is not as wanted ends all of it by an exception, of a type that nobody else knows: what is
 /// wrong is found out by reading the document once more, in another way.
 class FOUNDATION_JSON_EXPORT DocumentReader {
 public:
+    /// A position, and an integer before it.
+    template <class Integer>
+    struct Behind {
+        const char* at;
+        Integer number;
+    };
+
     DocumentReader(const DocumentReader&) = delete;
     DocumentReader& operator=(const DocumentReader&) = delete;
 
-    void read(bool& target);
-    void read(std::string& target);
-    void read(Value& target);
-    void read(double& target);
-    [[nodiscard]] long long read_signed(long long least, long long most);
-    [[nodiscard]] unsigned long long read_unsigned(unsigned long long most);
-    [[nodiscard]] NumberContent read_number();
-    [[nodiscard]] std::size_t read_enumerator(const NameTable& names);
-    /// @return whether null was there and has been read
-    [[nodiscard]] bool read_null();
+    [[nodiscard]] const char* read(const char* at, bool& target);
+    [[nodiscard]] const char* read(const char* at, std::string& target);
+    [[nodiscard]] const char* read(const char* at, Value& target);
+    [[nodiscard]] const char* read(const char* at, double& target);
+    [[nodiscard]] const char* read_number(const char* at, NumberContent& target);
+    [[nodiscard]] Behind<long long> read_signed(const char* at, long long least, long long most);
+    [[nodiscard]] Behind<unsigned long long> read_unsigned(const char* at, unsigned long long most);
+    [[nodiscard]] Behind<std::size_t> read_enumerator(const char* at, const NameTable& names);
+    /// @return the position behind null, or where it was if there is another value
+    [[nodiscard]] const char* read_null(const char* at);
 
-    /// Goes to the first element. @return false if the array has none, and has been read
-    [[nodiscard]] bool begin_array();
-    /// Goes to the next element. @return false if the array has ended
-    [[nodiscard]] bool next_element();
+    /// Goes to the first element. The number is how many elements are expected, as an estimate of
+    /// at most 64 from arrays before; 0 if the array has none, and has been read.
+    [[nodiscard]] Behind<std::size_t> begin_array(const char* at);
+    /// @param length  of an array that has been read, if it is not as expected
+    void expect_length(std::size_t length) noexcept;
+    /// Goes to the next element. The number is 0 if the array has ended.
+    [[nodiscard]] Behind<std::size_t> next_element(const char* at);
 
     /// Reads all elements of an array, from the first on.
-    void read_elements(std::vector<double>& target);
-    void read_elements(std::vector<int>& target);
+    [[nodiscard]] const char* read_elements(const char* at, std::vector<double>& target);
+    [[nodiscard]] const char* read_elements(const char* at, std::vector<int>& target);
 
-    /// Goes to the value of the first member. @return false if the object has none
-    [[nodiscard]] bool begin_object(std::string& name);
-    /// Goes to the value of the next member. @return false if the object has ended
-    [[nodiscard]] bool next_member(std::string& name);
+    /// Goes to the value of the first member. The number is 0 if the object has none.
+    [[nodiscard]] Behind<std::size_t> begin_object(const char* at, std::string& name);
+    /// Goes to the value of the next member. The number is 0 if the object has ended.
+    [[nodiscard]] Behind<std::size_t> next_member(const char* at, std::string& name);
 
     /// An object of a class.
     /// @param base  null or, if the object is not new, the one that has what is not read
-    void read_members(const TextMembers& members, void* object, const void* base);
+    [[nodiscard]] const char* read_members(const char* at, const TextMembers& members, void* object,
+                                           const void* base);
 
     /// What the conversion goes by.
     const ConvertOptions& options() const noexcept;
@@ -156,20 +172,22 @@ struct MemberTexts {
 
 template <class T, class Class, class Type>
 struct TextMemberReader {
-    static void read(DocumentReader& reader, void* object, const void* base, const void* pointer);
+    static const char* read(DocumentReader& reader, const char* at, void* object, const void* base,
+                            const void* pointer);
     static constexpr ReadTextMember entry = &read;
 
     /// The same with a check.
     template <class Check>
     struct Checked {
-        static void read(DocumentReader& reader, void* object, const void* base,
-                         const void* pointer) {
-            TextMemberReader::read(reader, object, base, pointer);
+        static const char* read(DocumentReader& reader, const char* at, void* object,
+                                const void* base, const void* pointer) {
+            at = TextMemberReader::read(reader, at, object, base, pointer);
             const auto& checked = *static_cast<const CheckedPointer<Class, Type, Check>*>(pointer);
             const T& checked_object = *static_cast<const T*>(object);
             if (!detail::sentence_of(checked.check, checked_object.*checked.pointer).empty()) {
                 DocumentReader::give_up();
             }
+            return at;
         }
         static constexpr ReadTextMember entry = &read;
     };
@@ -239,11 +257,12 @@ class TextSource {
 public:
     static constexpr bool known_lengths = false;
 
-    TextSource(DocumentReader& reader, const void* base) noexcept : reader_(reader), base_(base) {}
+    TextSource(DocumentReader& reader, const char* at, const void* base) noexcept
+        : reader_(reader), at_(at), base_(base) {}
 
-    void read(bool& target) const { reader_.read(target); }
-    void read(std::string& target) const { reader_.read(target); }
-    void read(Value& target) const { reader_.read(target); }
+    void read(bool& target) const { at_ = reader_.read(at_, target); }
+    void read(std::string& target) const { at_ = reader_.read(at_, target); }
+    void read(Value& target) const { at_ = reader_.read(at_, target); }
     void read(Array& target) const { read_content(target); }
     void read(Object& target) const { read_content(target); }
 
@@ -251,23 +270,32 @@ public:
     void read_number(T& target) const {
         using Limits = std::numeric_limits<T>;
         if constexpr (std::is_same_v<T, double>) {
-            reader_.read(target);
+            at_ = reader_.read(at_, target);
         } else if constexpr (std::is_floating_point_v<T>) {
-            target = detail::to_number<T>(reader_.read_number());
+            NumberContent content(0.0);
+            at_ = reader_.read_number(at_, content);
+            target = detail::to_number<T>(content);
         } else if constexpr (std::is_signed_v<T>) {
-            target = static_cast<T>(reader_.read_signed(Limits::min(), Limits::max()));
+            target =
+                static_cast<T>(go_behind(reader_.read_signed(at_, Limits::min(), Limits::max())));
         } else {
-            target = static_cast<T>(reader_.read_unsigned(Limits::max()));
+            target = static_cast<T>(go_behind(reader_.read_unsigned(at_, Limits::max())));
         }
     }
 
-    std::size_t enumerator(const NameTable& names) const { return reader_.read_enumerator(names); }
+    std::size_t enumerator(const NameTable& names) const {
+        return go_behind(reader_.read_enumerator(at_, names));
+    }
 
-    bool read_nothing() const { return reader_.read_null(); }
+    bool read_nothing() const {
+        const char* const begin = at_;
+        at_ = reader_.read_null(begin);
+        return at_ != begin;
+    }
 
     template <class T>
     void read_members(T& target) const {
-        reader_.read_members(TextMembersOf<T>::table, std::addressof(target), base_);
+        at_ = reader_.read_members(at_, TextMembersOf<T>::table, std::addressof(target), base_);
     }
 
     TextElements elements() const;
@@ -288,11 +316,29 @@ public:
         const void* const base =
             base_ != nullptr && target ? base_of_new<typename Optional::value_type>() : nullptr;
         if (base != nullptr) {
-            detail::read_from(*target, TextSource(reader_, base));
+            read_part(*target, base);
         } else {
-            detail::read_from(target.emplace(), TextSource(reader_, nullptr));
+            read_part(target.emplace(), nullptr);
         }
     }
+
+    /// Reads the value that is there into a part of what is read into.
+    template <class T>
+    void read_part(T& target, const void* base) const {
+        const TextSource part(reader_, at_, base);
+        detail::read_from(target, part);
+        at_ = part.at_;
+    }
+
+    const char* at() const noexcept { return at_; }
+
+    /// Goes on behind something. @return its number
+    template <class Integer>
+    Integer go_behind(const DocumentReader::Behind<Integer>& behind) const noexcept {
+        at_ = behind.at;
+        return behind.number;
+    }
+    void go_to(const char* at) const noexcept { at_ = at; }
 
     /// The base of elements that are used again; null if there is none.
     template <class T>
@@ -312,7 +358,7 @@ private:
     template <class Content>
     void read_content(Content& target) const {
         Value value;
-        reader_.read(value);
+        read(value);
         Content* const content = json::get_if<Content>(&value);
         if (content == nullptr) {
             DocumentReader::give_up();
@@ -321,20 +367,29 @@ private:
     }
 
     DocumentReader& reader_;
+    mutable const char* at_; ///< where it reads
     const void* base_;
 };
+
+template <class Container, class = void>
+inline constexpr bool has_capacity = false;
+template <class Container>
+inline constexpr bool
+    has_capacity<Container, std::void_t<decltype(std::declval<Container&>().reserve(0))>> = true;
 
 /// The elements of an array.
 class TextElements {
 public:
     explicit TextElements(const TextSource& source)
-        : source_(source), more_(source.reader().begin_array()) {}
+        : source_(source),
+          expected_(source.go_behind(source.reader().begin_array(source.at()))),
+          more_(expected_ != 0) {}
 
     bool next() {
         if (!begun_) {
             begun_ = true;
         } else if (more_) {
-            more_ = source_.reader().next_element();
+            more_ = go_on();
         }
         return more_;
     }
@@ -353,7 +408,7 @@ public:
 
     template <class T>
     void read(T& element, const void* base = nullptr) const {
-        detail::read_from(element, TextSource(source_.reader(), base));
+        source_.read_part(element, base);
     }
 
     /// Reads all of them into a container, whose elements may be used again.
@@ -366,7 +421,7 @@ public:
                              std::is_same_v<Container, std::vector<int>>) {
             target.clear();
             if (more_) {
-                source_.reader().read_elements(target);
+                source_.go_to(source_.reader().read_elements(source_.at(), target));
             }
         } else {
             const void* base = nullptr;
@@ -380,8 +435,10 @@ public:
                 }
             }
             target.clear();
-            for (bool more = more_; more; more = source_.reader().next_element()) {
-                read(target.emplace_back());
+            if constexpr (has_capacity<Container>) {
+                read_exactly(target);
+            } else {
+                read_more(target, more_);
             }
         }
     }
@@ -389,21 +446,47 @@ public:
     [[noreturn]] static void fail(const char*) { DocumentReader::give_up(); }
 
 private:
+    bool go_on() const {
+        return source_.go_behind(source_.reader().next_element(source_.at())) != 0;
+    }
+
     template <class Container>
     void read_again(Container& target, const void* base) const {
         bool more = more_;
         auto element = target.begin();
         for (; more && element != target.end(); ++element) {
             read(*element, base);
-            more = source_.reader().next_element();
+            more = go_on();
         }
         target.erase(element, target.end());
-        for (; more; more = source_.reader().next_element()) {
+        read_more(target, more);
+    }
+
+    template <class Container>
+    void read_more(Container& target, bool more) const {
+        for (; more; more = go_on()) {
             read(target.emplace_back());
         }
     }
 
+    /// With room for as many elements as arrays before had.
+    template <class Container>
+    void read_exactly(Container& target) const {
+        const bool reserves = expected_ > target.capacity();
+        if (reserves) {
+            target.reserve(expected_);
+        }
+        read_more(target, more_);
+        if (target.size() != expected_) {
+            source_.reader().expect_length(target.size());
+            if (reserves && target.size() < expected_) {
+                target.shrink_to_fit();
+            }
+        }
+    }
+
     const TextSource& source_;
+    std::size_t expected_;
     bool more_;
     bool begun_ = false;
 };
@@ -412,13 +495,14 @@ private:
 class TextObject {
 public:
     explicit TextObject(const TextSource& source)
-        : reader_(source.reader()), more_(reader_.begin_object(name_)) {}
+        : source_(source),
+          more_(source.go_behind(source.reader().begin_object(source.at(), name_)) != 0) {}
 
     bool next() {
         if (!begun_) {
             begun_ = true;
         } else if (more_) {
-            more_ = reader_.next_member(name_);
+            more_ = source_.go_behind(source_.reader().next_member(source_.at(), name_)) != 0;
         }
         return more_;
     }
@@ -428,13 +512,13 @@ public:
 
     template <class T>
     void read(T& member) const {
-        detail::read_from(member, TextSource(reader_, nullptr));
+        source_.read_part(member, nullptr);
     }
 
     [[noreturn]] static void fail(const char*) { DocumentReader::give_up(); }
 
 private:
-    DocumentReader& reader_;
+    const TextSource& source_;
     std::string name_;
     bool more_;
     bool begun_ = false;
@@ -453,15 +537,17 @@ inline TextObject TextSource::members() const {
 }
 
 template <class T, class Class, class Type>
-void TextMemberReader<T, Class, Type>::read(DocumentReader& reader, void* object, const void* base,
-                                            const void* pointer) {
+const char* TextMemberReader<T, Class, Type>::read(DocumentReader& reader, const char* at,
+                                                   void* object, const void* base,
+                                                   const void* pointer) {
     if constexpr (detail::require_changeable<Type>()) {
         if (base != nullptr) {
             const auto member = *static_cast<Type Class::*const*>(pointer);
             base = std::addressof(static_cast<const T*>(base)->*member);
         }
-        detail::read_from(detail::member_of<T, Class, Type>(object, pointer),
-                          TextSource(reader, base));
+        const TextSource source(reader, at, base);
+        detail::read_from(detail::member_of<T, Class, Type>(object, pointer), source);
+        return source.at();
     }
 }
 

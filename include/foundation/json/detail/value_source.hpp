@@ -59,9 +59,10 @@ inline bool is_nothing(const Value& value) noexcept {
     return json::kind_of(value) == Kind::null || json::kind_of(value) == Kind::undefined;
 }
 
-/// Reads an object of any convertible type from a source. converters.hpp defines it.
-template <class T, class Source>
-void read_from(T& target, const Source& source);
+/// Reads an object of any convertible type. converters.hpp defines it.
+/// @param from  a source, or what source_of() makes one of: in registers, a call takes less time
+template <class T, class... From>
+void read_from(T& target, From&... from);
 
 /// Refuses, at compile time, to read into a member that is const.
 template <class Type>
@@ -93,6 +94,9 @@ Type& member_of(void* object, const void* pointer) noexcept {
 //     part<T>(part_of)      for an element of a T, the second argument of read() of its elements()
 //     read_present(target)  the content of a std::optional
 
+//
+// Where types are read, source_of(from...) gives it: one itself, or one of its parts.
+
 class ValueElements;
 class ValueMembers;
 
@@ -105,13 +109,13 @@ public:
         : value_(value), location_(location), session_(session) {}
 
     template <class T>
-    void read(T& target) const {
+    [[gnu::always_inline]] inline void read(T& target) const {
         target = detail::content_at<T>(value_, location_);
     }
     void read(Value& target) const { target = value_; }
 
     template <class T>
-    void read_number(T& target) const {
+    [[gnu::always_inline]] inline void read_number(T& target) const {
         try {
             target = json::number<T>(value_);
         } catch (...) {
@@ -140,7 +144,7 @@ public:
 
     template <class Optional>
     void read_present(Optional& target) const {
-        detail::read_from(target.emplace(), *this);
+        detail::read_from(target.emplace(), value_, location_, session_);
     }
 
     const Value& value() const noexcept { return value_; }
@@ -156,7 +160,7 @@ private:
 /// The elements of an array.
 class ValueElements {
 public:
-    explicit ValueElements(const ValueSource& source)
+    [[gnu::always_inline]] explicit inline ValueElements(const ValueSource& source)
         : location_(source.location()),
           session_(source.session()),
           elements_(detail::content_at<Array>(source.value(), source.location())) {}
@@ -175,7 +179,7 @@ public:
     template <class T>
     void read(T& element, const void* = nullptr) const {
         const Location location(location_, index_);
-        detail::read_from(element, ValueSource(elements_[index_], location, session_));
+        detail::read_from(element, elements_[index_], location, session_);
     }
 
     [[noreturn]] void fail(const char* problem) const {
@@ -213,7 +217,7 @@ public:
     template <class T>
     void read(T& member) const {
         const Location location(location_, name());
-        detail::read_from(member, ValueSource(present_->second, location, session_));
+        detail::read_from(member, present_->second, location, session_);
     }
 
     [[noreturn]] void fail(const char* problem) const {
@@ -227,6 +231,21 @@ private:
     Object::const_iterator next_;
     Object::const_iterator present_{};
 };
+
+inline ValueSource source_of(const Value& value, const Location& location,
+                             Session& session) noexcept {
+    return {value, location, session};
+}
+
+class TextSource;
+
+/// A source itself.
+inline const ValueSource& source_of(const ValueSource& source) noexcept {
+    return source;
+}
+inline const TextSource& source_of(const TextSource& source) noexcept {
+    return source;
+}
 
 inline ValueElements ValueSource::elements() const {
     return ValueElements(*this);
@@ -261,8 +280,8 @@ struct ValueMemberReader {
     static void read(void* object, const void* pointer, const Value& value,
                      const Location& location, Session& session) {
         if constexpr (detail::require_changeable<Type>()) {
-            detail::read_from(detail::member_of<T, Class, Type>(object, pointer),
-                              ValueSource(value, location, session));
+            detail::read_from(detail::member_of<T, Class, Type>(object, pointer), value, location,
+                              session);
         }
     }
 

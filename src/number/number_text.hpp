@@ -2,8 +2,8 @@
 /// The reference algorithm for the text of doubles and floats: the lower of two precisions at which
 /// the text reads back as the same number, in plain notation below one million, and with an
 /// exponent from one million on.
-#ifndef FOUNDATION_JSON_SRC_SERIALIZATION_NUMBER_TEXT_HPP
-#define FOUNDATION_JSON_SRC_SERIALIZATION_NUMBER_TEXT_HPP
+#ifndef FOUNDATION_JSON_SRC_NUMBER_NUMBER_TEXT_HPP
+#define FOUNDATION_JSON_SRC_NUMBER_NUMBER_TEXT_HPP
 
 #include <foundation/json/detail/floating_bits.hpp>
 

@@ -170,6 +170,7 @@ void check(const std::string& text) {
             what.find("after the end of the value") != std::string::npos ||
             what.find("that ends the value") != std::string::npos ||
             what.find("right after") != std::string::npos ||
+            what.find("looks like the name of a file") != std::string::npos ||
             what.find("a comment") != std::string::npos;
         if (!begins_with_value && error.get_parse_result() != EMPTY_INPUT) {
             ASSERT_EQ(first_of_stream(text), describe(error)) << text;

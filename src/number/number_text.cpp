@@ -1,4 +1,4 @@
-#include "serialization/number_text.hpp"
+#include "number/number_text.hpp"
 #include "number/fast_number_text.hpp"
 
 #include "number/default_environment.hpp"

@@ -1,6 +1,6 @@
 /// @file
 /// How number text uses the buffer it is given.
-#include "serialization/number_text.hpp"
+#include "number/number_text.hpp"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 /// Compares the texts of random numbers in random floating-point environments: by the fast path, by
 /// the reference algorithm, and by the implementation in the tests.
 #include "number/fast_number_text.hpp"
-#include "serialization/number_text.hpp"
+#include "number/number_text.hpp"
 #include "support/float_environments.hpp"
 #include "support/notable_numbers.hpp"
 #include "support/number_rule.hpp"
@@ -31,7 +31,7 @@ std::string reference_text(FloatingBits<Number> bits) {
 template <class Number>
 std::string fast_text(FloatingBits<Number> bits) {
     char text[fast_number_room];
-    return {text, fast_or_reference_number_text(text, bits)};
+    return {text, fast_number_text(text, bits)};
 }
 
 template <class Number>

@@ -74,16 +74,21 @@ Copied copied_by_bytes(std::string_view content) {
     return result;
 }
 
-/// Stands for the fastest function in place of a type of block.
-template <class EscapeRule>
-struct QuickestBytes {
+/// A way to copy: by blocks of vectors or of words, or the quickest that there is.
+template <class BlockType, class EscapeRule>
+struct By {
+    using Bytes = BlockType;
     using Rule = EscapeRule;
 };
-
-template <class Bytes>
-constexpr bool is_quickest = false;
 template <class Rule>
-constexpr bool is_quickest<QuickestBytes<Rule>> = true;
+using VectorBytes = By<Block, Rule>;
+template <class Rule>
+using PortableBytes = By<PortableBlock, Rule>;
+template <class Rule>
+using QuickestBytes = By<void, Rule>;
+
+template <class Way>
+constexpr bool is_quickest = std::is_void_v<typename Way::Bytes>;
 
 /// Copies content that lies at an edge of memory into exactly the room that is asked for.
 class EdgeCopier {
@@ -99,23 +104,24 @@ public:
     }
 
     /// The content as copy_clean() copies it, with no more room than it takes.
-    template <class Bytes>
+    template <class Way>
     std::optional<std::string> copy_if_clean() {
         char* const out = target_.end() - size_;
-        if (!copy_clean<Bytes>(out, begin_, size_)) {
+        if (!copy_clean<typename Way::Rule, typename Way::Bytes>(out, begin_, size_)) {
             return std::nullopt;
         }
         return std::string(out, size_);
     }
 
-    template <class Bytes>
+    template <class Way>
     Copied copy() {
         char* const out = target_.end() - (2 * size_ + 16);
         EscapedCopy copied;
-        if constexpr (is_quickest<Bytes>) {
-            copied = copy_escaped_quickly<typename Bytes::Rule>(out, begin_, begin_ + size_);
+        if constexpr (is_quickest<Way>) {
+            copied = copy_escaped_quickly<typename Way::Rule>(out, begin_, begin_ + size_);
         } else {
-            copied = copy_escaped<Bytes>(out, begin_, begin_ + size_);
+            copied =
+                copy_escaped<typename Way::Rule, typename Way::Bytes>(out, begin_, begin_ + size_);
         }
         return {static_cast<std::size_t>(copied.from - begin_), {out, copied.out}};
     }
@@ -142,14 +148,13 @@ std::string clean_content(std::size_t size) {
     return content;
 }
 
-template <class Bytes>
+template <class Way>
 class CopyEscapedBy : public testing::Test {
 protected:
     void expect_bytewise(const std::string& content) {
         for (const EdgeCopier::Place place : places) {
             copier.place(content, place);
-            EXPECT_EQ(copier.template copy<Bytes>(),
-                      copied_by_bytes<typename Bytes::Rule>(content));
+            EXPECT_EQ(copier.template copy<Way>(), copied_by_bytes<typename Way::Rule>(content));
         }
     }
 
@@ -157,12 +162,12 @@ protected:
 };
 
 struct BytesNames {
-    template <class Bytes>
+    template <class Way>
     static std::string GetName(int) {
-        using Rule = typename Bytes::Rule;
-        std::string name = is_quickest<Bytes>                         ? "TheQuickestWay"
-                           : std::is_same_v<Bytes, VectorBytes<Rule>> ? "WithVectors"
-                                                                      : "WithWords";
+        using Rule = typename Way::Rule;
+        std::string name = is_quickest<Way>                         ? "TheQuickestWay"
+                           : std::is_same_v<Way, VectorBytes<Rule>> ? "WithVectors"
+                                                                    : "WithWords";
         name += escapes_slash<Rule> ? "Fixed" : "Json";
         return name + (checks<Rule> ? "Checked" : "");
     }
@@ -174,10 +179,10 @@ using AllBytes = testing::Types<VectorBytes<FixedEscapes>, PortableBytes<FixedEs
                                 VectorBytes<CheckedEscapes>, PortableBytes<CheckedEscapes>>;
 TYPED_TEST_SUITE(CopyEscapedBy, AllBytes, BytesNames);
 
-template <class Bytes>
+template <class Way>
 Copied copied_at(EdgeCopier& copier, const std::string& content, EdgeCopier::Place place) {
     copier.place(content, place);
-    return copier.template copy<Bytes>();
+    return copier.template copy<Way>();
 }
 
 template <class Rule>
@@ -285,7 +290,7 @@ TYPED_TEST(CopyEscapedBy, CopiesRandomContentAsByteByByte) {
     }
 }
 
-template <class Bytes>
+template <class Way>
 class CopyClean : public testing::Test {
 protected:
     EdgeCopier copier;
@@ -331,8 +336,13 @@ TYPED_TEST(CopyClean, RefusesEveryByteThatIsEscapedAtEveryPlace) {
     }
 }
 
-template <class Bytes>
-class CountClean : public testing::Test {};
+template <class Way>
+class CountClean : public testing::Test {
+protected:
+    static std::size_t count(const char* content, std::size_t size) {
+        return count_clean<typename Way::Rule, typename Way::Bytes>(content, content + size);
+    }
+};
 
 TYPED_TEST_SUITE(CountClean, CleanBytes, BytesNames);
 
@@ -340,12 +350,12 @@ TYPED_TEST(CountClean, CountsTheBytesBeforeTheFirstThatIsEscaped) {
     for (std::size_t size = 16; size <= 70; ++size) {
         std::string content = clean_content<typename TypeParam::Rule>(size);
         const char* const begin = content.data();
-        EXPECT_EQ(count_clean<TypeParam>(begin, begin + size), size);
+        EXPECT_EQ(this->count(begin, size), size);
         content.back() = '"';
         for (std::size_t at = size; at-- > 0;) {
             const char clean = content[at];
             content[at] = '\x1F';
-            ASSERT_EQ(count_clean<TypeParam>(begin, begin + size), at) << "of " << size;
+            ASSERT_EQ(this->count(begin, size), at) << "of " << size;
             content[at] = clean;
         }
     }
