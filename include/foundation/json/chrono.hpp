@@ -4,7 +4,7 @@
 ///
 ///     struct Event {
 ///         std::chrono::system_clock::time_point at; // "2026-11-22T08:40:00.25Z"
-///         std::chrono::milliseconds took;           // 1500
+///         std::chrono::milliseconds took{};         // 1500
 ///     };
 ///
 /// A time point of std::chrono::system_clock is written in UTC, with as many digits behind the

@@ -164,7 +164,7 @@ inline constexpr auto enumerators = detail::NoTable{};
 ///     template <>
 ///     struct foundation::json::representation<Uuid> {
 ///         static std::string to(const Uuid& id) { return id.text(); }
-///         static Uuid from(const std::string& text) { return Uuid::parse(text); }
+///         static Uuid from(const std::string& text) { return Uuid(text); }
 ///     };
 ///
 /// to() gives what is written: an object of any other convertible type, such as a class with a
@@ -184,8 +184,8 @@ inline constexpr auto alternatives = detail::NoTable{};
 ///     using Shape = std::variant<Circle, Square>; // {"type":"circle","radius":2} is a Circle
 ///
 ///     template <>
-///     inline constexpr auto foundation::json::alternatives<Shape> =
-///         tagged("type", {"circle", "square"});
+///     inline constexpr auto foundation::json::alternatives<Shape> = tagged(
+///         "type", {"circle", "square"});
 ///
 /// @param member  the name of that member, which is none of the alternatives' own
 /// @param names   what it holds, for each alternative in their order; different from each other

@@ -1,8 +1,6 @@
 /// @file
-/// JSON text into files, all or nothing. write.hpp includes it.
-///
-///     write_file("settings.json", value, WriteOptions::indented(2));
-///     write_file("server.json", server); // of your own type: include write_types.hpp too
+/// JSON text into files, all or nothing. write.hpp includes it. For objects of your own types,
+/// include write_types.hpp, too.
 #ifndef FOUNDATION_JSON_WRITE_FILE_HPP
 #define FOUNDATION_JSON_WRITE_FILE_HPP
 

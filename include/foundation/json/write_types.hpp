@@ -2,10 +2,11 @@
 /// JSON text of your own types, without a Value in between. Not part of json.hpp; convert.hpp
 /// includes it.
 ///
-///     std::string text = write(server); // -> {"host":"example.org","port":8080,"tags":["a","b"]}
-///     write(stream, servers, WriteOptions::indented(2));
-///     write_file("server.json", server);   // with write_file.hpp
-///     writer.name("server").value(server); // of a Writer, with write.hpp
+///     std::string text = write(server);
+///     write(stream, server, WriteOptions::indented(2));
+///     writer.value(server); // of a Writer, with write.hpp
+///
+/// write_file() is in write_file.hpp.
 ///
 /// Everything that from() of convert.hpp takes can be written, by the same tables of members, and
 /// the text is that of the value that from() makes, but for the order of members: those of a class
