@@ -1,9 +1,6 @@
 /// @file
 /// How JSON text is written, and the exception for what it cannot express. It includes neither
 /// Value nor any container.
-///
-///     write(server, WriteOptions::indented(2));
-///     write(server, WriteOptions::canonical());
 #ifndef FOUNDATION_JSON_WRITE_OPTIONS_HPP
 #define FOUNDATION_JSON_WRITE_OPTIONS_HPP
 
