@@ -66,7 +66,7 @@ struct TextMembers {
 ///
 /// What is not as wanted ends all of it by an exception, of a type that nobody else knows: what is
 /// wrong is found out by reading the document once more, in another way.
-class FOUNDATION_JSON_EXPORT DocumentReader {
+class FOUNDATION_JSON_PARSER_EXPORT DocumentReader {
 public:
     /// A position, and an integer before it.
     template <class Integer>
