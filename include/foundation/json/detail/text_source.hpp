@@ -117,7 +117,7 @@ public:
     /// The default objects of this document's classes.
     Defaults& defaults() noexcept;
 
-    [[noreturn, gnu::cold]] static void give_up();
+    [[noreturn, FOUNDATION_JSON_GNU(cold)]] static void give_up();
 
 protected:
     DocumentReader() = default;
