@@ -1,7 +1,6 @@
-// A configuration with defaults, ranges and names from a list, read from files into structs. What
-// is wrong with a file is told with its place.
-#include <foundation/json/convert.hpp>
-#include <foundation/json/parse.hpp>
+// A configuration with defaults, ranges and names from a list, read from files straight into
+// structs. What is wrong with a file is told with its line.
+#include <foundation/json/read.hpp>
 
 #include <cstdint>
 #include <exception>
@@ -44,9 +43,9 @@ inline constexpr auto foundation::json::members<Settings> =
 
 // Everything that is not given has its default; what no table names is a mistake.
 Settings read_settings(const std::string& file) {
-    ConvertOptions strict;
+    ReadOptions strict;
     strict.unknown_members = ConvertOptions::UnknownMembers::error;
-    auto settings = to<Settings>(parse_file(file), strict);
+    auto settings = read_file<Settings>(file, strict);
     if (settings.workers < 1 || settings.workers > 64) {
         throw ConversionError("/workers",
                               std::to_string(settings.workers) + " is not within 1 to 64");
@@ -60,8 +59,10 @@ void show(const std::string& file) {
         std::cout << file << ": " << settings.name << " at " << settings.listen.host << ':'
                   << settings.listen.port << ", workers " << settings.workers << ", limits "
                   << settings.limits.size() << '\n';
-    } catch (const ParserException& error) { // not JSON: the line, and a caret under the place
+    } catch (const ParserException& error) { // not JSON: the line, and a caret under the position
         std::cout << describe(error, file);
+    } catch (const ReadError& error) { // the same for JSON that is no such configuration
+        std::cout << describe(error);
     } catch (const std::exception& error) {
         std::cout << file << ": " << error.what() << '\n';
     }

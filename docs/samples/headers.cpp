@@ -4,6 +4,7 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/read.hpp>
 #include <foundation/json/write.hpp>
 
 #include <cstddef>
@@ -234,5 +235,52 @@ int main() {
                     smile[3] & 0xFF);
         std::fflush(stdout);
         std::cout << number << '\n';
+    }
+
+    snippet("read");
+    {
+        //! [read]
+        const auto server = read<Server>(R"({"host": "a.example"})");
+        const auto servers = read_file<std::vector<Server>>("servers.json");
+        //! [read]
+        std::cout << server.host << ' ' << servers.size() << '\n';
+    }
+
+    snippet("read error");
+    {
+        //! [read error]
+        try {
+            const auto wrong = read<Server>(R"({"host": "a.example", "port": "80"})");
+        } catch (const ReadError& error) {
+            std::cout << describe(error);
+            // ->
+            // 1:31: at /port: "80" is a string, not a number
+            // {"host": "a.example", "port": "80"}
+            //                               ^
+        }
+        //! [read error]
+    }
+
+    snippet("read into");
+    {
+        const std::vector<std::string> lines{R"({"host":"a"})", R"({"host":"b"})"};
+        //! [read into]
+        Server server;
+        for (const std::string& line : lines) {
+            read_into(server, line);
+        }
+        //! [read into]
+        std::cout << server.host << '\n';
+    }
+
+    snippet("read options");
+    {
+        //! [read options]
+        ReadOptions options;
+        options.comments = true;
+        options.unknown_members = ConvertOptions::UnknownMembers::error;
+        options.max_bytes = 1 << 20;
+        //! [read options]
+        std::cout << read<int>("1 // comment", options) << '\n';
     }
 }

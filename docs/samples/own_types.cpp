@@ -1,13 +1,18 @@
 // The snippets of docs/own_types.md and of convert.hpp.
 #include "snippet.hpp"
 
+#include <foundation/json/chrono.hpp>
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
+#include <foundation/json/read.hpp>
+#include <foundation/json/write.hpp>
 
+#include <chrono>
 #include <cstddef>
 #include <iostream>
 #include <map>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -56,6 +61,112 @@ inline constexpr auto foundation::json::members<Cluster> = table(
     defaulted("places", &Cluster::places),
     defaulted("note", &Cluster::note));
 //! [within each other]
+
+//! [a class without a default]
+class Uuid {
+public:
+    explicit Uuid(std::string text) : text_(std::move(text)) {
+        if (text_.size() != 36) {
+            throw std::invalid_argument('"' + text_ + "\" is no UUID");
+        }
+    }
+    const std::string& text() const { return text_; }
+
+private:
+    std::string text_;
+};
+//! [a class without a default]
+
+//! [a representation]
+template <>
+struct foundation::json::representation<Uuid> {
+    static std::string to(const Uuid& id) { return id.text(); }
+    static Uuid from(const std::string& text) { return Uuid(text); }
+};
+//! [a representation]
+
+//! [getters]
+class Rectangle {
+public:
+    Rectangle(double width, double height) : width_(width), height_(height) {}
+    double width() const { return width_; }
+    double height() const { return height_; }
+
+private:
+    double width_;
+    double height_;
+};
+
+struct RectangleInJson {
+    double width = 0;
+    double height = 0;
+};
+
+template <>
+inline constexpr auto foundation::json::members<RectangleInJson> = table(
+    required("width", &RectangleInJson::width),
+    required("height", &RectangleInJson::height));
+
+template <>
+struct foundation::json::representation<Rectangle> {
+    static RectangleInJson to(const Rectangle& r) { return {r.width(), r.height()}; }
+    static Rectangle from(const RectangleInJson& r) { return {r.width, r.height}; }
+};
+//! [getters]
+
+//! [alternatives]
+struct Circle {
+    double radius = 0;
+};
+
+struct Square {
+    double side = 0;
+};
+
+template <>
+inline constexpr auto foundation::json::members<Circle> = table(
+    required("radius", &Circle::radius));
+
+template <>
+inline constexpr auto foundation::json::members<Square> = table(
+    required("side", &Square::side));
+//! [alternatives]
+
+//! [a tag]
+using Shape = std::variant<Circle, Square>; // {"type":"circle","radius":2} is a Circle
+
+template <>
+inline constexpr auto foundation::json::alternatives<Shape> = tagged(
+    "type", {"circle", "square"});
+//! [a tag]
+
+//! [checked members]
+struct Listener {
+    int port = 8080;
+    std::string path = "/";
+};
+
+inline std::string check_path(const std::string& path) {
+    return path.rfind('/', 0) == 0 ? "" : '"' + path + "\" does not begin with /";
+}
+
+template <>
+inline constexpr auto foundation::json::members<Listener> = table(
+    required("port", &Listener::port, in_range(1, 65535)),
+    defaulted("path", &Listener::path, &check_path));
+//! [checked members]
+
+//! [times]
+struct Event {
+    std::chrono::system_clock::time_point at; // "2026-11-22T08:40:00.25Z"
+    std::chrono::milliseconds took{};         // 1500
+};
+//! [times]
+
+template <>
+inline constexpr auto foundation::json::members<Event> = table(
+    required("at", &Event::at),
+    required("took", &Event::took));
 
 //! [a base]
 struct Secured : Server {
@@ -269,5 +380,126 @@ int main() {
         // ->
         // admin.example.org 81
         //! [read a default within]
+    }
+
+    snippet("straight from text");
+    {
+        //! [straight from text]
+        const auto server = read<Server>(R"({"host": "example.org", "tags": ["a", "b"]})");
+        std::cout << server.host << ' ' << server.port << ' ' << server.tags.size() << '\n';
+        // ->
+        // example.org 8080 2
+        //! [straight from text]
+    }
+
+    snippet("error in a file");
+    {
+        //! [error in a file]
+        try {
+            const auto servers = read_file<std::vector<Server>>("servers_wrong.json");
+        } catch (const ReadError& error) { // a ConversionError
+            std::cout << describe(error);
+            // ->
+            // servers_wrong.json:3:33: at /1/port: "81" is a string, not a number
+            //   {"host": "b.example", "port": "81"}
+            //                                 ^
+        }
+        //! [error in a file]
+    }
+
+    snippet("records of a type");
+    {
+        std::istringstream stream(R"({"host": "a", "port": 1}
+{"host": "b", "port": "2"}
+{"host": "c", "port": 3})");
+        //! [records of a type]
+        Records<Server> records(stream, Framing::lines);
+        Server server;
+        for (bool more = true; more;) {
+            try {
+                more = records.next(server);
+                std::cout << (more ? server.host : "end") << '\n';
+            } catch (const ReadError& error) {
+                std::cout << error.what() << '\n';
+            }
+        }
+        // ->
+        // a
+        // 2:23: at /port: "2" is a string, not a number
+        // c
+        // end
+        //! [records of a type]
+    }
+
+    snippet("straight to text");
+    {
+        const Server server{"example.org", 443, {"a", "b"}};
+        //! [straight to text]
+        std::cout << write(server) << '\n'; // -> {"host":"example.org","port":443,"tags":["a","b"]}
+        //! [straight to text]
+    }
+
+    snippet("onto a stream");
+    {
+        const Server server{"example.org", 443, {}};
+        std::ostream& stream = std::cout;
+        Writer writer(std::cout);
+        //! [onto a stream]
+        std::string text = write(server);
+        write(stream, server, WriteOptions::indented(2));
+        writer.value(server); // of a Writer, with write.hpp
+        //! [onto a stream]
+        std::cout << text << '\n';
+    }
+
+    snippet("represented");
+    {
+        //! [represented]
+        const Value ids = Array{"6c0b2bd6-8e9f-4d33-a2f4-1f4c4bb0b5a2", "6c0b2bd6"};
+        std::cout << to<Uuid>(ids, "/0").text() << '\n'; // -> 6c0b2bd6-8e9f-4d33-a2f4-1f4c4bb0b5a2
+        try {
+            to<std::vector<Uuid>>(ids);
+        } catch (const ConversionError& error) {
+            std::cout << error.what() << '\n'; // -> at /1: "6c0b2bd6" is no UUID
+        }
+        std::cout << write(Rectangle(2, 3)) << '\n'; // -> {"width":2,"height":3}
+        //! [represented]
+    }
+
+    snippet("variants");
+    {
+        //! [variants]
+        using IdOrName = std::variant<int, std::string>;
+        const auto names = to<std::vector<IdOrName>>(Value(Array{7, "seven"}));
+        std::cout << names[0].index() << names[1].index() << '\n'; // -> 01
+
+        const std::vector<Shape> shapes{Circle{2}, Square{3}};
+        std::cout << write(shapes) << '\n';
+        // ->
+        // [{"radius":2,"type":"circle"},{"side":3,"type":"square"}]
+        //! [variants]
+    }
+
+    snippet("checks");
+    {
+        //! [checks]
+        for (const Value& value : {Value(Object{{"port", 70000}}),
+                                   Value(Object{{"port", 80}, {"path", "index.html"}})}) {
+            try {
+                to<Listener>(value);
+            } catch (const ConversionError& error) {
+                std::cout << error.what() << '\n';
+            }
+        }
+        //! [checks]
+    }
+
+    snippet("written times");
+    {
+        //! [written times]
+        const auto event =
+            to<Event>(Value(Object{{"at", "2026-11-22T10:40:00.250+02:00"}, {"took", 1500}}));
+        std::cout << write(event) << '\n'; // -> {"at":"2026-11-22T08:40:00.25Z","took":1500}
+        //! [written times]
     }
 }

@@ -3,6 +3,7 @@
 #include <foundation/json/convert.hpp>
 
 #include "access/excerpt.hpp"
+#include "access/find_name.hpp"
 #include "access/nouns.hpp"
 #include "text/location.hpp"
 #include "value/value_access.hpp"
@@ -61,6 +62,40 @@ void fail(const Location& location, const std::string& problem) {
     throw ConversionError(location.pointer(), problem);
 }
 
+namespace {
+
+/// What an error says after its location.
+std::string problem_of(const ConversionError& error) {
+    const std::string what = error.std::runtime_error::what(); // not that of a derived class
+    return what.substr(describe_location(error.pointer()).size());
+}
+
+} // namespace
+
+void fail_current(const Location& location) {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const ConversionError& error) {
+        throw ConversionError(location.pointer() + error.pointer(), problem_of(error));
+    } catch (const std::exception& error) {
+        fail(location, error.what());
+    }
+}
+
+std::string problem_at(const Location& location) {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const ConversionError& error) {
+        return error.pointer() == location.pointer() ? problem_of(error) : error.what();
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+}
+
 void fail_type(const Location& location, const Value& value, Kind wanted) {
     const std::string shown = excerpt(value);
     std::string problem = shown + " is ";
@@ -90,20 +125,6 @@ void fail_enumerator(const Location& location, const std::string& number, const 
 }
 
 // ---- Names -----------------------------------------------------------------------------------
-
-namespace {
-
-/// The number of a name in a table; the count of all if it is none of them.
-std::size_t find_name(const NameTable& table, std::string_view name) noexcept {
-    const std::uint32_t* const end = table.sorted + table.count;
-    const std::uint32_t* const found =
-        std::lower_bound(table.sorted, end, name, [&](std::uint32_t number, std::string_view text) {
-            return comes_before(table.names[number], text);
-        });
-    return found != end && table.names[*found] == name ? *found : table.count;
-}
-
-} // namespace
 
 std::size_t find_enumerator(const NameTable& names, const Value& value, const Location& location) {
     const auto& name = content_at<std::string>(value, location);

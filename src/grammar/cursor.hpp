@@ -442,24 +442,7 @@ template <class Input>
 template <class Input>
 [[gnu::always_inline]] inline const char*
 Cursor<Input>::usual_number(const char* at, double& number) const noexcept {
-    const bool negative = *at == '-';
-    if (end() - at <= usual_number_room) {
-        return nullptr;
-    }
-    const UsualNumber token = scan_usual_number(at + (negative ? 1 : 0));
-    if (token.end == nullptr) {
-        return nullptr;
-    }
-    if (token.exponent == 0 || token.digits == 0) {
-        if (token.digits > largest_exact) {
-            return nullptr;
-        }
-        number = static_cast<double>(static_cast<std::int64_t>(token.digits));
-    } else if (nearest_normal(token.digits, token.exponent, number) != Rounding::decided) {
-        return nullptr;
-    }
-    number = negative ? -number : number;
-    return token.end;
+    return end() - at > usual_number_room ? detail::usual_number(at, number) : nullptr;
 }
 
 template <class Input>

@@ -502,6 +502,10 @@ void Errors::too_long(const char* place, std::size_t max_bytes) const {
              " bytes: the argument max_bytes is the limit");
 }
 
+void Errors::not_wanted(const char* place, const std::string& what) const {
+    fail(NO_PARSE_ERROR, place, what);
+}
+
 void Errors::duplicate_name(const char* place, const StringToken& name) const {
     // As it is written, since a decoded escape may not be printable.
     fail(MISSING_OBJECT_CLOSE, place,

@@ -37,6 +37,8 @@ public:
     [[noreturn]] void too_large(const char* number, const char* end) const;
     [[noreturn]] void too_deep(const char* place) const;
     [[noreturn]] void too_long(const char* place, std::size_t max_bytes) const;
+    /// @param what  is wrong with a value, which is none of the text's errors
+    [[noreturn]] void not_wanted(const char* place, const std::string& what) const;
     [[noreturn]] void duplicate_name(const char* place, const StringToken& name) const;
 
 private:

@@ -204,7 +204,7 @@ template <int Times>
 /// too large.
 /// @return null for any other number
 [[gnu::always_inline]] inline const char* skip_usual_number(const char* from) noexcept {
-    const char* at = skip_digits<2>(from);
+    const char* at = skip_digits<3>(from);
     if (at == from || (*from == '0' && at - from > 1)) {
         return nullptr;
     }
@@ -220,6 +220,27 @@ template <int Times>
 
 /// A double holds each whole number up to this exactly.
 constexpr std::uint64_t largest_exact = std::uint64_t{1} << 53;
+
+/// Reads a number of the most frequent form, of few digits and without exponent.
+/// @param at  at a minus sign or a digit; usual_number_room and one more byte must be there
+/// @return the place behind it; null if it is another number
+[[gnu::always_inline]] inline const char* usual_number(const char* at, double& number) noexcept {
+    const bool negative = *at == '-';
+    const UsualNumber token = scan_usual_number(at + (negative ? 1 : 0));
+    if (token.end == nullptr) {
+        return nullptr;
+    }
+    if (token.exponent == 0 || token.digits == 0) {
+        if (token.digits > largest_exact) {
+            return nullptr;
+        }
+        number = static_cast<double>(static_cast<std::int64_t>(token.digits));
+    } else if (nearest_normal(token.digits, token.exponent, number) != Rounding::decided) {
+        return nullptr;
+    }
+    number = negative ? -number : number;
+    return token.end;
+}
 
 /// What a part of a number ends with.
 enum class NumberPart : unsigned char {

@@ -1,5 +1,6 @@
 // describe(): shows an error to people, with its place, the line of text and a caret.
 #include "grammar/errors.hpp"
+#include "reading/quoted_line.hpp"
 #include "text/characters.hpp"
 #include "text/unicode.hpp"
 #include "text/utf8.hpp"
@@ -132,26 +133,34 @@ std::string part_after(std::string_view text, bool cut) {
 
 } // namespace
 
-std::string describe(const ParserException& error, std::string_view name) {
-    const std::string quoted = error.get_quoted_text();
-    const std::size_t place = std::min(error.get_quoted_byte_position(), quoted.size());
+namespace detail {
+
+std::string describe_line(std::string_view message, const ParserException& where) {
+    const std::string quoted = where.get_quoted_text();
+    const std::size_t place = std::min(where.get_quoted_byte_position(), quoted.size());
     const std::string_view text = quoted;
     // A shorter quote than this means that the line begins or ends there; only whole characters are
     // quoted.
     constexpr std::size_t longest_sequence = 4;
-    constexpr std::size_t full = detail::most_quoted - longest_sequence;
+    constexpr std::size_t full = most_quoted - longest_sequence;
     const auto columns = static_cast<std::size_t>(
         std::count_if(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(place),
-                      [](char byte) { return !detail::is_continuation(byte); }));
-    const Part before = part_before(text.substr(0, place), columns + 1 < error.get_column());
+                      [](char byte) { return !is_continuation(byte); }));
+    const Part before = part_before(text.substr(0, place), columns + 1 < where.get_column());
 
-    std::string result = printable(name);
-    result += name.empty() ? "" : ":";
-    result += std::to_string(error.get_line_number()) + ':' + std::to_string(error.get_column());
-    result += ": " + printable(error.what()) + '\n';
+    std::string result = printable(message) + '\n';
     result += before.text + part_after(text.substr(place), text.size() - place > full) + '\n';
     result.append(before.width, ' ');
     return result + "^\n";
+}
+
+} // namespace detail
+
+std::string describe(const ParserException& error, std::string_view name) {
+    std::string message(name);
+    message += name.empty() ? "" : ":";
+    message += std::to_string(error.get_line_number()) + ':' + std::to_string(error.get_column());
+    return detail::describe_line(message + ": " + error.what(), error);
 }
 
 } // namespace foundation::json

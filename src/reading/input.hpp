@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <iosfwd>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 

@@ -1,10 +1,15 @@
 // Reader: documents token by token, as callers see it.
+#include "reading/read_error.hpp"
 #include "reading/token_reader.hpp"
+#include "text/location.hpp"
 
 #include <foundation/json/content.hpp>
 #include <foundation/json/reader.hpp>
 
+#include <optional>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 
 namespace foundation::json {
 
@@ -13,6 +18,8 @@ public:
     template <class... Input>
     explicit Implementation(const ParseOptions& options, const Input&... input)
         : options_(options), tokens(options_, input...) {}
+
+    const ParseOptions& options() const noexcept { return options_; }
 
 private:
     const ParseOptions options_;
@@ -151,6 +158,32 @@ Value Reader::value() {
         fail_misuse("value", reader.token());
     }
     return reader.value();
+}
+
+void Reader::read_object(const detail::ReadObject& target) {
+    detail::TokenReader& reader = implementation_->tokens;
+    if (!reader.find_value()) {
+        fail_misuse("read", reader.token());
+    }
+    ReadOptions options;
+    static_cast<ParseOptions&>(options) = implementation_->options();
+    std::optional<ReadError> error;
+    detail::Reuse found_value;
+    reader.value(found_value, [&] {
+        try {
+            target.convert(target.object, found_value.value, options);
+        } catch (const ConversionError& found) {
+            const std::string_view text = reader.text_of_value();
+            const std::size_t behind = detail::describe_location(found.pointer()).size();
+            const ConversionError located(reader.pointer() + found.pointer(),
+                                          found.what() + behind);
+            error = detail::make_read_error({text, reader.position_of(text.data())}, options, found,
+                                            located, {});
+        }
+    });
+    if (error) {
+        throw ReadError(*error);
+    }
 }
 
 std::size_t Reader::depth() const noexcept {

@@ -1,6 +1,7 @@
 #include "reading/record_source.hpp"
 
 #include "reading/parse_text.hpp"
+#include "reading/read_error.hpp"
 #include "reading/take_value.hpp"
 #include "reading/token_reader.hpp"
 #include "reading/value_reader.hpp"
@@ -16,7 +17,15 @@
 
 namespace foundation::json::detail {
 
-bool RecordSource::next(Value& record) {
+void RecordTarget::take(Value& value, const ReadOptions& options) const {
+    if (object_ != nullptr) {
+        object_->convert(object_->object, value, options);
+    } else {
+        take_value(*value_, value);
+    }
+}
+
+bool RecordSource::next(const RecordTarget& record) {
     try {
         if (!found_) {
             text_ = {};
@@ -31,10 +40,24 @@ bool RecordSource::next(Value& record) {
     } catch (const ParserException&) {
         end_record();
         throw;
+    } catch (const ReadError&) {
+        end_record();
+        throw;
     }
     end_record();
     keep_for_reuse();
     return true;
+}
+
+std::optional<ReadError> RecordSource::give(const RecordTarget& record, std::string_view text,
+                                            const ReadOptions& options) {
+    try {
+        record.take(reuse_.value, options);
+        return std::nullopt;
+    } catch (const ConversionError& error) {
+        const TextPosition begin = set_bad_text(text.data(), text.data() + text.size());
+        return make_read_error({text, begin}, options, error, error, {});
+    }
 }
 
 /// Keeps what the caller had before, unless that is long: its memory would be kept for little.
@@ -141,7 +164,7 @@ public:
 
 private:
     bool find() override;
-    void read(Value& record) override;
+    void read(const RecordTarget& record) override;
     bool find_line();
     bool is_empty();
     void parse_line();
@@ -200,13 +223,19 @@ bool LineSource::is_empty() {
     }
 }
 
-void LineSource::read(Value& record) {
+void LineSource::read(const RecordTarget& record) {
     if (is_long_) {
         refuse_long();
     }
-    parse_line();
-    take_value(record, reuse_.value);
+    std::optional<ReadError> error;
+    if (!record.read(text_, options_)) {
+        parse_line();
+        error = give(record, text_, options_);
+    }
     window().go_to(behind_);
+    if (error) {
+        throw ReadError(*error);
+    }
 }
 
 void LineSource::parse_line() {
@@ -243,7 +272,7 @@ public:
 
 private:
     bool find() override;
-    void read(Value& record) override;
+    void read(const RecordTarget& record) override;
     void go_on_behind(const ParserException& error) noexcept;
     void end_value(const char* at) noexcept;
 
@@ -261,7 +290,7 @@ bool ConcatenatedSource::find() {
     return window().at() != cursor_.end();
 }
 
-void ConcatenatedSource::read(Value& record) {
+void ConcatenatedSource::read(const RecordTarget& record) {
     window().keep(window().at());
     try {
         if (!reader_) {
@@ -271,10 +300,16 @@ void ConcatenatedSource::read(Value& record) {
         const char* const begin = window().kept();
         cursor_.check_length(begin, end);
         cursor_.expect_separation(end, end[-1]);
-        take_value(record, reuse_.value);
-        text_ = {begin, static_cast<std::size_t>(end - begin)};
+        const std::string_view text(begin, static_cast<std::size_t>(end - begin));
+        const std::optional<ReadError> error = give(record, text, options_);
+        text_ = text;
         window().go_to(end);
         window().release();
+        if (error) {
+            throw ReadError(*error);
+        }
+    } catch (const ReadError&) {
+        throw;
     } catch (const ParserException& error) {
         go_on_behind(error);
         throw;
@@ -315,7 +350,7 @@ private:
         return at != nullptr ? tokens_.position_of(at) : tokens_.position();
     }
     bool find() override;
-    void read(Value& record) override;
+    void read(const RecordTarget& record) override;
     bool find_element();
     void find_array();
     void find_member(const std::string& name);
@@ -372,17 +407,21 @@ bool ElementSource::find_element() {
     return !is_closed_;
 }
 
-void ElementSource::read(Value& record) {
+void ElementSource::read(const RecordTarget& record) {
+    std::optional<ReadError> error;
     try {
         tokens_.value(reuse_, [&] {
             text_ = tokens_.text_of_value();
-            take_value(record, reuse_.value);
+            error = give(record, text_, options_);
         });
     } catch (const ParserException&) {
         ended_ = true;
         const std::string_view text = tokens_.text_of_value();
         set_bad_text(text.data(), text.data() + text.size());
         throw;
+    }
+    if (error) {
+        throw ReadError(*error);
     }
 }
 

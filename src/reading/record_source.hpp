@@ -6,6 +6,7 @@
 #include "grammar/position.hpp"
 #include "reading/reuse.hpp"
 
+#include <foundation/json/read.hpp>
 #include <foundation/json/records.hpp>
 
 #include <cstddef>
@@ -16,6 +17,26 @@
 
 namespace foundation::json::detail {
 
+/// What a record becomes.
+class RecordTarget {
+public:
+    explicit RecordTarget(Value& value) noexcept : value_(&value) {}
+    explicit RecordTarget(const ReadObject& object) noexcept : object_(&object) {}
+
+    /// Reads a text. @return false if its value has to be taken
+    bool read(std::string_view text, const ReadOptions& options) const {
+        return object_ != nullptr && object_->read(object_->object, text, options);
+    }
+
+    /// @param value   unspecified afterwards
+    /// @throws ConversionError it does not fit the type of an object
+    void take(Value& value, const ReadOptions& options) const;
+
+private:
+    Value* value_ = nullptr;
+    const ReadObject* object_ = nullptr; ///< null for a Value
+};
+
 /// Finds the records of a stream and reads them.
 class RecordSource {
 public:
@@ -25,7 +46,7 @@ public:
     virtual ~RecordSource() = default;
 
     /// Reads the next record, as Records::next() does.
-    bool next(Value& record);
+    bool next(const RecordTarget& record);
 
     // Of the last record, as in Records.
 
@@ -39,11 +60,16 @@ protected:
     virtual bool find() = 0;
 
     /// Reads the record that has been found. Called again if memory has run out.
-    virtual void read(Value& record) = 0;
+    virtual void read(const RecordTarget& record) = 0;
 
     /// The position of a byte of the text that is there, or where reading goes on.
     /// @param at  null for that
     virtual TextPosition locate(const char* at) noexcept = 0;
+
+    /// Gives a record the value of a text, which has been read to be used again.
+    /// @return the error, if that does not fit the type of the record
+    std::optional<ReadError> give(const RecordTarget& record, std::string_view text,
+                                  const ReadOptions& options);
 
     /// Sets the text of the record, of which an error will be thrown. @return where it begins
     TextPosition set_bad_text(const char* begin, const char* end) noexcept;

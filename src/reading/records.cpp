@@ -26,7 +26,11 @@ RecordStream& RecordStream::operator=(RecordStream&& other) noexcept = default;
 RecordStream::~RecordStream() = default;
 
 bool RecordStream::next(Value& record) {
-    return source_->next(record);
+    return source_->next(RecordTarget(record));
+}
+
+bool RecordStream::next(const ReadObject& record) {
+    return source_->next(RecordTarget(record));
 }
 
 std::string_view RecordStream::text() const noexcept {

@@ -81,12 +81,8 @@ template <class Integer>
 /// case, in one pass.
 /// @param at  becomes the cursor behind it, with room for a quote, a colon and a space
 [[gnu::always_inline]] inline bool TextOutput::write_clean(Cursor& at, std::string_view text) {
-    using Checked = EscapeRule<Solidus::raw, BeyondAscii::special>;
-    if (text.size() > block || options_.escape_slash) {
-        return false;
-    }
-    at = ensure_room(at, text.size() + 4);
-    if (!copy_clean<Checked>(at + 1, text.data(), text.size())) {
+    at = ensure_room(at, std::min(text.size(), clean_size) + 4);
+    if (!copies_clean(at, text)) {
         return false;
     }
     *at = '"';
@@ -113,6 +109,13 @@ char* TextOutput::name(Cursor at, std::string_view name) {
 
 /// For strings that are long, or have escapes or characters beyond ASCII.
 [[gnu::noinline]] char* TextOutput::other_string(Cursor at, std::string_view text) {
+#if defined(FOUNDATION_JSON_SHUFFLES)
+    if (text.size() >= 16 && text.size() <= utf8_size && !options_.ascii &&
+        !options_.escape_slash &&
+        has_shuffles()) { // GCOVR_EXCL_BR_LINE: this depends on the processor
+        return short_utf8(at, text);
+    }
+#endif
     const char* const end = text.data() + text.size();
     const bool keeps = options_.bad_utf8 == WriteOptions::BadUtf8::keep;
     const bool is_plain = options_.ascii ? std::all_of(text.begin(), text.end(), is_ascii)
@@ -124,6 +127,29 @@ char* TextOutput::name(Cursor at, std::string_view name) {
                ? quoted<EscapeRule<Solidus::escaped, BeyondAscii::plain>>(at, text)
                : quoted<EscapeRule<Solidus::raw, BeyondAscii::plain>>(at, text);
 }
+
+#if defined(FOUNDATION_JSON_SHUFFLES)
+
+/// For strings of up to utf8_size bytes, which are mostly UTF-8.
+char* TextOutput::short_utf8(Cursor at, std::string_view text) {
+    using Rule = EscapeRule<Solidus::raw, BeyondAscii::plain>;
+    at = ensure_room(at, minimum_room);
+    *at = '"';
+    switch (copy_utf8_by_shuffles<Rule>(at + 1, text.data(), text.size())) {
+    case Utf8Copy::clean:
+        at += 1 + text.size();
+        *at = '"';
+        return at + 1;
+    case Utf8Copy::special:
+        return quoted<Rule>(at, text);
+    case Utf8Copy::bad:
+        break;
+    }
+    return options_.bad_utf8 == WriteOptions::BadUtf8::keep ? quoted<Rule>(at, text)
+                                                            : by_characters(at, text);
+}
+
+#endif
 
 /// For strings with something to be decided about characters beyond ASCII.
 char* TextOutput::by_characters(Cursor at, std::string_view text) {

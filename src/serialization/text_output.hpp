@@ -60,10 +60,31 @@ public:
     /// Writes text as it is.
     Cursor raw(Cursor at, std::string_view text);
 
+    /// @return the cursor, with room for that many bytes, at most minimum_room
+    Cursor room(Cursor at, std::size_t count) { return ensure_room(at, count); }
+
+    /// Strings up to this size may be clean.
+    static constexpr std::size_t clean_size = block;
+
+    /// Whether no byte of a short string needs attention, which is the common case: then it is at
+    /// the position behind the cursor, as it is in the text. The room of clean_size bytes and the
+    /// quotes is there.
+    [[gnu::always_inline]] bool copies_clean(Cursor at, std::string_view text) const noexcept {
+        using Checked = EscapeRule<Solidus::raw, BeyondAscii::special>;
+        return text.size() <= clean_size && !options_.escape_slash &&
+               copy_clean<Checked>(at + 1, text.data(), text.size());
+    }
+
+    /// Writes a string that is not clean, in quotes.
+    Cursor other_string(Cursor at, std::string_view text);
+
 private:
     friend class BlockOutput<TextOutput>;
 
     static constexpr unsigned most_indent = 10;
+
+    /// Strings up to this size, with the quotes, fit into the least room.
+    static constexpr std::size_t utf8_size = minimum_room - 2;
 
     Cursor make_room(const char* at) { return go_on(target_.next(at)); }
     Cursor pass(Cursor at, const char* text, std::size_t size) {
@@ -86,7 +107,7 @@ private:
     Cursor big_integer(Cursor at, Integer value);
 
     bool write_clean(Cursor& at, std::string_view text);
-    Cursor other_string(Cursor at, std::string_view text);
+    Cursor short_utf8(Cursor at, std::string_view text);
     Cursor by_characters(Cursor at, std::string_view text);
     Cursor escaped_character(Cursor at, char32_t code);
 

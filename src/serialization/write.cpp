@@ -1,6 +1,7 @@
 // JSON text for other programs: of whole values, to a string and onto a stream.
 #include <foundation/json/write.hpp>
 
+#include "serialization/object_text.hpp"
 #include "serialization/text_output.hpp"
 #include "serialization/write_value.hpp"
 #include "text/location.hpp"
@@ -59,20 +60,42 @@ private:
     char buffer_[8192];
 };
 
-} // namespace
-
-std::string write(const Value& value, const WriteOptions& options) {
+template <class Content>
+std::string text_of(const Content& content, const WriteOptions& options) {
     StringTarget target;
     const detail::Room room = target.start();
     detail::TextOutput output(target, room, options);
-    return target.take(detail::write_root(output, room.begin, value));
+    return target.take(detail::write_root(output, room.begin, content));
 }
 
-void write(std::ostream& stream, const Value& value, const WriteOptions& options) {
+template <class Content>
+void write_onto(std::ostream& stream, const Content& content, const WriteOptions& options) {
     StreamTarget target(stream);
     const detail::Room room = target.start();
     detail::TextOutput output(target, room, options);
-    target.next(detail::write_root(output, room.begin, value));
+    target.next(detail::write_root(output, room.begin, content));
 }
+
+} // namespace
+
+std::string write(const Value& value, const WriteOptions& options) {
+    return text_of(value, options);
+}
+
+void write(std::ostream& stream, const Value& value, const WriteOptions& options) {
+    write_onto(stream, value, options);
+}
+
+namespace detail {
+
+std::string write_text(const AnyObject& object, const WriteOptions& options) {
+    return text_of(object, options);
+}
+
+void write_text(std::ostream& stream, const AnyObject& object, const WriteOptions& options) {
+    write_onto(stream, object, options);
+}
+
+} // namespace detail
 
 } // namespace foundation::json

@@ -2,6 +2,7 @@
 #include <foundation/json/write.hpp>
 
 #include "serialization/new_file.hpp"
+#include "serialization/object_text.hpp"
 #include "serialization/text_output.hpp"
 #include "serialization/write_value.hpp"
 
@@ -37,16 +38,27 @@ private:
     std::unique_ptr<char[]> buffer_;
 };
 
-} // namespace
-
-void write_file(const std::filesystem::path& path, const Value& value,
-                const WriteOptions& options) {
+template <class Content>
+void write_content_to(const std::filesystem::path& path, const Content& content,
+                      const WriteOptions& options) {
     detail::NewFile file(path);
     FileTarget target(file);
     const detail::Room room = target.start();
     detail::TextOutput output(target, room, options);
-    target.next(output.raw(detail::write_root(output, room.begin, value), "\n"));
+    target.next(output.raw(detail::write_root(output, room.begin, content), "\n"));
     file.take_place();
+}
+
+} // namespace
+
+void write_file(const std::filesystem::path& path, const Value& value,
+                const WriteOptions& options) {
+    write_content_to(path, value, options);
+}
+
+void detail::write_text(const std::filesystem::path& path, const AnyObject& object,
+                        const WriteOptions& options) {
+    write_content_to(path, object, options);
 }
 
 } // namespace foundation::json

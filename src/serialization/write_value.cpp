@@ -20,11 +20,17 @@ char* write_any(TextOutput& output, char* at, const Content& content, std::size_
 }
 
 template <class Content>
-[[noreturn]] void throw_error_of(const std::string& pointer, const Content& content,
-                                 const WriteOptions& options) {
+void find_error_of(const std::string& pointer, const Content& content,
+                   const WriteOptions& options) {
     const bool sorts = options.member_order == WriteOptions::MemberOrder::utf16;
     ErrorLocator locator(pointer, options);
     LayoutWriter<ErrorLocator, Layout::compact>(locator, sorts).write({}, content);
+}
+
+template <class Content>
+[[noreturn]] void throw_error_of(const std::string& pointer, const Content& content,
+                                 const WriteOptions& options) {
+    find_error_of(pointer, content, options);
     std::abort(); // GCOVR_EXCL_LINE: the locator finds what the output has found
 }
 
@@ -40,6 +46,20 @@ char* write_content(TextOutput& output, char* at, const Array& elements, std::si
 
 char* write_content(TextOutput& output, char* at, const Object& members, std::size_t depth) {
     return write_any(output, at, members, depth);
+}
+
+void find_write_error(const std::string& pointer, const Value& value, const WriteOptions& options) {
+    find_error_of(pointer, value, options);
+}
+
+void find_write_error(const std::string& pointer, const Array& elements,
+                      const WriteOptions& options) {
+    find_error_of(pointer, elements, options);
+}
+
+void find_write_error(const std::string& pointer, const Object& members,
+                      const WriteOptions& options) {
+    find_error_of(pointer, members, options);
 }
 
 void throw_write_error(const std::string& pointer, const Value& value,

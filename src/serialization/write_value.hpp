@@ -31,6 +31,14 @@ char* write_content(TextOutput& output, char* at, const Object& members, std::si
 [[noreturn]] void throw_write_error(const std::string& pointer, const Object& members,
                                     const WriteOptions& options);
 
+/// Throws what is wrong with a value, if anything is.
+/// @param pointer  the location of the value
+void find_write_error(const std::string& pointer, const Value& value, const WriteOptions& options);
+void find_write_error(const std::string& pointer, const Array& elements,
+                      const WriteOptions& options);
+void find_write_error(const std::string& pointer, const Object& members,
+                      const WriteOptions& options);
+
 /// Writes a value that stands alone.
 /// @throws WriteError  the options do not allow something in it, or it is Undefined
 char* write_root(TextOutput& output, char* at, const Value& value);

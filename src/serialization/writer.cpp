@@ -1,6 +1,7 @@
 // JSON text for other programs, piece by piece.
 #include <foundation/json/write.hpp>
 
+#include "serialization/object_text.hpp"
 #include "serialization/text_output.hpp"
 #include "serialization/write_problems.hpp"
 #include "serialization/write_value.hpp"
@@ -118,6 +119,7 @@ public:
     void put(bool flag);
     void put(std::string_view text);
     void put(const Value& value);
+    void put(const AnyObject& object);
     template <class Number>
     void put_number(Number number);
     template <class Content>
@@ -242,6 +244,16 @@ void WriterState::put(const Value& value) {
         begin_value("value()");
         fail(0, undefined_problem);
     }
+}
+
+void WriterState::put(const AnyObject& object) {
+    begin_value("value()");
+    try {
+        at_ = write_object(output_, at_, object, levels_.size());
+    } catch (const Unwritable&) {
+        throw_object_error(pointer(levels_.size()), object, levels_.size(), output_.options());
+    }
+    end_value();
 }
 
 void WriterState::raw(std::string_view json) {
@@ -434,6 +446,10 @@ void Writer::put(const Array& elements) {
 
 void Writer::put(const Object& members) {
     state_->put_content(members);
+}
+
+void Writer::put(const detail::AnyObject& object) {
+    state_->put(object);
 }
 
 } // namespace foundation::json

@@ -45,6 +45,11 @@ public:
         return blanks.mask().complement();
     }
 
+    /// The bytes that another block has otherwise.
+    Mask differing(const BlockOf& other) const noexcept {
+        return bytes_.equal_to(other.bytes_).mask().complement();
+    }
+
     /// All bytes but spaces.
     Mask not_space() const noexcept { return bytes_.equal_to(' ').mask().complement(); }
 
@@ -59,6 +64,13 @@ public:
     Mask special_in_string() const noexcept {
         return special<EscapeRule<Solidus::raw, BeyondAscii::special>>();
     }
+
+    /// The same without those beyond ASCII.
+    Mask special_in_utf8() const noexcept {
+        return special<EscapeRule<Solidus::raw, BeyondAscii::plain>>();
+    }
+
+    bool is_ascii() const noexcept { return bytes_.at_most(0x7F).mask().complement().empty(); }
 
     /// Quotes, slashes, commas and brackets.
     Mask structural() const noexcept {

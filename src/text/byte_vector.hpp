@@ -82,6 +82,9 @@ public:
         store_word(out + 8, second_);
     }
 
+    PortableVector equal_to(PortableVector other) const noexcept {
+        return {zeros(first_ ^ other.first_), zeros(second_ ^ other.second_)};
+    }
     PortableVector equal_to(char byte) const noexcept {
         const std::uint64_t repeated = repeat(static_cast<unsigned char>(byte));
         return {zeros(first_ ^ repeated), zeros(second_ ^ repeated)};
@@ -159,6 +162,9 @@ public:
         _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes_);
     }
 
+    Vector equal_to(Vector other) const noexcept {
+        return Vector(_mm_cmpeq_epi8(bytes_, other.bytes_));
+    }
     Vector equal_to(char byte) const noexcept {
         return Vector(_mm_cmpeq_epi8(bytes_, _mm_set1_epi8(byte)));
     }
@@ -268,6 +274,7 @@ public:
 
     void store(char* out) const noexcept { vst1q_u8(reinterpret_cast<std::uint8_t*>(out), bytes_); }
 
+    Vector equal_to(Vector other) const noexcept { return Vector(vceqq_u8(bytes_, other.bytes_)); }
     Vector equal_to(char byte) const noexcept {
         return Vector(vceqq_u8(bytes_, vdupq_n_u8(static_cast<std::uint8_t>(byte))));
     }

@@ -3,6 +3,7 @@
 #ifndef FOUNDATION_JSON_SRC_TEXT_UTF8_VALIDATION_HPP
 #define FOUNDATION_JSON_SRC_TEXT_UTF8_VALIDATION_HPP
 
+#include "text/byte_block.hpp"
 #include "text/byte_vector.hpp"
 #include "text/utf8.hpp"
 #include "text/words.hpp"
@@ -139,6 +140,39 @@ FOUNDATION_JSON_SHUFFLING inline bool is_utf8_by_shuffles(const char* from,
     // Zeros behind the end show whether a sequence is cut off there.
     checker.check(from != end ? load_few(from, static_cast<std::size_t>(end - from)) : Vector());
     return checker.found_nothing();
+}
+
+/// What became of a string that copy_utf8() has copied.
+enum class Utf8Copy {
+    clean,   ///< it is UTF-8, and no byte is special
+    special, ///< it is UTF-8, but bytes are special, so that the copy is of no use
+    bad,     ///< it is not UTF-8
+};
+
+/// Copies a string and checks it meanwhile: is_utf8() and copy_clean() in one.
+/// @tparam Rule  has bytes beyond ASCII copied
+/// @param size   at least 16
+template <class Rule>
+FOUNDATION_JSON_SHUFFLING Utf8Copy copy_utf8_by_shuffles(char* out, const char* from,
+                                                         std::size_t size) noexcept {
+    Utf8Checker checker;
+    bool is_clean = true;
+    std::size_t at = 0;
+    for (; size - at >= 16; at += 16) {
+        const Block bytes(from + at);
+        bytes.store(out + at);
+        is_clean = is_clean & bytes.template special<Rule>().empty();
+        checker.check(Vector(from + at));
+    }
+    const Block last(from + size - 16); // overlaps the block before it
+    last.store(out + size - 16);
+    is_clean = is_clean & last.template special<Rule>().empty();
+    // Zeros behind the end show whether a sequence is cut off there.
+    checker.check(at != size ? load_few(from + at, size - at) : Vector());
+    if (!checker.found_nothing()) {
+        return Utf8Copy::bad;
+    }
+    return is_clean ? Utf8Copy::clean : Utf8Copy::special;
 }
 
 #endif

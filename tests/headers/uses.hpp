@@ -180,4 +180,8 @@ inline void use_everything(foundation::json::Value& value) {
     value = foundation::json::from(std::vector<hostile::Everything>());
     value = foundation::json::from(foundation::json::to<hostile::Nothing>(value));
     value = foundation::json::from(foundation::json::to<hostile::NothingElse>(value));
+
+    std::string text = foundation::json::write(object);
+    text = foundation::json::write(std::vector<hostile::Everything>());
+    foundation::json::Writer(text).value(object);
 }

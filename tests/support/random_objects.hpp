@@ -24,7 +24,14 @@ namespace foundation::json::test {
 /// Fills objects, which begin empty, with random content.
 class RandomObjects {
 public:
-    explicit RandomObjects(std::uint64_t seed) : trees_(seed, RandomTrees::Kinds::readable) {}
+    /// Whether some of the objects cannot be written as text: numbers that are not finite, strings
+    /// that are not UTF-8, enumerators without a name.
+    enum class Flaws { none, some };
+
+    explicit RandomObjects(std::uint64_t seed, Flaws flaws = Flaws::none)
+        : trees_(seed, RandomTrees::Kinds::readable), flaws_(flaws) {}
+
+    RandomTrees& random() noexcept { return trees_; }
 
     template <class T>
     T make() {
@@ -35,11 +42,25 @@ public:
 
 private:
     void fill(bool& flag) { flag = trees_.once_in(2); }
-    void fill(std::string& text) { text = trees_.string(); }
+    void fill(std::string& text) {
+        text = trees_.string();
+        if (flaws_ == Flaws::some && !trees_.once_in(50)) {
+            // Without bytes beyond ASCII, but with some characters.
+            for (char& byte : text) {
+                byte = static_cast<char>(static_cast<unsigned char>(byte) & 0x7F);
+            }
+            text += trees_.once_in(4) ? "\xC3\xA9" : trees_.once_in(4) ? "\xF0\x9F\x99\x82" : "";
+            text += trees_.once_in(4) ? "\xEE\x80\x80" : "";
+        }
+    }
 
     template <class Number>
     std::enable_if_t<std::is_floating_point_v<Number>> fill(Number& number) {
         number = trees_.number<Number>();
+        if (is_flawed()) {
+            using Limits = std::numeric_limits<Number>;
+            number = trees_.once_in(2) ? Limits::infinity() : Limits::quiet_NaN();
+        }
     }
 
     /// Of a long double, only what a double holds as well survives.
@@ -62,7 +83,9 @@ private:
         }
     }
 
-    void fill(fleet::Level& level) { level = static_cast<fleet::Level>(trees_.below(3)); }
+    void fill(fleet::Level& level) {
+        level = static_cast<fleet::Level>(is_flawed() ? 7 : trees_.below(3));
+    }
 
     void fill(fleet::Server& server) {
         fill(server.host);
@@ -158,7 +181,10 @@ private:
         }
     }
 
+    bool is_flawed() { return flaws_ == Flaws::some && trees_.once_in(50); }
+
     RandomTrees trees_;
+    Flaws flaws_;
 };
 
 } // namespace foundation::json::test

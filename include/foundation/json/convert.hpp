@@ -21,9 +21,11 @@
 ///     const Value* tags = find(config, "/server/tags"); // null where there is nothing
 ///
 /// Convertible are bool, numbers, std::string, Value, Array and Object; std::vector, deque, list,
-/// array and set; std::map and unordered_map by std::string; std::optional, pair and tuple;
-/// enumerations by a table of `enumerators`; and all of these within each other. What is read into
-/// must have a default constructor. Tables stand outside of other namespaces, before their use.
+/// array, set, multiset and the unordered sets; maps and multimaps by std::string; std::optional,
+/// unique_ptr and shared_ptr; std::pair, tuple and variant; std::filesystem::path; enumerations by
+/// a table of `enumerators`; whatever has a `representation`; and all of these within each other.
+/// chrono.hpp adds times. What is read into must have a default constructor or a representation.
+/// Tables stand outside of other namespaces, before their use.
 ///
 /// Conversion is strict: a value of the wrong type, a fraction for an integer, a number out of
 /// range and a length that does not fit are errors. Each error names its location as a JSON Pointer
@@ -37,6 +39,7 @@
 #include <foundation/json/members.hpp>
 #include <foundation/json/pointer.hpp>
 #include <foundation/json/value.hpp>
+#include <foundation/json/write_types.hpp>
 
 #include <memory>
 #include <optional>
@@ -71,16 +74,6 @@ private:
     std::shared_ptr<const std::string> pointer_; // shared, so that copies cannot throw
 };
 
-/// Further settings of to().
-struct ConvertOptions {
-    /// What becomes of members that a type's table does not name, at every depth.
-    enum class UnknownMembers {
-        ignore, ///< they are passed over
-        error,  ///< they are errors that list the known ones
-    };
-    UnknownMembers unknown_members = UnknownMembers::ignore; ///< passes them over by default
-};
-
 /// @cond
 namespace detail {
 
@@ -91,12 +84,18 @@ enum class NoOptions {};
 /// Converts a value that lies at that location.
 template <class T>
 T read_value(const Value& value, const Location& location, const ConvertOptions& options) {
-    if constexpr (!std::is_base_of_v<Refused, Converter<T>>) {
+    if constexpr (!detail::is_known<T>) {
+        static_assert(!detail::refuse_type<T>());
+    } else {
         if constexpr (detail::require_default<T>()) {
-            T result{};
             Session session{options, {}};
-            Converter<T>::read(result, value, location, session);
-            return result;
+            if constexpr (std::is_default_constructible_v<T>) {
+                T result{};
+                Converter<T>::read(result, value, location, session);
+                return result;
+            } else {
+                return detail::make_from<T>(value, location, session);
+            }
         }
     }
 }
@@ -164,7 +163,7 @@ T to(const Value& root, std::string_view pointer, const ConvertOptions& options 
     const Value* const value = detail::find_checked(root, pointer);
     if (value == nullptr) {
         if constexpr (detail::is_optional<T>) {
-            return std::nullopt;
+            return T();
         }
         detail::fail(location, "there is no value");
     }
@@ -194,24 +193,27 @@ detail::FallbackFor<T> to_or(const Value& root, std::string_view pointer, T fall
 /// and maps become objects; other containers, pairs and tuples become arrays. Value, Array and
 /// Object are copied as they are.
 ///
-/// A std::optional without a value becomes Null. As a defaulted() member it is left out, if what
-/// to() starts from at that location has no value either: the default object of the class, or the
-/// part of the default object around it. That default object is made where it is needed, once for
-/// each class; if its constructor throws anything but std::bad_alloc, Null is written.
+/// A std::optional without a value becomes Null, and so does a smart pointer to nothing. As a
+/// defaulted() member it is left out, if what to() starts from at that location has no value
+/// either: the default object of the class, or the part of the default object around it. That
+/// default object is made where it is needed, once for each class; if its constructor throws
+/// anything but std::bad_alloc, Null is written.
 ///
 /// A Value that is Undefined becomes no member, of a class or of a map; in a std::optional it
 /// counts as no value. What JSON has no text for does not come back as it was: a Value that is
 /// Undefined where it is Undefined by default neither in its class nor around it, and a
 /// std::optional that holds Null or an empty std::optional.
-/// @throws ConversionError  an enumerator has no name
+/// @throws ConversionError  an enumerator has no name, a std::variant no value, or to() of a
+///                          representation has thrown a std::exception
 /// @throws std::bad_alloc   memory runs out
 /// @complexity linear in the size of the object, times the logarithm of the sizes of objects made.
 template <class T>
 Value from(const T& object) {
     Value result;
     detail::Defaults defaults;
-    detail::Converter<T>::write(result, object, detail::start_of_new<T>(),
-                                detail::Location(std::string_view()), defaults);
+    const detail::Location location{std::string_view()};
+    detail::ValueSink sink(result, location, defaults);
+    detail::Converter<T>::write(sink, object, detail::start_of_new<T>());
     return result;
 }
 /// @}

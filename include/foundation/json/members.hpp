@@ -29,6 +29,7 @@ namespace foundation::json {
 namespace detail {
 
 struct NoTable {};
+struct NoRepresentation {};
 
 /// An entry of a table of members.
 template <class Class, class Type>
@@ -45,6 +46,46 @@ constexpr Member<Class, Type> make_member(std::string_view name, Type Class::*po
                   "a table of members holds data members: give this one as &Class::data_member");
     return {name, pointer, is_required};
 }
+
+/// What is needed to read a member and check it. The pointer comes first: what is not interested in
+/// the check takes the address of this for that of the pointer.
+template <class Class, class Type, class Check>
+struct CheckedPointer {
+    Type Class::*pointer;
+    Check check;
+};
+
+/// An entry with a check.
+template <class Class, class Type, class Check>
+struct CheckedMember {
+    std::string_view name;
+    CheckedPointer<Class, Type, Check> checked;
+    bool is_required;
+};
+
+template <class Class, class Type, class Check>
+constexpr CheckedMember<Class, Type, Check> make_member(std::string_view name, Type Class::*pointer,
+                                                        bool is_required, Check check) {
+    static_assert(!std::is_function_v<Type>,
+                  "a table of members holds data members: give this one as &Class::data_member");
+    static_assert(std::is_standard_layout_v<CheckedPointer<Class, Type, Check>>,
+                  "a check is a function, a lambda, or what in_range() returns");
+    return {name, {pointer, check}, is_required};
+}
+
+/// What in_range() returns.
+template <class Low, class High>
+struct InRange {
+    Low low;
+    High high;
+};
+
+/// What tagged() returns.
+template <std::size_t Count>
+struct Tagged {
+    std::string_view member;
+    std::string_view names[Count];
+};
 
 /// A part of a table; the number makes it a base class of its own.
 template <std::size_t Number, class Part>
@@ -64,13 +105,13 @@ template <class T>
 inline constexpr bool is_table = false;
 template <class Numbers, class... Parts>
 inline constexpr bool is_table<Table<Numbers, Parts...>> = true;
-template <class... Classes, class... Types>
-inline constexpr bool is_table<std::tuple<Member<Classes, Types>...>> = true;
 
 template <class T>
 inline constexpr bool is_member = false;
 template <class Class, class Type>
 inline constexpr bool is_member<Member<Class, Type>> = true;
+template <class Class, class Type, class Check>
+inline constexpr bool is_member<CheckedMember<Class, Type, Check>> = true;
 
 /// Not a fold, since compilers limit the length of those.
 constexpr bool all_of(std::initializer_list<bool> conditions) {
@@ -81,8 +122,22 @@ constexpr bool all_of(std::initializer_list<bool> conditions) {
     return result;
 }
 
+template <class... Members>
+inline constexpr bool is_table<std::tuple<Members...>> = detail::all_of({true,
+                                                                         is_member<Members>...});
+
 } // namespace detail
 /// @endcond
+
+/// Further settings of to(), and of what else reads own types.
+struct ConvertOptions {
+    /// What becomes of members that a type's table does not name, at every depth.
+    enum class UnknownMembers {
+        ignore, ///< they are passed over
+        error,  ///< they are errors that list the known ones
+    };
+    UnknownMembers unknown_members = UnknownMembers::ignore; ///< passes them over by default
+};
 
 /// @name Tables
 /// @{
@@ -103,6 +158,46 @@ inline constexpr auto members = detail::NoTable{};
 template <class E>
 inline constexpr auto enumerators = detail::NoTable{};
 
+/// How a type is represented by another one. Specialise it for types that no table describes: those
+/// without a default constructor or with getters, and those of other libraries.
+///
+///     template <>
+///     struct foundation::json::representation<Uuid> {
+///         static std::string to(const Uuid& id) { return id.text(); }
+///         static Uuid from(const std::string& text) { return Uuid(text); }
+///     };
+///
+/// to() gives what is written: an object of any other convertible type, such as a class with a
+/// table of members. from() takes what is read, likewise; it may throw any std::exception, and
+/// what() of it becomes the message of an error at that location. Where one direction is not
+/// needed, its function can be left out. A representation comes before a table.
+template <class T>
+struct representation : detail::NoRepresentation {};
+
+/// How the alternatives of a std::variant are told apart, specialised as what tagged() returns.
+/// Without that, the first alternative is read that accepts what is there.
+template <class Variant>
+inline constexpr auto alternatives = detail::NoTable{};
+
+/// Alternatives that are objects, of which a member says which one it is.
+///
+///     using Shape = std::variant<Circle, Square>; // {"type":"circle","radius":2} is a Circle
+///
+///     template <>
+///     inline constexpr auto foundation::json::alternatives<Shape> = tagged(
+///         "type", {"circle", "square"});
+///
+/// @param member  the name of that member, which is none of the alternatives' own
+/// @param names   what it holds, for each alternative in their order; different from each other
+template <std::size_t Count>
+constexpr auto tagged(std::string_view member, const char* const (&names)[Count]) {
+    detail::Tagged<Count> result{member, {}};
+    for (std::size_t i = 0; i < Count; ++i) {
+        result.names[i] = names[i];
+    }
+    return result;
+}
+
 /// A required member; if it is missing or Undefined, to() throws.
 /// @param name     in JSON; must outlive the table
 /// @param pointer  to a data member of the class or of a base
@@ -119,6 +214,30 @@ constexpr auto required(std::string_view name, Type Class::*pointer) {
 template <class Class, class Type>
 constexpr auto defaulted(std::string_view name, Type Class::*pointer) {
     return detail::make_member(name, pointer, false);
+}
+
+/// The same with a check of what is read into the member; the default is not checked, and neither
+/// is what is written.
+/// @param check  in_range(), or a function or lambda that takes the member, or what is in it if it
+/// is
+///               a std::optional, and gives a sentence about what is wrong with it, such as
+///               "80 is not even"; an empty one if nothing is
+template <class Class, class Type, class Check>
+constexpr auto required(std::string_view name, Type Class::*pointer, Check check) {
+    return detail::make_member(name, pointer, true, check);
+}
+
+/// The same for a member with a default.
+template <class Class, class Type, class Check>
+constexpr auto defaulted(std::string_view name, Type Class::*pointer, Check check) {
+    return detail::make_member(name, pointer, false, check);
+}
+
+/// A check that a member is neither less than one limit nor greater than another, as in
+/// `required("port", &Server::port, in_range(1, 65535))`. NaN is in no range.
+template <class Low, class High>
+constexpr auto in_range(Low low, High high) {
+    return detail::InRange<Low, High>{low, high};
 }
 
 /// A table of members, in the order in which they are read. Compilers take time in proportion to

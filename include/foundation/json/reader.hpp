@@ -55,6 +55,28 @@ struct Position {
     std::size_t column = 1; ///< from 1, in characters
 };
 
+/// @cond
+struct ReadOptions;
+
+namespace detail {
+
+/// An object of another type than Value that is read.
+struct ReadObject {
+    void* object;
+    /// Reads it from a text. @return false if it has to be converted from the value of the text
+    bool (*read)(void* object, std::string_view text, const ReadOptions& options);
+    /// @throws ConversionError
+    void (*convert)(void* object, const Value& value, const ReadOptions& options);
+};
+
+/// How objects of a type are read. read.hpp defines it: include that header to read other types
+/// than Value.
+template <class T>
+struct ObjectReader;
+
+} // namespace detail
+/// @endcond
+
 /// Reads one document token by token.
 ///
 /// What asks for the content of a value of another type throws std::runtime_error, "invalid
@@ -150,6 +172,19 @@ public:
     /// @throws std::logic_error no value begins here
     /// @throws as next(); if that is not a ParserException, the reader is where it was
     [[nodiscard]] Value value();
+
+    /// That value as an object of a type of your own, as read_into() in read.hpp reads it; include
+    /// that header.
+    /// @param object  after an exception, it is as its default constructor makes it
+    /// @throws ReadError        the value does not fit the type; then the reader is behind it.
+    ///                          Position and pointer are those in the document
+    /// @throws std::logic_error no value begins here
+    /// @throws as next(); if that is not a ParserException, the reader is where it was
+    template <class T>
+    void read(T& object) {
+        detail::ObjectReader<T>::read(
+            object, [this](const detail::ReadObject& target) { read_object(target); });
+    }
     /// @}
 
     /// @name Where the reader is
@@ -172,6 +207,7 @@ public:
 
 private:
     [[nodiscard]] detail::NumberContent number_content() const;
+    void read_object(const detail::ReadObject& target);
 
     class Implementation;
     std::unique_ptr<Implementation> implementation_;

@@ -14,6 +14,7 @@
 
 #include <foundation/json/export.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/read_options.hpp>
 #include <foundation/json/reader.hpp>
 #include <foundation/json/value.hpp>
 
@@ -22,6 +23,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace foundation::json {
@@ -61,14 +63,6 @@ private:
     std::string pointer_;
 };
 
-/// What may be read, and what becomes of it.
-struct ReadOptions : ParseOptions {
-    /// How long the text of a record may be. A longer one is an error, and is not kept in memory.
-    /// With Framing::lines, that is the line without its end, even if it has no value; with
-    /// Framing::elements(), it also limits each string, number and name before the array.
-    std::size_t max_bytes = static_cast<std::size_t>(-1);
-};
-
 /// @cond
 namespace detail {
 
@@ -83,6 +77,7 @@ public:
     ~RecordStream();
 
     bool next(Value& record);
+    bool next(const ReadObject& record);
 
     std::string_view text() const noexcept;
     std::size_t index() const noexcept;
@@ -105,7 +100,7 @@ private:
 /// Waits for no more of a stream than a record and its end: the end of its line or, for other
 /// framings, its closing bracket or quote, or the byte behind a number or word. Two threads must
 /// not use one object at once.
-/// @tparam T  what records become: Value
+/// @tparam T  what records become: Value or, if you include read.hpp, any type that read() knows
 template <class T>
 class Records {
 public:
@@ -118,15 +113,18 @@ public:
         : records_(stream, framing, options) {}
 
     /// Reads the next record.
-    /// @param record  becomes the record; its memory is used again where that is possible.
-    /// Unchanged
-    ///                at the end of the stream and after an exception; but false if memory runs out
-    ///                when an array would become an object, or an object an array
+    /// @param record  becomes the record; its memory is used again where that is possible. A Value
+    ///                is unchanged at the end of the stream and after an exception; but false if
+    ///                memory runs out when an array would become an object, or an object an array.
+    ///                Of another type, it is unchanged at the end of the stream, and after an
+    ///                exception as its default constructor makes it
     /// @return false at the end of the stream
     /// @throws ParserException        the options do not accept the record. The next call goes on
     /// as
     ///                                its framing says. Positions count from the initial position
     ///                                of the stream
+    /// @throws ReadError              the record does not fit T, which is not Value; the next call
+    ///                                goes on behind it. The pointer is that within the record
     /// @throws std::runtime_error     the pointer of Framing::elements() leads to no array
     /// @throws std::ios_base::failure the stream is not good at first, or fails before its end
     /// @throws whatever the stream buffer throws; once the stream works again, the next call goes
@@ -134,7 +132,16 @@ public:
     ///         with the same record
     /// @throws std::bad_alloc         memory runs out; the next call goes on with the same record
     /// @complexity linear in the length of the text
-    bool next(T& record) { return records_.next(record); }
+    bool next(T& record) {
+        if constexpr (std::is_same_v<T, Value>) {
+            return records_.next(record);
+        } else {
+            bool found = false;
+            detail::ObjectReader<T>::read(
+                record, [&](const detail::ReadObject& target) { found = records_.next(target); });
+            return found;
+        }
+    }
 
     /// @name The record that was read last, or that an exception was about
     /// @{

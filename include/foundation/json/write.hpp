@@ -32,9 +32,10 @@
 #include <foundation/json/content.hpp>
 #include <foundation/json/export.hpp>
 #include <foundation/json/value.hpp>
+#include <foundation/json/write_file.hpp>
+#include <foundation/json/write_options.hpp>
 
 #include <cstddef>
-#include <filesystem>
 #include <iosfwd>
 #include <memory>
 #include <stdexcept>
@@ -48,6 +49,7 @@ namespace foundation::json {
 namespace detail {
 
 class WriterState;
+struct AnyObject;
 
 /// Whether T is an integer type that is none of the signed and unsigned ones, nor bool.
 template <class T>
@@ -75,6 +77,8 @@ decltype(auto) writer_content(const T& content) {
         return std::string_view(content);
     } else if constexpr (std::is_class_v<T> && std::is_convertible_v<const T&, Value>) {
         return Value(content);
+    } else if constexpr (!is_character && is_other_type<T>) {
+        return object_of(OfOtherType(), content);
     } else {
         static_assert(!is_character, "a character is neither a string nor a number in JSON: write "
                                      "std::string(1, c) or int(c)");
@@ -86,93 +90,6 @@ decltype(auto) writer_content(const T& content) {
 
 } // namespace detail
 /// @endcond
-
-/// How a text is written. An option that is not set has the value of JSON.stringify(value), but
-/// that what JSON cannot express is an error.
-struct WriteOptions {
-    /// The spaces for each level, on lines of their own; 0 writes all on one line. As in
-    /// JSON.stringify, more than 10 count as 10.
-    unsigned indent = 0;
-
-    /// Whether every character beyond ASCII is written as `\u` and four digits, in pairs beyond
-    /// U+FFFF.
-    bool ascii = false;
-
-    /// Whether a slash is written `\/`: then a text within a script of an HTML page cannot end it.
-    bool escape_slash = false;
-
-    /// What becomes of NaN and the infinities.
-    enum class NotFinite {
-        error, ///< a WriteError
-        null,  ///< null, as JSON.stringify writes them
-        string ///< "NaN", "Infinity" or "-Infinity", which Number() of ECMAScript reads
-    };
-    NotFinite not_finite = NotFinite::error; ///< by default an error
-
-    /// What becomes of bytes in strings and names that are not UTF-8.
-    enum class BadUtf8 {
-        error,   ///< a WriteError
-        replace, ///< U+FFFD for each byte or cut-off sequence, as web browsers decode it
-        keep     ///< such bytes are written as they are; the text is not UTF-8 then
-    };
-    BadUtf8 bad_utf8 = BadUtf8::error; ///< by default an error
-
-    /// What becomes of an int64 or uint64 beyond 2^53. Readers that have only doubles, such as web
-    /// browsers, lose the last digits of these.
-    enum class BigIntegers {
-        digits,   ///< all digits
-        string,   ///< all digits, in quotes
-        as_double ///< as the double that it equals; a WriteError if it equals none
-    };
-    BigIntegers big_integers = BigIntegers::digits; ///< by default all digits
-
-    /// The order of the members of an object.
-    enum class MemberOrder {
-        as_given, ///< that of a Value, by the bytes of names; that of the calls of a Writer
-        utf16 ///< by the UTF-16 units of names; names that are not UTF-8 come anywhere. A Writer
-              ///< has to be given them in this order; a name that breaks it, or comes twice, is
-              ///< a WriteError
-    };
-    MemberOrder member_order = MemberOrder::as_given; ///< by default as they come
-
-    /// All on one line but for the indentation: `write(value, WriteOptions::indented(2))`.
-    [[nodiscard]] static WriteOptions indented(unsigned spaces) noexcept {
-        WriteOptions options;
-        options.indent = spaces;
-        return options;
-    }
-
-    /// The canonical form of RFC 8785: the same data give the same bytes everywhere, to be hashed
-    /// or signed. What has no such form is an error.
-    [[nodiscard]] static WriteOptions canonical() noexcept {
-        WriteOptions options;
-        options.big_integers = BigIntegers::as_double;
-        options.member_order = MemberOrder::utf16;
-        return options;
-    }
-};
-
-/// The exception for what a text cannot express. what() begins with the location of the error, "at
-/// /servers/3/load: " or "at the root: "; quotes, backslashes and control bytes in it are escaped
-/// as in a JSON string.
-class FOUNDATION_JSON_EXPORT WriteError : public std::runtime_error {
-public:
-    /// @param pointer  the location, as a JSON Pointer (RFC 6901)
-    /// @param problem  what what() says after the location
-    /// @throws std::bad_alloc if memory runs out
-    WriteError(std::string pointer, const std::string& problem);
-
-    WriteError(const WriteError&) = default;            ///< never throws
-    WriteError& operator=(const WriteError&) = default; ///< never throws
-    ~WriteError() override;
-
-    /// The location as a JSON Pointer, not escaped. The empty text is the root. For a name that
-    /// cannot be written it is that of the object.
-    [[nodiscard]] const std::string& pointer() const noexcept { return *pointer_; }
-
-private:
-    std::shared_ptr<const std::string> pointer_; // shared, so that copies cannot throw
-};
 
 /// @name Whole values
 /// All throw WriteError for what the options do not allow: NaN, an infinity, a string or name that
@@ -200,26 +117,6 @@ private:
 /// @throws whatever std::ostream::write throws, by the exceptions() of the stream
 FOUNDATION_JSON_EXPORT void write(std::ostream& stream, const Value& value,
                                   const WriteOptions& options = {});
-
-/// Writes the text of a value and a line end to a file, all or nothing: a new file, beside the old
-/// one, gets the text, and takes its place once everything is on the disk.
-///
-/// After any error, the old file is as it was, or there is none, and nothing else is left in its
-/// folder. Only a program that ends abruptly may leave the new file there, a hidden one with the
-/// name `.foundation_json.*`.
-///
-/// The new file has the permissions of the old one and, as far as the process may give a file away,
-/// its owner and group; without an old one it has those that the process gives new files. If the
-/// path is a symbolic link, the file it leads to is replaced or made. Other hard links to the old
-/// file keep the old text. Programs that read the file meanwhile get the old text or the new.
-///
-/// @throws std::system_error "cannot write 'a.json': ...", with the reason that the system gives:
-///         the folder does not exist or may not be written to, the disk is full, the old file is
-///         write-protected or is not a regular file
-/// @throws WriteError        the options do not allow something in the value
-/// @throws std::bad_alloc    memory runs out
-FOUNDATION_JSON_EXPORT void write_file(const std::filesystem::path& path, const Value& value,
-                                       const WriteOptions& options = {});
 /// @}
 
 /// Writes one text piece by piece, onto a stream or to a string, for what is too big to be a Value.
@@ -318,6 +215,7 @@ private:
     void put(const Value& value);
     void put(const Array& elements);
     void put(const Object& members);
+    void put(const detail::AnyObject& object);
 
     // The state is behind a pointer, so that it can change without a change of the class.
     std::unique_ptr<detail::WriterState> state_;

@@ -9,11 +9,15 @@
 #include <foundation/json/detail/location.hpp>
 #include <foundation/json/detail/member_arrays.hpp>
 #include <foundation/json/detail/start.hpp>
+#include <foundation/json/detail/text_sink.hpp>
+#include <foundation/json/detail/value_sink.hpp>
+#include <foundation/json/detail/value_source.hpp>
 #include <foundation/json/export.hpp>
 
 #include <array>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <list>
 #include <map>
 #include <memory>
@@ -24,100 +28,13 @@
 #include <tuple>
 #include <type_traits>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
-namespace foundation::json {
-
-struct ConvertOptions;
-
-} // namespace foundation::json
-
 namespace foundation::json::detail {
 
-// ---- What is compiled ----------------------------------------------------------------------
-
-/// What one call of to() goes by.
-struct Session {
-    const ConvertOptions& options;
-    std::string key; // of the lookup under way, kept for its memory
-};
-
-/// Reads a value into a member of an object.
-/// @param pointer  the address of the member's `Type Class::*`
-using ReadMember = void (*)(void* object, const void* pointer, const Value& value,
-                            const Location& location, Session& session);
-
-/// Reads the members of an object, in the order of their table.
-/// @param found  room for as many addresses as there are members, all null
-/// @throws ConversionError  the value is no object, a required member is missing, or one is unknown
-FOUNDATION_JSON_EXPORT void read_members(const MemberTable& table, const ReadMember* readers,
-                                         void* object, const Value** found, const Value& value,
-                                         const Location& location, Session& session);
-
-/// A member of an object that is written, or left out.
-struct WrittenMember {
-    Object& target;
-    const void* object;  ///< that has it
-    const void* pointer; ///< the address of the member's `Type Class::*`
-    bool is_required;
-    const Start& start;       ///< what to() starts from in the object
-    const Location& location; ///< that of the member, with its name
-    Defaults& defaults;
-};
-
-using WriteMember = void (*)(const WrittenMember& member);
-
-/// Makes a value, which must be Undefined, an object of the members of another object.
-FOUNDATION_JSON_EXPORT void write_members(const MemberTable& table, const WriteMember* writers,
-                                          const void* object, Value& target, const Start& start,
-                                          const Location& location, Defaults& defaults);
-
-/// Makes a value, which must be Undefined, an array of Undefined elements.
-FOUNDATION_JSON_EXPORT Array& make_array(Value& target, std::size_t size);
-
-/// Makes a value, which must be Undefined, an object without members.
-FOUNDATION_JSON_EXPORT Object& make_object(Value& target);
-
-/// The member of a name that an object does not have; the quickest if names come in order.
-FOUNDATION_JSON_EXPORT Value& add_member(Object& object, std::string_view name);
-
-/// The number of the enumerator whose name a value is.
-/// @throws ConversionError  the value is no string, or no such name
-[[nodiscard]] FOUNDATION_JSON_EXPORT std::size_t
-find_enumerator(const NameTable& names, const Value& value, const Location& location);
-
-/// The content of type T, or an error at the location.
-template <class T>
-const T& content_at(const Value& value, const Location& location) {
-    const T* const content = json::get_if<T>(&value);
-    if (content == nullptr) {
-        detail::fail_type(location, value, static_cast<Kind>(traits<T>::order));
-    }
-    return *content;
-}
-
-inline void check_length(const Array& elements, std::size_t length, const Location& location) {
-    if (elements.size() != length) {
-        detail::fail_length(location, elements.size(), length);
-    }
-}
-
-inline bool is_nothing(const Value& value) noexcept {
-    return json::kind_of(value) == Kind::null || json::kind_of(value) == Kind::undefined;
-}
-
 // ---- Which types ---------------------------------------------------------------------------
-
-template <class T>
-constexpr bool is_character() {
-    if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
-        return !std::is_same_v<T, std::make_signed_t<T>> &&
-               !std::is_same_v<T, std::make_unsigned_t<T>>;
-    } else {
-        return false;
-    }
-}
 
 /// Whether T refers to another object, as a smart pointer or an iterator does.
 template <class T, class = void>
@@ -146,18 +63,40 @@ constexpr bool is_multimap<
     std::is_same_v<decltype(std::declval<T&>().insert(std::declval<typename T::value_type>())),
                    typename T::iterator>;
 
-enum class Category { number, enumeration, object, other };
+template <class T>
+inline constexpr bool has_representation = !std::is_base_of_v<NoRepresentation, representation<T>>;
+
+/// Whether T is std::filesystem::path, told by what only a path has.
+template <class T, class = void>
+inline constexpr bool is_path = false;
+template <class T>
+inline constexpr bool
+    is_path<T, std::void_t<typename T::string_type, typename T::value_type, typename T::format,
+                           decltype(std::declval<const T&>().lexically_normal())>> =
+        std::is_same_v<decltype(std::declval<const T&>().lexically_normal()), T>;
+
+enum class Category { number, enumeration, object, represented, path, other };
+
+template <class T>
+constexpr Category category_of_own() {
+    if constexpr (has_representation<T>) {
+        return Category::represented;
+    } else if constexpr (std::is_enum_v<T>) {
+        constexpr bool known = has_enumerators<T>;
+        return known ? Category::enumeration : Category::other;
+    } else {
+        constexpr bool known = has_members<T>;
+        constexpr bool path = is_path<T>;
+        return known ? Category::object : path ? Category::path : Category::other;
+    }
+}
 
 template <class T>
 constexpr Category category_of() {
     if constexpr (!std::is_same_v<T, std::remove_cv_t<T>>) {
         return Category::other;
-    } else if constexpr (std::is_enum_v<T>) {
-        constexpr bool known = has_enumerators<T>;
-        return known ? Category::enumeration : Category::other;
-    } else if constexpr (std::is_class_v<T>) {
-        constexpr bool known = has_members<T>;
-        return known ? Category::object : Category::other;
+    } else if constexpr (std::is_class_v<T> || std::is_enum_v<T>) {
+        return category_of_own<T>();
     } else {
         constexpr bool number =
             std::is_arithmetic_v<T> && !std::is_same_v<T, bool> && !detail::is_character<T>();
@@ -170,8 +109,7 @@ template <class T>
 constexpr bool refuse_type() {
     constexpr bool is_const = std::is_const_v<T> || std::is_volatile_v<T>;
     constexpr bool refers = std::is_pointer_v<T> || std::is_reference_v<T> || std::is_array_v<T> ||
-                            (!is_const && is_dereferenceable<T>) ||
-                            std::is_same_v<std::remove_cv_t<T>, std::string_view>;
+                            (!is_const && is_dereferenceable<T>);
     static_assert(!refers, "a pointer, reference, view or C array cannot be converted: use "
                            "std::string for a text, std::vector or std::array for elements, "
                            "std::optional for what may be missing");
@@ -182,9 +120,10 @@ constexpr bool refuse_type() {
     static_assert(is_const || !std::is_enum_v<T>,
                   "to convert this enumeration, specialise foundation::json::enumerators for it: "
                   "table<E>({{enumerator, name}, ...})");
-    static_assert(is_const || !is_multimap<T>,
-                  "a multimap cannot be converted, since an object has each name once: use a "
-                  "std::map of std::vector");
+    static_assert(
+        is_const || !is_multimap<T>,
+        "a multimap cannot be converted unless its keys are std::string, since they become "
+        "names of members");
     static_assert(is_const || !is_map<T> || is_multimap<T> || is_map_by_string<T>,
                   "a map cannot be converted unless its keys are std::string, since they become "
                   "names of members");
@@ -197,13 +136,15 @@ constexpr bool refuse_type() {
     return false;
 }
 
-/// Refuses, at compile time, to make what has no default constructor.
+/// Refuses, at compile time, to make what has neither a default constructor nor a representation.
 template <class T>
 constexpr bool require_default() {
-    static_assert(std::is_default_constructible_v<T>,
+    constexpr bool makeable = std::is_default_constructible_v<T> || has_representation<T>;
+    static_assert(makeable,
                   "to convert a Value to this type, give it a default constructor: an object is "
-                  "made first, and then its members are read");
-    return std::is_default_constructible_v<T>;
+                  "made first, and then its members are read; or specialise "
+                  "foundation::json::representation for it");
+    return makeable;
 }
 
 // ---- Converters ----------------------------------------------------------------------------
@@ -213,70 +154,102 @@ struct Refused {};
 
 /// How a type is converted.
 ///
-/// read() changes what is there: the members of a class keep what they held where nothing is read
-/// into them, and containers are emptied first. write() is given a value that is Undefined, and
-/// what read() would start from at that location.
+/// read() takes what it reads from source_of(from...), such as a ValueSource. It changes what is
+/// there: the members of a class keep what they held where nothing is read into them, and
+/// containers are emptied first. write() passes an object on to a sink, a ValueSink or TextSink; it
+/// is given what read() would start from at that location.
 template <class T, Category = detail::category_of<T>()>
 struct Converter : Refused {
-    static_assert(!detail::refuse_type<T>());
-    static void read(T&, const Value&, const Location&, Session&) {}
-    static void write(Value&, const T&, const Start&, const Location&, Defaults&) {}
+    template <class... From>
+    static void read(T&, From&...) {
+        static_assert(!detail::refuse_type<T>());
+    }
+    template <class Sink>
+    static void write(Sink&, const T&, const Start&) {
+        static_assert(!detail::refuse_type<T>());
+    }
 };
+
+/// Whether something is known about T.
+template <class T>
+inline constexpr bool is_known = !std::is_base_of_v<Refused, Converter<T>>;
 
 /// What a Value holds as it is.
 template <class T>
 struct PlainConverter {
-    static void read(T& target, const Value& value, const Location& location, Session&) {
-        target = detail::content_at<T>(value, location);
-    }
-    static void write(Value& target, const T& content, const Start&, const Location&, Defaults&) {
-        target = Value(content);
+    template <class... From>
+    static void read(T& target, From&... from) {
+        const auto& source = detail::source_of(from...);
+        source.read(target);
     }
 };
 
 template <>
-struct Converter<bool> : PlainConverter<bool> {};
+struct Converter<bool> : PlainConverter<bool> {
+    template <class Sink>
+    static void write(Sink& sink, bool content, const Start&) {
+        sink.put(content);
+    }
+};
 
 template <>
-struct Converter<std::string> : PlainConverter<std::string> {};
+struct Converter<std::string> : PlainConverter<std::string> {
+    template <class Sink>
+    static void write(Sink& sink, const std::string& content, const Start&) {
+        sink.put_string(content);
+    }
+};
 
 template <>
-struct Converter<Array> : PlainConverter<Array> {};
+struct Converter<Array> : PlainConverter<Array> {
+    template <class Sink>
+    static void write(Sink& sink, const Array& content, const Start&) {
+        sink.put_array(content);
+    }
+};
 
 template <>
-struct Converter<Object> : PlainConverter<Object> {};
+struct Converter<Object> : PlainConverter<Object> {
+    template <class Sink>
+    static void write(Sink& sink, const Object& content, const Start&) {
+        sink.put_object(content);
+    }
+};
 
 template <>
 struct Converter<Value> {
-    static void read(Value& target, const Value& value, const Location&, Session&) {
-        target = value;
+    template <class... From>
+    static void read(Value& target, From&... from) {
+        const auto& source = detail::source_of(from...);
+        source.read(target);
     }
-    static void write(Value& target, const Value& content, const Start&, const Location&,
-                      Defaults&) {
-        target = content;
+    template <class Sink>
+    static void write(Sink& sink, const Value& content, const Start&) {
+        sink.put_value(content);
     }
 };
 
 template <class T>
 struct Converter<T, Category::number> {
 
-    static void read(T& target, const Value& value, const Location& location, Session&) {
-        try {
-            target = json::number<T>(value);
-        } catch (...) {
-            detail::fail_number(location, value);
-        }
+    template <class... From>
+    static void read(T& target, From&... from) {
+        const auto& source = detail::source_of(from...);
+        source.read_number(target);
     }
 
-    static void write(Value& target, const T& content, const Start&, const Location&, Defaults&) {
+    template <class Sink>
+    static void write(Sink& sink, const T& content, const Start&) {
         if constexpr (std::is_floating_point_v<T>) {
             // Only a float stays what it is.
             using Held = std::conditional_t<std::is_same_v<T, float>, float, double>;
-            target = Value(static_cast<Held>(content));
+            sink.put(static_cast<Held>(content));
         } else if constexpr (std::is_same_v<decltype(+content), int>) {
-            target = Value(int{content});
+            sink.put(int{content});
         } else {
-            target = json::integer(content);
+            using Held = std::conditional_t<std::is_signed_v<T>, long long, unsigned long long>;
+            static_assert(sizeof(T) <= sizeof(Held), "an integer of more than 64 bits has no kind");
+            sink.put(static_cast<Held>(content));
         }
     }
 };
@@ -284,27 +257,56 @@ struct Converter<T, Category::number> {
 template <class E>
 struct Converter<E, Category::enumeration> {
 
-    static void read(E& target, const Value& value, const Location& location, Session&) {
+    template <class... From>
+    static void read(E& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         if constexpr (detail::require_enumerators<E>()) {
-            target =
-                enumerators<E>[detail::find_enumerator(enumerator_table<E>, value, location)].first;
+            target = enumerators<E>[source.enumerator(enumerator_table<E>)].first;
         }
     }
 
-    static void write(Value& target, const E& content, const Start&, const Location& location,
-                      Defaults&) {
+    template <class Sink>
+    static void write(Sink& sink, const E& content, const Start&) {
         if constexpr (detail::require_enumerators<E>()) {
             const auto number = static_cast<std::underlying_type_t<E>>(content);
             for (const auto& [enumerator, name] : enumerators<E>) {
                 if (static_cast<std::underlying_type_t<E>>(enumerator) == number) {
-                    target = Value(name);
+                    sink.put_string(name);
                     return;
                 }
             }
-            detail::fail_enumerator(location, std::to_string(number), enumerator_table<E>);
+            sink.fail_enumerator(std::to_string(number), enumerator_table<E>);
         }
     }
 };
+
+// ---- New objects ---------------------------------------------------------------------------
+
+/// An object of a type that may lack a default constructor: there is none before it is read.
+template <class T>
+struct Made {
+    std::optional<T> object;
+};
+
+template <class T>
+struct Converter<Made<T>, Category::other> {
+    template <class... From>
+    static void read(Made<T>& target, From&... from) {
+        if constexpr (std::is_default_constructible_v<T>) {
+            detail::read_from(target.object.emplace(), from...);
+        } else {
+            target.object.emplace(Converter<T>::make(from...));
+        }
+    }
+};
+
+/// A new object, which is read.
+template <class T, class... From>
+T make_from(From&... from) {
+    Made<T> made;
+    Converter<Made<T>>::read(made, from...);
+    return std::move(*made.object);
+}
 
 // ---- Members -------------------------------------------------------------------------------
 
@@ -312,9 +314,21 @@ template <class T>
 inline constexpr bool is_optional = false;
 template <class T>
 inline constexpr bool is_optional<std::optional<T>> = true;
+template <class T>
+inline constexpr bool is_optional<std::unique_ptr<T>> = true;
+template <class T>
+inline constexpr bool is_optional<std::shared_ptr<T>> = true;
 
 template <class T>
-bool is_empty(const std::optional<T>& content) noexcept {
+inline constexpr bool is_plain_optional = false;
+template <class T>
+inline constexpr bool
+    is_plain_optional<std::optional<T>> = detail::plain_type<T>() != PlainType::none;
+
+/// @tparam Optional  a std::optional or a smart pointer
+template <class Optional>
+bool is_empty(const Optional& content) noexcept {
+    using T = std::remove_cv_t<std::remove_reference_t<decltype(*content)>>;
     if constexpr (std::is_same_v<T, Value>) {
         return !content || json::kind_of(*content) == Kind::undefined;
     } else {
@@ -343,24 +357,18 @@ Start start_of_new() noexcept {
     }
 }
 
-/// Reads the members that T has of type Type, declared in Class.
-template <class T, class Class, class Type>
-struct MemberReader {
-    static void read(void* object, const void* pointer, const Value& value,
-                     const Location& location, Session& session) {
-        static_assert(!std::is_const_v<Type>, "a member that is const cannot be read into");
-        if constexpr (!std::is_const_v<Type>) {
-            const auto member = *static_cast<Type Class::*const*>(pointer);
-            Converter<Type>::read(static_cast<T*>(object)->*member, value, location, session);
-        }
-    }
+/// Writes the members that T has of type Type, declared in Class, to a sink, or leaves them out.
+template <class Sink>
+struct MemberWriters {
+    using WrittenMember = typename Sink::Member;
 
-    static constexpr ReadMember entry = &read;
+    template <class T, class Class, class Type>
+    struct Of;
 };
 
-/// Writes them.
+template <class Sink>
 template <class T, class Class, class Type>
-struct MemberWriter {
+struct MemberWriters<Sink>::Of {
     using Plain = std::remove_cv_t<Type>;
     using Pointer = Type Class::*;
 
@@ -369,17 +377,23 @@ struct MemberWriter {
         if (may_leave_out(content, member)) {
             return;
         }
-        Value& target = detail::add_member(member.target, member.location.name());
+        if constexpr (std::is_same_v<Sink, TextSink> && is_plain_optional<Plain>) {
+            // In one call rather than three.
+            using Part = typename Plain::value_type;
+            member.target.put_member(member, content ? detail::plain_type<Part>() : PlainType::none,
+                                     content ? std::addressof(*content) : nullptr);
+            return;
+        }
+        auto&& sink = member.sink();
         if constexpr (has_start<Plain>) {
             const Start start = detail::part_of<T, Class, Type>(member.start, member.pointer);
-            Converter<Plain>::write(target, content, start, member.location, member.defaults);
+            Converter<Plain>::template write<Sink>(sink, content, start);
         } else {
-            Converter<Plain>::write(target, content, member.start, member.location,
-                                    member.defaults);
+            Converter<Plain>::template write<Sink>(sink, content, member.start);
         }
     }
 
-    static constexpr WriteMember entry = &write;
+    static constexpr auto entry = &write;
 
 private:
     static const Plain& part(const void* object, const void* pointer) {
@@ -394,7 +408,7 @@ private:
             if (member.is_required || !detail::is_empty(content)) {
                 return false;
             }
-            const Found start = member.start.object(member.defaults);
+            const Found start = member.start.object(member.defaults());
             return !start.is_read || (start.object != nullptr &&
                                       detail::is_empty(part(start.object, member.pointer)));
         } else {
@@ -405,22 +419,35 @@ private:
 
 template <class T>
 struct Converter<T, Category::object> {
-    static void read(T& target, const Value& value, const Location& location, Session& session) {
+    template <class... From>
+    static void read(T& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         if constexpr (detail::require_members<T>()) {
-            const Value* found[MembersOf<T>::count + 1] = {}; // there are no arrays of length 0
-            detail::read_members(member_table<T>,
-                                 member_entries<T, ReadMember, MemberReader>.entries,
-                                 std::addressof(target), found, value, location, session);
+            source.read_members(target);
         }
     }
 
-    static void write(Value& target, const T& content, const Start& start, const Location& location,
-                      Defaults& defaults) {
+    template <class Sink>
+    static void write(Sink& sink, const T& content, const Start& start) {
         if constexpr (detail::require_members<T>()) {
-            detail::write_members(member_table<T>,
-                                  member_entries<T, WriteMember, MemberWriter>.entries,
-                                  std::addressof(content), target, start, location, defaults);
+            write_members(sink, content, start);
         }
+    }
+
+private:
+    static void write_members(ValueSink& sink, const T& content, const Start& start) {
+        sink.write_members(member_table<T>,
+                           member_entries<T, WriteMember, MemberWriters<ValueSink>::Of>.entries,
+                           std::addressof(content), start);
+    }
+
+    static void write_members(TextSink& sink, const T& content, const Start& start) {
+        const void* parts[MembersOf<T>::count + 1]; // there are no arrays of length 0
+        parts[MembersOf<T>::count] = nullptr;
+        PartCollector<T> collector(content, parts);
+        detail::visit_members(members<T>, collector);
+        sink.write_members(text_table<T, MemberWriters<TextSink>::Of>, std::addressof(content),
+                           parts, start);
     }
 };
 
@@ -429,23 +456,26 @@ struct Converter<T, Category::object> {
 template <class T>
 struct Converter<std::optional<T>, Category::other> {
 
-    static void read(std::optional<T>& target, const Value& value, const Location& location,
-                     Session& session) {
+    template <class... From>
+    static void read(std::optional<T>& target, From&... from) {
+        const auto& source = detail::source_of(from...);
         if constexpr (detail::require_default<T>()) {
-            if (detail::is_nothing(value)) {
+            if (source.read_nothing()) {
                 target.reset();
+            } else if constexpr (std::is_default_constructible_v<T>) {
+                source.read_present(target);
             } else {
-                Converter<T>::read(target.emplace(), value, location, session);
+                target.emplace(Converter<T>::make(from...));
             }
         }
     }
 
-    static void write(Value& target, const std::optional<T>& content, const Start&,
-                      const Location& location, Defaults& defaults) {
+    template <class Sink>
+    static void write(Sink& sink, const std::optional<T>& content, const Start&) {
         if (detail::is_empty(content)) {
-            target = Value(Null());
+            sink.put_null();
         } else {
-            Converter<T>::write(target, *content, detail::start_of_new<T>(), location, defaults);
+            Converter<T>::template write<Sink>(sink, *content, detail::start_of_new<T>());
         }
     }
 };
@@ -455,33 +485,53 @@ template <class Container>
 struct SequenceConverter {
     using T = typename Container::value_type;
 
-    static void read(Container& target, const Value& value, const Location& location,
-                     Session& session) {
-        const auto& elements = detail::content_at<Array>(value, location);
+    template <class... From>
+    static void read(Container& target, From&... from) {
+        const auto& source = detail::source_of(from...);
+        auto elements = source.elements();
         if constexpr (detail::require_default<T>()) {
-            target = Container(elements.size(), target.get_allocator());
-            read_elements(target, elements, location, session);
+            if constexpr (!std::is_default_constructible_v<T>) {
+                target.clear();
+                while (elements.next()) {
+                    Made<T> element;
+                    elements.read(element);
+                    target.push_back(std::move(*element.object));
+                }
+            } else if constexpr (std::remove_reference_t<decltype(source)>::known_lengths) {
+                target = Container(elements.size(), target.get_allocator());
+                for (T& element : target) {
+                    elements.take();
+                    elements.read(element);
+                }
+            } else {
+                elements.read_all(target);
+            }
         }
     }
 
-    static void read_elements(Container& target, const Array& elements, const Location& location,
-                              Session& session) {
-        std::size_t i = 0;
-        for (T& element : target) {
-            Converter<T>::read(element, elements[i], Location(location, i), session);
-            ++i;
+    template <class Sink>
+    static void write(Sink& sink, const Container& content, const Start&) {
+        constexpr PlainType plain = detail::plain_type<T>();
+        if constexpr (std::is_same_v<Sink, TextSink> && is_vector && plain != PlainType::none) {
+            sink.put_plain(plain, content.data(), content.size());
+        } else {
+            write_elements(sink, content);
         }
     }
 
-    static void write(Value& target, const Container& content, const Start&,
-                      const Location& location, Defaults& defaults) {
+private:
+    static constexpr bool is_vector =
+        std::is_same_v<Container, std::vector<T, typename Container::allocator_type>>;
+
+    template <class Sink>
+    static void write_elements(Sink& sink, const Container& content) {
         const Start start = detail::start_of_new<T>();
-        Array& elements = detail::make_array(target, content.size());
-        std::size_t i = 0;
+        typename Sink::Elements elements(sink, content.size());
         for (const T& element : content) {
-            Converter<T>::write(elements[i], element, start, Location(location, i), defaults);
-            ++i;
+            auto&& sink_of_element = elements.next();
+            Converter<T>::template write<Sink>(sink_of_element, element, start);
         }
+        elements.end();
     }
 };
 
@@ -501,46 +551,80 @@ struct Converter<std::list<T, Allocator>, Category::other>
 template <class Allocator>
 struct Converter<std::vector<bool, Allocator>, Category::other> {
 
-    static void read(std::vector<bool, Allocator>& target, const Value& value,
-                     const Location& location, Session&) {
-        const auto& elements = detail::content_at<Array>(value, location);
-        target.assign(elements.size(), false);
-        for (std::size_t i = 0; i < elements.size(); ++i) {
-            target[i] = detail::content_at<bool>(elements[i], Location(location, i));
+    template <class... From>
+    static void read(std::vector<bool, Allocator>& target, From&... from) {
+        const auto& source = detail::source_of(from...);
+        auto elements = source.elements();
+        target.clear();
+        if constexpr (std::remove_reference_t<decltype(source)>::known_lengths) {
+            target.reserve(elements.size());
+        }
+        while (elements.next()) {
+            bool element = false;
+            elements.read(element);
+            target.push_back(element);
         }
     }
 
-    static void write(Value& target, const std::vector<bool, Allocator>& content, const Start&,
-                      const Location&, Defaults&) {
-        Array& elements = detail::make_array(target, content.size());
-        for (std::size_t i = 0; i < content.size(); ++i) {
-            elements[i] = Value(static_cast<bool>(content[i]));
+    template <class Sink>
+    static void write(Sink& sink, const std::vector<bool, Allocator>& content, const Start&) {
+        typename Sink::Elements elements(sink, content.size());
+        for (const bool element : content) {
+            elements.next().put(element);
         }
+        elements.end();
     }
 };
 
 template <class T, std::size_t Length>
 struct Converter<std::array<T, Length>, Category::other> {
 
-    static void read(std::array<T, Length>& target, const Value& value, const Location& location,
-                     Session& session) {
-        const auto& elements = detail::content_at<Array>(value, location);
-        detail::check_length(elements, Length, location);
-        SequenceConverter<std::array<T, Length>>::read_elements(target, elements, location,
-                                                                session);
+    template <class... From>
+    static void read(std::array<T, Length>& target, From&... from) {
+        const auto& source = detail::source_of(from...);
+        auto elements = source.elements(Length);
+        for (std::size_t i = 0; i < Length; ++i) {
+            elements.take();
+            elements.read(target[i], source.template part<std::array<T, Length>>(
+                                         [i](const auto& whole) { return &whole[i]; }));
+        }
+        elements.finish();
     }
 
-    static void write(Value& target, const std::array<T, Length>& content, const Start& start,
-                      const Location& location, Defaults& defaults) {
-        Array& elements = detail::make_array(target, Length);
+    template <class Sink>
+    static void write(Sink& sink, const std::array<T, Length>& content, const Start& start) {
+        typename Sink::Elements elements(sink, Length);
         for (std::size_t i = 0; i < Length; ++i) {
+            auto&& sink_of_element = elements.next();
             if constexpr (has_start<T>) {
                 const Start start_of_element = detail::element_of<std::array<T, Length>>(start, i);
-                Converter<T>::write(elements[i], content[i], start_of_element,
-                                    Location(location, i), defaults);
+                Converter<T>::template write<Sink>(sink_of_element, content[i], start_of_element);
             } else {
-                Converter<T>::write(elements[i], content[i], start, Location(location, i),
-                                    defaults);
+                Converter<T>::template write<Sink>(sink_of_element, content[i], start);
+            }
+        }
+        elements.end();
+    }
+};
+
+/// A set, or a multiset, which may have an element twice.
+template <class Set, bool may_repeat>
+struct SetConverter : SequenceConverter<Set> {
+    using T = typename Set::value_type;
+
+    template <class... From>
+    static void read(Set& target, From&... from) {
+        const auto& source = detail::source_of(from...);
+        auto elements = source.elements();
+        target.clear();
+        if constexpr (detail::require_default<T>()) {
+            for (std::size_t size = 1; elements.next(); ++size) {
+                Made<T> element;
+                elements.read(element);
+                target.insert(target.end(), std::move(*element.object));
+                if (!may_repeat && target.size() != size) {
+                    elements.fail("the set has this element already");
+                }
             }
         }
     }
@@ -548,113 +632,154 @@ struct Converter<std::array<T, Length>, Category::other> {
 
 template <class T, class Compare, class Allocator>
 struct Converter<std::set<T, Compare, Allocator>, Category::other>
-    : SequenceConverter<std::set<T, Compare, Allocator>> {
+    : SetConverter<std::set<T, Compare, Allocator>, false> {};
 
-    static void read(std::set<T, Compare, Allocator>& target, const Value& value,
-                     const Location& location, Session& session) {
-        const auto& elements = detail::content_at<Array>(value, location);
-        target.clear();
-        if constexpr (detail::require_default<T>()) {
-            for (std::size_t i = 0; i < elements.size(); ++i) {
-                const Location element_location(location, i);
-                T element{};
-                Converter<T>::read(element, elements[i], element_location, session);
-                target.insert(target.end(), std::move(element));
-                if (target.size() != i + 1) {
-                    detail::fail(element_location, "the set has this element already");
-                }
-            }
-        }
-    }
-};
+template <class T, class Compare, class Allocator>
+struct Converter<std::multiset<T, Compare, Allocator>, Category::other>
+    : SetConverter<std::multiset<T, Compare, Allocator>, true> {};
+
+template <class T, class Hash, class Equal, class Allocator>
+struct Converter<std::unordered_set<T, Hash, Equal, Allocator>, Category::other>
+    : SetConverter<std::unordered_set<T, Hash, Equal, Allocator>, false> {};
+
+template <class T, class Hash, class Equal, class Allocator>
+struct Converter<std::unordered_multiset<T, Hash, Equal, Allocator>, Category::other>
+    : SetConverter<std::unordered_multiset<T, Hash, Equal, Allocator>, true> {};
 
 /// A map by std::string.
-template <class Map>
+template <class Map, MapOrder order>
 struct MapConverter {
     using T = typename Map::mapped_type;
 
-    static void read(Map& target, const Value& value, const Location& location, Session& session) {
-        const auto& object = detail::content_at<Object>(value, location);
+    template <class... From>
+    static void read(Map& target, From&... from) {
+        const auto& source = detail::source_of(from...);
+        auto members = source.members();
         target.clear();
         if constexpr (detail::require_default<T>()) {
-            for (const auto& [name, member] : object) {
-                const Location member_location(location, name);
-                const std::size_t size = target.size();
-                const auto added = target.try_emplace(target.end(), name);
-                if (target.size() == size) {
-                    detail::fail(member_location, "the map has this name already");
+            while (members.next()) {
+                if constexpr (std::is_default_constructible_v<T>) {
+                    const std::size_t size = target.size();
+                    const auto added = target.try_emplace(target.end(), members.name());
+                    if (target.size() == size) {
+                        members.fail("the map has this name already");
+                    }
+                    members.read(added->second);
+                } else {
+                    if (target.find(members.name()) != target.end()) {
+                        members.fail("the map has this name already");
+                    }
+                    const std::string name = members.name();
+                    Made<T> element;
+                    members.read(element);
+                    target.emplace(name, std::move(*element.object));
                 }
-                Converter<T>::read(added->second, member, member_location, session);
             }
         }
     }
 
-    static void write(Value& target, const Map& content, const Start&, const Location& location,
-                      Defaults& defaults) {
-        const Start start = detail::start_of_new<T>();
-        Object& object = detail::make_object(target);
-        for (const auto& [name, element] : content) {
-            if constexpr (std::is_same_v<T, Value>) {
-                if (json::kind_of(element) == Kind::undefined) {
-                    continue;
-                }
+    template <class Sink>
+    static void write(Sink& sink, const Map& content, const Start&) {
+        if constexpr (std::is_same_v<Sink, TextSink>) {
+            if (sink.sorts(order)) {
+                write_sorted(sink, content);
+                return;
             }
-            Converter<T>::write(detail::add_member(object, name), element, start,
-                                Location(location, name), defaults);
         }
+        const Start start = detail::start_of_new<T>();
+        typename Sink::Members members(sink);
+        for (const auto& [name, element] : content) {
+            write_member(sink, members, name, element, start);
+        }
+        members.end();
+    }
+
+private:
+    static void write_sorted(TextSink& sink, const Map& content) {
+        std::vector<NamedPart> parts;
+        parts.reserve(content.size());
+        for (const auto& [name, element] : content) {
+            parts.push_back({name, std::addressof(element)});
+        }
+        sink.sort_names(parts.data(), parts.size());
+        const Start start = detail::start_of_new<T>();
+        TextSink::Members members(sink);
+        for (const auto& [name, part] : parts) {
+            write_member(sink, members, name, *static_cast<const T*>(part), start);
+        }
+        members.end();
+    }
+
+    template <class Sink>
+    static void write_member(Sink&, typename Sink::Members& members, std::string_view name,
+                             const T& element, const Start& start) {
+        if constexpr (std::is_same_v<T, Value>) {
+            if (json::kind_of(element) == Kind::undefined) {
+                return;
+            }
+        }
+        auto&& sink_of_member = members.next(name);
+        Converter<T>::template write<Sink>(sink_of_member, element, start);
     }
 };
 
 template <class T, class Compare, class Allocator>
 struct Converter<std::map<std::string, T, Compare, Allocator>, Category::other>
-    : MapConverter<std::map<std::string, T, Compare, Allocator>> {};
+    : MapConverter<std::map<std::string, T, Compare, Allocator>,
+                   std::is_same_v<Compare, std::less<std::string>> ||
+                           std::is_same_v<Compare, std::less<>>
+                       ? MapOrder::by_bytes
+                       : MapOrder::own> {};
 
 template <class T, class Hash, class Equal, class Allocator>
 struct Converter<std::unordered_map<std::string, T, Hash, Equal, Allocator>, Category::other>
-    : MapConverter<std::unordered_map<std::string, T, Hash, Equal, Allocator>> {};
+    : MapConverter<std::unordered_map<std::string, T, Hash, Equal, Allocator>, MapOrder::none> {};
 
 /// A pair or tuple, as an array.
 template <class Tuple, class... Types>
 struct TupleConverter {
 
-    static void read(Tuple& target, const Value& value, const Location& location,
-                     Session& session) {
-        const auto& elements = detail::content_at<Array>(value, location);
-        detail::check_length(elements, sizeof...(Types), location);
-        read_elements(target, elements, location, session, std::index_sequence_for<Types...>());
+    template <class... From>
+    static void read(Tuple& target, From&... from) {
+        const auto& source = detail::source_of(from...);
+        auto elements = source.elements(sizeof...(Types));
+        read_elements(target, elements, source, std::index_sequence_for<Types...>());
+        elements.finish();
     }
 
-    static void write(Value& target, const Tuple& content, const Start& start,
-                      const Location& location, Defaults& defaults) {
-        write_elements(detail::make_array(target, sizeof...(Types)), content, start, location,
-                       defaults, std::index_sequence_for<Types...>());
+    template <class Sink>
+    static void write(Sink& sink, const Tuple& content, const Start& start) {
+        typename Sink::Elements elements(sink, sizeof...(Types));
+        write_elements<Sink>(elements, content, start, std::index_sequence_for<Types...>());
+        elements.end();
     }
 
 private:
-    template <std::size_t... I>
-    static void read_elements(Tuple& target, const Array& elements, const Location& location,
-                              Session& session, std::index_sequence<I...>) {
-        (Converter<Types>::read(std::get<I>(target), elements[I], Location(location, I), session),
+    template <class Elements, class Source, std::size_t... I>
+    static void read_elements(Tuple& target, [[maybe_unused]] Elements& elements,
+                              [[maybe_unused]] const Source& source, std::index_sequence<I...>) {
+        ((elements.take(),
+          elements.read(std::get<I>(target), source.template part<Tuple>([](const auto& whole) {
+              return &std::get<I>(whole);
+          }))),
          ...);
     }
 
-    template <std::size_t... I>
-    static void write_elements(Array& elements, const Tuple& content, const Start& start,
-                               const Location& location, Defaults& defaults,
-                               std::index_sequence<I...>) {
-        (write_element<I, Types>(elements[I], std::get<I>(content), start, Location(location, I),
-                                 defaults),
-         ...);
+    template <class Sink, std::size_t... I>
+    static void write_elements(typename Sink::Elements& elements, const Tuple& content,
+                               const Start& start, std::index_sequence<I...>) {
+        (write_element<Sink, I, Types>(elements, std::get<I>(content), start), ...);
     }
 
-    template <std::size_t I, class Type>
-    static void write_element(Value& target, const Type& content, const Start& start,
-                              const Location& location, Defaults& defaults) {
+    template <class Sink, std::size_t I, class Type>
+    static void write_element(typename Sink::Elements& elements, const Type& content,
+                              const Start& start) {
+        auto&& sink = elements.next();
         if constexpr (has_start<Type>) {
-            Converter<Type>::write(target, content, detail::element_of<Tuple, I>(start), location,
-                                   defaults);
+            Converter<Type>::template write<Sink>(sink, content,
+                                                  detail::element_of<Tuple, I>(start));
         } else {
-            Converter<Type>::write(target, content, start, location, defaults);
+            Converter<Type>::template write<Sink>(sink, content, start);
         }
     }
 };
@@ -667,7 +792,22 @@ template <class... Types>
 struct Converter<std::tuple<Types...>, Category::other>
     : TupleConverter<std::tuple<Types...>, Types...> {};
 
+template <class T, class... From>
+void read_from(T& target, From&... from) {
+    Converter<T>::read(target, from...);
+}
+
+template <class T>
+AnyObject any_object(const T& object) noexcept {
+    return {std::addressof(object), [](TextSink& sink, const void* address) {
+                Converter<T>::write(sink, *static_cast<const T*>(address),
+                                    detail::start_of_new<T>());
+            }};
+}
+
 } // namespace foundation::json::detail
+
+#include <foundation/json/detail/more_converters.hpp>
 
 #endif
 /// @endcond

@@ -148,6 +148,12 @@ constexpr bool visit_members(const Member<Class, Type>& member, Visitor& visitor
     return true;
 }
 
+template <class Class, class Type, class Check, class Visitor>
+constexpr bool visit_members(const CheckedMember<Class, Type, Check>& member, Visitor& visitor) {
+    visitor(member);
+    return true;
+}
+
 template <class... Members, class Visitor>
 constexpr bool visit_members(const std::tuple<Members...>& table, Visitor& visitor) {
     return std::apply(
@@ -193,10 +199,19 @@ struct CollectedMembers {
 
     template <class Class, class Type>
     constexpr void operator()(const Member<Class, Type>& member) {
-        names[used] = member.name.empty() ? "" : member.name; // data() is not null
-        required[used] = member.is_required;
-        pointers[used] = &member.pointer;
-        belong = belong && std::is_base_of_v<Class, T>;
+        add(member.name, member.is_required, &member.pointer, std::is_base_of_v<Class, T>);
+    }
+
+    template <class Class, class Type, class Check>
+    constexpr void operator()(const CheckedMember<Class, Type, Check>& member) {
+        add(member.name, member.is_required, &member.checked, std::is_base_of_v<Class, T>);
+    }
+
+    constexpr void add(std::string_view name, bool is_required, const void* pointer, bool belongs) {
+        names[used] = name.empty() ? "" : name; // data() is not null
+        required[used] = is_required;
+        pointers[used] = pointer;
+        belong = belong && belongs;
         ++used;
     }
 };
@@ -222,8 +237,17 @@ inline constexpr MemberTable member_table{
     MembersOf<T>::collected.required,
     MembersOf<T>::collected.pointers};
 
+/// The entry of a member with a check: another one if the check makes a difference to it.
+template <class EntryOfMember, class Check, class = void>
+struct CheckedEntry : EntryOfMember {};
+template <class EntryOfMember, class Check>
+struct CheckedEntry<EntryOfMember, Check,
+                    std::void_t<typename EntryOfMember::template Checked<Check>>>
+    : EntryOfMember::template Checked<Check> {};
+
 /// One entry for each member of T: `EntryOf<T, Class, Type>::entry`, such as a function that reads
-/// members of that type. Members of the same type share it.
+/// members of that type. Members of the same type share it. If a check makes a difference to it,
+/// there is an `EntryOf<T, Class, Type>::Checked<Check>::entry`, too.
 template <class T, class Entry, template <class, class, class> class EntryOf>
 struct MemberEntries {
     Entry entries[MembersOf<T>::count + 1] = {};
@@ -232,6 +256,12 @@ struct MemberEntries {
     template <class Class, class Type>
     constexpr void operator()(const Member<Class, Type>&) {
         entries[used] = EntryOf<T, Class, Type>::entry;
+        ++used;
+    }
+
+    template <class Class, class Type, class Check>
+    constexpr void operator()(const CheckedMember<Class, Type, Check>&) {
+        entries[used] = CheckedEntry<EntryOf<T, Class, Type>, Check>::entry;
         ++used;
     }
 

@@ -1,0 +1,320 @@
+/// @file
+/// Objects of your own types straight from JSON text, without a Value between. Part of the library
+/// foundation::json_parser.
+///
+///     const auto server = read<Server>(R"({"host": "a.example"})");
+///     const auto servers = read_file<std::vector<Server>>("servers.json");
+///
+///
+/// The types are those of convert.hpp with their tables, and so are the rules: read<T>(text) gives
+/// what to<T>(parse(text)) gives, or throws where that throws. It takes a fraction of the time, and
+/// no memory but that of the object.
+///
+/// Of a document that does not fit the type, the exception tells the position and the JSON Pointer;
+/// describe() shows both:
+///
+///     try {
+///         const auto wrong = read<Server>(R"({"host": "a.example", "port": "80"})");
+///     } catch (const ReadError& error) {
+///         std::cout << describe(error);
+///         // ->
+///         // 1:31: at /port: "80" is a string, not a number
+///         // {"host": "a.example", "port": "80"}
+///         //                               ^
+///     }
+#ifndef FOUNDATION_JSON_READ_HPP
+#define FOUNDATION_JSON_READ_HPP
+
+#include <foundation/json/convert.hpp>
+#include <foundation/json/detail/text_source.hpp>
+#include <foundation/json/export.hpp>
+#include <foundation/json/parse.hpp>
+#include <foundation/json/read_options.hpp>
+#include <foundation/json/reader.hpp>
+#include <foundation/json/records.hpp>
+
+#include <filesystem>
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+namespace foundation::json {
+
+/// The exception of a document that does not fit a type. what() is that of a ConversionError with
+/// the line and column before it, and with the name of the file if it was read by read_file():
+/// `server.json:12:17: at /port: "80" is a string, not a number`.
+class FOUNDATION_JSON_PARSER_EXPORT ReadError : public ConversionError {
+public:
+    /// @param error      what is wrong
+    /// @param where      an exception with the position, and the line to quote
+    /// @param file_name  may be empty
+    /// @throws std::bad_alloc if memory runs out
+    ReadError(const ConversionError& error, const ParserException& where,
+              std::string_view file_name);
+
+    ReadError(const ReadError&) = default;            ///< never throws
+    ReadError& operator=(const ReadError&) = default; ///< never throws
+    ~ReadError() override;
+
+    const char* what() const noexcept override;
+
+    /// Where the value begins that the error is about. Constant time.
+    [[nodiscard]] Position position() const noexcept;
+
+    /// @cond
+    struct Details;
+    const Details& details() const noexcept { return *details_; }
+    /// @endcond
+
+private:
+    std::shared_ptr<const Details> details_; // shared, so that copies cannot throw
+};
+
+/// Describes an error for people, in three lines that each end with a line feed: what(), the line
+/// of the text, and a caret under the position.
+///
+/// What does not print, and long lines, are shown as by describe() of a ParserException.
+/// @param error  of this header's functions
+/// @param name   of what was read, such as a file; if it is empty, the file of read_file()
+/// @throws std::bad_alloc memory runs out
+FOUNDATION_JSON_PARSER_EXPORT std::string describe(const ReadError& error,
+                                                   std::string_view name = {});
+
+/// @cond
+namespace detail {
+
+using ReadRoot = const char* (*)(DocumentReader& reader, const char* at, void* object,
+                                 const void* base);
+
+/// What becomes of a byte order mark at the begin.
+enum class Mark { skipped, refused };
+
+/// Reads a document.
+/// @param base  null or, if the object is not new, a new one
+/// @return false if the document has to be read in another way, which then finds out what is wrong
+/// @throws std::bad_alloc memory runs out
+/// @throws what has no base std::exception, from a constructor or a container
+[[nodiscard]] FOUNDATION_JSON_PARSER_EXPORT bool
+read_document(std::string_view text, const ReadOptions& options, void* object, const void* base,
+              ReadRoot read, Mark mark = Mark::skipped);
+
+/// The value of a text, as parse(); also checks its length.
+FOUNDATION_JSON_PARSER_EXPORT Value parse_document(std::string_view text,
+                                                   const ReadOptions& options);
+
+/// @throws ReadError
+[[noreturn]] FOUNDATION_JSON_PARSER_EXPORT void fail_reading(std::string_view text,
+                                                             const ReadOptions& options,
+                                                             const ConversionError& error,
+                                                             std::string_view file_name);
+
+/// The whole text of a stream or file, as parse() and parse_file() read it.
+class FOUNDATION_JSON_PARSER_EXPORT DocumentText {
+public:
+    DocumentText(std::istream& stream, const ReadOptions& options);
+    DocumentText(const std::filesystem::path& path, const ReadOptions& options);
+    DocumentText(const DocumentText&) = delete;
+    DocumentText& operator=(const DocumentText&) = delete;
+    ~DocumentText();
+
+    std::string_view text() const noexcept { return text_; }
+
+private:
+    class Storage;
+    std::unique_ptr<Storage> storage_;
+    std::string_view text_;
+};
+
+template <class T>
+const char* read_root(DocumentReader& reader, const char* at, void* object, const void* base) {
+    const TextSource source(reader, at, base);
+    detail::read_from(*static_cast<T*>(object), source);
+    return source.at();
+}
+
+/// Whether a type can be read; if it cannot, says what to write instead.
+template <class T>
+constexpr bool require_readable() {
+    if constexpr (detail::is_known<T>) {
+        return detail::require_default<T>();
+    } else {
+        return detail::refuse_type<T>();
+    }
+}
+
+/// Reads a document by way of a Value, which finds all that is wrong, and all that is rare.
+template <class T>
+[[FOUNDATION_JSON_GNU(noinline)]] T read_by_value(std::string_view text, const ReadOptions& options,
+                                                  std::string_view file_name) {
+    const Value value = detail::parse_document(text, options);
+    try {
+        return detail::read_value<T>(value, Location(std::string_view()), options);
+    } catch (const ConversionError& error) {
+        detail::fail_reading(text, options, error, file_name);
+    }
+}
+
+template <class T>
+T read_new(std::string_view text, const ReadOptions& options, std::string_view file_name) {
+    T result{};
+    const bool is_read = detail::read_document(text, options, std::addressof(result), nullptr,
+                                               &detail::read_root<T>);
+    if constexpr (std::is_move_assignable_v<T>) {
+        if (!is_read) {
+            result = detail::read_by_value<T>(text, options, file_name);
+        }
+        return result;
+    } else {
+        return is_read ? std::move(result) : detail::read_by_value<T>(text, options, file_name);
+    }
+}
+
+template <class T>
+T read_text(std::string_view text, const ReadOptions& options, std::string_view file_name) {
+    if constexpr (!std::is_default_constructible_v<T>) {
+        return std::move(*detail::read_text<Made<T>>(text, options, file_name).object);
+    } else {
+        return detail::read_new<T>(text, options, file_name);
+    }
+}
+
+/// The name of a file as messages show it.
+FOUNDATION_JSON_PARSER_EXPORT std::string shown_name(const std::filesystem::path& path);
+
+} // namespace detail
+/// @endcond
+
+/// @name Reading
+/// T is any type that to() knows; it must have a default constructor.
+/// @{
+
+/// The object that a text holds: what to<T>(parse(text, options), options) gives.
+///
+/// Members are read in the order of the document. If something is wrong, or an object has a name
+/// twice, the text is parsed to a Value and converted after all.
+/// @param text     need not outlive the call
+/// @param options  what to accept
+/// @throws ParserException the text is not what the options accept
+/// @throws ReadError       the document does not fit the type: where to() throws ConversionError
+/// @throws std::bad_alloc  memory runs out
+/// @throws what a default constructor, or the insertion into a container, throws
+/// @complexity linear in the length of the text, times the logarithm of the sizes of tables and
+///             containers; recursion as deep as the nesting of T. No memory besides that of the
+///             object, but up to 256 names for each class; of what goes by way of a Value, that of
+///             the Value.
+template <class T>
+[[nodiscard]] T read(std::string_view text, const ReadOptions& options = {}) {
+    if constexpr (detail::require_readable<T>()) {
+        return detail::read_text<T>(text, options, {});
+    } else {
+        detail::refused();
+    }
+}
+
+/// The same for the rest of a stream, from its current position to its end, which is read as by
+/// parse().
+/// @throws std::ios_base::failure the stream is not good at first, or fails before its end; then
+///         badbit is set
+/// @throws whatever the stream buffer throws, with badbit set
+/// @throws as above
+template <class T>
+[[nodiscard]] T read(std::istream& stream, const ReadOptions& options = {}) {
+    if constexpr (detail::require_readable<T>()) {
+        const detail::DocumentText document(stream, options);
+        return detail::read_text<T>(document.text(), options, {});
+    } else {
+        detail::refused();
+    }
+}
+
+/// The same for a file, which is read as by parse_file(). ReadError names it.
+/// @throws std::system_error the file cannot be read; what() names it
+/// @throws as above
+template <class T>
+[[nodiscard]] T read_file(const std::filesystem::path& path, const ReadOptions& options = {}) {
+    if constexpr (detail::require_readable<T>()) {
+        const detail::DocumentText document(path, options);
+        return detail::read_text<T>(document.text(), options, detail::shown_name(path));
+    } else {
+        detail::refused();
+    }
+}
+
+/// Reads a text into an object that is there, and uses its memory again: that of strings, vectors
+/// and other sequences, and of what they hold.
+///
+///     Server server;
+///     for (const std::string& line : lines) {
+///         read_into(server, line);
+///     }
+///
+/// The object becomes what read() gives: a member that the text lacks becomes what the class's
+/// default constructor gives it. What no table names may keep what it holds.
+/// @param object   after an exception, it is as its default constructor makes it
+/// @param text     must not be part of the object
+/// @param options  what to accept
+/// @throws as read()
+template <class T>
+void read_into(T& object, std::string_view text, const ReadOptions& options = {}) {
+    if constexpr (detail::require_readable<T>()) {
+        T fresh{};
+        try {
+            if (!detail::read_document(text, options, std::addressof(object), std::addressof(fresh),
+                                       &detail::read_root<T>)) {
+                object = detail::read_by_value<T>(text, options, {});
+            }
+        } catch (...) {
+            object = std::move(fresh);
+            throw;
+        }
+    }
+}
+/// @}
+
+/// @cond
+namespace detail {
+
+template <class T>
+struct ObjectReader {
+    /// Has an object read by a function that takes a ReadObject.
+    template <class Read>
+    static void read(T& object, const Read& read) {
+        if constexpr (detail::require_readable<T>()) {
+            Both both{object, T{}};
+            try {
+                read(ReadObject{&both, &read_text, &convert});
+            } catch (...) {
+                object = std::move(both.fresh);
+                throw;
+            }
+        }
+    }
+
+private:
+    struct Both {
+        T& object;
+        T fresh; ///< a new one
+    };
+
+    static bool read_text(void* both, std::string_view text, const ReadOptions& options) {
+        T& object = static_cast<Both*>(both)->object;
+        return detail::read_document(text, options, std::addressof(object),
+                                     std::addressof(static_cast<Both*>(both)->fresh),
+                                     &detail::read_root<T>, Mark::refused);
+    }
+
+    static void convert(void* both, const Value& value, const ReadOptions& options) {
+        static_cast<Both*>(both)->object =
+            detail::read_value<T>(value, Location(std::string_view()), options);
+    }
+};
+
+} // namespace detail
+/// @endcond
+
+} // namespace foundation::json
+
+#endif

@@ -1,0 +1,85 @@
+/// @file
+/// JSON text of your own types, without a Value in between. Not part of json.hpp; convert.hpp
+/// includes it.
+///
+///     std::string text = write(server);
+///     write(stream, server, WriteOptions::indented(2));
+///     writer.value(server); // of a Writer, with write.hpp
+///
+/// write_file() is in write_file.hpp.
+///
+/// Everything that from() of convert.hpp takes can be written, by the same tables of members, and
+/// the text is that of the value that from() makes, but for the order of members: those of a class
+/// come in the order of its table, and those of a std::map in its own order. All others, and all
+/// members with MemberOrder::utf16, come as in write(from(object), options).
+#ifndef FOUNDATION_JSON_WRITE_TYPES_HPP
+#define FOUNDATION_JSON_WRITE_TYPES_HPP
+
+#include <foundation/json/detail/converters.hpp>
+#include <foundation/json/detail/text_sink.hpp>
+#include <foundation/json/fwd.hpp>
+#include <foundation/json/members.hpp>
+#include <foundation/json/write_options.hpp>
+
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <type_traits>
+
+namespace foundation::json {
+
+/// @cond
+namespace detail {
+
+/// Whether write() takes a T as it is, rather than as the Value that it converts to.
+template <class T>
+constexpr bool is_written_as_own() {
+    if constexpr (std::is_same_v<T, Value> || std::is_array_v<T> || std::is_pointer_v<T> ||
+                  std::is_null_pointer_v<T>) {
+        return false;
+    } else if constexpr (is_known<T>) {
+        return true;
+    } else {
+        return !std::is_convertible_v<const T&, Value>;
+    }
+}
+
+template <class T>
+using IfOwn = std::enable_if_t<detail::is_written_as_own<T>()>;
+
+/// For Writer::value().
+template <class T, class = IfOwn<T>>
+AnyObject object_of(OfOtherType, const T& object) noexcept {
+    return detail::any_object(object);
+}
+
+} // namespace detail
+/// @endcond
+
+/// @name Objects of your own types
+/// What is wrong is told by the same exceptions, with the same messages, as by from() and write():
+/// the object is looked through again to find out where it is.
+/// @throws ConversionError  what from() throws
+/// @throws WriteError       the options do not allow something in the object
+/// @throws std::bad_alloc   memory runs out
+/// @complexity linear in the size of the object; sorting besides, in a std::unordered_map and with
+///             MemberOrder::utf16. Recursion as deep as the nesting.
+/// @{
+
+/// The text of an object, without a line end.
+template <class T, class = detail::IfOwn<T>>
+[[nodiscard]] std::string write(const T& object, const WriteOptions& options = {}) {
+    return detail::write_text(detail::any_object(object), options);
+}
+
+/// Writes the text of an object onto a stream, as write() of a Value does. The stream may have got
+/// a part of the text before an exception.
+template <class T, class = detail::IfOwn<T>>
+void write(std::ostream& stream, const T& object, const WriteOptions& options = {}) {
+    detail::write_text(stream, detail::any_object(object), options);
+}
+/// @}
+
+} // namespace foundation::json
+
+#endif

@@ -1,0 +1,763 @@
+#include "reading/document_reader.hpp"
+
+#include "access/find_name.hpp"
+#include "reading/bit_stack.hpp"
+#include "reading/value_reader.hpp"
+#include "text/byte_block.hpp"
+#include "text/utf8_validation.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+#include <utility>
+
+namespace foundation::json::detail {
+
+namespace {
+
+constexpr bool likely(bool condition) noexcept {
+    return __builtin_expect(static_cast<long>(condition), 1) != 0;
+}
+
+/// A line feed and the indentation of the next line.
+constexpr struct Indentation {
+    static constexpr std::size_t longest = 2 * Block::size;
+    char bytes[longest];
+} indentation{{'\n', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ',
+               ' ',  ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '}};
+
+/// Which members of a class an object has had: at most 64.
+class FewSeen {
+public:
+    explicit FewSeen(std::size_t) noexcept {}
+
+    /// @return whether it has not been there before
+    bool add(std::uint32_t number) noexcept {
+        const std::uint64_t bit = std::uint64_t{1} << number;
+        const bool is_new = (bits_ & bit) == 0;
+        bits_ |= bit;
+        return is_new;
+    }
+    bool has(std::size_t number) const noexcept { return (bits_ >> number & 1) != 0; }
+    bool has_required(const TextMembers& members) const noexcept {
+        return (bits_ & members.required) == members.required;
+    }
+
+private:
+    std::uint64_t bits_ = 0;
+};
+
+/// The same for any number of members.
+class ManySeen {
+public:
+    explicit ManySeen(std::size_t count) : seen_(count) {}
+
+    bool add(std::uint32_t number) {
+        const bool is_new = !seen_[number];
+        seen_[number] = true;
+        return is_new;
+    }
+    bool has(std::size_t number) const { return seen_[number]; }
+    bool has_required(const TextMembers& members) const {
+        for (std::size_t i = 0; i != seen_.size(); ++i) {
+            if (members.members[i].is_required != 0 && !seen_[i]) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+private:
+    std::vector<bool> seen_;
+};
+
+/// Reads up to 18 digits.
+/// @param at  moved behind them
+/// @return false if there are none, or more
+[[gnu::always_inline]] inline bool scan_few_digits(const char*& at,
+                                                   std::uint64_t& number) noexcept {
+    number = 0;
+    std::ptrdiff_t count = scan_eight_digits(at, number);
+    at += count;
+    if (count == 0) {
+        return false;
+    }
+    if (count == digits_at_once) {
+        count = scan_eight_digits(at, number);
+        at += count;
+        if (count == digits_at_once) {
+            count = scan_eight_digits(at, number);
+            at += count;
+            return count <= 2;
+        }
+    }
+    return true;
+}
+
+/// Reads a whole number without a sign, of up to 18 digits.
+/// @return null for any other number
+[[gnu::always_inline]] inline const char* scan_few_whole(const char* from,
+                                                         std::uint64_t& number) noexcept {
+    const char* at = from;
+    const bool usual =
+        scan_few_digits(at, number) && !continues_number(*at) && (*from != '0' || at - from == 1);
+    return likely(usual) ? at : nullptr;
+}
+
+} // namespace
+
+void DocumentReader::give_up() {
+    throw NotAsWanted();
+}
+
+// ---- Space -----------------------------------------------------------------------------------
+
+[[gnu::always_inline]] inline const char* DocumentCore::skip_space(const char* at) {
+    if (likely(is_fast(at))) {
+        if (is_token(*at)) {
+            return at;
+        }
+        if (*at == ' ' && is_token(at[1])) {
+            return at + 1;
+        }
+        const std::size_t expected = indentation_[depth_ % depths];
+        const auto other = Block(at).differing(Block(indentation.bytes));
+        if (!other.empty()) {
+            if (other.first() == expected && is_token(at[expected])) {
+                return at + expected;
+            }
+        } else {
+            const auto next =
+                Block(at + Block::size).differing(Block(indentation.bytes + Block::size));
+            if (!next.empty() && Block::size + next.first() == expected && is_token(at[expected])) {
+                return at + expected;
+            }
+        }
+    }
+    return skip_other_space(at);
+}
+
+[[gnu::noinline]] const char* DocumentCore::skip_other_space(const char* at) {
+    const char* const end = cursor_.skip_space(at);
+    if (static_cast<std::size_t>(end - at) < Indentation::longest) {
+        indentation_[depth_ % depths] = static_cast<unsigned char>(end - at);
+    }
+    return end;
+}
+
+[[gnu::always_inline]] inline const char* DocumentCore::skip_space_before_value(const char* at) {
+    if (likely(is_fast(at))) {
+        at += *at == ' ' ? 1 : 0;
+        if (likely(is_token(*at))) {
+            return at;
+        }
+    }
+    return cursor_.skip_space(at);
+}
+
+// ---- Structure -------------------------------------------------------------------------------
+
+/// @return false if the container is empty, and has been read
+[[gnu::always_inline]] inline bool DocumentCore::begin_container(const char*& at, char open,
+                                                                 char close) {
+    if (!is_at(at, open) || depth_ >= options_.max_depth) {
+        give_up();
+    }
+    ++depth_;
+    at = skip_space(at + 1);
+    if (is_at(at, close)) {
+        --depth_;
+        ++at;
+        return false;
+    }
+    return true;
+}
+
+inline DocumentReader::Behind<std::size_t> DocumentCore::begin_elements(const char* at) {
+    const std::size_t expected = lengths_[depth_ % depths];
+    const bool has_elements = begin_container(at, '[', ']');
+    return {at, has_elements ? std::max(expected, std::size_t{1}) : 0};
+}
+
+inline void DocumentCore::set_length(std::size_t length) noexcept {
+    constexpr std::size_t most = 64;
+    lengths_[depth_ % depths] = static_cast<unsigned char>(std::min(length, most));
+}
+
+/// Goes on behind an element or member.
+/// @param more  whether there is another one; if not, the container has been closed
+[[gnu::always_inline]] inline const char* DocumentCore::separate(const char* at, char close,
+                                                                 bool& more) {
+    if (!is_at(at, ',')) {
+        if (!is_at(at, close)) {
+            --depth_; // the space before a closing bracket is that of the lines around
+            at = skip_space(at);
+            ++depth_;
+        }
+        if (is_at(at, close)) {
+            more = false;
+            --depth_;
+            return at + 1;
+        }
+        if (!is_at(at, ',')) {
+            give_up();
+        }
+    }
+    at = skip_space(at + 1);
+    if (options_.trailing_commas && is_at(at, close)) {
+        more = false;
+        --depth_;
+        return at + 1;
+    }
+    more = true;
+    return at;
+}
+
+[[gnu::always_inline]] inline bool DocumentCore::next_item(const char*& at, char close) {
+    bool more = false;
+    at = separate(at, close, more);
+    return more;
+}
+
+// ---- Scalars ---------------------------------------------------------------------------------
+
+/// @param at  at the opening quote
+[[gnu::always_inline]] inline StringToken DocumentCore::string(const char* at) {
+    if (likely(is_fast(at))) {
+        const auto found = Block(at + 1).special_in_string();
+        if (likely(!found.empty() && at[1 + found.first()] == '"')) {
+            return {at + 1, at + 1 + found.first()};
+        }
+    }
+    return long_string(at);
+}
+
+/// The same for a string that may be long: finds its end first, and then checks its bytes.
+[[gnu::noinline]] StringToken DocumentCore::long_string(const char* at) {
+    StringToken token{at + 1, at + 1};
+    bool is_ascii = true;
+    for (const char*& end = token.end; is_fast(end);) {
+        const Block block(end);
+        is_ascii = is_ascii && block.is_ascii(); // also of what is behind the string
+        const auto found = block.special_in_utf8();
+        if (found.empty()) {
+            end += Block::size;
+            continue;
+        }
+        end += found.first();
+        if (*end == '"') {
+            if (!is_ascii && !is_utf8(token.text, end)) {
+                give_up();
+            }
+            return token;
+        }
+        token.escaped = true;
+        if (*end != '\\' || scan_escape(end, cursor_.end()) != StringError::none) {
+            give_up();
+        }
+    }
+    return cursor_.string(at);
+}
+
+[[gnu::always_inline]] inline const char* DocumentCore::read_string(const char* at,
+                                                                    std::string& target) {
+    if (!is_at(at, '"')) {
+        give_up();
+    }
+    const StringToken token = string(at);
+    if (likely(!token.escaped)) {
+        target.assign(token.text, token.size());
+    } else {
+        decode(token, target);
+    }
+    return token.end + 1;
+}
+
+inline const char* DocumentCore::read_boolean(const char* at, bool& target) {
+    target = is_at(at, 't');
+    if (target) {
+        return cursor_.word(at, "true");
+    }
+    if (!is_at(at, 'f')) {
+        give_up();
+    }
+    return cursor_.word(at, "false");
+}
+
+inline const char* DocumentCore::read_null_word(const char* at) {
+    return is_at(at, 'n') ? cursor_.word(at, "null") : at;
+}
+
+[[gnu::noinline]] const char* DocumentCore::read_any_number(const char* at, NumberContent& target) {
+    if (!begins_number(byte_at(at))) {
+        give_up();
+    }
+    const NumberToken token = cursor_.number(at);
+    const bool exact = options_.integers == ParseOptions::Integers::exact;
+    target = content_of_number(at, token, exact);
+    if (target.type == NumberContent::Type::too_large) {
+        give_up();
+    }
+    return token.end;
+}
+
+[[gnu::always_inline]] inline const char* DocumentCore::read_double(const char* at,
+                                                                    double& target) {
+    if (likely(is_fast(at) && begins_number(*at))) {
+        if (const char* const end = usual_number(at, target)) {
+            return end;
+        }
+    }
+    NumberContent content(0.0);
+    at = read_any_number(at, content);
+    target = to_number<double>(content);
+    return at;
+}
+
+[[gnu::always_inline]] inline DocumentReader::Behind<long long>
+DocumentCore::read_signed_number(const char* at, long long least, long long most) {
+    if (likely(is_fast(at))) {
+        const bool negative = *at == '-';
+        std::uint64_t magnitude = 0;
+        const char* const end = scan_few_whole(at + (negative ? 1 : 0), magnitude);
+        if (likely(end != nullptr && is_exact(magnitude))) {
+            const auto number = static_cast<long long>(magnitude);
+            const long long result = negative ? -number : number;
+            if (likely(result >= least && result <= most)) {
+                return {end, result};
+            }
+        }
+    }
+    NumberContent content(0.0);
+    at = read_any_number(at, content);
+    const auto number = to_number<long long>(content);
+    if (number < least || number > most) {
+        give_up();
+    }
+    return {at, number};
+}
+
+[[gnu::always_inline]] inline DocumentReader::Behind<unsigned long long>
+DocumentCore::read_unsigned_number(const char* at, unsigned long long most) {
+    if (likely(is_fast(at))) {
+        std::uint64_t number = 0;
+        const char* const end = scan_few_whole(at, number);
+        if (likely(end != nullptr && is_exact(number) && number <= most)) {
+            return {end, number};
+        }
+    }
+    NumberContent content(0.0);
+    at = read_any_number(at, content);
+    const auto number = to_number<unsigned long long>(content);
+    if (number > most) {
+        give_up();
+    }
+    return {at, number};
+}
+
+inline DocumentReader::Behind<std::size_t> DocumentCore::read_name_of(const char* at,
+                                                                      const NameTable& names) {
+    if (!is_at(at, '"')) {
+        give_up();
+    }
+    const StringToken token = string(at);
+    std::string decoded;
+    std::string_view name(token.text, token.size());
+    if (token.escaped) {
+        decode(token, decoded);
+        name = decoded;
+    }
+    const std::size_t number = find_name(names, name);
+    if (number == names.count) {
+        give_up();
+    }
+    return {token.end + 1, number};
+}
+
+inline const char* DocumentCore::read_value(const char* at, Value& target) {
+    target = Value();
+    return ValueReader<WholeText>(cursor_, depth_).read(at, target);
+}
+
+// ---- Objects of classes ----------------------------------------------------------------------
+
+[[gnu::always_inline]] inline bool DocumentCore::is_text_at(const char* at, const char* text,
+                                                            std::uint32_t size) noexcept {
+    const auto other = Block(at).differing(Block(text));
+    if (likely(size <= Block::size)) {
+        return other.empty() ? size != 0 : other.first() >= size && size != 0;
+    }
+    return other.empty() &&
+           std::memcmp(at + Block::size, text + Block::size, size - Block::size) == 0;
+}
+
+/// Reads the name of a member and the colon behind it.
+/// @return the number of the member, or unknown
+[[gnu::always_inline]] inline std::int32_t DocumentCore::read_name(const char*& at,
+                                                                   const TextMembers& members,
+                                                                   Expected& expected,
+                                                                   void* object) {
+    if (likely(is_fast(at))) {
+        if (expected.shape == nullptr) {
+            if (likely(expected.step != members.names.count)) {
+                const TextMember& member = members.members[expected.step];
+                if (likely(is_text_at(at, member.text, member.size))) {
+                    at += member.size;
+                    return static_cast<std::int32_t>(expected.step++);
+                }
+            }
+        } else if (likely(expected.step < expected.shape->steps.size())) {
+            const Step& step = expected.shape->steps[expected.step];
+            if (likely(is_text_at(at, step.text, step.size))) {
+                at += step.size;
+                ++expected.step;
+                return step.number;
+            }
+        }
+    }
+    return find_member(at, members, expected, object);
+}
+
+/// The same where another name comes than the one that is expected.
+[[gnu::noinline]] std::int32_t DocumentCore::find_member(const char*& at,
+                                                         const TextMembers& members,
+                                                         Expected& expected, void* object) {
+    constexpr std::size_t looked_at = 8;
+    constexpr std::size_t most_learned = 256;
+    Shape& shape = expected.shape != nullptr ? *expected.shape : shape_of(members, object);
+    expected.shape = &shape;
+    std::vector<Step>& steps = shape.steps;
+    if (is_fast(at)) {
+        const std::size_t last = std::min(steps.size(), expected.step + looked_at);
+        for (std::size_t i = expected.step; i < last; ++i) {
+            if (is_text_at(at, steps[i].text, steps[i].size)) {
+                at += steps[i].size;
+                expected.step = i + 1;
+                return steps[i].number;
+            }
+        }
+    }
+    const char* const begin = at;
+    const auto no_opening = [] { return Opening(); };
+    const StringToken token = cursor_.name(at, no_opening, false);
+    std::string decoded;
+    std::string_view name(token.text, token.size());
+    if (token.escaped) {
+        decode(token, decoded);
+        name = decoded;
+    }
+    at = cursor_.colon(cursor_.skip_space(token.end + 1), no_opening);
+    const std::size_t found = find_name(members.names, name);
+    const bool is_known = found != members.names.count;
+    if (!is_known && (options_.unknown_members == ConvertOptions::UnknownMembers::error ||
+                      options_.duplicate_names == ParseOptions::DuplicateNames::error)) {
+        give_up();
+    }
+    const std::int32_t number = is_known ? static_cast<std::int32_t>(found) : unknown;
+    const auto size = static_cast<std::uint32_t>(at - begin);
+    if (is_fast(begin) && size <= room_behind / 2 && steps.size() < most_learned) {
+        steps.insert(steps.begin() +
+                         static_cast<std::ptrdiff_t>(std::min(expected.step, steps.size())),
+                     {begin, size, number});
+        ++expected.step;
+    }
+    return number;
+}
+
+DocumentCore::Shape* DocumentCore::find_shape(const TextMembers& members) const noexcept {
+    for (const auto& shape : shapes_) {
+        if (shape->members == &members) {
+            return shape.get();
+        }
+    }
+    return nullptr;
+}
+
+/// The shape of a class, as its table has it at first.
+[[gnu::noinline]] DocumentCore::Shape& DocumentCore::shape_of(const TextMembers& members,
+                                                              void* object) {
+    if (Shape* const shape = find_shape(members)) {
+        return *shape;
+    }
+    // If two names share a data member, the order of the table decides which one it keeps.
+    std::vector<const void*> addresses;
+    addresses.reserve(members.names.count);
+    auto shape = std::make_unique<Shape>();
+    shape->members = &members;
+    shape->steps.reserve(2 * members.names.count + 1);
+    for (std::size_t i = 0; i != members.names.count; ++i) {
+        const TextMember& member = members.members[i];
+        addresses.push_back(member.reset(object, nullptr, member.pointer));
+        shape->steps.push_back({member.text, member.size, static_cast<std::int32_t>(i)});
+    }
+    std::sort(addresses.begin(), addresses.end());
+    if (std::adjacent_find(addresses.begin(), addresses.end()) != addresses.end()) {
+        give_up();
+    }
+    shapes_.push_back(std::move(shape));
+    return *shapes_.back();
+}
+
+template <class Seen>
+inline const char* DocumentCore::read_object(const char* at, const TextMembers& members,
+                                             void* object, const void* base) {
+    Seen seen(members.names.count);
+    if (begin_container(at, '{', '}')) {
+        Expected expected{shapes_.empty() ? nullptr : find_shape(members), 0};
+        bool more = true;
+        while (more) {
+            const std::int32_t number = read_name(at, members, expected, object);
+            at = skip_space_before_value(at);
+            if (likely(number != unknown)) {
+                if (!likely(seen.add(static_cast<std::uint32_t>(number)))) {
+                    give_up();
+                }
+                const TextMember& member = members.members[number];
+                at = member.read(*this, at, object, base, member.pointer);
+            } else {
+                at = skip_value(at);
+            }
+            at = separate(at, '}', more);
+        }
+    }
+    if (!seen.has_required(members)) {
+        give_up();
+    }
+    if (base != nullptr) {
+        for (std::size_t i = 0; i != members.names.count; ++i) {
+            if (!seen.has(i)) {
+                shape_of(members, object); // checks that it shares no data member with another name
+                members.members[i].reset(object, base, members.members[i].pointer);
+            }
+        }
+    }
+    return at;
+}
+
+// ---- Maps ------------------------------------------------------------------------------------
+
+const char* DocumentCore::read_map_name(const char* at, std::string& name) {
+    if (!is_at(at, '"')) {
+        give_up();
+    }
+    const StringToken token = string(at);
+    decode(token, name);
+    const char* const end = token.end + 1;
+    at = is_at(end, ':') ? end + 1
+                         : cursor_.colon(cursor_.skip_space(end), [] { return Opening(); });
+    return skip_space_before_value(at);
+}
+
+inline DocumentReader::Behind<std::size_t> DocumentCore::begin_names(const char* at,
+                                                                     std::string& name) {
+    if (!begin_container(at, '{', '}')) {
+        return {at, 0};
+    }
+    return {read_map_name(at, name), 1};
+}
+
+inline DocumentReader::Behind<std::size_t> DocumentCore::next_name(const char* at,
+                                                                   std::string& name) {
+    if (!next_item(at, '}')) {
+        return {at, 0};
+    }
+    return {read_map_name(at, name), 1};
+}
+
+// ---- What is skipped -------------------------------------------------------------------------
+
+// It is checked as all else is.
+
+[[gnu::always_inline]] inline const char* DocumentCore::skip_scalar(const char* at) {
+    switch (byte_at(at)) {
+    case '"':
+        return string(at).end + 1;
+    case 'n':
+        return cursor_.word(at, "null");
+    case 't':
+        return cursor_.word(at, "true");
+    case 'f':
+        return cursor_.word(at, "false");
+    default:
+        if (!begins_number(byte_at(at))) {
+            give_up();
+        }
+        if (const char* const end = cursor_.skip_usual_number(at, skipped_number_room)) {
+            return end;
+        }
+        NumberContent content(0.0);
+        return read_any_number(at, content);
+    }
+}
+
+[[gnu::always_inline]] inline const char* DocumentCore::skip_name(const char* at) {
+    if (!is_at(at, '"')) {
+        give_up();
+    }
+    const char* const end = string(at).end + 1;
+    at = is_at(end, ':') ? end + 1
+                         : cursor_.colon(cursor_.skip_space(end), [] { return Opening(); });
+    return skip_space_before_value(at);
+}
+
+const char* DocumentCore::skip_value(const char* at) {
+    const std::size_t depth = depth_;
+    BitStack arrays; // of the containers that are open here
+    for (;;) {
+        if (is_at(at, '[') || is_at(at, '{')) {
+            const bool is_array = *at == '[';
+            const bool has_items = begin_container(at, *at, is_array ? ']' : '}');
+            if (has_items) {
+                arrays.push(is_array);
+                at = is_array ? at : skip_name(at);
+                continue;
+            }
+        } else {
+            at = skip_scalar(at);
+        }
+        bool more = false;
+        while (depth_ != depth && !more) {
+            at = separate(at, arrays.top() ? ']' : '}', more);
+            if (!more) {
+                arrays.pop();
+            }
+        }
+        if (!more) {
+            return at;
+        }
+        at = arrays.top() ? at : skip_name(at);
+    }
+}
+
+// ---- The interface ---------------------------------------------------------------------------
+
+namespace {
+
+DocumentCore& core_of(DocumentReader& reader) noexcept {
+    return static_cast<DocumentCore&>(reader);
+}
+
+} // namespace
+
+const char* DocumentReader::read(const char* at, bool& target) {
+    return core_of(*this).read_boolean(at, target);
+}
+
+const char* DocumentReader::read(const char* at, std::string& target) {
+    return core_of(*this).read_string(at, target);
+}
+
+const char* DocumentReader::read(const char* at, Value& target) {
+    return core_of(*this).read_value(at, target);
+}
+
+const char* DocumentReader::read(const char* at, double& target) {
+    return core_of(*this).read_double(at, target);
+}
+
+const char* DocumentReader::read_number(const char* at, NumberContent& target) {
+    return core_of(*this).read_any_number(at, target);
+}
+
+DocumentReader::Behind<long long> DocumentReader::read_signed(const char* at, long long least,
+                                                              long long most) {
+    return core_of(*this).read_signed_number(at, least, most);
+}
+
+DocumentReader::Behind<unsigned long long> DocumentReader::read_unsigned(const char* at,
+                                                                         unsigned long long most) {
+    return core_of(*this).read_unsigned_number(at, most);
+}
+
+DocumentReader::Behind<std::size_t> DocumentReader::read_enumerator(const char* at,
+                                                                    const NameTable& names) {
+    return core_of(*this).read_name_of(at, names);
+}
+
+const char* DocumentReader::read_null(const char* at) {
+    return core_of(*this).read_null_word(at);
+}
+
+DocumentReader::Behind<std::size_t> DocumentReader::begin_array(const char* at) {
+    return core_of(*this).begin_elements(at);
+}
+
+void DocumentReader::expect_length(std::size_t length) noexcept {
+    core_of(*this).set_length(length);
+}
+
+DocumentReader::Behind<std::size_t> DocumentReader::next_element(const char* at) {
+    const bool more = core_of(*this).next_item(at, ']');
+    return {at, more ? std::size_t{1} : 0};
+}
+
+namespace {
+
+/// Reads elements, which are collected before the vector gets them.
+template <class T, class Read>
+const char* read_elements_of(DocumentCore& core, const char* at, std::vector<T>& target,
+                             const Read& read_one) {
+    constexpr std::size_t most = 64;
+    T collected[most];
+    std::size_t count = 0;
+    do {
+        if (count == most) {
+            target.insert(target.end(), collected, collected + most);
+            count = 0;
+        }
+        at = read_one(at, collected[count]);
+        ++count;
+    } while (core.next_item(at, ']'));
+    if (target.empty()) {
+        target.assign(collected, collected + count);
+    } else {
+        target.insert(target.end(), collected, collected + count);
+    }
+    return at;
+}
+
+} // namespace
+
+const char* DocumentReader::read_elements(const char* at, std::vector<double>& target) {
+    DocumentCore& core = core_of(*this);
+    return read_elements_of(core, at, target, [&core](const char* from, double& number) {
+        return core.read_double(from, number);
+    });
+}
+
+const char* DocumentReader::read_elements(const char* at, std::vector<int>& target) {
+    using Limits = std::numeric_limits<int>;
+    DocumentCore& core = core_of(*this);
+    return read_elements_of(core, at, target, [&core](const char* from, int& number) {
+        const auto behind = core.read_signed_number(from, Limits::min(), Limits::max());
+        number = static_cast<int>(behind.number);
+        return behind.at;
+    });
+}
+
+DocumentReader::Behind<std::size_t> DocumentReader::begin_object(const char* at,
+                                                                 std::string& name) {
+    return core_of(*this).begin_names(at, name);
+}
+
+DocumentReader::Behind<std::size_t> DocumentReader::next_member(const char* at, std::string& name) {
+    return core_of(*this).next_name(at, name);
+}
+
+const char* DocumentReader::read_members(const char* at, const TextMembers& members, void* object,
+                                         const void* base) {
+    constexpr std::size_t few = 64;
+    return likely(members.names.count <= few)
+               ? core_of(*this).read_object<FewSeen>(at, members, object, base)
+               : core_of(*this).read_object<ManySeen>(at, members, object, base);
+}
+
+const ConvertOptions& DocumentReader::options() const noexcept {
+    return static_cast<const DocumentCore&>(*this).options();
+}
+
+Defaults& DocumentReader::defaults() noexcept {
+    return core_of(*this).default_objects();
+}
+
+} // namespace foundation::json::detail

@@ -1,0 +1,135 @@
+/// @file
+/// Reads a document into objects of a caller's types: what is behind a DocumentReader.
+#ifndef FOUNDATION_JSON_SRC_READING_DOCUMENT_READER_HPP
+#define FOUNDATION_JSON_SRC_READING_DOCUMENT_READER_HPP
+
+#include "grammar/cursor.hpp"
+#include "grammar/whole_text.hpp"
+
+#include <foundation/json/detail/text_source.hpp>
+#include <foundation/json/read_options.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace foundation::json::detail {
+
+/// What a document is not as wanted by: thrown instead of any description of it.
+struct NotAsWanted {};
+
+/// The rest of a text from its position on that a fast way may look at without counting bytes.
+constexpr std::size_t room_behind = 128;
+
+/// Reads the parts of one document.
+///
+/// Most documents repeat themselves: the same indentation at the same depth, the same names in the
+/// same order in all objects of a class. What comes next is predicted from that and compared with
+/// the text; what is there instead is read, and predicted from then on.
+class DocumentCore final : public DocumentReader {
+public:
+    /// @param fast_end  before this, room_behind bytes from each position on may be read
+    DocumentCore(std::string_view text, const char* fast_end, const ReadOptions& options) noexcept
+        : fast_end_(fast_end), options_(options), cursor_(options, text) {}
+
+    const char* begin(const char* at) { return skip_other_space(at); }
+    void finish(const char* at) { cursor_.expect_end(at, at[-1]); }
+
+    // Functions take the position where they begin to read and return the one behind.
+
+    const char* read_string(const char* at, std::string& target);
+    const char* read_value(const char* at, Value& target);
+    const char* read_boolean(const char* at, bool& target);
+    const char* read_double(const char* at, double& target);
+    const char* read_any_number(const char* at, NumberContent& target);
+    Behind<long long> read_signed_number(const char* at, long long least, long long most);
+    Behind<unsigned long long> read_unsigned_number(const char* at, unsigned long long most);
+    Behind<std::size_t> read_name_of(const char* at, const NameTable& names);
+    const char* read_null_word(const char* at);
+
+    Behind<std::size_t> begin_elements(const char* at);
+    void set_length(std::size_t length) noexcept;
+    bool next_item(const char*& at, char close);
+    Behind<std::size_t> begin_names(const char* at, std::string& name);
+    Behind<std::size_t> next_name(const char* at, std::string& name);
+
+    template <class Seen>
+    const char* read_object(const char* at, const TextMembers& members, void* object,
+                            const void* base);
+
+    Defaults& default_objects() noexcept { return defaults_; }
+    const ReadOptions& options() const noexcept { return options_; }
+
+private:
+    static constexpr std::int32_t unknown = -1;
+
+    /// A name that is expected in objects of a class.
+    struct Step {
+        const char* text; ///< `"name":`, as TextMember has it
+        std::uint32_t size;
+        std::int32_t number; ///< in the table, or unknown
+    };
+
+    /// The names that objects of a class have had so far, in their order.
+    struct Shape {
+        const TextMembers* members;
+        std::vector<Step> steps;
+    };
+
+    /// A position among the names of an object.
+    struct Expected {
+        Shape* shape; ///< null as long as the order is that of the table
+        std::size_t step;
+    };
+
+    bool is_fast(const char* at) const noexcept { return at < fast_end_; }
+    bool is_at(const char* at, char byte) const noexcept { return cursor_.is_at(at, byte); }
+    char byte_at(const char* at) const noexcept { return at != cursor_.end() ? *at : '\0'; }
+
+    /// Whether a whole number stays what it is.
+    bool is_exact(std::uint64_t number) const noexcept {
+        return number <= largest_exact || options_.integers == ParseOptions::Integers::exact;
+    }
+
+    static bool is_token(char byte) noexcept {
+        return static_cast<unsigned char>(byte) > ' ' && byte != '/';
+    }
+    static bool is_text_at(const char* at, const char* text, std::uint32_t size) noexcept;
+
+    const char* skip_space(const char* at);
+    const char* skip_other_space(const char* at);
+    const char* skip_space_before_value(const char* at);
+    bool begin_container(const char*& at, char open, char close);
+    const char* separate(const char* at, char close, bool& more);
+
+    std::int32_t read_name(const char*& at, const TextMembers& members, Expected& expected,
+                           void* object);
+    std::int32_t find_member(const char*& at, const TextMembers& members, Expected& expected,
+                             void* object);
+    Shape& shape_of(const TextMembers& members, void* object);
+    Shape* find_shape(const TextMembers& members) const noexcept;
+    const char* read_map_name(const char* at, std::string& name);
+
+    StringToken string(const char* at);
+    StringToken long_string(const char* at);
+
+    const char* skip_value(const char* at);
+    const char* skip_scalar(const char* at);
+    const char* skip_name(const char* at);
+
+    const char* const fast_end_;
+    std::size_t depth_ = 0;
+    const ReadOptions& options_;
+    Cursor<WholeText> cursor_;
+    static constexpr std::size_t depths = 64;
+
+    unsigned char indentation_[depths] = {}; ///< whitespace expected at each depth, in bytes
+    unsigned char lengths_[depths] = {};     ///< of arrays expected at each depth
+    std::vector<std::unique_ptr<Shape>> shapes_;
+    Defaults defaults_;
+};
+
+} // namespace foundation::json::detail
+
+#endif
