@@ -22,7 +22,8 @@ TASKS = ["serialize", "serialize scattered", "pretty_print", "message",
          "walk", "walk scattered",
          "copy and destroy", "==", "<",
          "read strings", "read numbers", "push", "insert all keys", "1,000 lookups", "to structs",
-         "to structs by hand", "from structs", "patch", "diff", "words", "numbers", "strings", "containers"]
+         "to structs by hand", "from structs", "text to structs", "text to structs by value",
+         "patch", "diff", "words", "numbers", "strings", "containers"]
 CHECKED, STANDARD = "RapidJSON, checked", "std::variant"
 WALKS = ["walk", "walk scattered"]
 WRITING = ["text", "messages", "scattered", "streams"]
@@ -169,7 +170,7 @@ def compile_time_table(results):
 
 READING_TASKS = ["==", "diff", "1,000 lookups", "read strings", "read numbers"]
 ALLOCATING_TASKS = ["parse and destroy", "copy and destroy", "push", "insert all keys",
-                    "to structs", "from structs", "patch"]
+                    "to structs", "from structs", "text to structs", "patch"]
 
 
 def size_text(size):

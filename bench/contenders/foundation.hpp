@@ -24,6 +24,10 @@
 #include <foundation/json/records.hpp>
 #define FOUNDATION_JSON_BENCH_TOKENS
 #endif
+#if __has_include(<foundation/json/read.hpp>)
+#include <foundation/json/read.hpp>
+#define FOUNDATION_JSON_BENCH_READ
+#endif
 #if __has_include(<foundation/json/patch.hpp>)
 #include <foundation/json/patch.hpp>
 #define FOUNDATION_JSON_BENCH_PATCH
@@ -371,6 +375,15 @@ struct Contender {
     static Value from_statuses(const bench::Statuses& statuses) {
         return foundation::json::from(statuses);
     }
+    /// Only for this library: without a value between, but in an older revision.
+    static bench::Statuses read_statuses(const std::string& text) {
+#ifdef FOUNDATION_JSON_BENCH_READ
+        return foundation::json::read<bench::Statuses>(text);
+#else
+        return to_statuses(parse(text));
+#endif
+    }
+
     /// Only for this library: the conversion as a caller without tables would write it.
     static bench::Statuses to_statuses_by_hand(const Value& value) {
         bench::Statuses statuses;

@@ -36,7 +36,23 @@ void add_conversion() {
                 benchmark::DoNotOptimize(result);
             }
         });
+        // The whole way from the text: this library's own, and that by way of a value.
+        add<Contender>(Contender::is_this_library ? "text to structs by value" : "text to structs",
+                       document.name, [&document](benchmark::State& state) {
+                           for (auto _ : state) {
+                               auto result =
+                                   Contender::to_statuses(Contender::parse(document.text));
+                               benchmark::DoNotOptimize(result);
+                           }
+                       });
         if constexpr (Contender::is_this_library) {
+            require<Contender>(Contender::read_statuses(document.text) == *statuses, "from text");
+            add<Contender>("text to structs", document.name, [&document](benchmark::State& state) {
+                for (auto _ : state) {
+                    auto result = Contender::read_statuses(document.text);
+                    benchmark::DoNotOptimize(result);
+                }
+            });
             require<Contender>(Contender::to_statuses_by_hand(*value) == *statuses, "by hand");
             add<Contender>("to structs by hand", document.name, [value](benchmark::State& state) {
                 for (auto _ : state) {
