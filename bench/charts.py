@@ -127,10 +127,8 @@ def chart(title, rows):
         "<style>",
         f"text {{ font: {TEXT}px system-ui, sans-serif; fill: #1f2328 }}",
         f".title {{ font-size: {TITLE}px; font-weight: 600 }} .task {{ font-weight: 600 }}",
-        ".page { fill: #ffffff } .grid { stroke: #d0d7de } .same { stroke: #1f2328 }",
+        ".grid { stroke: #d0d7de } .same { stroke: #1f2328 }",
         "@media (prefers-color-scheme: dark) {",
-        "text { fill: #e6edf3 } .page { fill: #0d1117 } .grid { stroke: #30363d }",
-        ".same { stroke: #e6edf3 } }",
+        "text { fill: #e6edf3 } .grid { stroke: #30363d } .same { stroke: #e6edf3 } }",
         "</style>",
-        f'<rect class="page" width="{WIDTH}" height="{height:g}"/>',
         *grid, *out, "</svg>", ""])

@@ -292,18 +292,18 @@ class Bounds:
                  f"A value by itself, without what it points to: {sizes}.", ""]
         if allocating:
             lines += ["Rows that allocate. The bare work is that of values of `std::variant`, "
-                      "`std::vector`, `std::map` and `std::string` alone; for reading text, it is to "
+                      "`std::vector`, `std::map` and `std::string` alone; for parsing, it is to "
                       "copy and destroy the value that is read.", ""]
             lines += table(["Row", "ours / best", "Allocations", "Our time for each",
                             "Bytes allocated in all", "Bytes of the result",
                             "Walk over the value", "Bare work"], allocating)
         if reading:
-            lines += ["Rows that read values and allocate nothing. The bytes are those of the values "
+            lines += ["Rows that access values and allocate nothing. The bytes are those of the values "
                       "that the work goes to.", ""]
             lines += table(["Row", "ours / best", "Bytes of the values", "Walk over the document",
                             "Bare work"], reading)
         if writing:
-            lines += ["Rows that write text.", ""]
+            lines += ["Rows that serialize.", ""]
             lines += table(["Row", "ours / best", "Text", "Time per byte of text", "Allocations",
                             "Walk over the value"], writing)
         return lines
@@ -360,20 +360,19 @@ def main(folder, page):
                     medians(folder / "reading.json", "values"), memory)
 
     lines = [BEGIN, ""]
-    lines += [f"- {line}" for line in (folder / "machine.txt").read_text().splitlines()]
-    lines += ["", "A bar of a chart goes from 1 to our time divided by that of another library. A bar "
+    lines += ["A bar of a chart goes from 1 to our time divided by that of another library. A bar "
               "with a tip continues beyond the scale.", "",
               "A cell of a table holds the other library's time in the row's unit, and in parentheses "
               "ours divided by it: below 1, ours is the shorter.", ""]
-    lines += section("Writing", page, "writing") + time_table(writing)
-    lines += section("Reading", page, "reading")
-    lines += ["Parsing the text of a document, and destroying the value:", ""]
+    lines += section("Serializing", page, "writing") + time_table(writing)
+    lines += section("Parsing and access", page, "reading")
+    lines += ["Parsing a document in memory, and destroying the value:", ""]
     lines += time_table(parsing)
     lines += ["Walking over the tokens of a document, without a value: `Reader` here, SAX elsewhere, with full "
               "checks. And making a value of each line of a stream: by `Records` here; elsewhere, and in the last "
-              "row, line by line with the function that parses a text.", ""]
+              "row, line by line with the function that parses a string.", ""]
     lines += time_table(tokens)
-    lines += ["Reading the content of every string and every number of a document, found beforehand, by "
+    lines += ["Access to the content of every string and every number of a document, found beforehand, by "
               "the functions of each library: `get` here, `std::get`, `get_ref`, `GetString` and "
               "`GetDouble`, `as_string` and `as_double`, `getString` and `asDouble`. All test the "
               "kind first, except those of RapidJSON. In a second column for it, `IsString` and "
@@ -387,21 +386,23 @@ def main(folder, page):
               "Arrays of 10,000 items (of 100 for strings of 10,000 bytes), serialized.", ""]
     lines += time_table(details)
     lines += ["### Memory", "",
-              "The most memory allocated at a time beyond the value, with the resulting text.", ""]
+              "The most memory allocated at a time beyond the value, the output included.", ""]
     lines += memory_table(memory["operations"])
     lines += ["### Growth", ""] + growth_table(growth)
     lines += ["### Compilation", "",
               "Processor time of g++ -O0 for a program that includes the header and is empty.", ""]
     lines += compile_time_table(json.loads((folder / "compile_time.json").read_text()))
-    lines.append(END)
+    lines += ["### Machine and versions", ""]
+    lines += [f"- {line}" for line in (folder / "machine.txt").read_text().splitlines()]
+    lines += ["", END]
 
     text = page.read_text()
     if text.count(BEGIN) != 1 or text.count(END) != 1:
         sys.exit(f"{page} has no markers {BEGIN} and {END}")
     before, after = text.split(BEGIN)[0], text.split(END)[1]
     drawn = {name: chart(title, charted(results))
-             for name, title, results in (("writing", "Writing", writing),
-                                          ("reading", "Reading", parsing | tokens | reading),
+             for name, title, results in (("writing", "Serializing", writing),
+                                          ("reading", "Parsing and access", parsing | tokens | reading),
                                           ("others", "Everything else", compared))}
     page.write_text(before + "\n".join(lines) + after)
     for name, content in drawn.items():

@@ -15,7 +15,12 @@ option(FOUNDATION_JSON_STATIC_TOO "Build static libraries beside the shared ones
 
 # Calls between the sources need not go by way of the symbol table: nobody replaces single functions.
 function(foundation_json_compile target)
-    target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+    if(MINGW)
+        # Callers need the inline functions that are exported with their classes.
+        target_compile_options(${target} PRIVATE -fkeep-inline-dllexport)
+    elseif(NOT MSVC)
+        target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+    endif()
     target_compile_definitions(${target}
         PRIVATE $<$<BOOL:${FOUNDATION_JSON_HARDENED}>:FOUNDATION_JSON_HARDENED>
         # The tests of internals look at what is left.
@@ -58,8 +63,13 @@ function(foundation_json_add_library name)
         target_compile_definitions(${name} PUBLIC FOUNDATION_JSON_STATIC)
         return()
     endif()
-    target_link_options(${name} PRIVATE LINKER:--version-script=${arg_EXPORTS})
-    set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${arg_EXPORTS})
+    if(WIN32)
+        # What the headers mark is exported: by these objects, also where tests link them.
+        target_compile_definitions(${name}_objects PUBLIC ${name}_EXPORTS)
+    else()
+        target_link_options(${name} PRIVATE LINKER:--version-script=${arg_EXPORTS})
+        set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${arg_EXPORTS})
+    endif()
 
     # Compiled by itself: what is linked into a caller is not exported from there.
     if(FOUNDATION_JSON_STATIC_TOO)

@@ -54,14 +54,13 @@ list(GET runtime_packages 0 ${runtime}_PACKAGE_DEPENDS)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR})
 
 # The headers include those of Boost. A value holds a Boost type, so the version must be the one
-# that the library was built with. ICU and fast_float are the library's own matter.
-math(EXPR next_minor "${Boost_VERSION_MINOR} + 1")
+# that the library was built with, from the package that is named by it: a release of Debian may have
+# several. utf8proc and fast_float are the library's own matter.
 set(${development}_PACKAGE_NAME libfoundation-json-dev)
 set(${development}_PACKAGE_SECTION libdevel)
 string(JOIN ", " ${development}_PACKAGE_DEPENDS
     ${runtime_packages}
-    "libboost-dev (>= ${Boost_VERSION_MAJOR}.${Boost_VERSION_MINOR})"
-    "libboost-dev (<< ${Boost_VERSION_MAJOR}.${next_minor}~)")
+    "libboost${Boost_VERSION_MAJOR}.${Boost_VERSION_MINOR}-dev")
 set(${development}_DESCRIPTION "model of JSON data and writer of JSON text (development files)
 ${description}
 This package contains the headers, the static libraries, what CMake and

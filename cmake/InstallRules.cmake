@@ -76,14 +76,14 @@ endfunction()
 foundation_json_install(foundation_json
     RUNTIME foundation_json_Runtime
     DESCRIPTION ${PROJECT_DESCRIPTION}
-    STATIC_REQUIRES icu-uc
-    STATIC_LIBRARIES -licuuc -licudata)
+    STATIC_REQUIRES libutf8proc
+    STATIC_LIBRARIES -lutf8proc)
 foundation_json_install(foundation_json_parser
     RUNTIME foundation_json_parser_Runtime
     DESCRIPTION "A reader of JSON text"
     REQUIRES "foundation_json = ${PROJECT_VERSION}"
-    STATIC_REQUIRES icu-uc
-    STATIC_LIBRARIES -licuuc -licudata)
+    STATIC_REQUIRES libutf8proc
+    STATIC_LIBRARIES -lutf8proc)
 
 # ---- The CMake package -----------------------------------------------------------------------
 
@@ -106,6 +106,7 @@ write_basic_package_version_file(
     COMPATIBILITY SameMajorVersion)
 install(FILES
     ${PROJECT_SOURCE_DIR}/packaging/foundation_json-boost.cmake
+    ${PROJECT_SOURCE_DIR}/packaging/foundation_json-utf8proc.cmake
     ${PROJECT_BINARY_DIR}/packaging/foundation_json-config.cmake
     ${PROJECT_BINARY_DIR}/packaging/foundation_json-config-version.cmake
     DESTINATION ${package_dir} ${development})
@@ -122,7 +123,7 @@ install(FILES
     ${debugger_dir}/foundation_json.natvis
     DESTINATION ${CMAKE_INSTALL_DATADIR}/foundation_json
     COMPONENT foundation_json_Development)
-if(BUILD_SHARED_LIBS)
+if(BUILD_SHARED_LIBS AND NOT WIN32)
     # The prefix is that of the installation, which need not be that of the build.
     set(full_libdir ${CMAKE_INSTALL_LIBDIR})
     if(NOT IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR})

@@ -6,10 +6,22 @@ endif()
 
 set(CMAKE_CXX_EXTENSIONS OFF)
 
+# Windows looks for DLLs in the folder of the program.
+if(WIN32 AND PROJECT_IS_TOP_LEVEL AND NOT CMAKE_RUNTIME_OUTPUT_DIRECTORY)
+    set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+endif()
+
 add_library(foundation_json_warnings INTERFACE)
-target_compile_options(foundation_json_warnings INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow
-    $<$<BOOL:${FOUNDATION_JSON_WERROR}>:-Werror>)
+if(MSVC)
+    # But for attributes and pragmas of other compilers.
+    target_compile_options(foundation_json_warnings INTERFACE
+        /W3 /wd4068 /wd5030 /permissive- /utf-8 /Zc:__cplusplus
+        $<$<BOOL:${FOUNDATION_JSON_WERROR}>:/WX>)
+else()
+    target_compile_options(foundation_json_warnings INTERFACE
+        -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+        $<$<BOOL:${FOUNDATION_JSON_WERROR}>:-Werror>)
+endif()
 
 # The fuzz targets take all code to report which of it they reach, and sanitizers to notice what
 # goes wrong there.

@@ -1,10 +1,13 @@
-# Fails unless PROGRAM, called with the ARGUMENTS there may be, succeeds and writes exactly the content
-# of the file EXPECTED. Shows the first line that differs.
+# Fails unless PROGRAM, called with the ARGUMENTS there may be, by the EMULATOR there may be, succeeds and
+# writes exactly the content of the file EXPECTED. Shows the first line that differs.
 file(READ ${EXPECTED} expected)
 separate_arguments(arguments UNIX_COMMAND "${ARGUMENTS}")
-execute_process(COMMAND ${PROGRAM} ${arguments} OUTPUT_VARIABLE output RESULT_VARIABLE status)
+execute_process(COMMAND ${EMULATOR} ${PROGRAM} ${arguments} OUTPUT_VARIABLE output RESULT_VARIABLE status)
 if(NOT status EQUAL 0)
     message(FATAL_ERROR "${PROGRAM} ended with ${status}")
+endif()
+if(PROGRAM MATCHES "\\.exe$")
+    string(REPLACE "\r\n" "\n" output "${output}") # as Windows ends the lines of standard output
 endif()
 
 # take_line(TEXT LINE) moves the first line of the text in the variable TEXT to LINE.

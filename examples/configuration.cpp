@@ -10,7 +10,7 @@
 
 using namespace foundation::json;
 
-// Objects are merged member by member; anything else takes the place of what was there.
+// Objects are merged member by member; anything else is replaced.
 void merge(Value& target, const Value& changes) {
     if (!holds<Object>(target) || !holds<Object>(changes)) {
         target = changes;

@@ -18,7 +18,7 @@ void sort_mixed_values() {
     std::cout << serialize(values) << '\n';
 }
 
-// A map finds equal values, whatever they hold. NaN must stay out: it has no place in any order.
+// A map finds equal values, whatever they hold. NaN must stay out: it is in no order.
 void count_equal_values() {
     const std::vector<Value> seen = {
         "a",    1,     "a", (Element("a"), Element(1)), 1LL, 1.0, (Element("a"), Element(1)),

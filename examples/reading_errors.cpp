@@ -1,5 +1,5 @@
-// What a person sees when a text is not JSON: where, what, and the place itself. describe() makes
-// such a text; here a program makes its own, for whatever reader threw the ParserException.
+// Errors of a parser, shown to people: the position, what is wrong, and the line. describe() makes
+// such a report; here a program makes its own, whichever parser threw the ParserException.
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
 
@@ -9,7 +9,7 @@
 using namespace foundation::json;
 
 // The code has an English sentence; what() is what the parser says of the case at hand. The quoted
-// text is the piece of input around the place.
+// text is the piece of input around the error.
 void explain(const std::string& file, const ParserException& error) {
     std::cout << file << ':' << error.get_line_number() << ':' << error.get_column() << ": "
               << get_parse_result_description(error.get_parse_result()) << '\n';

@@ -40,18 +40,19 @@ make_builds() {
 
 # What the library and the demonstration need, what the tests need in addition, and what they can do
 # without.
-build_needs=(compiler cmake ninja boost icu fast_float)
+build_needs=(compiler cmake ninja boost utf8proc fast_float)
 test_needs=(gtest pkg-config localedef nm python3)
 test_wishes=(gdb meson)
 
 # The names of needs for people, and Debian's packages, where they have other names.
 declare -rA need_names=([abidw]=libabigail [benchmark]="Google Benchmark" [boost]="Boost 1.74 or later"
-    [cmake]="CMake 3.25 or later" [compiler]="a C++17 compiler" [icu]=ICU [ninja]=Ninja
+    [cmake]="CMake 3.25 or later" [compiler]="a C++17 compiler" [ninja]=Ninja
     [gtest]="GoogleTest and GoogleMock 1.12 or later" [localedef]="localedef with sources")
 declare -rA need_packages=([abidw]=abigail-tools [benchmark]=libbenchmark-dev [boost]=libboost-dev
     [clang++]=clang [compiler]=g++ [dpkg-buildflags]=dpkg-dev [fast_float]=libfast-float-dev
-    [gtest]=libgmock-dev [icu]=libicu-dev [llvm-symbolizer]=llvm [localedef]=locales
-    [ninja]=ninja-build [nm]=binutils)
+    [gtest]=libgmock-dev [llvm-symbolizer]=llvm [localedef]=locales
+    [ninja]=ninja-build [nm]=binutils [utf8proc]=libutf8proc-dev
+    [x86_64-w64-mingw32-g++-posix]=g++-mingw-w64-x86-64-posix)
 
 # find_compiler sets `compiler` to the one that CXX names, or to the first that compiles C++17.
 compiler=
@@ -107,14 +108,22 @@ probe_libraries() {
     cut -d ' ' -f 1 "$builds/probe.txt"
 }
 
+# is_packaged LIBRARY: whether a Debian package of it is installed, of Boost one of any version: they
+# conflict with each other.
+is_packaged() {
+    local package=${need_packages[$1]}
+    [[ $1 != boost ]] || package='libboost[0-9]*-dev'
+    dpkg-query -W -f '${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed
+}
+
 # look_for NEED... sets `missing` to those that are not there. Without the tools to look for libraries,
-# all libraries count as missing, but only the tools are set in `installable`.
+# those count as missing of which there is no package, but only the tools are set in `installable`.
 look_for() {
     local name found='' libraries=()
     missing=()
     for name; do
         case $name in
-            boost | icu | fast_float | gtest | benchmark) libraries+=("$name") ;;
+            boost | utf8proc | fast_float | gtest | benchmark) libraries+=("$name") ;;
             *) is_there "$name" || missing+=("$name") ;;
         esac
     done
@@ -122,6 +131,10 @@ look_for() {
     ((${#libraries[@]})) || return 0
     if is_there compiler && is_there cmake && is_there ninja; then
         found=$(probe_libraries "${libraries[@]}")
+    else
+        for name in "${libraries[@]}"; do
+            ! is_packaged "$name" || found+=$name$'\n'
+        done
     fi
     for name in "${libraries[@]}"; do
         grep -qxF "$name" <<<"$found" || missing+=("$name")

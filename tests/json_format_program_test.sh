@@ -215,7 +215,7 @@ column 1\n2\n ^\n"
 for option in --pretty --canonical --lines; do
     run --stream $option in
     expect "AStreamHasNoOtherForm $option" 2 '' \
-        'json_format: --stream goes with no fixed text, canonical form or lines; try --help\n'
+        'json_format: --stream goes with no fixed format, canonical form or lines; try --help\n'
 done
 
 # Where standard error is a terminal, it shows how long work goes on, and nothing in the end.
@@ -246,7 +246,7 @@ run <in
 expect StandardInputHasAName 1 '' "<stdin>:1:3: found ';' where ',' or ']' is expected\n[1;]\n  ^\n"
 
 run --pretty /dev/null
-expect EmptyInputIsAnError 1 '' '/dev/null:1:1: the text holds no value\n\n^\n'
+expect EmptyInputIsAnError 1 '' '/dev/null:1:1: the document is empty\n\n^\n'
 
 printf '\000\001' >in
 run <in

@@ -98,7 +98,7 @@ int main() {
     snippet("move");
     {
         //! [move]
-        Value from = "a text that is long enough to lie on the heap";
+        Value from = "a string that is long enough to be on the heap";
         Value to = std::move(from);
         std::cout << serialize(from) << '\n'; // -> ""
         //! [move]

@@ -50,8 +50,8 @@ int main() {
     snippet("to text");
     //! [to text]
     const Value name = "Ada";
-    const std::string text = serialize(name);
-    std::cout << text << ' ' << (name == "Ada") << '\n'; // -> "Ada" 1
+    const std::string quoted = serialize(name);
+    std::cout << quoted << ' ' << (name == "Ada") << '\n'; // -> "Ada" 1
     //! [to text]
 
     snippet("equality");

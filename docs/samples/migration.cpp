@@ -40,7 +40,7 @@ int main() {
     try {
         parsed = parse(source);
     } catch (const ParserException& error) {
-        std::cout << describe(error); // with the line and a caret below the place
+        std::cout << describe(error); // with the line and a caret below the error
     }
     //! [show an error]
 
@@ -107,15 +107,15 @@ int main() {
 
     snippet("ask for the kind");
     //! [ask for the kind]
-    bool is_text = holds<std::string>(v["name"]);
+    bool is_string = holds<std::string>(v["name"]);
     //! [ask for the kind]
-    std::cout << is_text << '\n';
+    std::cout << is_string << '\n';
 
     snippet("text or nothing");
     //! [text or nothing]
-    const auto* text = get_if<std::string>(&constant["name"]);
+    const auto* found = get_if<std::string>(&constant["name"]);
     //! [text or nothing]
-    std::cout << *text << '\n';
+    std::cout << *found << '\n';
 
     snippet("go through an array");
     //! [go through an array]

@@ -23,7 +23,7 @@ void show_port(const std::string& name) {
     try {
         const Value config = parse_file(name);
         std::cout << number<int>(config["port"]) << '\n';
-    } catch (const ParserException& error) { // the text is wrong
+    } catch (const ParserException& error) { // the file is not JSON
         std::cout << describe(error, name);
     } catch (const std::system_error& error) { // the file cannot be read
         std::cout << error.what() << '\n';
@@ -140,12 +140,12 @@ int main() {
     snippet("duplicates");
     {
         //! [duplicates]
-        const std::string text = R"({"port": 80, "port": 8080})";
-        std::cout << serialize(parse(text)) << '\n'; // -> {"port":8080}
+        const std::string document = R"({"port": 80, "port": 8080})";
+        std::cout << serialize(parse(document)) << '\n'; // -> {"port":8080}
         ParseOptions strict;
         strict.duplicate_names = ParseOptions::DuplicateNames::error;
         try {
-            Value config = parse(text, strict);
+            Value config = parse(document, strict);
         } catch (const ParserException& error) {
             std::cout << describe(error);
             // ->

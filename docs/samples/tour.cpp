@@ -5,10 +5,13 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/pointer.hpp>
+#include <foundation/json/records.hpp>
 #include <foundation/json/write.hpp>
 
 #include <iostream>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -29,9 +32,9 @@ int main() {
     snippet("values");
     //! [values]
     Value id = 7;
-    Value text = "tea";
+    Value name = "tea";
     Value list = std::vector<Value>{1, true, Null()};
-    Value record = std::map<std::string, Value>{{"id", id}, {"name", text}, {"list", list}};
+    Value record = std::map<std::string, Value>{{"id", id}, {"name", name}, {"list", list}};
     std::cout << serialize(record) << '\n'; // -> {"id":7,"list":[1,true,null],"name":"tea"}
     //! [values]
 
@@ -96,6 +99,25 @@ int main() {
     // ->
     // Assam 100 {"grams":100,"name":"Assam"}
     //! [to a struct]
+
+    snippet("pointer");
+    //! [pointer]
+    Value config = parse(R"({"servers": [{"port": 80}]})");
+    set(config, "/servers/0/port", 8080);
+    std::cout << number<int>(*find(config, "/servers/0/port")) << '\n'; // -> 8080
+    //! [pointer]
+
+    snippet("records");
+    //! [records]
+    std::istringstream log("{\"level\": 1}\n{\"level\": 2}\n");
+    Records<Value> records(log, Framing::lines);
+    for (Value entry; records.next(entry);) {
+        std::cout << number<int>(entry["level"]) << '\n';
+        // ->
+        // 1
+        // 2
+    }
+    //! [records]
 
     snippet("error");
     //! [error]

@@ -4,8 +4,8 @@
 //! [version]
 #include <foundation/json/version.hpp>
 
-#if FOUNDATION_JSON_VERSION < 10000
-#error "foundation::json 1.0.0 or later is needed"
+#if FOUNDATION_JSON_VERSION < 10100
+#error "foundation::json 1.1.0 or later is needed"
 #endif
 //! [version]
 

@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
-"""Usage: reference.py XML FOLDER
+"""Usage: reference.py XML FOLDER ENTRIES
 Makes the pages of the reference, one for each public header, from what doxygen read out of the
 headers: Markdown files in FOLDER. Each page begins with the tour of its header; the class that the
-header is named after comes first, the rest in the order of the header.
+header is named after comes first, the rest in the order of the header. The file ENTRIES becomes a
+list of what has an anchor and no heading, for the search index.
 """
 
 import html
+import json
 import pathlib
 import re
 import sys
@@ -14,6 +16,9 @@ import xml.etree.ElementTree as ElementTree
 
 # What is not for callers to use, although a description of it stands in a header.
 INTERNAL = {"is_content", "drops_builder"}
+
+# How long a line of code may be, in columns.
+LONGEST = 96
 
 
 def text_of(element):
@@ -36,6 +41,7 @@ class Reference:
             for compound in ElementTree.parse(path).getroot().iter("compounddef"):
                 self.compounds[compound.get("id")] = compound
         self.places = {}  # the id of a member: the page and the anchor
+        self.entries = []  # what has an anchor and no heading
 
     def pages(self):
         """The headers and what each declares: (stem, compound of the file, items by line)."""
@@ -150,13 +156,18 @@ class Reference:
             words = [text_of(parameter.find(n)) for n in ("type", "declname")]
             default = text_of(parameter.find("defval"))
             parameters.append(" ".join(filter(None, words)) + (f" = {default}" if default else ""))
-        return tidy(f"template <{', '.join(parameters)}>") + "\n"
+        line = tidy(f"template <{', '.join(parameters)}>")
+        if len(line) > LONGEST:
+            line = "template <" + ",\n          ".join(map(tidy, parameters)) + ">"
+        return line + "\n"
 
     def declaration(self, member):
         kind = member.get("kind")
         if kind == "define":
             words = text_of(member.find("initializer")).replace("\\\n", " ").split()
-            return " ".join(["#define", text_of(member.find("name"))] + words)
+            name = f"#define {text_of(member.find('name'))}"
+            return " \\\n".join(textwrap.wrap(" ".join([name, *words]), LONGEST - 2, subsequent_indent="    ",
+                                               break_long_words=False, break_on_hyphens=False))
         if kind == "enum":
             return self.enumeration(member)
         if kind == "typedef":
@@ -168,8 +179,10 @@ class Reference:
         arguments = tidy(text_of(member.find("argsstring")))
         whole = start + head + arguments + ";"
         parameters = member.findall("param")
-        if max(map(len, whole.splitlines())) <= 88 or len(parameters) < 2:
+        if max(map(len, whole.splitlines())) <= (88 if len(parameters) > 1 else LONGEST) or not parameters:
             return whole
+        if len(parameters) == 1:
+            return f"{start}{head}(\n    {arguments[1:]};"
         # One parameter per line.
         end = arguments[arguments.rindex(")"):]
         lines = ",\n".join(
@@ -195,8 +208,8 @@ class Reference:
     @staticmethod
     def is_remark(member, level):
         """Whether a description is a remark beside the declaration, as of most constructors. Functions
-        outside of classes have headings, which the table of contents lists."""
-        if member.get("kind") == "enum" or (member.get("kind") == "function" and level < 4):
+        outside of classes, and data members, have headings, which the table of contents lists."""
+        if member.get("kind") in ("enum", "variable") or (member.get("kind") == "function" and level < 4):
             return False
         return (not text_of(member.find("detaileddescription")).strip()
                 and len(text_of(member.find("briefdescription")).strip()) <= 60
@@ -229,10 +242,36 @@ class Reference:
                     self.anchor(page, "", owner, item[1])
                     for _, members in self.public_sections(item[1]):
                         for member in members:
-                            self.anchor(page, owner, text_of(member.find("name")), member)
+                            self.note_place(page, owner, member)
                 else:
                     for member in item[2]:
-                        self.anchor(page, "", text_of(member.find("name")), member)
+                        self.note_place(page, "", member)
+
+    def note_place(self, page, owner, member):
+        name = text_of(member.find("name"))
+        self.anchor(page, owner, name, member)
+        for value in member.findall("enumvalue"):
+            self.anchor(page, f"{owner}-{name}" if owner else name, text_of(value.find("name")), value)
+
+    def enter(self, title, element):
+        """Adds to the search index what has no heading."""
+        page, anchor = self.places[element.get("id")]
+        self.entries.append({"location": f"reference/{page}.html#{anchor}",
+                             "title": html.escape(title, quote=False),
+                             "text": " ".join(text_of(element.find("briefdescription")).split())})
+
+    @staticmethod
+    def scope(member):
+        """`Value::` for a member of that class, also of another one within; else nothing."""
+        name = text_of(member.find("qualifiedname")).removeprefix("foundation::json::")
+        return name[:len(name) - len(text_of(member.find("name")))]
+
+    @staticmethod
+    def signature(member):
+        """A function with the types of its parameters, which tell overloads apart."""
+        types = [tidy(text_of(p.find("type"))) for p in member.findall("param")]
+        constant = " const" if member.get("const") == "yes" else ""
+        return f"{text_of(member.find('name'))}({', '.join(types)}){constant}"
 
     @staticmethod
     def ordered(page, items):
@@ -243,26 +282,36 @@ class Reference:
     def members(self, members, level):
         """One block of code for consecutive remarks, a heading for everything else."""
         remarks = []
-        last = None
+        functions = [text_of(m.find("name")) for m in members
+                     if m.get("kind") == "function" and not self.is_remark(m, level)]
         for member in members + [None]:
             if member is not None and self.is_remark(member, level):
                 remark = text_of(member.find("briefdescription")).strip()
                 remarks.append((self.declaration(member), remark.removesuffix("."), member))
+                self.enter(self.scope(member) + (self.signature(member) if member.get("kind") == "function"
+                                                 else text_of(member.find("name"))), member)
                 continue
             if remarks:
                 width = max(len(line) for line, _, _ in remarks)
                 width = width if width <= 60 else 0
                 anchors = "".join(f'<a id="{self.places[m.get("id")][1]}"></a>' for _, _, m in remarks)
                 yield f"<div>{anchors}</div>"
-                yield "```cpp\n" + "\n".join(f"{line:{width}} // {remark}" for line, remark, _ in remarks) + "\n```"
-                remarks, last = [], None
+                lines = (f"{line:{width}} // {remark}" for line, remark, _ in remarks)
+                lines = (beside if len(beside) <= LONGEST else f"// {remark}\n{line}"
+                         for beside, (line, remark, _) in zip(lines, remarks))
+                yield "```cpp\n" + "\n".join(lines) + "\n```"
+                remarks = []
             if member is not None:
                 name = text_of(member.find("name"))
-                if name != last:
-                    yield f"{'#' * level} `{name}` {{ #{self.places[member.get('id')][1]} }}"
-                else:
-                    yield f'<div><a id="{self.places[member.get("id")][1]}"></a></div>'
-                last = name
+                shown = self.signature(member) if functions.count(name) > 1 else name
+                yield f"{'#' * level} `{shown}` {{ #{self.places[member.get('id')][1]} }}"
+                values = member.findall("enumvalue")
+                if values:
+                    anchors = "".join(f'<a id="{self.places[v.get("id")][1]}"></a>' for v in values)
+                    yield f"<div>{anchors}</div>"
+                for value in values:
+                    scope = f"{name}::" if member.get("strong") == "yes" else ""
+                    self.enter(self.scope(member) + scope + text_of(value.find("name")), value)
                 yield f"```cpp\n{self.declaration(member)}\n```"
                 yield from self.description(member)
 
@@ -315,14 +364,15 @@ class Reference:
 
 
 def main():
-    if len(sys.argv) != 3:
-        sys.exit("reference.py: expected: the folder of doxygen's XML and that of the pages")
-    xml, target = map(pathlib.Path, sys.argv[1:])
+    if len(sys.argv) != 4:
+        sys.exit("reference.py: expected: the folder of doxygen's XML, that of the pages, and a file")
+    xml, target, entries = map(pathlib.Path, sys.argv[1:])
     reference = Reference(xml)
     reference.note_places()
     target.mkdir(parents=True, exist_ok=True)
     for stem, file, items in reference.pages():
         (target / f"{stem}.md").write_text("\n\n".join(reference.page(stem, file, items)) + "\n")
+    entries.write_text(json.dumps(reference.entries), encoding="utf-8")
 
 
 if __name__ == "__main__":

@@ -3,10 +3,11 @@
 #ifndef JSON_FORMAT_INPUT_PIECES_HPP
 #define JSON_FORMAT_INPUT_PIECES_HPP
 
-#include <unistd.h>
+#include "system.hpp"
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <streambuf>
 #include <string>
@@ -19,7 +20,7 @@ namespace json_format {
 /// Reads from a file descriptor what is there, up to a buffer at a time, and waits only where
 /// nothing is. An error is an exception: std::ifstream would make it look like the end.
 ///
-///     InputPieces pieces(STDIN_FILENO, "cannot read <stdin>", [](std::size_t) {});
+///     InputPieces pieces(standard_input, "cannot read <stdin>", [](std::size_t) {});
 ///     std::istream stream(&pieces);
 ///     const Value value = parse(stream);
 class InputPieces : public std::streambuf {
@@ -37,9 +38,9 @@ public:
 protected:
     int_type underflow() override {
         before_read_(static_cast<std::size_t>(egptr() - eback()));
-        ssize_t size = 0;
+        std::int64_t size = 0;
         do {
-            size = ::read(descriptor_, buffer_.data(), buffer_.size());
+            size = json_format::read_file(descriptor_, buffer_.data(), buffer_.size());
         } while (size < 0 && errno == EINTR);
         if (size < 0) {
             throw std::system_error(errno, std::generic_category(), failure_);

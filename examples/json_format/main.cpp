@@ -3,6 +3,7 @@
 #include "input_pieces.hpp"
 #include "large_pieces.hpp"
 #include "progress.hpp"
+#include "system.hpp"
 
 #include <foundation/json/parse.hpp>
 #include <foundation/json/parse_errors.hpp>
@@ -10,9 +11,6 @@
 #include <foundation/json/serializer.hpp>
 #include <foundation/json/value.hpp>
 #include <foundation/json/write.hpp>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -38,8 +36,8 @@ constexpr const char* usage =
     "Reads JSON text from FILE, or from standard input without FILE or where FILE is -,\n"
     "and writes it to standard output.\n"
     "\n"
-    "What is written, if not the fixed text of the library on one line:\n"
-    "  --pretty           the fixed text, every element and member on a line of its own\n"
+    "What is written, if not the fixed format of the library on one line:\n"
+    "  --pretty           the fixed format, every element and member on a line of its own\n"
     "  --indent=N         the text of JSON.stringify, indented by N spaces, or on one line for 0\n"
     "  --ascii            the same, with escapes for all characters beyond ASCII\n"
     "  --escape-slash     the same, with \\/ for a slash\n"
@@ -72,7 +70,7 @@ struct Options {
     bool lines = false;
     bool stream = false;
     bool canonical = false;
-    std::optional<WriteOptions> write; ///< empty for the fixed text
+    std::optional<WriteOptions> write; ///< empty for the fixed format
     ParseOptions accepted;
     std::string file = "-";
 
@@ -133,7 +131,7 @@ void settle_form(Options& options) {
     }
     if (options.stream && (options.pretty || options.canonical || options.lines)) {
         throw std::runtime_error(
-            "--stream goes with no fixed text, canonical form or lines; try --help");
+            "--stream goes with no fixed format, canonical form or lines; try --help");
     }
     if (options.canonical) {
         options.write = WriteOptions::canonical();
@@ -168,12 +166,12 @@ class InputFile {
 public:
     explicit InputFile(const std::string& file)
         : name_(file == "-" ? "<stdin>" : file),
-          descriptor_(file == "-" ? STDIN_FILENO : ::open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
+          descriptor_(file == "-" ? json_format::standard_input : json_format::open_file(file)) {
         if (descriptor_ < 0) {
             throw std::system_error(errno, std::generic_category(), failure());
         }
     }
-    ~InputFile() { ::close(descriptor_); }
+    ~InputFile() { json_format::close_file(descriptor_); }
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
 
@@ -331,7 +329,8 @@ ExitCode run(const Options& options) {
 
 int main(int argc, char** argv) {
     try {
-        return run(options_of(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc)));
+        json_format::take_all_bytes();
+        return run(options_of(json_format::arguments_of(argc, argv)));
     } catch (const std::bad_alloc&) {
         std::cerr << "json_format: out of memory\n";
     } catch (const std::exception& error) {

@@ -3,8 +3,7 @@
 #ifndef JSON_FORMAT_PROGRESS_HPP
 #define JSON_FORMAT_PROGRESS_HPP
 
-#include <sys/stat.h>
-#include <unistd.h>
+#include "system.hpp"
 
 #include <chrono>
 #include <cstdio>
@@ -42,12 +41,8 @@ inline std::string progress_line(double bytes, double size, double seconds) {
 class Progress {
 public:
     /// @param input  the descriptor of the file that is read
-    explicit Progress(int input) : is_shown_(::isatty(STDERR_FILENO) != 0) {
-        struct stat status {};
-        if (is_shown_ && ::fstat(input, &status) == 0 && S_ISREG(status.st_mode)) {
-            size_ = static_cast<double>(status.st_size);
-        }
-    }
+    explicit Progress(int input)
+        : is_shown_(has_terminal()), size_(static_cast<double>(size_of_file(input))) {}
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
     ~Progress() { clear(); }
@@ -76,8 +71,8 @@ private:
     using Clock = std::chrono::steady_clock;
 
     bool is_shown_;
+    double size_; ///< 0 if it is not known
     bool has_line_ = false;
-    double size_ = 0;
     double bytes_ = 0;
     Clock::time_point begin_ = Clock::now();
     Clock::time_point next_ = begin_ + std::chrono::seconds(1); ///< shorter work shows nothing

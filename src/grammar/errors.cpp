@@ -41,7 +41,7 @@ std::string escape(std::uint32_t code) {
 std::string name_of_ascii(char byte) {
     switch (byte) {
     case ' ':
-        return "a blank";
+        return "a space";
     case '\t':
         return "a tab";
     case '\n':
@@ -272,7 +272,7 @@ void Errors::no_value(const char* place, const Opening& opening, bool after_comm
     const bool in_array = opening.bracket == '[';
     if (place == end()) {
         if (opening.bracket == '\0') {
-            fail(EMPTY_INPUT, place, "the text holds no value");
+            fail(EMPTY_INPUT, place, "the document is empty");
         }
         ends_within(in_array && !after_comma ? MISSING_ARRAY_CLOSE : UNEXPECTED_END_OF_INPUT,
                     opening);

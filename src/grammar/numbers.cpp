@@ -15,6 +15,7 @@ namespace {
 /// @return false if it is too large
 [[gnu::noinline]] bool read_any(const char* from, const char* end, double& number) noexcept {
     const DefaultEnvironment environment;
+    [[maybe_unused]] const DoublePrecision precision;
     fast_float::from_chars(from, end, number);
     // Tests the bits: compilers might move a comparison of doubles behind the end of the
     // environment, where a subnormal number may trap.

@@ -4,6 +4,7 @@
 #define FOUNDATION_JSON_SRC_GRAMMAR_NUMBERS_HPP
 
 #include "number/decimal.hpp"
+#include "system/compiler.hpp"
 #include "text/characters.hpp"
 #include "text/words.hpp"
 
@@ -44,11 +45,8 @@ constexpr std::uint64_t eight_digits(std::uint64_t word) noexcept {
 }
 
 inline std::uint64_t load_first_lowest(const char* from) noexcept {
-    auto word = load_word<std::uint64_t>(from);
-#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
-    word = __builtin_bswap64(word);
-#endif
-    return word;
+    const auto word = load_word<std::uint64_t>(from);
+    return little_endian ? word : bytes_reversed(word);
 }
 
 /// Appends the digits at the start of a word of text to a number, modulo 2^64.

@@ -7,6 +7,7 @@
 
 #include "number/powers_of_10.hpp"
 #include "number/wide.hpp"
+#include "system/compiler.hpp"
 
 #include <algorithm>
 #include <charconv>
@@ -14,7 +15,7 @@
 #include <cstring>
 
 // Digits are computed eight at a time and arranged in registers, the first digit lowest.
-#if defined(__SIZEOF_INT128__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+#if defined(__SIZEOF_INT128__) && defined(FOUNDATION_JSON_LITTLE_ENDIAN)
 #define FOUNDATION_JSON_WIDE_DIGITS
 #endif
 

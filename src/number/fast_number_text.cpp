@@ -12,7 +12,11 @@
 #include <cstring>
 #include <type_traits>
 
+#ifdef _WIN32
+#include <clocale>
+#else
 #include <langinfo.h>
+#endif
 
 namespace foundation::json::detail {
 
@@ -250,7 +254,13 @@ template <class Number>
 } // namespace
 
 bool fast_number_text_applies() noexcept {
-    return std::strcmp(nl_langinfo(RADIXCHAR), ".") == 0 && std::fegetround() == FE_TONEAREST;
+#ifdef _WIN32
+    const char* const radix = std::localeconv()->decimal_point;
+#else
+    // Unlike localeconv(), it may be called by several threads at once.
+    const char* const radix = nl_langinfo(RADIXCHAR);
+#endif
+    return std::strcmp(radix, ".") == 0 && std::fegetround() == FE_TONEAREST;
 }
 
 char* fast_number_text(char* out, FloatingBits<double> bits) noexcept {

@@ -32,7 +32,7 @@ constexpr Formats float_largest{"%#.5E", "%#.9E"};
 template <class Number>
 bool round_trips(const char* text, Number number) {
     return static_cast<Number>(read_double(text, std::strlen(text))) == number &&
-           static_cast<Number>(std::atof(text)) == number;
+           static_cast<Number>(std::strtod(text, nullptr)) == number;
 }
 
 template <class Number>

@@ -4,6 +4,7 @@
 #define FOUNDATION_JSON_SRC_NUMBER_POWERS_OF_10_HPP
 
 #include "number/wide.hpp"
+#include "system/compiler.hpp"
 
 #include <cstdint>
 
@@ -36,7 +37,7 @@ private:
     WordPair bits_[largest - least + 1];
 };
 
-[[gnu::visibility("hidden")]] extern const PowersOf10 powers_of_10;
+FOUNDATION_JSON_HIDDEN extern const PowersOf10 powers_of_10;
 
 /// The powers of ten that fit into a word.
 struct SmallPowersOf10 {

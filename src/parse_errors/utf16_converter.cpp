@@ -1,60 +1,52 @@
 #include "parse_errors/utf16_converter.hpp"
 
-#include <unicode/ucnv.h>
-#include <unicode/ucnv_err.h>
+#include <utf8proc.h>
 
-#include <iterator>
-#include <new>
+#include <cstddef>
 #include <stdexcept>
 
 namespace foundation::json::detail {
 
 namespace {
 
-/// Throws the exception for an ICU error: std::bad_alloc if memory ran out, else what `fallback`
-/// throws.
-template <class MakeError>
-void check(UErrorCode status, MakeError fallback) {
-    if (status == U_MEMORY_ALLOCATION_ERROR) {
-        throw std::bad_alloc();
-    }
-    if (U_FAILURE(status)) {
-        fallback();
-    }
+constexpr bool is_high_surrogate(char16_t unit) noexcept {
+    return (unit & 0xFC00) == 0xD800;
+}
+
+constexpr bool is_low_surrogate(char16_t unit) noexcept {
+    return (unit & 0xFC00) == 0xDC00;
+}
+
+void append_utf8(std::string& result, utf8proc_int32_t code) {
+    utf8proc_uint8_t sequence[4];
+    const utf8proc_ssize_t size = utf8proc_encode_char(code, sequence);
+    result.append(sequence, sequence + size);
 }
 
 } // namespace
 
-void Utf16Converter::Close::operator()(UConverter* converter) const noexcept {
-    ucnv_close(converter);
-}
-
-Utf16Converter::Utf16Converter(const std::string& encoding, bool substitute) {
-    UErrorCode status = U_ZERO_ERROR;
-    converter_.reset(ucnv_open(encoding.c_str(), &status));
-    check(status, [&] { throw std::invalid_argument("unknown encoding: " + encoding); });
-    if (!substitute) {
-        ucnv_setFromUCallBack(converter_.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr,
-                              nullptr, &status);
+Utf16Converter::Utf16Converter(const std::string& encoding, bool substitute)
+    : substitute_(substitute) {
+    if (encoding != "UTF-8") {
+        throw std::invalid_argument("unknown encoding: " + encoding);
     }
 }
 
 std::string Utf16Converter::convert(const std::u16string& text) const {
-    ucnv_resetFromUnicode(converter_.get());
     std::string result;
-    const char16_t* source = text.data();
-    const char16_t* const source_end = source + text.size();
-    UErrorCode status = U_BUFFER_OVERFLOW_ERROR;
-    // In pieces, since ICU's conversion in one call counts in 32 bits.
-    while (status == U_BUFFER_OVERFLOW_ERROR) {
-        char piece[1024];
-        char* target = piece;
-        status = U_ZERO_ERROR;
-        ucnv_fromUnicode(converter_.get(), &target, std::end(piece), &source, source_end, nullptr,
-                         true, &status);
-        result.append(piece, target);
+    for (std::size_t i = 0; i != text.size(); ++i) {
+        const char16_t unit = text[i];
+        if (is_high_surrogate(unit) && i + 1 != text.size() && is_low_surrogate(text[i + 1])) {
+            ++i;
+            append_utf8(result, 0x10000 + ((unit - 0xD800) << 10) + (text[i] - 0xDC00));
+        } else if (!is_high_surrogate(unit) && !is_low_surrogate(unit)) {
+            append_utf8(result, unit);
+        } else if (substitute_) {
+            append_utf8(result, 0xFFFD);
+        } else {
+            throw std::range_error("text cannot be converted");
+        }
     }
-    check(status, [] { throw std::range_error("text cannot be converted"); });
     return result;
 }
 

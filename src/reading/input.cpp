@@ -1,11 +1,8 @@
 #include "reading/input.hpp"
 
 #include "grammar/streams.hpp"
+#include "system/files.hpp"
 #include "text/visible_name.hpp"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -104,30 +101,31 @@ class File {
 public:
     explicit File(const std::filesystem::path& path) : path_(path) {
         // The system would open what the name begins with.
-        if (path.native().find('\0') != std::string::npos) {
+        if (path.native().find(std::filesystem::path::value_type()) !=
+            std::filesystem::path::string_type::npos) {
             fail(path, EINVAL);
         }
         do {
-            descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+            descriptor_ = system::open_to_read(path);
         } while (was_interrupted(descriptor_));
         check(descriptor_);
     }
-    ~File() { ::close(descriptor_); }
+    ~File() { system::close(descriptor_); }
     File(const File&) = delete;
     File& operator=(const File&) = delete;
 
     /// The length of a regular file; 0 for anything else.
     std::size_t size() const {
-        struct stat status {}; // not that of a regular file, in case fstat fails
-        static_cast<void>(::fstat(descriptor_, &status));
-        return S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
+        system::Status status{}; // not that of a regular file, in case the call fails
+        static_cast<void>(system::look_at(descriptor_, status));
+        return system::is_regular(status) ? static_cast<std::size_t>(status.st_size) : 0;
     }
 
     /// Reads at most `size` bytes. @return how many; 0 at the end of the file
     std::size_t read(char* out, std::size_t size) const {
-        ssize_t count = 0;
+        std::int64_t count = 0;
         do {
-            count = ::read(descriptor_, out, size);
+            count = system::read(descriptor_, out, size);
         } while (was_interrupted(count));
         check(count);
         return static_cast<std::size_t>(count);
@@ -135,9 +133,11 @@ public:
 
 private:
     /// Whether a signal has interrupted a system call.
-    static bool was_interrupted(ssize_t result) noexcept { return result < 0 && errno == EINTR; }
+    static bool was_interrupted(std::int64_t result) noexcept {
+        return result < 0 && errno == EINTR;
+    }
 
-    void check(ssize_t result) const {
+    void check(std::int64_t result) const {
         if (result < 0) {
             fail(path_, errno);
         }

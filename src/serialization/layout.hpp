@@ -24,6 +24,7 @@
 #ifndef FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 #define FOUNDATION_JSON_SRC_SERIALIZATION_LAYOUT_HPP
 
+#include "system/compiler.hpp"
 #include "text/utf16_order.hpp"
 #include "value/value_access.hpp"
 #include <foundation/json/detail/floating_bits.hpp>
@@ -169,7 +170,7 @@ private:
         skip_undefined(members, member);
         // Members are scattered in memory: prefetch the next name while the value is written.
         if (member != members.end()) {
-            __builtin_prefetch(member->first.data());
+            prefetch(member->first.data());
         }
         return write(at, value);
     }

@@ -1,10 +1,7 @@
 #include "serialization/new_file.hpp"
 
+#include "system/files.hpp"
 #include "text/visible_name.hpp"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
@@ -21,9 +18,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
+std::string failure_text(const fs::path& path) {
+    return "cannot write '" + visible_name(path) + "'";
+}
+
 [[noreturn]] void fail(const fs::path& path, int error, const char* why = "") {
-    throw std::system_error(error, std::generic_category(),
-                            "cannot write '" + visible_name(path) + "'" + why);
+    throw std::system_error(error, std::generic_category(), failure_text(path) + why);
 }
 
 /// Calls a function again as long as signals interrupt it.
@@ -59,7 +59,7 @@ std::string unlikely_name() {
     const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
     char name[80];
     std::snprintf(name, sizeof name, ".foundation_json.%lx.%x.%llx",
-                  static_cast<unsigned long>(::getpid()), count++,
+                  static_cast<unsigned long>(system::process_id()), count++,
                   static_cast<unsigned long long>(now));
     return name;
 }
@@ -74,25 +74,25 @@ void check(const fs::path& path, Result result) {
 
 /// Finds out about a file that is to be replaced.
 /// @return false if there is none
-bool look_at(const fs::path& path, const fs::path& target, struct stat& status) {
-    if (::stat(target.c_str(), &status) < 0) {
+bool look_at(const fs::path& path, const fs::path& target, system::Status& status) {
+    if (system::look_at(target, status) < 0) {
         return false; // whatever else is wrong shows when the new file is made
     }
-    if (S_ISDIR(status.st_mode)) {
+    if (system::is_folder(status)) {
         fail(path, EISDIR);
     }
-    if (!S_ISREG(status.st_mode)) {
+    if (!system::is_regular(status)) {
         fail(path, EOPNOTSUPP, ", which is not a regular file");
     }
     // Replacing a file takes no permission to write to it, but ignoring its protection would be a
     // surprise.
-    check(path, ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS));
+    check(path, system::check_writable(target));
     return true;
 }
 
 fs::path target_of(const fs::path& path) {
     // The system would take what the path begins with.
-    if (path.native().find('\0') != fs::path::string_type::npos) {
+    if (path.native().find(fs::path::value_type()) != fs::path::string_type::npos) {
         fail(path, EINVAL);
     }
     return follow_links(path);
@@ -105,35 +105,30 @@ NewFile::NewFile(const fs::path& path, fs::path target) noexcept
 
 // From the end of the other constructor on, the destructor cleans up.
 NewFile::NewFile(const fs::path& path) : NewFile(path, target_of(path)) {
-    struct stat old {};
+    system::Status old{};
     const bool replaces = look_at(path_, target_, old);
     open(replaces);
     if (replaces) {
-        // Before there is a byte in it. Giving it away comes first, since that takes permissions
-        // away. A process that may not give files away keeps this one.
-        [[maybe_unused]] const int group_given = ::fchown(descriptor_, ~uid_t{0}, old.st_gid);
-        [[maybe_unused]] const int owner_given = ::fchown(descriptor_, old.st_uid, ~gid_t{0});
-        check(path_, ::fchmod(descriptor_, old.st_mode & 07777));
+        // Before there is a byte in it.
+        check(path_, system::take_over_permissions(descriptor_, old));
     }
 }
 
 NewFile::~NewFile() {
     if (descriptor_ >= 0) {
-        ::close(descriptor_);
+        system::close(descriptor_);
     }
     if (!own_path_.empty()) {
-        ::unlink(own_path_.c_str());
+        std::error_code ignored;
+        fs::remove(own_path_, ignored);
     }
 }
 
 void NewFile::open(bool replaces) {
     // Nobody else may look into a file until it has the permissions of the old one.
-    const mode_t mode = replaces ? 0600 : 0666;
     do {
         fs::path own_path = target_.parent_path() / unlikely_name();
-        descriptor_ = uninterrupted([&] {
-            return ::open(own_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-        });
+        descriptor_ = uninterrupted([&] { return system::open_new(own_path, replaces); });
         if (descriptor_ >= 0) {
             own_path_.swap(own_path); // which does not throw
         }
@@ -143,7 +138,8 @@ void NewFile::open(bool replaces) {
 
 void NewFile::write(const char* bytes, std::size_t size) {
     while (size != 0) {
-        const ssize_t count = uninterrupted([&] { return ::write(descriptor_, bytes, size); });
+        const std::int64_t count =
+            uninterrupted([&] { return system::write(descriptor_, bytes, size); });
         check(path_, count);
         bytes += count;
         size -= static_cast<std::size_t>(count);
@@ -151,10 +147,14 @@ void NewFile::write(const char* bytes, std::size_t size) {
 }
 
 void NewFile::take_place() {
-    check(path_, uninterrupted([&] { return ::fsync(descriptor_); }));
+    check(path_, uninterrupted([&] { return system::flush_to_disk(descriptor_); }));
     // A file that is closed stays closed, even if that fails.
-    check(path_, ::close(std::exchange(descriptor_, -1)));
-    check(path_, ::rename(own_path_.c_str(), target_.c_str()));
+    check(path_, system::close(std::exchange(descriptor_, -1)));
+    std::error_code error;
+    fs::rename(own_path_, target_, error);
+    if (error) {
+        throw std::system_error(error, failure_text(path_));
+    }
     own_path_.clear();
 }
 

@@ -8,8 +8,6 @@
 
 namespace foundation::json::detail {
 
-/// The system calls are those of POSIX, and all in one source.
-///
 /// Every failure is a std::system_error, "cannot write '<path>': " and the system's reason. The
 /// destructor removes a file that has not taken its place.
 class NewFile {

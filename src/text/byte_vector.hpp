@@ -6,6 +6,7 @@
 #ifndef FOUNDATION_JSON_SRC_TEXT_BYTE_VECTOR_HPP
 #define FOUNDATION_JSON_SRC_TEXT_BYTE_VECTOR_HPP
 
+#include "system/compiler.hpp"
 #include "text/words.hpp"
 
 #include <array>
@@ -14,16 +15,17 @@
 
 // FOUNDATION_JSON_PORTABLE leaves out instructions that only some processors have. Where there are
 // shuffles, FOUNDATION_JSON_SHUFFLING marks the functions that use them.
-#if !defined(FOUNDATION_JSON_PORTABLE) && defined(__SSE2__)
+#if !defined(FOUNDATION_JSON_PORTABLE) &&                                                          \
+    (defined(__SSE2__) || (defined(_MSC_VER) && defined(_M_X64) && !defined(_M_ARM64EC)))
 #define FOUNDATION_JSON_SSE2
 #include <emmintrin.h>
-#if defined(__x86_64__)
+#if defined(__x86_64__) && defined(__GNUC__)
 #define FOUNDATION_JSON_SHUFFLES
 #include <tmmintrin.h>
 #define FOUNDATION_JSON_SHUFFLING [[gnu::target("ssse3")]]
 #endif
 #elif !defined(FOUNDATION_JSON_PORTABLE) && defined(__ARM_NEON) && defined(__aarch64__) &&         \
-    __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+    defined(FOUNDATION_JSON_LITTLE_ENDIAN)
 #define FOUNDATION_JSON_NEON
 #include <arm_neon.h>
 #define FOUNDATION_JSON_SHUFFLES
@@ -56,19 +58,12 @@ public:
 
     private:
         static std::size_t index_in(std::uint64_t word) noexcept {
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-            return static_cast<std::size_t>(trailing_zeros(word)) / 8;
-#else
-            return static_cast<std::size_t>(leading_zeros(word)) / 8;
-#endif
+            const int zeros = little_endian ? trailing_zeros(word) : leading_zeros(word);
+            return static_cast<std::size_t>(zeros) / 8;
         }
 
         static std::size_t shift(std::size_t index) noexcept {
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-            return 8 * index;
-#else
-            return 56 - 8 * index;
-#endif
+            return little_endian ? 8 * index : 56 - 8 * index;
         }
 
         std::uint64_t first_;
@@ -115,9 +110,7 @@ public:
     }
 
     /// The bytes for which a comparison holds.
-    Mask mask() const noexcept {
-        return {first_ & tops, second_ & tops};
-    }
+    Mask mask() const noexcept { return {first_ & tops, second_ & tops}; }
 
 private:
     static constexpr std::uint64_t tops = std::uint64_t{0x8080808080808080};

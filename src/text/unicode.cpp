@@ -1,33 +1,54 @@
-// What Unicode says of a character, by ICU.
+// What Unicode says of a character, by utf8proc.
 #include "text/unicode.hpp"
 
-#include <unicode/uchar.h>
+#include <utf8proc.h>
 
 namespace foundation::json::detail {
+
+namespace {
+
+utf8proc_category_t category_of(std::uint32_t code) noexcept {
+    return utf8proc_category(static_cast<utf8proc_int32_t>(code));
+}
+
+} // namespace
 
 CharacterClass class_of(std::uint32_t code) noexcept {
     constexpr std::uint32_t zero_width_joiner = 0x200D;
     if (code == zero_width_joiner) {
         return CharacterClass::joiner;
     }
-    const std::uint32_t category = U_GET_GC_MASK(static_cast<UChar32>(code));
-    if ((category & U_GC_M_MASK) != 0) {
+    switch (category_of(code)) {
+    case UTF8PROC_CATEGORY_MN:
+    case UTF8PROC_CATEGORY_MC:
+    case UTF8PROC_CATEGORY_ME:
         return CharacterClass::mark;
-    }
-    if ((category & U_GC_ZS_MASK) != 0) {
+    case UTF8PROC_CATEGORY_ZS:
         return CharacterClass::space;
+    case UTF8PROC_CATEGORY_ZL:
+    case UTF8PROC_CATEGORY_ZP:
+    case UTF8PROC_CATEGORY_CC:
+    case UTF8PROC_CATEGORY_CF:
+    case UTF8PROC_CATEGORY_CS:
+    case UTF8PROC_CATEGORY_CO:
+    case UTF8PROC_CATEGORY_CN:
+        return CharacterClass::hidden;
+    default:
+        return CharacterClass::visible;
     }
-    return (category & (U_GC_C_MASK | U_GC_Z_MASK)) != 0 ? CharacterClass::hidden
-                                                         : CharacterClass::visible;
 }
 
 std::size_t width_of(std::uint32_t code) noexcept {
-    const auto character = static_cast<UChar32>(code);
-    if ((U_GET_GC_MASK(character) & (U_GC_MN_MASK | U_GC_ME_MASK | U_GC_CF_MASK)) != 0) {
+    switch (category_of(code)) {
+    case UTF8PROC_CATEGORY_MN:
+    case UTF8PROC_CATEGORY_ME:
+    case UTF8PROC_CATEGORY_CF:
         return 0;
+    default:
+        break;
     }
-    const int width = u_getIntPropertyValue(character, UCHAR_EAST_ASIAN_WIDTH);
-    return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
+    // utf8proc says 0 for some more, such as the vowels of Hangul, which terminals show one by one.
+    return utf8proc_charwidth(static_cast<utf8proc_int32_t>(code)) == 2 ? 2 : 1;
 }
 
 } // namespace foundation::json::detail

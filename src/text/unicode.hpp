@@ -20,6 +20,7 @@ enum class CharacterClass {
 CharacterClass class_of(std::uint32_t code) noexcept;
 
 /// How many columns of a terminal a character takes: 0, 1 or 2.
+/// @param code  not hidden; of hidden ones, versions of Unicode's data differ
 std::size_t width_of(std::uint32_t code) noexcept;
 
 } // namespace foundation::json::detail

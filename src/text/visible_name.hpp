@@ -12,10 +12,11 @@
 
 namespace foundation::json::detail {
 
-/// The name of a file, with control bytes escaped as in a JSON string: NUL would end the message.
+/// The name of a file, in UTF-8 on every system, with control bytes escaped as in a JSON string:
+/// NUL would end the message.
 inline std::string visible_name(const std::filesystem::path& path) {
     std::string result;
-    for (const char byte : path.string()) {
+    for (const char byte : path.u8string()) {
         if (is_control(byte)) {
             append_escaped(result, {&byte, 1});
         } else {

@@ -3,6 +3,10 @@
 #ifndef FOUNDATION_JSON_SRC_TEXT_WORDS_HPP
 #define FOUNDATION_JSON_SRC_TEXT_WORDS_HPP
 
+#include "system/compiler.hpp"
+
+#include <foundation/json/detail/words.hpp>
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -23,21 +27,8 @@ void store_word(char* out, Word word) noexcept {
 
 /// One word of two that are adjacent in memory.
 inline std::uint64_t join_words(std::uint32_t first, std::uint32_t second) noexcept {
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-    return first | static_cast<std::uint64_t>(second) << 32;
-#else
-    return static_cast<std::uint64_t>(first) << 32 | second;
-#endif
-}
-
-/// @param word  not 0
-constexpr int leading_zeros(std::uint64_t word) noexcept {
-    return __builtin_clzll(word);
-}
-
-/// @param word  not 0
-constexpr int trailing_zeros(std::uint64_t word) noexcept {
-    return __builtin_ctzll(word);
+    return little_endian ? first | static_cast<std::uint64_t>(second) << 32
+                         : static_cast<std::uint64_t>(first) << 32 | second;
 }
 
 } // namespace foundation::json::detail

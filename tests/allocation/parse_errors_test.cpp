@@ -110,7 +110,6 @@ TEST(ParserExceptionAllocations, OfEverythingElseAreNone) {
               0u);
 }
 
-// The converter of ICU does not allocate through the functions that are replaced here.
 TEST(Utf16OutOfMemory, LeavesNoTextCutShort) {
     struct Operands {
         std::u16string units;

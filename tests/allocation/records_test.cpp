@@ -279,6 +279,10 @@ TEST(PeakMemory, OfRecordsIsThatOfTheWindowAndOneRecord) {
     const std::string record = R"({"id":12345,"name":"some one","tags":["a",true,null]})";
     EXPECT_LE(peak_of_records({"", record + "\n", 50000, ""}, Framing::lines), most);
     EXPECT_LE(peak_of_records({"", record + " [oops]\n", 50000, ""}, Framing::lines), most);
+    const std::string broken = R"({"id":12345,"name":"some one","tags":oops})";
+    EXPECT_LE(peak_of_records({"", record + "\n" + record + "\n" + broken + "\n", 20000, ""},
+                              Framing::lines),
+              most);
     EXPECT_LE(peak_of_records({"", record + " ", 50000, ""}, Framing::concatenated), most);
     EXPECT_LE(peak_of_records({"", record + "[oops]\n", 50000, ""}, Framing::concatenated), most);
     EXPECT_LE(peak_of_records({"[1", "," + record, 50000, "]"}, Framing::elements()), most);

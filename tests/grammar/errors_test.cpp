@@ -48,10 +48,10 @@ void check(const std::vector<Failure>& failures) {
 
 TEST(ParserErrors, ATextWithoutAValueIsEmpty) {
     check({
-        {"", EMPTY_INPUT, 0, 1, 1, "the text holds no value"},
-        {"  \t", EMPTY_INPUT, 3, 1, 4, "the text holds no value"},
-        {"\r\n \n", EMPTY_INPUT, 4, 3, 1, "the text holds no value"},
-        {"\xEF\xBB\xBF", EMPTY_INPUT, 3, 1, 1, "the text holds no value"},
+        {"", EMPTY_INPUT, 0, 1, 1, "the document is empty"},
+        {"  \t", EMPTY_INPUT, 3, 1, 4, "the document is empty"},
+        {"\r\n \n", EMPTY_INPUT, 4, 3, 1, "the document is empty"},
+        {"\xEF\xBB\xBF", EMPTY_INPUT, 3, 1, 1, "the document is empty"},
     });
 }
 
@@ -383,7 +383,7 @@ TEST(ParserErrors, AMinusSignNeedsADigit) {
         {"-.5", MISSING_QUANTITY_AFTER_SIGN, 1, 1, 2,
          "found '.' where a digit is expected after '-'"},
         {"- 1", MISSING_QUANTITY_AFTER_SIGN, 1, 1, 2,
-         "found a blank where a digit is expected after '-'"},
+         "found a space where a digit is expected after '-'"},
     });
 }
 
@@ -654,9 +654,9 @@ TEST(ParserErrors, ACommentThatDoesNotEndIsAnError) {
     expect_failure({"/**/\n[1] /* x\n//\n", UNEXPECTED_END_OF_INPUT, 17, 4, 1,
                     "the text ends within the comment that begins at line 2, column 5"},
                    options);
-    expect_failure({"// x", EMPTY_INPUT, 4, 1, 5, "the text holds no value"}, options);
+    expect_failure({"// x", EMPTY_INPUT, 4, 1, 5, "the document is empty"}, options);
     expect_failure({"[1 / 2]", MISSING_ARRAY_CLOSE, 4, 1, 5,
-                    "found a blank after '/': a comment begins with // or /*"},
+                    "found a space after '/': a comment begins with // or /*"},
                    options);
     expect_failure({"[1 /", UNEXPECTED_END_OF_INPUT, 4, 1, 5,
                     "the text ends within the comment that begins at line 1, column 4"},

@@ -6,7 +6,7 @@ function(list_settings result)
     set(settings)
     get_cmake_property(names VARIABLES)
     list(FILTER names EXCLUDE REGEX "^(foundation_json|FOUNDATION_JSON)_")
-    list(FILTER names EXCLUDE REGEX "^(Boost|boost_headers|ICU|FastFloat)_")
+    list(FILTER names EXCLUDE REGEX "^(Boost|boost_headers|utf8proc|FastFloat)_")
     # What CMake's own modules and the functions of this file work with.
     list(FILTER names EXCLUDE REGEX "^(__cmake|FETCHCONTENT|FIND_PACKAGE_MESSAGE)_")
     list(FILTER names EXCLUDE REGEX "^(ARG.*|result|before|folder)$")

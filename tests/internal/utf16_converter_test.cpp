@@ -6,11 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <unicode/uclean.h>
-
 #include <cstddef>
-#include <cstdlib>
-#include <new>
 #include <stdexcept>
 #include <string>
 
@@ -69,43 +65,6 @@ TEST(Utf16Converter, ConvertsTextsLongerThanAnyPiece) {
         const Utf16Converter converter("UTF-8", substitute);
         EXPECT_TRUE(converter.convert(text.utf16) == text.utf8);
         EXPECT_TRUE(converter.convert(text.utf16) == text.utf8);
-    }
-}
-
-/// Lets ICU's allocations fail during its lifetime.
-class NoMemoryForIcu {
-public:
-    NoMemoryForIcu() {
-        set([](const void*, std::size_t) -> void* { return nullptr; });
-    }
-    ~NoMemoryForIcu() {
-        set([](const void*, std::size_t size) -> void* { return std::malloc(size); });
-    }
-    NoMemoryForIcu(const NoMemoryForIcu&) = delete;
-    NoMemoryForIcu& operator=(const NoMemoryForIcu&) = delete;
-
-private:
-    static void set(UMemAllocFn* allocate) {
-        UErrorCode status = U_ZERO_ERROR;
-        u_setMemoryFunctions(
-            nullptr, allocate,
-            [](const void*, void* memory, std::size_t size) { return std::realloc(memory, size); },
-            [](const void*, void* memory) { std::free(memory); }, &status);
-        if (U_FAILURE(status)) {
-            throw std::runtime_error("ICU takes no other memory functions");
-        }
-    }
-};
-
-TEST(Utf16Converter, ThrowsBadAllocWhereMemoryRunsOut) {
-    for (const bool substitute : {true, false}) {
-        // Once before, since ICU keeps what it needs for every converter.
-        EXPECT_EQ(Utf16Converter("UTF-8", substitute).convert(u"a"), "a");
-        {
-            const NoMemoryForIcu no_memory;
-            EXPECT_THROW(Utf16Converter("UTF-8", substitute), std::bad_alloc);
-        }
-        EXPECT_EQ(Utf16Converter("UTF-8", substitute).convert(u"a"), "a");
     }
 }
 

@@ -27,7 +27,7 @@ import subprocess
 import sys
 import time
 
-LIBRARIES = ("libfoundation_json.so.1.0.0", "libfoundation_json_parser.so.1.0.0")
+LIBRARIES = ("libfoundation_json.so.1.1.0", "libfoundation_json_parser.so.1.1.0")
 PUBLIC, INTERNAL, PARSER, ALLOCATION = (
     "foundation_json_tests", "foundation_json_internal_tests", "foundation_json_parser_tests",
     "foundation_json_allocation_tests",

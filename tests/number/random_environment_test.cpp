@@ -58,7 +58,7 @@ void expect_the_rule(const Environment& environment, const Number& number) {
 
 template <class Item>
 const Item& any_of(const std::vector<Item>& items, std::mt19937_64& random) {
-    return items[random() % items.size()];
+    return items[static_cast<std::size_t>(random() % items.size())];
 }
 
 Environment any_environment(std::mt19937_64& random) {

@@ -37,7 +37,7 @@ TEST(Describe, ShowsNamePlaceMessageLineAndACaret) {
                                     "   ^\n");
     EXPECT_EQ(description("[1", "x"),
               "x:1:3: the text ends within the array that begins at line 1, column 1\n[1\n  ^\n");
-    EXPECT_EQ(description("", "x"), "x:1:1: the text holds no value\n\n^\n");
+    EXPECT_EQ(description("", "x"), "x:1:1: the document is empty\n\n^\n");
 }
 
 TEST(Describe, ShowsTabsAsBlanks) {

@@ -233,7 +233,9 @@ TEST(ParserAndIndependentReader, DocumentsAreReadAlikeWholeAndInPieces) {
         EXPECT_FALSE(values.next(first)) << path;
         for (std::size_t i = 0; i != test_repetitions() / 5; ++i) {
             const std::string damage =
-                damaged(whole.substr(random() % whole.size(), random() % 200), random);
+                damaged(whole.substr(static_cast<std::size_t>(random() % whole.size()),
+                                     static_cast<std::size_t>(random() % 200)),
+                        random);
             check(damage);
             ASSERT_EQ(disagreement_in_pieces_of(damage, plain_options(), 1 + i % 20), "");
             if (HasFatalFailure()) {

@@ -10,8 +10,10 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
 #include <sys/socket.h>
 #include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <array>
@@ -145,9 +147,9 @@ TEST(Reader, ReadsADocumentThatIsOneScalar) {
         {"\"\"", "string \"\""},
         {"\"a\\nb\"", "string \"a\nb\""},
     };
-    for (const auto& [text, token] : cases) {
-        for_each_reader(text, [&](Reader& reader) {
-            EXPECT_EQ(all_tokens(reader), (Texts{token, "end"})) << text;
+    for (const std::pair<std::string, std::string>& scalar : cases) {
+        for_each_reader(scalar.first, [&](Reader& reader) {
+            EXPECT_EQ(all_tokens(reader), (Texts{scalar.second, "end"})) << scalar.first;
             EXPECT_EQ(reader.pointer(), "");
         });
     }
@@ -1004,7 +1006,12 @@ TEST(Reader, AnErrorComesAgainAtEveryCall) {
     });
 }
 
+#ifndef _WIN32
+
 TEST(Reader, WaitsForNoMoreOfAPipeThanAToken) {
+#ifdef _LIBCPP_VERSION
+    GTEST_SKIP() << "a std::ifstream of libc++ waits until its buffer is full";
+#endif
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
     std::ifstream stream("/dev/fd/" + std::to_string(ends[0]));
@@ -1065,6 +1072,8 @@ TEST(Reader, AnswersARequestOverASocketBeforeTheNext) {
     ::close(ends[1]);
     ::close(ends[0]);
 }
+
+#endif
 
 TEST(Reader, AMovedReaderGoesOnWhereTheOtherWas) {
     PiecewiseStream stream("[\"a\", {\"b\": 2}]");

@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
 #include <unistd.h>
+#endif
 
 #include <array>
 #include <cstddef>
@@ -380,7 +382,8 @@ TEST(RecordsOfElements, APointerThatLeadsToNoArrayIsAnError) {
 
 TEST(RecordsOfElements, APointerIsCheckedAtOnce) {
     for (const std::string pointer : {"a", "/~", "/a~2"}) {
-        EXPECT_THROW(Framing::elements(pointer), std::invalid_argument) << pointer;
+        EXPECT_THROW(static_cast<void>(Framing::elements(pointer)), std::invalid_argument)
+            << pointer;
     }
 }
 
@@ -620,7 +623,12 @@ TEST(Records, TakeNoMoreThanARecordNeeds) {
     }
 }
 
+#ifndef _WIN32
+
 TEST(Records, WaitForNoMoreOfAPipeThanARecord) {
+#ifdef _LIBCPP_VERSION
+    GTEST_SKIP() << "a std::ifstream of libc++ waits until its buffer is full";
+#endif
     const std::pair<Framing, std::vector<std::string>> cases[] = {
         {Framing::lines, {"1\n", "[2]\n", "\n{\"a\":3}\r\n"}},
         {Framing::concatenated, {"1 ", "[2]", "\"x\"", "{\"a\":\n3}"}},
@@ -646,6 +654,8 @@ TEST(Records, WaitForNoMoreOfAPipeThanARecord) {
         ::close(ends[0]);
     }
 }
+
+#endif
 
 TEST(Records, MovedRecordsGoOnWhereTheOthersWere) {
     for (const Framed& framed : all_framings()) {

@@ -7,10 +7,14 @@
 
 #include <gtest/gtest.h>
 
+#ifdef _WIN32
+#include <process.h>
+#else
 #include <fcntl.h>
 #include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <array>
@@ -201,6 +205,8 @@ TEST_F(ParseFile, ReadsRegularFiles) {
     EXPECT_THROW(parse_file(write("empty", "")), ParserException);
 }
 
+#ifndef _WIN32
+
 TEST_F(ParseFile, ReadsFilesWhoseSizeIsNotThatOfTheirText) {
     // A file whose content the kernel generates when it is read.
     const Value value = parse_file("/proc/sys/kernel/pid_max");
@@ -282,14 +288,40 @@ TEST_F(ParseFile, ReadsStandardInput) {
     EXPECT_EQ(test::content_text(value), compact);
 }
 
+#endif
+
+TEST_F(ParseFile, TakesNamesBeyondAscii) {
+    const std::filesystem::path file = write("a", "[1]\x1A\r\n");
+    const std::filesystem::path named =
+        file.parent_path() / std::filesystem::u8path("\xC3\xA4\xE6\x97\xA5.json"); // ä日
+    std::ofstream(named, std::ios::binary) << "[\"a\",\r\n" << std::string(100000, ' ') << "1]";
+    EXPECT_EQ(parse_file(named), Value((Element("a"), Element(1))));
+    // All bytes count: no end of the text but that of the file, and no change of line ends.
+    try {
+        parse_file(file);
+        ADD_FAILURE() << "was accepted";
+    } catch (const ParserException& error) {
+        EXPECT_EQ(error.get_byte_position(), 3u);
+    }
+    std::filesystem::remove(named);
+    EXPECT_EQ(system_error_of(named),
+              "cannot read '" + named.u8string() + "': No such file or directory");
+}
+
 TEST_F(ParseFile, NamesAFileThatCannotBeRead) {
     EXPECT_EQ(system_error_of(path("none")),
               "cannot read '" + path("none").string() + "': No such file or directory");
-    EXPECT_EQ(system_error_of(path(".")),
-              "cannot read '" + path(".").string() + "': Is a directory");
     EXPECT_EQ(system_error_of(""), "cannot read '': No such file or directory");
+#ifdef _WIN32
+    const std::string no_folder = "Permission denied";
+    const std::string no_name = "Invalid argument";
+#else
+    const std::string no_folder = "Is a directory";
+    const std::string no_name = "No such file or directory";
+#endif
+    EXPECT_EQ(system_error_of(path(".")), "cannot read '" + path(".").string() + "': " + no_folder);
     EXPECT_EQ(system_error_of("/no/a\n\x1B\"\\"),
-              "cannot read '/no/a\\u000a\\u001b\"\\': No such file or directory");
+              "cannot read '/no/a\\u000a\\u001b\"\\': " + no_name);
 }
 
 // The system would read the file whose name ends there.
@@ -657,8 +689,10 @@ TEST_F(ParseFile, RefusesAFileThatIsLongerThanALimit) {
         EXPECT_STREQ(error.what(), "longer than 9 bytes: the argument max_bytes is the limit");
         EXPECT_EQ(error.get_byte_position(), 9u);
     }
+#ifndef _WIN32
     // Nothing that ends later is read.
     EXPECT_THROW(parse_file("/dev/zero", {}, 1000), ParserException);
+#endif
 }
 
 TEST(MaxBytes, RefusesAValueOfAStreamThatIsLonger) {
@@ -706,7 +740,12 @@ TEST(ValueStream, AMovedStreamGoesOnWhereTheOtherWas) {
     EXPECT_EQ(value, Value(4));
 }
 
+#ifndef _WIN32
+
 TEST(ValueStream, WaitsForNoMoreOfAPipeThanAValueAndItsLine) {
+#ifdef _LIBCPP_VERSION
+    GTEST_SKIP() << "a std::ifstream of libc++ waits until its buffer is full";
+#endif
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
     std::ifstream stream("/dev/fd/" + std::to_string(ends[0]));
@@ -720,6 +759,8 @@ TEST(ValueStream, WaitsForNoMoreOfAPipeThanAValueAndItsLine) {
     EXPECT_FALSE(values.next(value));
     ::close(ends[0]);
 }
+
+#endif
 
 } // namespace
 } // namespace foundation::json::test

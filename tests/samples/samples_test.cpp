@@ -17,6 +17,7 @@
 #include <fstream>
 #include <map>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -366,14 +367,16 @@ TEST(Documents, ListTheOptionsOfTheParserInTheOrderOfTheirDeclaration) {
 
 TEST(Documents, ExplainEveryMessage) {
     const std::string page = text_of_file(root / "docs/errors.md");
-    // The description of success, which no function returns.
-    const std::string unused = "No error";
+    // The description of success, which no function returns, and what the converter says of uses
+    // that no public function makes of it.
+    const std::set<std::string> unused = {"No error",
+                                          "unknown encoding: ", "text cannot be converted"};
     std::size_t count = 0;
     for (const char* folder :
          {"src/access", "src/grammar", "src/number", "src/parse_errors", "src/reading"}) {
         for (const fs::directory_entry& entry : fs::directory_iterator(root / folder)) {
             for (const std::string& message : messages_in(joined(lines_of_file(entry.path())))) {
-                EXPECT_TRUE(page.find(message) != std::string::npos || message == unused)
+                EXPECT_TRUE(page.find(message) != std::string::npos || unused.count(message) != 0)
                     << entry.path() << ": not in docs/errors.md: " << message;
                 ++count;
             }

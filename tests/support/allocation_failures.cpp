@@ -46,21 +46,43 @@ bool is_to_fail() noexcept {
     return true;
 }
 
+#ifdef _WIN32
+
+std::size_t size_of(void* memory) noexcept {
+    return _msize(memory);
+}
+
+/// None, since std::free() does not take it: nothing here is aligned beyond the usual.
+void* aligned_memory(std::size_t, std::size_t) noexcept {
+    return nullptr;
+}
+
+#else
+
+std::size_t size_of(void* memory) noexcept {
+    return malloc_usable_size(memory);
+}
+
+void* aligned_memory(std::size_t size, std::size_t alignment) noexcept {
+    // Of multiples of the alignment only.
+    return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
+}
+
+#endif
+
 void* allocate(std::size_t size, std::size_t alignment) noexcept {
     call_watcher(size);
     if (is_to_fail()) {
         return nullptr;
     }
-    // aligned_alloc() takes multiples of the alignment only.
     const std::size_t at_least_one = size == 0 ? 1 : size;
-    void* const memory =
-        alignment <= alignof(std::max_align_t)
-            ? std::malloc(at_least_one)
-            : std::aligned_alloc(alignment, (at_least_one + alignment - 1) / alignment * alignment);
+    void* const memory = alignment <= alignof(std::max_align_t)
+                             ? std::malloc(at_least_one)
+                             : aligned_memory(at_least_one, alignment);
     if (memory != nullptr) {
         ++total;
         ++live;
-        bytes += malloc_usable_size(memory);
+        bytes += size_of(memory);
         most_bytes = std::max(most_bytes, bytes);
     }
     return memory;
@@ -77,7 +99,7 @@ void* allocate_or_throw(std::size_t size, std::size_t alignment) {
 void release(void* memory) noexcept {
     if (memory != nullptr) {
         --live;
-        bytes -= malloc_usable_size(memory);
+        bytes -= size_of(memory);
         std::free(memory);
     }
 }

@@ -250,7 +250,8 @@ std::string outcomes_of_records(Stream&& records, bool begin_only = false) {
         result += '\n';
     };
     Value value;
-    for (bool more = true; more;) {
+    bool more = true;
+    while (more) {
         const std::string outcome = outcome_of([&] {
             more = records.next(value);
             return value;
@@ -279,7 +280,7 @@ inline std::string outcomes_of_lines(const std::string& text, const ParseOptions
         }
         const std::string outcome =
             outcome_of([&] { return parse(before.substr(0, begin) + line, options); });
-        if (outcome.rfind("error the text holds no value ", 0) != 0) {
+        if (outcome.rfind("error the document is empty ", 0) != 0) {
             result += outcome + " | " + std::to_string(index) + ' ' +
                       to_text(plain_position(text, begin)) + ' ' + line + '\n';
             ++index;
@@ -445,7 +446,7 @@ private:
                                      "that ends the value",
                                      "right after",
                                      "a comment",
-                                     "holds no value",
+                                     "document is empty",
                                      "begins with // or /*",
                                      "within the comment"};
         return std::any_of(std::begin(parts), std::end(parts),

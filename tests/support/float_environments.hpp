@@ -21,13 +21,26 @@ namespace foundation::json::test {
 /// Restores the environment, flags included, when destroyed.
 class EnvironmentKeeper {
 public:
-    EnvironmentKeeper() { std::fegetenv(&environment_); }
+    EnvironmentKeeper() {
+        std::fegetenv(&environment_);
+#if defined(_WIN32)
+        register_ = _mm_getcsr();
+#endif
+    }
     EnvironmentKeeper(const EnvironmentKeeper&) = delete;
     EnvironmentKeeper& operator=(const EnvironmentKeeper&) = delete;
-    ~EnvironmentKeeper() { std::fesetenv(&environment_); }
+    ~EnvironmentKeeper() {
+        std::fesetenv(&environment_);
+#if defined(_WIN32)
+        _mm_setcsr(register_);
+#endif
+    }
 
 private:
     std::fenv_t environment_{};
+#if defined(_WIN32)
+    unsigned register_ = 0; // which the environment of Windows is without
+#endif
 };
 
 /// The environment that a program starts with, in the direction of std::fegetround(), until
@@ -37,6 +50,9 @@ public:
     DefaultArithmetic() {
         const int direction = std::fegetround();
         std::fesetenv(FE_DFL_ENV);
+#if defined(_WIN32)
+        _mm_setcsr(0x1F80);
+#endif
         std::fesetround(direction);
     }
 

@@ -118,10 +118,15 @@ private:
         }
         const std::string_view spelling = start.substr(0, start.size() - rest_.size());
         // By the C library, since not every standard library has std::from_chars for doubles.
-        static const locale_t classic = newlocale(LC_ALL_MASK, "C", nullptr);
         const std::string text(spelling);
         char* end = nullptr;
+#ifdef _WIN32
+        static const _locale_t classic = _create_locale(LC_ALL, "C");
+        const double result = _strtod_l(text.c_str(), &end, classic);
+#else
+        static const locale_t classic = newlocale(LC_ALL_MASK, "C", nullptr);
         const double result = strtod_l(text.c_str(), &end, classic);
+#endif
         require(std::isfinite(result) && end == text.c_str() + text.size());
         return result;
     }
@@ -206,7 +211,9 @@ private:
         return taken_byte(token);
     }
 
-    void take(char token) { require(taken(token)); }
+    void take(char token) {
+        require(taken(token));
+    }
 
     bool taken_byte(char byte) {
         if (rest_.empty() || rest_.front() != byte) {

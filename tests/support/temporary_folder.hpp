@@ -3,14 +3,11 @@
 #ifndef FOUNDATION_JSON_TESTS_SUPPORT_TEMPORARY_FOLDER_HPP
 #define FOUNDATION_JSON_TESTS_SUPPORT_TEMPORARY_FOLDER_HPP
 
-#include <unistd.h>
-
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <set>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 
 namespace foundation::json::test {
@@ -18,12 +15,11 @@ namespace foundation::json::test {
 class TemporaryFolder {
 public:
     TemporaryFolder() {
-        std::string name =
-            (std::filesystem::temp_directory_path() / "foundation_json.XXXXXX").string();
-        if (::mkdtemp(name.data()) == nullptr) {
-            throw std::runtime_error("there is no folder for temporary files");
-        }
-        path_ = name;
+        std::random_device random;
+        const std::filesystem::path all = std::filesystem::temp_directory_path();
+        do {
+            path_ = all / ("foundation_json." + std::to_string(random()));
+        } while (!std::filesystem::create_directory(path_));
     }
     ~TemporaryFolder() {
         std::error_code ignored;

@@ -13,14 +13,14 @@
 ///     Value object((Property("a") = (Property("b") = true)));        // -> {"a":{"b":true}}
 ///
 /// Copying an Element and assigning a Property nest, by design: `Element e2(e)` holds one array of
-/// e's elements. If a chain contains a key twice, the first wins; if one Property is assigned
+/// e's elements. If a chain contains a name twice, the first wins; if one Property is assigned
 /// twice, the last assignment wins.
 ///
-/// Builders copy what they are given, at every step. Use them for literals of modest size in code,
-/// and Value::push() and Value::operator[] for large data.
+/// Builders copy their operands, at every step. Use them for small literals in code, and
+/// Value::push() and Value::operator[] for large data.
 ///
-/// The comma and the assignment change even a const builder. So a builder, unlike a Value, belongs
-/// to one thread, even if others have it by const reference.
+/// The comma and the assignment change even a const builder. So threads must not share a builder,
+/// not even by const reference, as they may a Value.
 #ifndef FOUNDATION_JSON_BUILDERS_HPP
 #define FOUNDATION_JSON_BUILDERS_HPP
 
@@ -36,7 +36,7 @@ namespace foundation::json {
 
 /// A term of an array.
 ///
-/// Unless stated otherwise, the members of both builders copy what they are given or hold, take
+/// Unless stated otherwise, the members of both builders copy their operands or content, take
 /// time linear in its size, and may throw std::bad_alloc, which leaves everything unchanged.
 class FOUNDATION_JSON_EXPORT Element {
 public:
@@ -80,18 +80,18 @@ public:
 
     /// Makes a copy of v the member of this term's name, replacing an earlier one.
     /// @return this term
-    /// @throws std::bad_alloc then this term is as it was
+    /// @throws std::bad_alloc then this term is unchanged
     const Property& operator=(const Value& v) const FOUNDATION_JSON_LIFETIME_BOUND;
 
     /// Makes an object of the other's members the member of this term's name: it nests. The other's
     /// name is not used.
     /// @return this term
-    /// @throws std::bad_alloc then this term is as it was
+    /// @throws std::bad_alloc then this term is unchanged
     const Property& operator=(const Property& other) const FOUNDATION_JSON_LIFETIME_BOUND;
 
-    /// Adds copies of those members of the other whose keys this term does not contain yet.
+    /// Adds copies of those members of the other whose names this term does not contain yet.
     /// @return this term; valid as long as the left operand, mostly a temporary
-    /// @throws std::bad_alloc then this term is as it was
+    /// @throws std::bad_alloc then this term is unchanged
     const Property& operator,(const Property& other) const FOUNDATION_JSON_LIFETIME_BOUND;
 
     /// An object of copies of the members. The term keeps its members and may be converted again.
@@ -120,7 +120,7 @@ inline constexpr bool drops_builder =
 // clang-format takes the operator for a separator.
 // clang-format off
 
-/// Does what the built-in comma does, with a warning: `(Element(1), "two")` drops the element.
+/// Does what the built-in comma does, with a warning: `(Element(1), "two")` discards the element.
 /// @return the right operand; a copy if it is a temporary
 template <class Right, class = std::enable_if_t<detail::drops_builder<Element, Right>>>
 [[deprecated("this comma drops the Element before it; write Element(...) behind it, too")]]

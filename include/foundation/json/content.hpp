@@ -16,7 +16,7 @@
 ///         // name: JSON string
 ///     }
 ///
-/// Content can be changed in place, with everything that the standard containers offer:
+/// Content can be changed in place, with all members of the standard containers:
 ///
 ///     get<Object>(v).erase("name");
 ///     v["id"] = integer(std::size_t{7}); // a uint64
@@ -26,7 +26,7 @@
 /// References to content stay valid until the value is assigned, swapped or destroyed; references
 /// into a container follow the rules of std::string, std::vector and std::map. The content of a
 /// temporary comes by value. A type that no Value holds does not compile; the compiler's message
-/// says what to write instead.
+/// says what to use instead.
 #ifndef FOUNDATION_JSON_CONTENT_HPP
 #define FOUNDATION_JSON_CONTENT_HPP
 
@@ -62,7 +62,7 @@ enum class Kind {
 /// @cond
 namespace detail {
 
-/// Whether values hold content of type T; if they do not, says what to write instead.
+/// Whether values hold content of type T; if they do not, says what to use instead.
 template <class T>
 constexpr bool require_content() {
     constexpr bool plain = std::is_same_v<T, std::remove_cv_t<std::remove_reference_t<T>>>;

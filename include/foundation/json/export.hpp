@@ -1,19 +1,34 @@
 /// @file
-/// What the headers put on declarations, as macros: export, warnings of lifetimes, debug
+/// What the headers put on declarations, as macros: export, warnings of lifetimes, speed, debug
 /// information.
 ///
-/// The export macro: everything in the shared library is hidden except what carries
-/// FOUNDATION_JSON_EXPORT, so the library's interface is exactly what its headers declare. The
-/// static library comes with FOUNDATION_JSON_STATIC defined: a shared library made of it does not
-/// export these names as its own.
+/// The export macros: everything in the shared libraries is hidden except what carries
+/// FOUNDATION_JSON_EXPORT or, of the parser, FOUNDATION_JSON_PARSER_EXPORT, so the libraries'
+/// interface is exactly what their headers declare. The static libraries come with
+/// FOUNDATION_JSON_STATIC defined: a shared library made of them does not export these names as its
+/// own. On Windows, a name is exported where its library is built, and imported everywhere else.
 #ifndef FOUNDATION_JSON_EXPORT_HPP
 #define FOUNDATION_JSON_EXPORT_HPP
 
-#ifdef FOUNDATION_JSON_STATIC
+#if defined(FOUNDATION_JSON_STATIC)
 #define FOUNDATION_JSON_EXPORT
+#define FOUNDATION_JSON_PARSER_EXPORT
+#elif defined(_WIN32)
+#ifdef foundation_json_EXPORTS
+#define FOUNDATION_JSON_EXPORT __declspec(dllexport)
+#else
+#define FOUNDATION_JSON_EXPORT __declspec(dllimport)
+#endif
+#ifdef foundation_json_parser_EXPORTS
+#define FOUNDATION_JSON_PARSER_EXPORT __declspec(dllexport)
+#else
+#define FOUNDATION_JSON_PARSER_EXPORT __declspec(dllimport)
+#endif
 #else
 /// Marks what the shared library exports.
 #define FOUNDATION_JSON_EXPORT __attribute__((visibility("default")))
+/// Marks what the shared library of the parser exports.
+#define FOUNDATION_JSON_PARSER_EXPORT FOUNDATION_JSON_EXPORT
 #endif
 
 #ifdef __has_cpp_attribute
@@ -26,6 +41,14 @@
 /// function. A compiler that knows such an attribute, as clang++ does, warns where the result is
 /// kept for longer than that: `const Value& name = make_record()["name"];`.
 #define FOUNDATION_JSON_LIFETIME_BOUND
+#endif
+
+#ifdef __GNUC__
+/// An attribute of g++ and clang++ for speed: `[[FOUNDATION_JSON_GNU(cold)]]`. Other compilers,
+/// which would warn of it, see none.
+#define FOUNDATION_JSON_GNU(attribute) gnu::attribute
+#else
+#define FOUNDATION_JSON_GNU(attribute)
 #endif
 
 #ifdef __has_attribute

@@ -39,7 +39,7 @@ inline NumberParts number_parts(const Value& value) {
 /// Apart from to_floating(), so that this takes no more than a comparison and a load of most
 /// values.
 template <class Floating>
-[[gnu::noinline]] Floating nearest_to(const Value& value) {
+[[FOUNDATION_JSON_GNU(noinline)]] Floating nearest_to(const Value& value) {
     return detail::nearest<Floating>(detail::number_parts(value));
 }
 
@@ -59,7 +59,7 @@ using UnsignedIntegers =
     TypeList<unsigned char, unsigned short, unsigned, unsigned long, unsigned long long>;
 using FloatingTypes = TypeList<float, double, long double>;
 
-/// Whether number() gives T; if it does not, says what to write instead.
+/// Whether number() gives T; if it does not, says what to use instead.
 template <class T>
 constexpr bool require_number() {
     using Plain = std::remove_cv_t<std::remove_reference_t<T>>;
@@ -80,7 +80,7 @@ constexpr bool require_number() {
     return found && std::is_same_v<T, Plain>;
 }
 
-/// Whether integer() takes T; if it does not, says what to write instead.
+/// Whether integer() takes T; if it does not, says what to use instead.
 template <class T>
 constexpr bool require_integer() {
     constexpr bool found = SignedIntegers::contains<T> || UnsignedIntegers::contains<T>;

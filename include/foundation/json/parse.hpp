@@ -1,14 +1,14 @@
 /// @file
-/// Values from JSON text: the header of the library foundation::json_parser.
+/// Parses JSON into values: the header of the library foundation::json_parser.
 ///
 ///     Value pair = parse("[1, 2.5]");
 ///     ParseOptions options;
 ///     options.comments = true;
 ///     Value config = parse_file("server.json", options);
 ///
-/// The text is JSON as defined by RFC 8259, in valid UTF-8; a byte order mark at the start is
-/// skipped. Any other text throws ParserException. Its what() says what was found; describe() adds
-/// the place, the line and a caret:
+/// The input is JSON as defined by RFC 8259, in valid UTF-8; a byte order mark at the start is
+/// skipped. Any other input throws ParserException. Its what() says what was found; describe() adds
+/// the position, the line and a caret:
 ///
 ///     try {
 ///         Value list = parse("[1, 2,]");
@@ -20,7 +20,7 @@
 ///         //       ^
 ///     }
 ///
-/// ValueStream reads several values, one per line or simply one after the other.
+/// ValueStream parses several values, one per line or simply one after the other.
 ///
 /// All functions may run in several threads at once. They do not depend on locales or on the
 /// floating-point environment, and leave the latter unchanged, including its flags.
@@ -40,10 +40,11 @@
 
 namespace foundation::json {
 
-/// What a text may contain, and what becomes of it.
+/// What the parser accepts, and what becomes of it.
 struct ParseOptions {
-    /// How deep arrays and objects may nest. Reading needs no stack for depth, but copying,
-    /// comparing, writing and destroying a value do: 100,000 levels are safe on a stack of 8 MiB.
+    /// How deep arrays and objects may nest. Parsing needs no stack for depth, but copying,
+    /// comparing, serializing and destroying a value do: 100,000 levels are safe on a stack of
+    /// 8 MiB.
     std::size_t max_depth = 1000;
 
     /// What becomes of a whole number without point and exponent that no double represents exactly,
@@ -54,76 +55,81 @@ struct ParseOptions {
     };
     Integers integers = Integers::exact; ///< by default such numbers keep all digits
 
-    /// What becomes of a name that occurs twice in an object. Names are compared after unescaping.
+    /// What becomes of members of an object with the same name. Names are compared after
+    /// unescaping.
     enum class DuplicateNames {
-        last_wins, ///< its value replaces the earlier one
-        error      ///< the text is refused
+        last_wins, ///< the last value replaces the earlier ones
+        error      ///< a ParserException
     };
     DuplicateNames duplicate_names = DuplicateNames::last_wins; ///< by default none is an error
 
-    /// Whether `// to the end of the line` and `/* this */` are allowed wherever blanks are.
+    /// Whether `// to the end of the line` and `/* this */` are allowed wherever whitespace is.
     bool comments = false;
 
     /// Whether a comma may follow the last element or member.
     bool trailing_commas = false;
 };
 
-/// The value of a text.
+/// Parses a string.
 ///
 /// Strings and names are unescaped; an unpaired surrogate escape becomes U+FFFD. A number that is
 /// too small for a double becomes 0 or a subnormal number; one that is too large is an error. -0 is
 /// the double -0.0.
 ///
-/// The place of an error is the first byte that cannot continue a JSON text; for a number that is
-/// too large and for a name that occurs twice, it is their first byte. Bytes count from 0,
+/// The position of an error is the first byte that cannot continue a JSON text; for a number that
+/// is too large and for a duplicate name, it is their first byte. Bytes count from 0,
 /// including a byte order mark. Lines end with LF or CR LF. Columns count characters, that is all
 /// bytes but the continuation bytes of UTF-8, and leave out a byte order mark. The quoted text is
-/// the line without its end, with at most 160 bytes on either side of the place.
+/// the line without its end, with at most 160 bytes on either side of the error.
 ///
-/// @param text     need not outlive the call
+/// @param text     the JSON text; need not outlive the call
 /// @param options  what to accept
-/// @throws ParserException the text is not what the options accept
+/// @throws ParserException the options do not accept the text
 /// @throws std::bad_alloc  memory runs out
 /// @complexity linear in the length of the text, plus a search in the object for each name that is
 /// not in ascending order. Besides the text and the value (of a text that is refused, what was read
 /// of it), at most 1 MiB and 64 bytes for each open array or object are in use. Room for the
 /// elements of a long array is reserved once: as many as the text seems to have, at most one for
 /// two bytes.
-FOUNDATION_JSON_EXPORT Value parse(std::string_view text, const ParseOptions& options = {});
+FOUNDATION_JSON_PARSER_EXPORT Value parse(std::string_view text, const ParseOptions& options = {});
 
-/// The value of the rest of a stream, from its current position to its end; otherwise like parse()
-/// of a text.
+/// Parses the rest of a stream, from its current position to its end; otherwise like parse() of a
+/// string.
 ///
-/// Reads unformatted, including blanks, to the end of the stream, and holds the whole text in
+/// Reads unformatted, including whitespace, to the end of the stream, and holds the whole text in
 /// memory. Afterwards eofbit is set, which throws nothing here, whatever the stream's exceptions().
 ///
 /// @throws std::ios_base::failure the stream is not good at first, or fails before its end; then
 ///         badbit is set
 /// @throws whatever the stream buffer throws, with badbit set
 /// @throws ParserException        positions count from the initial position of the stream
-FOUNDATION_JSON_EXPORT Value parse(std::istream& stream, const ParseOptions& options = {});
+FOUNDATION_JSON_PARSER_EXPORT Value parse(std::istream& stream, const ParseOptions& options = {});
 
 /// The same with a limit.
+/// @param stream     as above
+/// @param options    what to accept
 /// @param max_bytes  how long the text may be; reading ends behind so many bytes
 /// @throws ParserException also if the text is longer
-FOUNDATION_JSON_EXPORT Value parse(std::istream& stream, const ParseOptions& options,
-                                   std::size_t max_bytes);
+FOUNDATION_JSON_PARSER_EXPORT Value parse(std::istream& stream, const ParseOptions& options,
+                                          std::size_t max_bytes);
 
-/// The value of a file: a regular file, a pipe, or whatever else can be read to its end.
+/// Parses a file: a regular file, a pipe, or whatever else can be read to its end.
 ///
 /// @throws std::system_error the file cannot be read, is a directory, or became shorter while it
 ///         was read; what() names it
-/// @throws ParserException   the text is not what the options accept
-FOUNDATION_JSON_EXPORT Value parse_file(const std::filesystem::path& path,
-                                        const ParseOptions& options = {});
+/// @throws ParserException   the options do not accept its content
+FOUNDATION_JSON_PARSER_EXPORT Value parse_file(const std::filesystem::path& path,
+                                               const ParseOptions& options = {});
 
 /// The same with a limit.
+/// @param path       of the file
+/// @param options    what to accept
 /// @param max_bytes  how long the file may be; reading ends behind so many bytes
 /// @throws ParserException also if the file is longer
-FOUNDATION_JSON_EXPORT Value parse_file(const std::filesystem::path& path,
-                                        const ParseOptions& options, std::size_t max_bytes);
+FOUNDATION_JSON_PARSER_EXPORT Value parse_file(const std::filesystem::path& path,
+                                               const ParseOptions& options, std::size_t max_bytes);
 
-/// Reads values from a stream one after the other: JSON Lines, or simply concatenated values.
+/// Parses values of a stream one after the other: JSON Lines, or simply concatenated values.
 ///
 ///     ValueStream values(stream);
 ///     for (Value value; values.next(value);) {
@@ -131,19 +137,21 @@ FOUNDATION_JSON_EXPORT Value parse_file(const std::filesystem::path& path,
 ///     }
 ///
 /// A value is returned as soon as its last byte was read: an array, object or string with its
-/// closing bracket or quote, a number or word with the blank or line end after it. next() waits for
+/// closing bracket or quote, a number or word with the space or line end after it. next() waits for
 /// no byte beyond that, but may take all that the stream has available. Values need a separator
 /// only where they would run into each other. One value and its text are in memory at a time; space
 /// and comments between values are not.
 ///
 /// Two threads must not use it at once.
-class FOUNDATION_JSON_EXPORT ValueStream {
+class FOUNDATION_JSON_PARSER_EXPORT ValueStream {
 public:
     /// Refers to the stream, which must outlive this object; reads nothing yet.
     /// @throws std::bad_alloc memory runs out
     explicit ValueStream(std::istream& stream, const ParseOptions& options = {});
 
     /// The same with a limit.
+    /// @param stream     must outlive this object; nothing is read yet
+    /// @param options    what to accept
     /// @param max_bytes  how long the text of one value may be, without the space around it; a
     ///                   longer one is an error of next()
     ValueStream(std::istream& stream, const ParseOptions& options, std::size_t max_bytes);
@@ -177,13 +185,13 @@ private:
 /// Describes an error for people, in three lines that each end with a line feed:
 /// `NAME:LINE:COLUMN: what()`, the line of the text, and a caret under the place.
 ///
-/// A tab is shown as a blank, and any other character that does not print as a dot, also in the
-/// name. Long lines are cut around the place. Wide and combining characters are taken into account.
+/// A tab is shown as a space, and any other character that does not print as a dot, also in the
+/// name. Long lines are cut around the error. Wide and combining characters are taken into account.
 /// @param error  of this parser, or of another one
-/// @param name   of what was read, such as a file; if it is empty the text begins with LINE
+/// @param name   of what was read, such as a file; if it is empty the description begins with LINE
 /// @throws std::bad_alloc memory runs out
-FOUNDATION_JSON_EXPORT std::string describe(const ParserException& error,
-                                            std::string_view name = {});
+FOUNDATION_JSON_PARSER_EXPORT std::string describe(const ParserException& error,
+                                                   std::string_view name = {});
 
 } // namespace foundation::json
 

@@ -51,7 +51,7 @@ enum ParseResult : std::int32_t {
 /// NO_PARSE_ERROR is not an error and has no description: it, like any number that is no code,
 /// gives "Unrecognized error code".
 /// Never throws; constant time.
-/// @return a text in static storage
+/// @return a string in static storage
 [[nodiscard]] FOUNDATION_JSON_EXPORT const char* get_parse_result_description(ParseResult r);
 
 /// The exception of a parser: a code, the position of the error, and the piece of input around it.
@@ -59,7 +59,7 @@ enum ParseResult : std::int32_t {
 class FOUNDATION_JSON_EXPORT ParserException : public std::runtime_error {
 public:
     /// An exception with all its parts.
-    /// @param message               the text of what()
+    /// @param message               the string of what()
     /// @param parse_result          what went wrong
     /// @param byte_position         offset of the failing byte in the input, from 0
     /// @param line_number           its line, from 1

@@ -89,14 +89,14 @@ FOUNDATION_JSON_EXPORT Value& patch(Value& root FOUNDATION_JSON_LIFETIME_BOUND, 
 ///     Value changes = diff(Array{1, 2, 3}, Array{1, 3}); // -> [{"op":"remove","path":"\/1"}]
 ///
 /// An element that was inserted or removed is one operation, however long the array. The patch is
-/// small for the usual changes, but not always the smallest. Arrays that differ in very many places
-/// are compared element by element. The pointers together take no more memory than the second
-/// value, or one megabyte: rather than a longer patch, one operation replaces everything.
+/// small for the usual changes, but not always the smallest. Arrays that differ in very many
+/// positions are compared element by element. The pointers together take no more memory than the
+/// second value, or one megabyte: rather than a longer patch, one operation replaces everything.
 ///
 /// @return an array of the operations "add", "remove" and "replace", empty for equivalent values
 /// @throws std::bad_alloc memory runs out
 /// @complexity linear in the size of both, plus sixty-odd steps for each element of arrays in which
-///         elements were inserted and removed in several places
+///         elements were inserted and removed in several positions
 [[nodiscard]] FOUNDATION_JSON_EXPORT Value diff(const Value& from, const Value& to);
 /// @}
 
@@ -167,10 +167,10 @@ namespace operation {
     return operation::replace(path, Value(value));
 }
 
-/// Takes the value from one place and inserts it at another, as foundation::json::move().
+/// Takes the value from one location and inserts it at another, as foundation::json::move().
 [[nodiscard]] FOUNDATION_JSON_EXPORT Value move(std::string_view from, std::string_view path);
 
-/// Inserts a copy of the value at another place, as foundation::json::copy().
+/// Inserts a copy of the value at another location, as foundation::json::copy().
 [[nodiscard]] FOUNDATION_JSON_EXPORT Value copy(std::string_view from, std::string_view path);
 
 /// Fails the patch unless the value at the path is equivalent to this one.

@@ -40,7 +40,7 @@ struct PathLookup {
     bool is_complete;
 };
 
-/// @throws std::invalid_argument if the text is no JSON Pointer
+/// @throws std::invalid_argument if the string is not a JSON Pointer
 [[nodiscard]] FOUNDATION_JSON_EXPORT PathLookup follow(const Value& root, std::string_view pointer);
 
 } // namespace detail
@@ -70,14 +70,14 @@ private:
 /// @name Places
 /// @{
 
-/// The value at a place, by its JSON Pointer (RFC 6901): "" is the root itself, "/servers/3/port" a
-/// member of an element of a member; `~0` in it stands for `~`, `~1` for `/`.
+/// The value at a location, by its JSON Pointer (RFC 6901): "" is the root itself,
+/// "/servers/3/port" a member of an element of a member; `~0` in it stands for `~`, `~1` for `/`.
 /// @param root     where the pointer begins
 /// @param pointer  bytes, compared as they are; an index has no leading zeros
 /// @return null if there is no value: no such member or element, an index that is none of the
 ///         array, such as "-" and "01", or a name where there is no object. The pointer stays valid
 ///         like the references of content.hpp.
-/// @throws std::invalid_argument  the text is no JSON Pointer
+/// @throws std::invalid_argument  the string is not a JSON Pointer
 /// @throws std::bad_alloc         memory runs out
 /// @complexity one lookup per token of the pointer
 inline const Value* find(const Value& root, std::string_view pointer) {
@@ -95,20 +95,20 @@ const Value* find(const Value&& root, std::string_view pointer) = delete;
 /// @}
 
 /// @name Changes
-/// In an array, an index stands for an element, and the length of the array or "-" for the place
+/// In an array, an index stands for an element, and the length of the array or "-" for the position
 /// after the last one. Each function takes one lookup per token of its pointers. In an array it
 /// also moves the elements behind the index, each in constant time, and allocates for the arrays
 /// and objects among them if the array grows or has elements of several kinds; what they hold stays
 /// where it is.
 ///
-/// All of them throw PointerError, std::invalid_argument for a text that is no JSON Pointer,
+/// All of them throw PointerError, std::invalid_argument for a string that is not a JSON Pointer,
 /// std::bad_alloc, and std::length_error if an array would be too long; then nothing has changed,
 /// the given value included. One case has no such guarantee: if the root itself turns from an array
 /// into an object, or the other way round, and memory runs out in the last step, the root is a
 /// bool, false, as after an assignment.
 /// @{
 
-/// Makes a value the one at a place, in place of what is there.
+/// Sets the value at a location, and replaces what is there.
 ///
 /// What is missing on the way is made: objects, and arrays where the next token is "-" or "0". A
 /// value that is Undefined counts as missing.
@@ -119,7 +119,7 @@ const Value* find(const Value&& root, std::string_view pointer) = delete;
 /// @param root     where the pointer begins; "" replaces all of it
 /// @param pointer  a member, an element, or the end of an array
 /// @param value    moved from; must not be the root or lie within it
-/// @return the value at its place. The reference stays valid like those of indexing.
+/// @return the value at its location. The reference stays valid like those of indexing.
 /// @throws PointerError  a step leads into a value that is neither array nor object, is no index of
 ///         an array, or one beyond its end
 FOUNDATION_JSON_EXPORT Value& set(Value& root FOUNDATION_JSON_LIFETIME_BOUND,
@@ -141,7 +141,7 @@ inline Value& set(Value& root FOUNDATION_JSON_LIFETIME_BOUND, std::string_view p
 /// @param root     where the pointer begins; "" replaces all of it
 /// @param pointer  its last token is the new index or name; all before it must exist
 /// @param value    moved from; must not be the root or lie within it
-/// @return the value at its place. The reference stays valid like those of indexing.
+/// @return the value at its location. The reference stays valid like those of indexing.
 /// @throws PointerError  as set(), and if something on the way is missing
 FOUNDATION_JSON_EXPORT Value& insert(Value& root FOUNDATION_JSON_LIFETIME_BOUND,
                                      std::string_view pointer, Value&& value);
@@ -162,7 +162,7 @@ inline Value& insert(Value& root FOUNDATION_JSON_LIFETIME_BOUND, std::string_vie
 /// @throws PointerError  as set(), and if there is no value
 FOUNDATION_JSON_EXPORT Value erase(Value& root, std::string_view pointer);
 
-/// Takes a value from one place and inserts it at another, like erase() and insert() in one. The
+/// Takes a value from one location and inserts it at another, like erase() and insert() in one. The
 /// operation "move" of RFC 6902.
 ///
 ///     move(order, "/lines/2", "/lines/0"); // the third comes first
@@ -170,13 +170,14 @@ FOUNDATION_JSON_EXPORT Value erase(Value& root, std::string_view pointer);
 ///
 /// @param root  where the pointers begin
 /// @param from  must lead to a value
-/// @param to    where it is inserted, once it is no longer at its old place; not within the value
-/// @return the value at its new place. The reference stays valid like those of indexing.
-/// @throws PointerError  as erase() and insert(), and if `to` lies within the value
+/// @param to    where it is inserted, once it is no longer at its old location; not
+///              within the value
+/// @return the value at its new location. The reference stays valid like those of indexing.
+/// @throws PointerError  as erase() and insert(), and if `to` is within the value
 FOUNDATION_JSON_EXPORT Value& move(Value& root FOUNDATION_JSON_LIFETIME_BOUND,
                                    std::string_view from, std::string_view to);
 
-/// Inserts a copy of a value at another place. The operation "copy" of RFC 6902.
+/// Inserts a copy of a value at another location. The operation "copy" of RFC 6902.
 ///
 ///     copy(order, "/lines/0", "/lines/-");
 ///

@@ -46,7 +46,7 @@ namespace foundation::json {
 /// The exception of a document that does not fit a type. what() is that of a ConversionError with
 /// the line and column before it, and with the name of the file if it was read by read_file():
 /// `server.json:12:17: at /port: "80" is a string, not a number`.
-class FOUNDATION_JSON_EXPORT ReadError : public ConversionError {
+class FOUNDATION_JSON_PARSER_EXPORT ReadError : public ConversionError {
 public:
     /// @param error      what is wrong
     /// @param where      an exception with the position, and the line to quote
@@ -80,7 +80,8 @@ private:
 /// @param error  of this header's functions
 /// @param name   of what was read, such as a file; if it is empty, the file of read_file()
 /// @throws std::bad_alloc memory runs out
-FOUNDATION_JSON_EXPORT std::string describe(const ReadError& error, std::string_view name = {});
+FOUNDATION_JSON_PARSER_EXPORT std::string describe(const ReadError& error,
+                                                   std::string_view name = {});
 
 /// @cond
 namespace detail {
@@ -96,22 +97,22 @@ enum class Mark { skipped, refused };
 /// @return false if the document has to be read in another way, which then finds out what is wrong
 /// @throws std::bad_alloc memory runs out
 /// @throws what has no base std::exception, from a constructor or a container
-[[nodiscard]] FOUNDATION_JSON_EXPORT bool read_document(std::string_view text,
-                                                        const ReadOptions& options, void* object,
-                                                        const void* base, ReadRoot read,
-                                                        Mark mark = Mark::skipped);
+[[nodiscard]] FOUNDATION_JSON_PARSER_EXPORT bool
+read_document(std::string_view text, const ReadOptions& options, void* object, const void* base,
+              ReadRoot read, Mark mark = Mark::skipped);
 
 /// The value of a text, as parse(); also checks its length.
-FOUNDATION_JSON_EXPORT Value parse_document(std::string_view text, const ReadOptions& options);
+FOUNDATION_JSON_PARSER_EXPORT Value parse_document(std::string_view text,
+                                                   const ReadOptions& options);
 
 /// @throws ReadError
-[[noreturn]] FOUNDATION_JSON_EXPORT void fail_reading(std::string_view text,
-                                                      const ReadOptions& options,
-                                                      const ConversionError& error,
-                                                      std::string_view file_name);
+[[noreturn]] FOUNDATION_JSON_PARSER_EXPORT void fail_reading(std::string_view text,
+                                                             const ReadOptions& options,
+                                                             const ConversionError& error,
+                                                             std::string_view file_name);
 
 /// The whole text of a stream or file, as parse() and parse_file() read it.
-class FOUNDATION_JSON_EXPORT DocumentText {
+class FOUNDATION_JSON_PARSER_EXPORT DocumentText {
 public:
     DocumentText(std::istream& stream, const ReadOptions& options);
     DocumentText(const std::filesystem::path& path, const ReadOptions& options);
@@ -146,8 +147,8 @@ constexpr bool require_readable() {
 
 /// Reads a document by way of a Value, which finds all that is wrong, and all that is rare.
 template <class T>
-[[gnu::noinline]] T read_by_value(std::string_view text, const ReadOptions& options,
-                                  std::string_view file_name) {
+[[FOUNDATION_JSON_GNU(noinline)]] T read_by_value(std::string_view text, const ReadOptions& options,
+                                                  std::string_view file_name) {
     const Value value = detail::parse_document(text, options);
     try {
         return detail::read_value<T>(value, Location(std::string_view()), options);
@@ -181,7 +182,7 @@ T read_text(std::string_view text, const ReadOptions& options, std::string_view 
 }
 
 /// The name of a file as messages show it.
-FOUNDATION_JSON_EXPORT std::string shown_name(const std::filesystem::path& path);
+FOUNDATION_JSON_PARSER_EXPORT std::string shown_name(const std::filesystem::path& path);
 
 } // namespace detail
 /// @endcond

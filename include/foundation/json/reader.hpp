@@ -85,9 +85,9 @@ struct ObjectReader;
 ///
 /// With the option duplicate_names set to error, the names of all members that are open so far are
 /// in memory. Two threads must not use one Reader at once.
-class FOUNDATION_JSON_EXPORT Reader {
+class FOUNDATION_JSON_PARSER_EXPORT Reader {
 public:
-    /// Reads a text.
+    /// Parses a string.
     /// @param text     must outlive the reader
     /// @param options  as for parse()
     /// @throws std::bad_alloc memory runs out
@@ -101,6 +101,7 @@ public:
     /// Reads the rest of a stream, of which a piece is in memory at a time. Waits for no more of it
     /// than the next token needs: a number or word ends with the byte behind it.
     /// @param stream     must outlive the reader; nothing is read yet
+    /// @param options    as for parse()
     /// @param max_bytes  how long the text of a string, number or name may be, with its quotes, or
     ///                   of a value(); a longer one is an error
     /// @throws std::bad_alloc memory runs out

@@ -29,8 +29,9 @@
 namespace foundation::json {
 
 /// How the records of a stream are told apart.
-class FOUNDATION_JSON_EXPORT Framing {
+class FOUNDATION_JSON_PARSER_EXPORT Framing {
 public:
+    /// What ends a record.
     enum Kind {
         /// Each line is a record. Lines without a value, of whitespace or comments alone, are
         /// passed over. After an error, the next line is read. Lines end with LF or CR LF; the last
@@ -41,7 +42,7 @@ public:
         concatenated,
     };
 
-    Framing(Kind kind) noexcept : kind_(kind) {}
+    Framing(Kind kind) noexcept : kind_(kind) {} ///< implicit: Framing::lines is a Framing
 
     /// The elements of an array in a document. After an error in the document, there are no more.
     /// The rest of the document is checked behind the last of them.
@@ -68,7 +69,7 @@ namespace detail {
 class RecordSource;
 
 /// The records of a stream, whatever they become.
-class FOUNDATION_JSON_EXPORT RecordStream {
+class FOUNDATION_JSON_PARSER_EXPORT RecordStream {
 public:
     RecordStream(std::istream& stream, const Framing& framing, const ReadOptions& options);
     RecordStream(RecordStream&& other) noexcept;
@@ -104,6 +105,8 @@ template <class T>
 class Records {
 public:
     /// @param stream   must outlive this object; nothing is read yet
+    /// @param framing  how records are told apart
+    /// @param options  what is accepted, and the greatest length of a record
     /// @throws std::bad_alloc memory runs out
     explicit Records(std::istream& stream, const Framing& framing = Framing::lines,
                      const ReadOptions& options = {})

@@ -1,5 +1,6 @@
 /// @file
-/// JSON text of values: Serializer writes to a stream, serialize and pretty_print return a string.
+/// The fixed format: Serializer writes values to a stream, serialize and pretty_print return a
+/// string. Every version 1.x writes the same bytes. For other programs there is write.hpp.
 ///
 ///     Value v((Property("a") = (Element(1), Element(true))));
 ///     std::cout << serialize(v) << '\n'; // -> {"a":[1,true]}
@@ -15,12 +16,12 @@
 ///     //     ]
 ///     // }
 ///
-/// Compact text has no whitespace outside strings. Pretty text puts every element and member on a
-/// line of its own, indented by four spaces per level. Members come in the byte-wise order of their
-/// names. Undefined writes nothing, yet its separators stay (`[1,,2]`); doubles and floats have an
-/// exponent from one million on (`1.0E+6`); NaN and the infinities become the strings "NaN", "Inf"
-/// and "-Inf"; a solidus is written `\/`; in pretty layout an empty container has its own
-/// indentation between its brackets.
+/// Compact layout has no whitespace outside strings. Pretty layout has every element and member on
+/// a line of its own, indented by four spaces per level. Members come in the byte-wise order of
+/// their names. Undefined is written as nothing, but its separators stay (`[1,,2]`); doubles and
+/// floats have an exponent from one million on (`1.0E+6`); NaN and the infinities become the
+/// strings "NaN", "Inf" and "-Inf"; a solidus is written `\/`; in pretty layout an empty container
+/// has its own indentation between its brackets.
 ///
 /// Strings are written byte for byte, whatever their encoding. To make values, include
 /// value.hpp; this header only takes them by reference.
@@ -39,7 +40,7 @@ namespace foundation::json {
 /// values to any streams.
 class FOUNDATION_JSON_EXPORT Serializer {
 public:
-    /// A serializer of compact text.
+    /// A serializer in compact layout.
     Serializer();
     ~Serializer();
     Serializer(const Serializer&) = default;            ///< copies the layout
@@ -51,40 +52,40 @@ public:
     /// Whether the layout is pretty.
     [[nodiscard]] bool pretty_print() const;
 
-    /// Writes the text of a value, with nothing before or after it.
+    /// Serializes a value, with nothing before or after it.
     ///
-    /// Pretty layout flushes the stream at every line end. The stream's state is not tested: text
-    /// written to a failed stream is lost, and exceptions that are enabled on the stream pass
-    /// through. A field width pads the first piece of text, with the stream's fill and adjustment,
+    /// Pretty layout flushes the stream at every line end. The stream's state is not tested:
+    /// output to a failed stream is lost, and exceptions that are enabled on the stream are
+    /// thrown. A field width pads the first token, with the stream's fill and adjustment,
     /// and is then reset. The other flags and the stream's locale affect int64 and uint64 and the
     /// digits of `\u` escapes; after such an escape the stream's fill character stays `0`. Doubles
     /// and floats have the decimal separator of the C locale and are rounded in the direction of
     /// std::fegetround(). Nothing else of the floating-point environment has an effect, neither
-    /// flushing subnormal numbers to zero nor traps, and writing raises no floating-point flag.
+    /// flushing subnormal numbers to zero nor traps, and serializing raises no floating-point flag.
     ///
     /// @param stream  where to write
     /// @param value   what to write
     /// @throws std::bad_alloc if there is no memory for the indentation. If the stream itself runs
     ///         out of memory, it sets badbit, and throws only if enabled.
-    /// @complexity linear in the length of the text; recursion as deep as the nesting.
+    /// @complexity linear in the length of the output; recursion as deep as the nesting.
     void write(std::ostream& stream, const Value& value);
 
 private:
     bool pretty_;
 };
 
-/// The compact text of a value.
+/// A value in compact layout.
 ///
-/// The text is what Serializer writes to a new std::ostringstream. The global C++ locale affects
+/// The string is what Serializer writes to a new std::ostringstream. The global C++ locale affects
 /// the digits and grouping of int64 and uint64, the digits of `\u` escapes and, in pretty_print(),
 /// the line ends, which its std::ctype facet may widen to another character. If a facet throws
-/// while an integer is formatted, the text ends there without an exception, as with that stream; an
-/// exception thrown while a line end is widened passes.
+/// while an integer is formatted, the string ends there without an exception, as with that stream;
+/// an exception while a line end is widened is thrown.
 /// @throws std::bad_alloc if memory runs out, also within a facet
-/// @complexity linear in the length of the text; recursion as deep as the nesting.
+/// @complexity linear in the length of the output; recursion as deep as the nesting.
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::string serialize(const Value& value);
 
-/// The pretty text of a value, otherwise like serialize(). Indentation makes the text of deeply
+/// A value in pretty layout, otherwise like serialize(). Indentation makes the output of deeply
 /// nested values long: its length grows with the square of the depth.
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::string pretty_print(const Value& value);
 

@@ -18,16 +18,13 @@ namespace foundation::json::detail {
 /// Converts UTF-16 code units to UTF-8.
 ///
 /// A surrogate pair becomes one four-byte sequence, an unpaired surrogate becomes U+FFFD, and zero
-/// units are converted like any other. Each call sets up a converter, so one call for a long text
-/// is faster than many for its pieces.
+/// units are converted like any other.
 ///
 /// @param text    the code units; only read. May be null when length is 0.
 /// @param length  how many of them to convert
 /// @return the UTF-8 text of exactly those units
 /// @throws std::length_error with the text "string too long" if length is negative
 /// @throws std::bad_alloc if memory runs out
-/// @throws std::invalid_argument if ICU, which converts, cannot open a converter to UTF-8, as it
-///         may where its data is missing; ICU 72 needs no data for this one
 /// @complexity linear in length
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::string u16_to_u8(char16_t* text, int length);
 

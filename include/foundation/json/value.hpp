@@ -14,10 +14,10 @@
 /// std::runtime_error, whose message names both kinds.
 ///
 /// A Value is a plain value type: copies are deep and independent; any number of threads may read
-/// one value at once, and a write needs exclusive access. Copying, comparing, writing and
-/// destroying recurse once per level of nesting.
+/// one value at once, and a write needs exclusive access. Copying, comparing,
+/// serializing and destroying recurse once per level of nesting.
 ///
-/// To build big values without copying children, push or insert an empty value and swap the
+/// To build large values without copying children, push or insert an empty value and swap the
 /// finished child into it:
 ///
 ///     parent.push(Value());
@@ -211,7 +211,7 @@ public:
     Value(float number);                       ///< float, not widened
     Value(long long number);                   ///< int64
     Value(unsigned long long number);          ///< uint64
-    Value(const char* text);                   ///< string; NUL-terminated, must not be null
+    Value(const char* text);                   ///< string; NUL-terminated, not null
     Value(const std::string& text);            ///< string; may contain zero bytes
     Value(const std::vector<Value>& elements); ///< array of deep copies
     Value(const std::map<std::string, Value>& members); ///< object of deep copies
@@ -234,11 +234,11 @@ public:
     /// Arrays are assigned element by element, like a std::vector: while the capacity suffices,
     /// elements keep their addresses, at any depth.
     ///
-    /// Assigning a value to itself does nothing. The other may lie within this value if it is no
-    /// array or object: `v = v["name"]` is fine for a string or a number. Otherwise neither may lie
-    /// within the other, since the old content would be destroyed before the new is copied. Instead
-    /// of `v = v["child"]` write `v = Value(v["child"])`, and instead of `v["child"] = v` write
-    /// `v["child"] = Value(v)`.
+    /// Assigning a value to itself does nothing. The other may be within this value if it is
+    /// neither an array nor an object: `v = v["name"]` is fine for a string or a number. Otherwise
+    /// it is undefined behaviour if one is within the other, since the old content would be
+    /// destroyed before the new is copied. Instead of `v = v["child"]` use `v = Value(v["child"])`,
+    /// and instead of `v["child"] = v` use `v["child"] = Value(v)`.
     ///
     /// If memory runs out, the kinds decide what this value is then:
     /// - the other is a string: unchanged;
@@ -253,8 +253,8 @@ public:
     ///
     /// Two arrays or two objects exchange their containers: the other then holds what this value
     /// held. If the kinds differ, a string, array or object becomes empty. Assigning a value to
-    /// itself does nothing. Neither may lie within the other, not even a string: instead of
-    /// `v = std::move(v["name"])` write `v = Value(std::move(v["name"]))`.
+    /// itself does nothing. It is undefined behaviour if one is within the other, even a string:
+    /// instead of `v = std::move(v["name"])` use `v = Value(std::move(v["name"]))`.
     ///
     /// @throws std::bad_alloc if the kind becomes array or object; then this value is a bool,
     ///         false, and the other is unchanged
@@ -265,7 +265,7 @@ public:
     ///
     /// Values of the same kind exchange their content in place: nothing is allocated, and elements
     /// and members keep their addresses.
-    /// @param other  must not lie within this value, nor this value within it
+    /// @param other  must not be within this value, nor this value within it
     /// @return this value
     /// @throws std::bad_alloc if the kinds differ and one of them is array or object. Then either
     ///         both are unchanged; or the other's content is lost, one of the two holds the content
@@ -281,7 +281,7 @@ public:
     [[nodiscard]] explicit operator bool() const;
 
     /// An int from a value: 0 for Undefined and Null, 0 or 1 for a bool; a double is truncated
-    /// toward zero (NaN gives -2147483648); a string gives the number that it begins with, as
+    /// toward zero (NaN gives -2147483648); a string gives the integer that it begins with, as
     /// std::istringstream extracts it in the global locale (0 if there is none, the nearest limit
     /// if it is out of range).
     /// @throws std::bad_alloc memory runs out, for a string
@@ -304,23 +304,24 @@ public:
     [[nodiscard]] bool operator!=(const Value& other) const noexcept;
 
     /// Orders values of different kinds by traits<T>::order alone, values of one kind by content:
-    /// numbers by amount, strings byte-wise, arrays and objects lexicographically.
+    /// numbers by value, strings byte-wise, arrays and objects lexicographically.
     /// @complexity linear in the size of the smaller; ends at the first difference.
     [[nodiscard]] bool operator<(const Value& other) const noexcept;
     /// @}
 
     /// @name Indexing
     /// The references that indexing returns point into this value and stay valid as those of
-    /// std::vector and std::map do: until the array grows, or the value is assigned or destroyed.
+    /// std::vector and std::map do: until the array grows, or the value is assigned (see the copy
+    /// assignment) or destroyed.
     /// @{
 
-    /// The member of an object. A missing member is inserted, as Undefined. To look without
-    /// inserting, use the const overloads or hasOwnProperty().
+    /// The member of an object. A missing member is inserted, as Undefined. To insert
+    /// nothing, use the const overloads or hasOwnProperty().
     /// @throws std::runtime_error "invalid conversion: <kind> to JSON object" for other kinds
     /// @throws std::bad_alloc     memory runs out; nothing was inserted
     /// @complexity logarithmic in the number of members
     Value& operator[](const std::string& key) FOUNDATION_JSON_LIFETIME_BOUND;
-    /// The same; the key is NUL-terminated and must not be null.
+    /// The same; the name is NUL-terminated. A null pointer is undefined behaviour.
     Value& operator[](const char* key) FOUNDATION_JSON_LIFETIME_BOUND;
 
     /// The element of an array. The index is not checked: outside 0 to length() - 1 the behaviour
@@ -341,7 +342,7 @@ public:
     /// @throws std::bad_alloc memory runs out, for a `const char*` that is long
     [[nodiscard]] const Value&
     operator[](const std::string& key) const FOUNDATION_JSON_LIFETIME_BOUND;
-    /// The same; the key must not be null.
+    /// The same; a null pointer is undefined behaviour.
     [[nodiscard]] const Value& operator[](const char* key) const FOUNDATION_JSON_LIFETIME_BOUND;
     /// As the non-const overload.
     [[nodiscard]] const Value& operator[](int index) const FOUNDATION_JSON_LIFETIME_BOUND;
@@ -362,10 +363,10 @@ public:
     /// Appends a copy of v to an array. v may be this array itself or one of its elements.
     /// @throws std::runtime_error "json::Value::push not supported for values of type: <kind>" for
     ///         other kinds
-    /// @throws std::bad_alloc     memory runs out; then the array is as it was
+    /// @throws std::bad_alloc     memory runs out; then the array is unchanged
     /// @throws std::length_error  the array would be too long; the same
     /// @complexity the copy of v, plus amortized constant time; growth moves elements and never
-    /// copies what they hold.
+    /// copies their content.
     void push(const Value& v);
 
     /// Whether this is an object with a member of that name, even an Undefined one. False for every
@@ -378,12 +379,12 @@ public:
     /// @{
 
     /// `a || b` is b if a is Undefined, Null, false, a double zero or an empty string, else a.
-    /// Empty arrays and objects, and zeros of the kinds float, int64 and uint64, count as present.
+    /// Empty arrays and objects, and zeros of the kinds float, int64 and uint64, are kept.
     /// Nothing is copied: convert or copy the result within the same expression.
     ///
     ///     Value name = record["name"] || Value("unnamed"); // copies at once: safe
     ///
-    /// The right operand must be a Value: with a plain number or text the call is ambiguous.
+    /// The right operand must be a Value: with a plain number or string the call is ambiguous.
     [[nodiscard]] Or operator||(const Value& right FOUNDATION_JSON_LIFETIME_BOUND) const noexcept
         FOUNDATION_JSON_LIFETIME_BOUND;
     /// @}

@@ -3,8 +3,8 @@
 ///
 ///     #include <foundation/json/version.hpp>
 ///
-///     #if FOUNDATION_JSON_VERSION < 10000
-///     #error "foundation::json 1.0.0 or later is needed"
+///     #if FOUNDATION_JSON_VERSION < 10100
+///     #error "foundation::json 1.1.0 or later is needed"
 ///     #endif
 ///
 /// No other header includes this one. docs/versioning.md says what the numbers promise.
@@ -14,8 +14,8 @@
 /// The part that goes up when callers may have to change something.
 #define FOUNDATION_JSON_VERSION_MAJOR 1
 /// The part that goes up when something is added.
-#define FOUNDATION_JSON_VERSION_MINOR 0
-/// The part that goes up when mistakes are corrected.
+#define FOUNDATION_JSON_VERSION_MINOR 1
+/// The part that goes up when bugs are fixed.
 #define FOUNDATION_JSON_VERSION_PATCH 0
 
 /// The version as one number, to be compared: 10203 is 1.2.3.
@@ -23,7 +23,7 @@
     (FOUNDATION_JSON_VERSION_MAJOR * 10000 + FOUNDATION_JSON_VERSION_MINOR * 100 +                 \
      FOUNDATION_JSON_VERSION_PATCH)
 
-/// The version as a text, "1.2.3".
-#define FOUNDATION_JSON_VERSION_STRING "1.0.0"
+/// The version as a string, "1.2.3".
+#define FOUNDATION_JSON_VERSION_STRING "1.1.0"
 
 #endif

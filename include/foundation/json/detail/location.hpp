@@ -44,31 +44,33 @@ private:
 
 // All of these throw ConversionError.
 
-[[noreturn, gnu::cold]] FOUNDATION_JSON_EXPORT void fail(const Location& location,
-                                                         const std::string& problem);
+[[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void
+fail(const Location& location, const std::string& problem);
 
 /// Says what the exception under way says; the location of a ConversionError is within this one.
 /// What is no std::exception is passed on, and so is an exception that memory has run out.
-[[noreturn, gnu::cold]] FOUNDATION_JSON_EXPORT void fail_current(const Location& location);
+[[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void
+fail_current(const Location& location);
 
 /// What the exception under way says, without the location if it is this one. An exception that
 /// memory has run out is passed on.
-[[nodiscard, gnu::cold]] FOUNDATION_JSON_EXPORT std::string problem_at(const Location& location);
+[[nodiscard, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT std::string
+problem_at(const Location& location);
 
 /// Says that a value is of the wrong type: `"8080" is a string, not a number`.
-[[noreturn, gnu::cold]] FOUNDATION_JSON_EXPORT void fail_type(const Location& location,
-                                                              const Value& value, Kind wanted);
+[[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void
+fail_type(const Location& location, const Value& value, Kind wanted);
 
 /// Says what is wrong with a value that number() refused: its type, or what the exception under
 /// way says. An exception that memory has run out is passed on.
-[[noreturn, gnu::cold]] FOUNDATION_JSON_EXPORT void fail_number(const Location& location,
-                                                                const Value& value);
+[[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void
+fail_number(const Location& location, const Value& value);
 
-[[noreturn, gnu::cold]] FOUNDATION_JSON_EXPORT void
+[[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void
 fail_length(const Location& location, std::size_t length, std::size_t wanted);
 
 /// @param number  of an enumerator that has no name
-[[noreturn, gnu::cold]] FOUNDATION_JSON_EXPORT void
+[[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void
 fail_enumerator(const Location& location, const std::string& number, const NameTable& names);
 
 } // namespace foundation::json::detail

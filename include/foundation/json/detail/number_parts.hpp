@@ -6,6 +6,7 @@
 #define FOUNDATION_JSON_DETAIL_NUMBER_PARTS_HPP
 
 #include <foundation/json/detail/floating_bits.hpp>
+#include <foundation/json/detail/words.hpp>
 #include <foundation/json/export.hpp>
 
 #include <cstdint>
@@ -76,7 +77,7 @@ typename FloatingBits<Floating>::Word nearest_magnitude(const NumberParts& parts
         return parts.type == NumberParts::Class::infinite ? Bits::infinity : 0;
     }
     // The significand's first bit as the top bit.
-    const int shift = __builtin_clzll(parts.significand);
+    const int shift = detail::leading_zeros(parts.significand);
     const std::uint64_t significand = parts.significand << shift;
     const int exponent = parts.exponent - shift;
 
@@ -151,18 +152,17 @@ inline std::uint64_t magnitude_of(const NumberParts& whole) noexcept {
 /// @param is_float  whether the number comes from a float
 /// @param lowest    the magnitude of the lowest number of the integer type
 /// @throws std::out_of_range "2.5 is not a whole number", or "70000 is not within 0 to 65535"
-[[noreturn, gnu::cold]] FOUNDATION_JSON_EXPORT void throw_out_of_range(const NumberParts& number,
-                                                                       bool is_float,
-                                                                       std::uint64_t lowest,
-                                                                       std::uint64_t highest);
+[[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void
+throw_out_of_range(const NumberParts& number, bool is_float, std::uint64_t lowest,
+                   std::uint64_t highest);
 
 /// @param is_float  whether the number comes from a float
 /// @throws std::out_of_range as throw_out_of_range()
 template <class Integer>
 Integer to_integer(const NumberParts& number, bool is_float) {
     // The magnitudes of both.
-    constexpr auto lowest = 0 - static_cast<std::uint64_t>(std::numeric_limits<Integer>::min());
-    constexpr auto highest = static_cast<std::uint64_t>(std::numeric_limits<Integer>::max());
+    constexpr auto lowest = 0 - static_cast<std::uint64_t>((std::numeric_limits<Integer>::min)());
+    constexpr auto highest = static_cast<std::uint64_t>((std::numeric_limits<Integer>::max)());
     const bool fits = detail::is_whole(number) && detail::has_64_bits(number) &&
                       detail::magnitude_of(number) <= (number.negative ? lowest : highest);
     if (!fits) {

@@ -66,7 +66,7 @@ struct TextMembers {
 ///
 /// What is not as wanted ends all of it by an exception, of a type that nobody else knows: what is
 /// wrong is found out by reading the document once more, in another way.
-class FOUNDATION_JSON_EXPORT DocumentReader {
+class FOUNDATION_JSON_PARSER_EXPORT DocumentReader {
 public:
     /// A position, and an integer before it.
     template <class Integer>
@@ -117,7 +117,7 @@ public:
     /// The default objects of this document's classes.
     Defaults& defaults() noexcept;
 
-    [[noreturn, gnu::cold]] static void give_up();
+    [[noreturn, FOUNDATION_JSON_GNU(cold)]] static void give_up();
 
 protected:
     DocumentReader() = default;

@@ -42,7 +42,8 @@ struct ValueAccess {
     /// Always inlined: where the kind is known, the variant's dispatch folds to the address of its
     /// storage, but a compiler that looks at its size first would not try.
     template <class T, class AnyValue>
-    [[gnu::always_inline, gnu::flatten]] static ContentOf<AnyValue, T>&
+    [[FOUNDATION_JSON_GNU(always_inline),
+      FOUNDATION_JSON_GNU(flatten)]] static ContentOf<AnyValue, T>&
     content(AnyValue& value) noexcept {
         const Variant& content = variant(value);
         const AddressOf address;
@@ -61,8 +62,8 @@ inline int order_of(const Value& value) noexcept {
 
 /// @param order  of what is converted
 /// @throws std::runtime_error "invalid conversion: <name of that order> to <target>"
-[[noreturn, gnu::cold]] FOUNDATION_JSON_EXPORT void throw_invalid_conversion(int order,
-                                                                             const char* target);
+[[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void
+throw_invalid_conversion(int order, const char* target);
 
 /// Stands where a static_assert has refused a type, so that the compiler says nothing else. Nothing
 /// calls it, and there is no definition.

@@ -1,4 +1,4 @@
-// The snippets of docs/fixed_text.md.
+// The snippets of docs/fixed_format.md.
 #include "snippet.hpp"
 
 #include <foundation/json/json.hpp>

@@ -1,4 +1,4 @@
-// The snippets of docs/reading.md, and of the tour in content.hpp.
+// The snippets of docs/accessing.md, and of the tour in content.hpp.
 #include "snippet.hpp"
 
 #include <foundation/json/content.hpp>
@@ -87,7 +87,7 @@ int main() {
         int id = number<int>(v["id"]);
         bool paid = get<bool>(v["paid"]);
         std::size_t count = get<Array>(v["lines"]).size();
-        bool is_text = holds<std::string>(v["customer"]);
+        bool is_string = holds<std::string>(v["customer"]);
         for (const Value& line : get<Array>(v["lines"])) {
             std::cout << serialize(line) << '\n';
         }
@@ -97,7 +97,7 @@ int main() {
         get<Object>(v).erase("paid");
         v["number"] = integer(std::uint64_t{9007199254740993});
         //! [ten lines]
-        std::cout << customer << weight << id << paid << count << is_text << '\n';
+        std::cout << customer << weight << id << paid << count << is_string << '\n';
     }
 
     snippet("tour");
@@ -152,10 +152,24 @@ int main() {
         std::cout << (kind_of(v["id"]) == Kind::number) << '\n'; // -> 1
         std::cout << name_of(kind_of(v["lines"])) << '\n';       // -> JSON array
         std::cout << holds<std::string>(v["missing"]) << '\n';   // -> 0
-        if (const auto* text = get_if<std::string>(&v["customer"])) {
-            std::cout << text->size() << '\n'; // -> 3
+        if (const auto* customer = get_if<std::string>(&v["customer"])) {
+            std::cout << customer->size() << '\n'; // -> 3
         }
         //! [kinds]
+    }
+
+    snippet("iterate");
+    {
+        const Value v = order();
+        //! [iterate]
+        for (const Value& element : get<Array>(v["lines"])) {
+            std::cout << serialize(element) << ' ';
+        }
+        for (const auto& [name, member] : get<Object>(v)) {
+            std::cout << name << '=' << serialize(member) << ' ';
+        }
+        std::cout << get<Array>(v["lines"]).size() << ' ' << get<Object>(v).size() << '\n';
+        //! [iterate]
     }
 
     snippet("default");

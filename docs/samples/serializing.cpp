@@ -1,4 +1,4 @@
-// The snippets of docs/writing.md.
+// The snippets of docs/serializing.md.
 #include "snippet.hpp"
 
 #include <foundation/json/content.hpp>
@@ -152,7 +152,7 @@ int main() {
             (Property("total") = 10.0, Property("id") = 7, Property("note") = "\u20ac"));
         const std::string text = write(order, WriteOptions::canonical());
         std::cout << text << '\n'; // -> {"id":7,"note":"€","total":10}
-        // Whoever receives it in another form gets the same bytes to verify.
+        // The receiver of any other form gets the same bytes to verify.
         const Value received = parse(write(order, WriteOptions::indented(4)));
         std::cout << (write(received, WriteOptions::canonical()) == text) << '\n'; // -> 1
         //! [canonical]
@@ -190,7 +190,7 @@ int main() {
             writer.value(number);
         }
         writer.end();
-        writer.name("cached").raw(R"({"made": "earlier"})"); // text that is there already
+        writer.name("cached").raw(R"({"made": "earlier"})"); // JSON that exists already
         writer.end();
         std::cout << text << '\n';
         //! [to a string]

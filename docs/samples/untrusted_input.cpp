@@ -1,4 +1,4 @@
-// The snippets of docs/nesting.md.
+// The snippets of docs/untrusted_input.md.
 #include "snippet.hpp"
 
 #include <foundation/json/json.hpp>
@@ -26,7 +26,7 @@ Value read_request(std::string_view text) {
 //! [limit]
 constexpr int max_depth = 1000;
 
-/// An array in an array in an array, as a text of that many brackets would be read.
+/// An array in an array in an array, as of that many brackets.
 void read_nested(Value& slot, int levels, int depth = 1) {
     if (depth > max_depth) {
         throw ParserException("nested too deep", MISSING_ARRAY_CLOSE, 0, 1, 1, 0, "");

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""Usage: messages.py FOLDER
-Gives each message that the page of errors lists a place of its own, and an entry in the search index:
-whoever looks for the text of an exception finds its cause and its cure.
+"""Usage: search_entries.py FOLDER ENTRIES
+Gives each message that the page of errors lists an anchor of its own, and an entry in the search index:
+whoever looks for the text of an exception finds its cause and its cure. Adds the entries in the file
+ENTRIES: what has an anchor in the reference, but no heading.
 """
 
 import html
@@ -16,8 +17,8 @@ def plain(cell):
 
 
 def main():
-    if len(sys.argv) != 2 or not pathlib.Path(sys.argv[1], "errors.html").is_file():
-        sys.exit("messages.py: expected: the folder of the pages")
+    if len(sys.argv) != 3 or not pathlib.Path(sys.argv[1], "errors.html").is_file():
+        sys.exit("search_entries.py: expected: the folder of the pages, and a file of entries")
     folder = pathlib.Path(sys.argv[1])
     page = folder / "errors.html"
     entries = []
@@ -44,8 +45,10 @@ def main():
     path = folder / "search" / "search_index.json"
     index = json.loads(path.read_text(encoding="utf-8"))
     # Next to their page, since what belongs to a page follows it.
-    last = max(i for i, entry in enumerate(index["docs"]) if entry["location"].startswith("errors.html"))
-    index["docs"][last + 1:last + 1] = entries
+    for entry in [*entries, *json.loads(pathlib.Path(sys.argv[2]).read_text(encoding="utf-8"))]:
+        name = entry["location"].split("#")[0]
+        last = max(i for i, other in enumerate(index["docs"]) if other["location"].split("#")[0] == name)
+        index["docs"].insert(last + 1, entry)
     path.write_text(json.dumps(index, ensure_ascii=False), encoding="utf-8")
 
 
