@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <limits>
 #include <stdexcept>
 #include <string>
@@ -132,9 +131,8 @@ TEST(Variants, TellWhyNoAlternativeFits) {
 }
 
 TEST(Variants, WithoutAValueCannotBeWritten) {
-    std::variant<std::string, std::vector<int>> variant;
-    const std::size_t too_many = std::vector<int>().max_size() + 1;
-    EXPECT_THROW(variant.emplace<1>(too_many, 0), std::length_error);
+    std::variant<int, Code> variant;
+    EXPECT_THROW(variant.emplace<Code>("abc"), std::invalid_argument);
     ASSERT_TRUE(variant.valueless_by_exception());
     EXPECT_THROW(static_cast<void>(write(variant)), ConversionError);
     EXPECT_THROW(static_cast<void>(from(variant)), ConversionError);
