@@ -49,11 +49,13 @@ fail(const Location& location, const std::string& problem);
 
 /// Says what the exception under way says; the location of a ConversionError is within this one.
 /// What is no std::exception is passed on, and so is an exception that memory has run out.
-[[noreturn, gnu::cold]] FOUNDATION_JSON_EXPORT void fail_current(const Location& location);
+[[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void
+fail_current(const Location& location);
 
 /// What the exception under way says, without the location if it is this one. An exception that
 /// memory has run out is passed on.
-[[nodiscard, gnu::cold]] FOUNDATION_JSON_EXPORT std::string problem_at(const Location& location);
+[[nodiscard, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT std::string
+problem_at(const Location& location);
 
 /// Says that a value is of the wrong type: `"8080" is a string, not a number`.
 [[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void

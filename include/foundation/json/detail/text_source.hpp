@@ -117,7 +117,7 @@ public:
     /// The default objects of this document's classes.
     Defaults& defaults() noexcept;
 
-    [[noreturn, gnu::cold]] static void give_up();
+    [[noreturn, FOUNDATION_JSON_GNU(cold)]] static void give_up();
 
 protected:
     DocumentReader() = default;
@@ -276,10 +276,10 @@ public:
             at_ = reader_.read_number(at_, content);
             target = detail::to_number<T>(content);
         } else if constexpr (std::is_signed_v<T>) {
-            target =
-                static_cast<T>(go_behind(reader_.read_signed(at_, Limits::min(), Limits::max())));
+            target = static_cast<T>(
+                go_behind(reader_.read_signed(at_, (Limits::min)(), (Limits::max)())));
         } else {
-            target = static_cast<T>(go_behind(reader_.read_unsigned(at_, Limits::max())));
+            target = static_cast<T>(go_behind(reader_.read_unsigned(at_, (Limits::max)())));
         }
     }
 

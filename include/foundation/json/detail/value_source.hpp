@@ -109,13 +109,13 @@ public:
         : value_(value), location_(location), session_(session) {}
 
     template <class T>
-    [[gnu::always_inline]] inline void read(T& target) const {
+    [[FOUNDATION_JSON_GNU(always_inline)]] inline void read(T& target) const {
         target = detail::content_at<T>(value_, location_);
     }
     void read(Value& target) const { target = value_; }
 
     template <class T>
-    [[gnu::always_inline]] inline void read_number(T& target) const {
+    [[FOUNDATION_JSON_GNU(always_inline)]] inline void read_number(T& target) const {
         try {
             target = json::number<T>(value_);
         } catch (...) {
@@ -160,7 +160,7 @@ private:
 /// The elements of an array.
 class ValueElements {
 public:
-    [[gnu::always_inline]] explicit inline ValueElements(const ValueSource& source)
+    [[FOUNDATION_JSON_GNU(always_inline)]] explicit inline ValueElements(const ValueSource& source)
         : location_(source.location()),
           session_(source.session()),
           elements_(detail::content_at<Array>(source.value(), source.location())) {}
