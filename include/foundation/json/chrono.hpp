@@ -80,7 +80,7 @@ struct representation<std::chrono::time_point<std::chrono::system_clock, Duratio
         const detail::TimeParts parts = detail::parse_time(text);
         using Wide = std::chrono::duration<long double, typename Duration::period>;
         const Wide wide = seconds(parts.seconds);
-        if (wide < Wide(Duration::min()) || wide >= Wide(Duration::max()) - Wide(seconds(1))) {
+        if (wide < Wide((Duration::min)()) || wide >= Wide((Duration::max)()) - Wide(seconds(1))) {
             detail::fail_time_range(text);
         }
         const auto whole = std::chrono::floor<Duration>(seconds(parts.seconds));
