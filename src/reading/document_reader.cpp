@@ -3,6 +3,7 @@
 #include "access/find_name.hpp"
 #include "reading/bit_stack.hpp"
 #include "reading/value_reader.hpp"
+#include "system/compiler.hpp"
 #include "text/byte_block.hpp"
 #include "text/utf8_validation.hpp"
 
@@ -14,10 +15,6 @@
 namespace foundation::json::detail {
 
 namespace {
-
-constexpr bool likely(bool condition) noexcept {
-    return __builtin_expect(static_cast<long>(condition), 1) != 0;
-}
 
 /// A line feed and the indentation of the next line.
 constexpr struct Indentation {

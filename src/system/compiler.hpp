@@ -51,6 +51,15 @@ constexpr std::uint64_t bytes_reversed(std::uint64_t word) noexcept {
     return word << 32 | word >> 32;
 }
 
+/// The condition, of which the compiler learns that it nearly always holds.
+constexpr bool likely(bool condition) noexcept {
+#ifdef __GNUC__
+    return __builtin_expect(static_cast<long>(condition), 1) != 0;
+#else
+    return condition;
+#endif
+}
+
 /// Has the processor begin to load what is soon to be read.
 inline void prefetch([[maybe_unused]] const void* address) noexcept {
 #ifdef __GNUC__

@@ -276,10 +276,10 @@ public:
             at_ = reader_.read_number(at_, content);
             target = detail::to_number<T>(content);
         } else if constexpr (std::is_signed_v<T>) {
-            target =
-                static_cast<T>(go_behind(reader_.read_signed(at_, Limits::min(), Limits::max())));
+            target = static_cast<T>(
+                go_behind(reader_.read_signed(at_, (Limits::min)(), (Limits::max)())));
         } else {
-            target = static_cast<T>(go_behind(reader_.read_unsigned(at_, Limits::max())));
+            target = static_cast<T>(go_behind(reader_.read_unsigned(at_, (Limits::max)())));
         }
     }
 
