@@ -332,6 +332,17 @@ TEST(WriteTypes, TellTheErrorThatTheValueWouldTellFirst) {
               "at /a: Infinity is not a JSON number: the option not_finite allows it");
     EXPECT_EQ(write_error([&] { static_cast<void>(write(std::get<1>(objects))); }),
               "at /a: Infinity is not a JSON number: the option not_finite allows it");
+    // Members by the bytes of their names, which is not the order of the table.
+    const fleet::Cluster cluster{"a", {{"a", 1, {}, infinity}}, {{"\xFF", {}}}};
+    EXPECT_EQ(
+        write_error([&] { static_cast<void>(write(cluster)); }),
+        "at /levels: a member name is not UTF-8: found byte 0xFF at its beginning: the option "
+        "bad_utf8 allows it");
+    // What from() tells comes before what write() tells.
+    const std::pair both(infinity, static_cast<fleet::Level>(9));
+    EXPECT_EQ(conversion_error([&] { static_cast<void>(write(both)); }),
+              "at /1: the enumerator 9 has no name; named are \"low\", \"middle\", \"high\", "
+              "\"top\"");
 }
 
 } // namespace
