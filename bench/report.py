@@ -23,6 +23,7 @@ TASKS = ["serialize", "serialize scattered", "pretty_print", "message",
          "copy and destroy", "==", "<",
          "read strings", "read numbers", "push", "insert all keys", "1,000 lookups", "to structs",
          "to structs by hand", "from structs", "text to structs", "text to structs by value",
+         "structs to text", "structs to text by value",
          "patch", "diff", "words", "numbers", "strings", "containers"]
 CHECKED, STANDARD = "RapidJSON, checked", "std::variant"
 WALKS = ["walk", "walk scattered"]
@@ -170,7 +171,7 @@ def compile_time_table(results):
 
 READING_TASKS = ["==", "diff", "1,000 lookups", "read strings", "read numbers"]
 ALLOCATING_TASKS = ["parse and destroy", "copy and destroy", "push", "insert all keys",
-                    "to structs", "from structs", "text to structs", "patch"]
+                    "to structs", "from structs", "text to structs", "structs to text", "patch"]
 
 
 def size_text(size):

@@ -28,6 +28,10 @@
 #include <foundation/json/read.hpp>
 #define FOUNDATION_JSON_BENCH_READ
 #endif
+#if __has_include(<foundation/json/write_types.hpp>)
+#include <foundation/json/write_types.hpp>
+#define FOUNDATION_JSON_BENCH_WRITE_TYPES
+#endif
 #if __has_include(<foundation/json/patch.hpp>)
 #include <foundation/json/patch.hpp>
 #define FOUNDATION_JSON_BENCH_PATCH
@@ -381,6 +385,15 @@ struct Contender {
         return foundation::json::read<bench::Statuses>(text);
 #else
         return to_statuses(parse(text));
+#endif
+    }
+
+    /// Likewise.
+    static Text text_of_statuses(const bench::Statuses& statuses) {
+#ifdef FOUNDATION_JSON_BENCH_WRITE_TYPES
+        return foundation::json::write(statuses);
+#else
+        return serialize(from_statuses(statuses));
 #endif
     }
 

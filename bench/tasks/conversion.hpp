@@ -45,7 +45,21 @@ void add_conversion() {
                                benchmark::DoNotOptimize(result);
                            }
                        });
+        add<Contender>(Contender::is_this_library ? "structs to text by value" : "structs to text",
+                       document.name, [statuses](benchmark::State& state) {
+                           for (auto _ : state) {
+                               auto result =
+                                   Contender::serialize(Contender::from_statuses(*statuses));
+                               benchmark::DoNotOptimize(result);
+                           }
+                       });
         if constexpr (Contender::is_this_library) {
+            add<Contender>("structs to text", document.name, [statuses](benchmark::State& state) {
+                for (auto _ : state) {
+                    auto result = Contender::text_of_statuses(*statuses);
+                    benchmark::DoNotOptimize(result);
+                }
+            });
             require<Contender>(Contender::read_statuses(document.text) == *statuses, "from text");
             add<Contender>("text to structs", document.name, [&document](benchmark::State& state) {
                 for (auto _ : state) {

@@ -2,7 +2,7 @@
 #include "number/fast_number_text.hpp"
 
 #include "number/default_environment.hpp"
-#include "parse_errors/read_double.hpp"
+#include "number/read_double.hpp"
 
 #include <algorithm>
 #include <cmath>

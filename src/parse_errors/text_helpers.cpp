@@ -1,6 +1,6 @@
 #include <foundation/json/text_helpers.hpp>
 
-#include "parse_errors/read_double.hpp"
+#include "number/read_double.hpp"
 #include "parse_errors/utf16_converter.hpp"
 
 #include <cstring>

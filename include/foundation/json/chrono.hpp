@@ -53,8 +53,9 @@ struct TimeParts {
 /// A point in time as a string of RFC 3339.
 template <class Duration>
 struct representation<std::chrono::time_point<std::chrono::system_clock, Duration>> {
-    using TimePoint = std::chrono::time_point<std::chrono::system_clock, Duration>;
+    using TimePoint = std::chrono::time_point<std::chrono::system_clock, Duration>; ///< that type
 
+    /// The time in UTC, such as "2026-11-22T10:00:00Z".
     /// @throws std::out_of_range  the year is not within 0 to 9999
     static std::string to(const TimePoint& time) {
         using std::chrono::floor;
@@ -70,7 +71,8 @@ struct representation<std::chrono::time_point<std::chrono::system_clock, Duratio
         return detail::time_text({whole.count(), rest.count()});
     }
 
-    /// @throws std::invalid_argument  the text is no time of RFC 3339
+    /// The time that a string states.
+    /// @throws std::invalid_argument  the string is not a time of RFC 3339
     /// @throws std::out_of_range      the type cannot hold it
     static TimePoint from(const std::string& text) {
         using std::chrono::nanoseconds;
@@ -91,7 +93,10 @@ struct representation<std::chrono::time_point<std::chrono::system_clock, Duratio
 /// A duration as the number of its periods.
 template <class Rep, class Period>
 struct representation<std::chrono::duration<Rep, Period>> {
+    /// The number of periods.
     static Rep to(const std::chrono::duration<Rep, Period>& duration) { return duration.count(); }
+
+    /// The duration of so many periods.
     static std::chrono::duration<Rep, Period> from(Rep count) {
         return std::chrono::duration<Rep, Period>(count);
     }

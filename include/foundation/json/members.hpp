@@ -218,10 +218,11 @@ constexpr auto defaulted(std::string_view name, Type Class::*pointer) {
 
 /// The same with a check of what is read into the member; the default is not checked, and neither
 /// is what is written.
-/// @param check  in_range(), or a function or lambda that takes the member, or what is in it if it
-/// is
-///               a std::optional, and gives a sentence about what is wrong with it, such as
-///               "80 is not even"; an empty one if nothing is
+/// @param name     in JSON; must outlive the table
+/// @param pointer  to a data member of the class or of a base
+/// @param check    in_range(), or a function that takes the member, or its content if it is a
+///                 std::optional, and returns what is wrong with it, such as "80 is not even", or
+///                 an empty string
 template <class Class, class Type, class Check>
 constexpr auto required(std::string_view name, Type Class::*pointer, Check check) {
     return detail::make_member(name, pointer, true, check);

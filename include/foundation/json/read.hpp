@@ -59,6 +59,7 @@ public:
     ReadError& operator=(const ReadError&) = default; ///< never throws
     ~ReadError() override;
 
+    /// The message: the file, the line and the column, then the location and what is wrong.
     const char* what() const noexcept override;
 
     /// Where the value begins that the error is about. Constant time.

@@ -1,4 +1,4 @@
-#include "parse_errors/read_double.hpp"
+#include "number/read_double.hpp"
 
 #include "number/default_environment.hpp"
 

@@ -1,6 +1,6 @@
 // Reading a double from a text: what counts as a number, which double it is, and which characters
 // are read.
-#include "parse_errors/read_double.hpp"
+#include "number/read_double.hpp"
 
 #include "support/locales.hpp"
 

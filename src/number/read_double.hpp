@@ -1,7 +1,7 @@
 /// @file
 /// Number text to double, independent of locales.
-#ifndef FOUNDATION_JSON_SRC_PARSE_ERRORS_READ_DOUBLE_HPP
-#define FOUNDATION_JSON_SRC_PARSE_ERRORS_READ_DOUBLE_HPP
+#ifndef FOUNDATION_JSON_SRC_NUMBER_READ_DOUBLE_HPP
+#define FOUNDATION_JSON_SRC_NUMBER_READ_DOUBLE_HPP
 
 #include <cstddef>
 
