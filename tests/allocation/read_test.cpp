@@ -56,7 +56,8 @@ TEST(AllocationFailures, OfReadingADocumentLeakNothing) {
     fail_each_allocation_of<reads::Containers>(
         R"({"ints":[1],"doubles":[1],"flags":[true],"strings":[")" + long_text +
         R"("],"lists":[[1],[2]],"deque":[1],"list":["a"],"unordered":{"a":1},)"
-        R"("pair":[")" + long_text + R"(","low"],"array":[1],"object":{"a":1},"value":{"a":[]}})");
+        R"("pair":[")" +
+        long_text + R"(","low"],"array":[1],"object":{"a":1},"value":{"a":[]}})");
 }
 
 TEST(AllocationFailures, OfErrorsOfADocumentLeakNothing) {
@@ -66,8 +67,10 @@ TEST(AllocationFailures, OfErrorsOfADocumentLeakNothing) {
 }
 
 TEST(AllocationFailures, OfReadingIntoAnObjectLeaveADefaultObject) {
-    const std::string first = R"({"name":"a","children":[{"name":"b"},{"name":"c"}],"numbers":[1]})";
-    const std::string second = R"({"name":")" + long_text + R"(","children":[{"name":")" + long_text +
+    const std::string first =
+        R"({"name":"a","children":[{"name":"b"},{"name":"c"}],"numbers":[1]})";
+    const std::string second = R"({"name":")" + long_text + R"(","children":[{"name":")" +
+                               long_text +
                                R"(","leaves":[{"n/~":1},{"n/~":2}]},{"name":"c"},{"name":"d"}]})";
     const std::string expected = describe(from(read<reads::Node>(second)));
     const std::string empty = describe(from(reads::Node()));
@@ -86,10 +89,11 @@ TEST(AllocationFailures, OfReadingIntoAnObjectLeaveADefaultObject) {
 
 TEST(Allocations, OfReadingAreThoseOfTheObject) {
     reads::Leaf leaf;
-    EXPECT_EQ(allocations_of([&] { leaf = read<reads::Leaf>(R"({"n/~":1,"level":"low","":"x"})"); }),
-              0U);
+    EXPECT_EQ(
+        allocations_of([&] { leaf = read<reads::Leaf>(R"({"n/~":1,"level":"low","":"x"})"); }), 0U);
     // What is not as the table has it is learned: the class, its addresses and names.
-    EXPECT_LE(allocations_of([&] { leaf = read<reads::Leaf>(R"({"new":{"a":[1]},"n/~":1})"); }), 8U);
+    EXPECT_LE(allocations_of([&] { leaf = read<reads::Leaf>(R"({"new":{"a":[1]},"n/~":1})"); }),
+              8U);
     EXPECT_EQ(allocations_of([] { static_cast<void>(read<std::vector<int>>("[1,2,3]")); }), 1U);
     std::vector<std::string> strings{long_text, long_text};
     const std::string text = "[\"" + long_text + "\",\"" + long_text + "\"]";

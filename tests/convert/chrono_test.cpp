@@ -51,7 +51,8 @@ TEST(Chrono, WritesAsManyDigitsAsAreNeeded) {
     EXPECT_EQ(write(Nanoseconds(std::chrono::nanoseconds(1))),
               "\"1970-01-01T00:00:00.000000001Z\"");
     EXPECT_EQ(write(Nanoseconds(std::chrono::milliseconds(-1))), "\"1969-12-31T23:59:59.999Z\"");
-    EXPECT_EQ(write(Days(std::chrono::duration<int, std::ratio<86400>>(1))), "\"1970-01-02T00:00:00Z\"");
+    EXPECT_EQ(write(Days(std::chrono::duration<int, std::ratio<86400>>(1))),
+              "\"1970-01-02T00:00:00Z\"");
 }
 
 TEST(Chrono, ReadsAnyOffsetAndRoundsDown) {

@@ -442,13 +442,9 @@ private:
 
     /// Whether the error of the whole text is one that a stream of values does not have.
     bool is_about_the_end() const {
-        const char* const parts[] = {"after the end of the value",
-                                     "that ends the value",
-                                     "right after",
-                                     "a comment",
-                                     "document is empty",
-                                     "begins with // or /*",
-                                     "within the comment"};
+        const char* const parts[] = {
+            "after the end of the value", "that ends the value",  "right after",       "a comment",
+            "document is empty",          "begins with // or /*", "within the comment"};
         return std::any_of(std::begin(parts), std::end(parts),
                            [this](const char* part) {
                                return expected_.find(part) != std::string::npos;
