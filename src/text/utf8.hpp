@@ -52,8 +52,8 @@ inline bool is_usual_of_three(const char* from) noexcept {
 
 /// The character of a complete sequence, or of an ASCII byte.
 inline std::uint32_t code_point(std::string_view sequence) noexcept {
-    constexpr unsigned lead_bits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
-    std::uint32_t code = static_cast<unsigned char>(sequence[0]) & lead_bits[sequence.size()];
+    constexpr unsigned payload[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
+    std::uint32_t code = static_cast<unsigned char>(sequence[0]) & payload[sequence.size()];
     for (const char byte : sequence.substr(1)) {
         code = code << 6 | (static_cast<unsigned char>(byte) & 0x3F);
     }
