@@ -8,6 +8,7 @@
 
 #include <foundation/json/content.hpp>
 
+#include <algorithm>
 #include <cstring>
 
 namespace foundation::json::detail {
@@ -112,12 +113,12 @@ private:
 // They are given a cursor with room for the value, for a clean string at least.
 
 [[gnu::always_inline]] inline char* ObjectWriter::put_nothing(char* at) {
-    std::memcpy(at, "null", 4);
+    std::copy_n("null", 4, at);
     return at + 4;
 }
 
 [[gnu::always_inline]] inline char* ObjectWriter::put_flag(char* at, bool flag) {
-    std::memcpy(at, flag ? "true" : "fals", 4);
+    std::copy_n(flag ? "true" : "fals", 4, at);
     at[4] = 'e';
     return at + (flag ? 4 : 5);
 }

@@ -103,7 +103,7 @@ char* TextOutput::name(Cursor at, std::string_view name) {
         at = other_string(at, name);
         return is_indented() ? this->text(at, ": ") : this->text(at, ":");
     }
-    std::memcpy(at, "\": ", 3);
+    std::copy_n("\": ", 3, at);
     return at + (is_indented() ? 3 : 2);
 }
 

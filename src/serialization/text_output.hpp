@@ -28,10 +28,11 @@ public:
     /// @return where to go on
     virtual Room pass(Room rest, const char* text, std::size_t size) = 0;
 
-protected:
-    TextTarget() = default;
     TextTarget(const TextTarget&) = delete;
     TextTarget& operator=(const TextTarget&) = delete;
+
+protected:
+    TextTarget() = default;
     ~TextTarget() = default;
 };
 

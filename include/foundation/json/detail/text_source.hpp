@@ -359,7 +359,7 @@ private:
     void read_content(Content& target) const {
         Value value;
         read(value);
-        Content* const content = json::get_if<Content>(&value);
+        auto* const content = json::get_if<Content>(&value);
         if (content == nullptr) {
             DocumentReader::give_up();
         }
