@@ -70,7 +70,7 @@ TEST(Read, ReadsNoByteBeyondTheText) {
     const EdgeMemory memory;
     for (const reads::Subject& subject : reads::subjects()) {
         for (const std::string& text : subject.texts) {
-            for (const std::size_t before : {0, 1100}) {
+            for (const std::size_t before : {std::size_t{0}, std::size_t{1100}}) {
                 for (std::size_t size = 0; size <= text.size(); ++size) {
                     const std::string part = std::string(before, ' ') + text.substr(0, size);
                     char* const begin = memory.end() - part.size();
