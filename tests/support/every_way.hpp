@@ -452,10 +452,15 @@ private:
                expected_.find('\n') != std::string::npos;
     }
 
-    /// Whether a text that looks like the name of a file, as 7/a.txt does, begins with a value.
-    bool begins_with_value(const std::string& first) const {
-        return !is_error(first) &&
-               expected_.find("looks like the name of a file") != std::string::npos;
+    /// Whether a text has this value before its error, as 7/a.txt has 7.
+    bool begins_with_value(const std::string& value) const {
+        try {
+            parse(text_, options_);
+        } catch (const ParserException& error) {
+            const std::string before = text_.substr(0, error.get_byte_position());
+            return outcome_of([&] { return parse(before, options_); }) == value;
+        }
+        return false;
     }
 
     void check_elements(const std::string& way, std::size_t piece) {
