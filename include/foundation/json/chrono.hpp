@@ -7,10 +7,10 @@
 ///         std::chrono::milliseconds took{};         // 1500
 ///     };
 ///
-/// A time point of std::chrono::system_clock is written in UTC, with as many digits behind the
-/// second as are needed. It is read with any offset from UTC, from the year 0 to 9999, and rounded
-/// down to what its type can hold; a point in time beyond its range is an error. A leap second,
-/// with the second 60, is read as the second behind it.
+/// A time point of std::chrono::system_clock is written in UTC, with as many digits of the
+/// fraction of a second as are needed. It is read with any offset from UTC, from the year 0 to
+/// 9999, and rounded down to what its type can hold; a point in time beyond its range is an error.
+/// A leap second, with the second 60, is read as the second after it.
 ///
 /// A duration is the number of its periods: 1500 for 1500 milliseconds.
 ///

@@ -1,5 +1,5 @@
 /// @file
-/// Conversion of values into your own types and back, by tables of members. Not part of json.hpp.
+/// Conversion of values to your own types and back, by tables of members. Not part of json.hpp.
 ///
 ///     struct Server {
 ///         std::string host;
@@ -24,8 +24,8 @@
 /// array, set, multiset and the unordered sets; maps and multimaps by std::string; std::optional,
 /// unique_ptr and shared_ptr; std::pair, tuple and variant; std::filesystem::path; enumerations by
 /// a table of `enumerators`; whatever has a `representation`; and all of these within each other.
-/// chrono.hpp adds times. What is read into must have a default constructor or a representation.
-/// Tables stand outside of other namespaces, before their use.
+/// chrono.hpp adds times. What to() makes must have a default constructor or a representation.
+/// Tables are defined outside of other namespaces, before use. See also read.hpp, write_types.hpp.
 ///
 /// Conversion is strict: a value of the wrong type, a fraction for an integer, a number out of
 /// range and a length that does not fit are errors. Each error names its location as a JSON Pointer
@@ -67,7 +67,7 @@ public:
     ~ConversionError() override;
 
     /// The location as a JSON Pointer, not escaped: from the value that was converted or, if a
-    /// pointer was given, from its root. The empty text is the root.
+    /// pointer was given, from its root. The empty string is the root.
     const std::string& pointer() const noexcept { return *pointer_; }
 
 private:
@@ -102,7 +102,7 @@ T read_value(const Value& value, const Location& location, const ConvertOptions&
 
 /// The value that a JSON Pointer leads to, or null if it is missing.
 /// @throws ConversionError        a value on the way is of a type that has no such children
-/// @throws std::invalid_argument  the text is no JSON Pointer
+/// @throws std::invalid_argument  the string is not a JSON Pointer
 [[nodiscard]] FOUNDATION_JSON_EXPORT const Value* find_checked(const Value& root,
                                                                std::string_view pointer);
 
@@ -155,7 +155,7 @@ T to(const Value& value, detail::NoOptions) {
 ///                                neither an object nor an array, or is an array where the pointer
 ///                                has a name. What looks like an index but is none of the array,
 ///                                such as "-" and "01", leads to nothing, as for find()
-/// @throws std::invalid_argument  the text is no JSON Pointer
+/// @throws std::invalid_argument  the string is not a JSON Pointer
 /// @throws std::bad_alloc         memory runs out
 template <class T>
 T to(const Value& root, std::string_view pointer, const ConvertOptions& options = {}) {
@@ -174,7 +174,7 @@ T to(const Value& root, std::string_view pointer, const ConvertOptions& options 
 /// Undefined or Null. A value of a wrong type still throws, there and on the way, as in to().
 /// @param root      where the pointer begins
 /// @param pointer   a JSON Pointer, as for find()
-/// @param fallback  its type is that of the result; for a text, such as a literal, std::string
+/// @param fallback  its type is that of the result; for a string literal, std::string
 /// @throws as to()
 template <class T>
 detail::FallbackFor<T> to_or(const Value& root, std::string_view pointer, T fallback) {
@@ -200,8 +200,8 @@ detail::FallbackFor<T> to_or(const Value& root, std::string_view pointer, T fall
 /// anything but std::bad_alloc, Null is written.
 ///
 /// A Value that is Undefined becomes no member, of a class or of a map; in a std::optional it
-/// counts as no value. What JSON has no text for does not come back as it was: a Value that is
-/// Undefined where it is Undefined by default neither in its class nor around it, and a
+/// counts as no value. to() does not restore what JSON has no text for: a Value that is Undefined,
+/// unless it is Undefined in the default object of its class or of the class around it; and a
 /// std::optional that holds Null or an empty std::optional.
 /// @throws ConversionError  an enumerator has no name, a std::variant no value, or to() of a
 ///                          representation has thrown a std::exception

@@ -1,5 +1,5 @@
 /// @file
-/// What the headers put on declarations, as macros: export, warnings of lifetimes, speed, debug
+/// Macros for attributes of declarations: export, warnings about lifetimes, speed, debug
 /// information.
 ///
 /// The export macros: everything in the shared libraries is hidden except what carries

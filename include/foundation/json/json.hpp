@@ -9,9 +9,9 @@
 /// - text_helpers.hpp: two conversions for a parser of your own
 /// - fwd.hpp: declarations of the classes, for headers that need no more
 ///
-/// Not included are content.hpp and convert.hpp, to access content; write.hpp, to serialize for
-/// other programs; pointer.hpp and patch.hpp, to change values; and the headers of the parser. Each
-/// header can be included alone, which shortens compile time.
+/// Not included are content.hpp, to access content; write.hpp, to serialize for other programs;
+/// pointer.hpp and patch.hpp, to change values; convert.hpp and chrono.hpp, for your own types; and
+/// the headers of the parser. Each header can be included alone, which shortens compile time.
 
 /// @namespace foundation::json
 /// JSON values: access, changes, parsing, serializing.

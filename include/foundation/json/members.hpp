@@ -10,8 +10,8 @@
 ///     inline constexpr auto foundation::json::members<Server> =
 ///         table(required("host", &Server::host), defaulted("port", &Server::port));
 ///
-/// Tables stand outside of other namespaces, before their use. This header includes neither Value
-/// nor any container, so that it costs the headers of your types little.
+/// Tables are defined outside of other namespaces, before their use. This header includes neither
+/// Value nor any container, so that it costs the headers of your types little.
 #ifndef FOUNDATION_JSON_MEMBERS_HPP
 #define FOUNDATION_JSON_MEMBERS_HPP
 
@@ -129,7 +129,7 @@ inline constexpr bool is_table<std::tuple<Members...>> = detail::all_of({true,
 } // namespace detail
 /// @endcond
 
-/// Further settings of to(), and of what else reads own types.
+/// Options of to() and, as a part of ReadOptions, of read().
 struct ConvertOptions {
     /// What becomes of members that a type's table does not name, at every depth.
     enum class UnknownMembers {
@@ -167,15 +167,15 @@ inline constexpr auto enumerators = detail::NoTable{};
 ///         static Uuid from(const std::string& text) { return Uuid(text); }
 ///     };
 ///
-/// to() gives what is written: an object of any other convertible type, such as a class with a
-/// table of members. from() takes what is read, likewise; it may throw any std::exception, and
-/// what() of it becomes the message of an error at that location. Where one direction is not
-/// needed, its function can be left out. A representation comes before a table.
+/// to() returns what is serialized instead: an object of another convertible type, such as a class
+/// with a table. from() makes an object of what was parsed, of any such type. Both may throw any
+/// std::exception, whose what() becomes the message of a ConversionError at that location. One that
+/// is not needed can be left out. A type with a representation and a table uses the representation.
 template <class T>
 struct representation : detail::NoRepresentation {};
 
 /// How the alternatives of a std::variant are told apart, specialised as what tagged() returns.
-/// Without that, the first alternative is read that accepts what is there.
+/// Without it, a value becomes the first alternative that it converts to.
 template <class Variant>
 inline constexpr auto alternatives = detail::NoTable{};
 

@@ -1,5 +1,5 @@
 /// @file
-/// Parses JSON into values: the header of the library foundation::json_parser.
+/// Parses JSON into values: the main header of the library foundation::json_parser.
 ///
 ///     Value pair = parse("[1, 2.5]");
 ///     ParseOptions options;
@@ -20,7 +20,7 @@
 ///         //       ^
 ///     }
 ///
-/// ValueStream parses several values, one per line or simply one after the other.
+/// ValueStream parses several values, one after the other. See also read.hpp and records.hpp.
 ///
 /// All functions may run in several threads at once. They do not depend on locales or on the
 /// floating-point environment, and leave the latter unchanged, including its flags.
@@ -40,7 +40,7 @@
 
 namespace foundation::json {
 
-/// What the parser accepts, and what becomes of it.
+/// What the parser accepts, and how it represents that.
 struct ParseOptions {
     /// How deep arrays and objects may nest. Parsing needs no stack for depth, but copying,
     /// comparing, serializing and destroying a value do: 100,000 levels are safe on a stack of
@@ -137,10 +137,10 @@ FOUNDATION_JSON_PARSER_EXPORT Value parse_file(const std::filesystem::path& path
 ///     }
 ///
 /// A value is returned as soon as its last byte was read: an array, object or string with its
-/// closing bracket or quote, a number or word with the space or line end after it. next() waits for
+/// closing bracket or quote, a number or word with the whitespace after it. next() waits for
 /// no byte beyond that, but may take all that the stream has available. Values need a separator
-/// only where they would run into each other. One value and its text are in memory at a time; space
-/// and comments between values are not.
+/// only where they would run into each other. One value and its text are in memory at a time;
+/// whitespace and comments between values are not.
 ///
 /// Two threads must not use it at once.
 class FOUNDATION_JSON_PARSER_EXPORT ValueStream {
@@ -152,8 +152,8 @@ public:
     /// The same with a limit.
     /// @param stream     must outlive this object; nothing is read yet
     /// @param options    what to accept
-    /// @param max_bytes  how long the text of one value may be, without the space around it; a
-    ///                   longer one is an error of next()
+    /// @param max_bytes  how long the text of one value may be, without the whitespace around it;
+    ///                   a longer one is an error of next()
     ValueStream(std::istream& stream, const ParseOptions& options, std::size_t max_bytes);
 
     ValueStream(ValueStream&& other) noexcept; ///< leaves the other fit only to be assigned to
@@ -183,7 +183,7 @@ private:
 };
 
 /// Describes an error for people, in three lines that each end with a line feed:
-/// `NAME:LINE:COLUMN: what()`, the line of the text, and a caret under the place.
+/// `NAME:LINE:COLUMN: what()`, the line of the text, and a caret under the position.
 ///
 /// A tab is shown as a space, and any other character that does not print as a dot, also in the
 /// name. Long lines are cut around the error. Wide and combining characters are taken into account.

@@ -1,7 +1,7 @@
 /// @file
 /// The errors of JSON parsers. A parser, such as that of parse.hpp, throws a ParserException with
-/// one of these codes and the position of the error; its caller finds out what went wrong and
-/// where:
+/// one of these codes, a message and the position of the error. Its caller can show them, here with
+/// the description of the code:
 ///
 ///     try {
 ///         value = read(text);

@@ -1,6 +1,6 @@
 /// @file
 /// Several changes of a value at once, as JSON: patches (RFC 6902) and merge patches (RFC 7396),
-/// applied and made; and the equality of values in which 7 equals 7, whatever holds it.
+/// applied and made; and equivalent(), which compares numbers by value, whatever their kinds.
 ///
 ///     patch(order, parse(R"([{"op": "replace", "path": "/grams", "value": 250}])"));
 ///     merge_patch(order, parse(R"({"grams": 250, "note": null})"));
@@ -22,8 +22,8 @@
 
 namespace foundation::json {
 
-/// The exception of a patch. what() names the operation and says what is wrong: "operation 2
-/// (remove /a/7): at /a/7: the array has length 3".
+/// The exception of a patch. what() names the operation and says what is wrong: `operation 2
+/// (remove "/a/7"): at /a/7: the array has length 3`.
 class FOUNDATION_JSON_EXPORT PatchError : public std::runtime_error {
 public:
     /// @param index    of the operation in the patch
@@ -134,7 +134,7 @@ FOUNDATION_JSON_EXPORT Value& merge_patch(Value& root FOUNDATION_JSON_LIFETIME_B
 [[nodiscard]] FOUNDATION_JSON_EXPORT Value merge_diff(const Value& from, const Value& to);
 /// @}
 
-/// Whether two values are equal as JSON: numbers by their amount, whatever their kinds, exactly;
+/// Whether two values are equal as JSON: numbers by value, whatever their kinds, exactly;
 /// Undefined members as if they were missing.
 ///
 ///     bool same = equivalent(integer(7), 7); // true, and integer(7) == Value(7) is false

@@ -1,16 +1,16 @@
 /// @file
-/// Values within values, by JSON Pointers (RFC 6901): to be found, set, inserted, erased, moved and
-/// copied.
+/// Finds, sets, inserts, erases, moves and copies values within values, by JSON Pointers
+/// (RFC 6901).
 ///
 ///     const Value* port = find(config, "/servers/0/port"); // null where there is nothing
 ///     set(config, "/servers/0/port", 8080);                // makes what is missing on the way
 ///     insert(config, "/servers/0/tags/-", "new");          // at the end of an array
 ///     Value old = erase(config, "/servers/1");             // gives what it took
 ///
-/// What changes a value either does all of its work or throws an exception and leaves the value as
-/// it was, also when memory runs out. Nothing is copied but the value that is given as an lvalue,
-/// and what copy() copies; elements of arrays are moved. Several such changes at once, all or none,
-/// are a patch: see patch.hpp.
+/// A function that throws leaves all values as they were, also when memory runs out, with the one
+/// exception that "Changes" below names. Only values that are passed as lvalues are copied, and the
+/// value that copy() copies; elements of arrays are moved. Several such changes at once, all or
+/// none, are a patch: see patch.hpp.
 ///
 /// A source with both `using namespace std;` and `using namespace foundation::json;` has to say
 /// which `set` it means: `std::set<int>` or `foundation::json::set(config, ...)`. The other names
@@ -67,7 +67,7 @@ private:
     std::shared_ptr<const std::string> pointer_; // shared, so that copies cannot throw
 };
 
-/// @name Places
+/// @name Lookup
 /// @{
 
 /// The value at a location, by its JSON Pointer (RFC 6901): "" is the root itself,

@@ -1,17 +1,17 @@
 /// @file
-/// Objects of your own types straight from JSON text, without a Value between. Part of the library
+/// Parses JSON into objects of your own types, without a Value in between. Part of the library
 /// foundation::json_parser.
 ///
 ///     const auto server = read<Server>(R"({"host": "a.example"})");
 ///     const auto servers = read_file<std::vector<Server>>("servers.json");
 ///
-///
 /// The types are those of convert.hpp with their tables, and so are the rules: read<T>(text) gives
 /// what to<T>(parse(text)) gives, or throws where that throws. It takes a fraction of the time, and
-/// no memory but that of the object.
+/// little memory besides that of the object. Records::next() and Reader::read() parse values of a
+/// stream into such objects.
 ///
-/// Of a document that does not fit the type, the exception tells the position and the JSON Pointer;
-/// describe() shows both:
+/// If a document does not fit the type, the exception has the position and the JSON Pointer, which
+/// describe() shows:
 ///
 ///     try {
 ///         const auto wrong = read<Server>(R"({"host": "a.example", "port": "80"})");
@@ -189,13 +189,13 @@ FOUNDATION_JSON_PARSER_EXPORT std::string shown_name(const std::filesystem::path
 /// @endcond
 
 /// @name Reading
-/// T is any type that to() knows; it must have a default constructor.
+/// T is any type that to() accepts.
 /// @{
 
-/// The object that a text holds: what to<T>(parse(text, options), options) gives.
+/// Parses a string into a new object: the result of to<T>(parse(text, options), options).
 ///
-/// Members are read in the order of the document. If something is wrong, or an object has a name
-/// twice, the text is parsed to a Value and converted after all.
+/// Members are read in the order of the document. After an error, or where an object has a name
+/// twice, the text is parsed to a Value, which is converted.
 /// @param text     need not outlive the call
 /// @param options  what to accept
 /// @throws ParserException the text is not what the options accept
@@ -203,9 +203,9 @@ FOUNDATION_JSON_PARSER_EXPORT std::string shown_name(const std::filesystem::path
 /// @throws std::bad_alloc  memory runs out
 /// @throws what a default constructor, or the insertion into a container, throws
 /// @complexity linear in the length of the text, times the logarithm of the sizes of tables and
-///             containers; recursion as deep as the nesting of T. No memory besides that of the
-///             object, but up to 256 names for each class; of what goes by way of a Value, that of
-///             the Value.
+///             containers; recursion as deep as the nesting of T. Besides the memory of the object,
+///             that of up to 256 names for each class; where a Value is needed, also that of the
+///             Value.
 template <class T>
 [[nodiscard]] T read(std::string_view text, const ReadOptions& options = {}) {
     if constexpr (detail::require_readable<T>()) {
@@ -244,16 +244,16 @@ template <class T>
     }
 }
 
-/// Reads a text into an object that is there, and uses its memory again: that of strings, vectors
-/// and other sequences, and of what they hold.
+/// Parses a string into an existing object, and reuses its memory: that of strings, vectors and
+/// other sequences, and of their elements.
 ///
 ///     Server server;
 ///     for (const std::string& line : lines) {
 ///         read_into(server, line);
 ///     }
 ///
-/// The object becomes what read() gives: a member that the text lacks becomes what the class's
-/// default constructor gives it. What no table names may keep what it holds.
+/// The object becomes what read() gives: a member that the document lacks gets the value of
+/// the class's default constructor. Data members that no table names may keep their values.
 /// @param object   after an exception, it is as its default constructor makes it
 /// @param text     must not be part of the object
 /// @param options  what to accept

@@ -33,7 +33,7 @@
 
 namespace foundation::json {
 
-/// What a Reader is at.
+/// The tokens of a Reader.
 enum class Token {
     none,         ///< no token: next() has not been called, or has failed
     begin_array,  ///< `[`
@@ -121,7 +121,7 @@ public:
     /// @throws whatever the stream buffer throws; once the stream works again, the next call goes
     ///         on with the same token
     /// @throws std::bad_alloc         memory runs out; the next call goes on with the same token
-    /// @complexity linear in the length of the token and the space before it; with the option
+    /// @complexity linear in the length of the token and the whitespace before it; with the option
     ///             duplicate_names set to error, also a search among the names of the object
     Token next();
 

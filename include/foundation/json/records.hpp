@@ -37,8 +37,8 @@ public:
         /// passed over. After an error, the next line is read. Lines end with LF or CR LF; the last
         /// one may have no end.
         lines,
-        /// Values follow each other, with or without space between them; a value may span lines.
-        /// After an error, the line behind that of the error is read.
+        /// Values follow each other, with or without whitespace between them; a value may span
+        /// lines. After an error, the line after that of the error is read.
         concatenated,
     };
 
@@ -118,18 +118,18 @@ public:
     ///                memory runs out when an array would become an object, or an object an array.
     ///                Of another type, it is unchanged at the end of the stream, and after an
     ///                exception as its default constructor makes it
-    /// @return false at the end of the stream
+    /// @return true if there was another record; false at the end of the stream, where `index()` is
+    ///         the number of records
     /// @throws ParserException        the options do not accept the record. The next call goes on
-    /// as
-    ///                                its framing says. Positions count from the initial position
-    ///                                of the stream
+    ///                                as its framing says. Positions count from the initial
+    ///                                position of the stream, bytes from 0, lines and columns from
+    ///                                1
     /// @throws ReadError              the record does not fit T, which is not Value; the next call
     ///                                goes on behind it. The pointer is that within the record
     /// @throws std::runtime_error     the pointer of Framing::elements() leads to no array
     /// @throws std::ios_base::failure the stream is not good at first, or fails before its end
-    /// @throws whatever the stream buffer throws; once the stream works again, the next call goes
-    /// on
-    ///         with the same record
+    /// @throws whatever the stream buffer throws; once the stream works again, the next call
+    ///         goes on with the same record
     /// @throws std::bad_alloc         memory runs out; the next call goes on with the same record
     /// @complexity linear in the length of the text
     bool next(T& record) {

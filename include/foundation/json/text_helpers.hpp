@@ -23,23 +23,23 @@ namespace foundation::json::detail {
 /// @param text    the code units; only read. May be null when length is 0.
 /// @param length  how many of them to convert
 /// @return the UTF-8 text of exactly those units
-/// @throws std::length_error with the text "string too long" if length is negative
+/// @throws std::length_error with the message "string too long" if length is negative
 /// @throws std::bad_alloc if memory runs out
 /// @complexity linear in length
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::string u16_to_u8(char16_t* text, int length);
 
-/// Reads the number at the start of a text.
+/// Parses the number at the start of a string.
 ///
-/// Reads the longest number, in the form of std::from_chars, with which the text begins: no leading
-/// blanks and no plus sign; `inf` and `nan` are numbers. The rest is ignored. The decimal separator
-/// is
-/// `.` in every locale, and the result is the double nearest to the number. Never throws; allocates
-/// nothing.
+/// Parses the longest number, in the form of std::from_chars, with which the string begins: no
+/// leading whitespace and no plus sign; `inf` and `nan` are numbers. The rest is ignored. The
+/// decimal separator is `.` in every locale, and the result is the double nearest to the number.
+///
+/// Never throws; allocates nothing.
 ///
 /// @param text  NUL-terminated; must not be null
-/// @return the number; 0 if the text does not begin with one; an infinity if it is too large, and
+/// @return the number; 0 if the string does not begin with one; an infinity if it is too large, and
 ///         a zero if it is too small for a double, with the number's sign
-/// @complexity linear in the length of the text
+/// @complexity linear in the length of the string
 [[nodiscard]] FOUNDATION_JSON_EXPORT double string_to_double(const char* text);
 
 } // namespace foundation::json::detail

@@ -1,5 +1,5 @@
 /// @file
-/// JSON text for other programs: byte for byte what JSON.stringify writes. Not part of json.hpp.
+/// Serializes values with the layout, escapes and digits of JSON.stringify. Not part of json.hpp.
 ///
 ///     Value value(Property("id") = 1763781000016LL);
 ///     std::string text = write(value); // -> {"id":1763781000016}
@@ -7,7 +7,7 @@
 ///     write_file(path, value); // all or nothing
 ///     std::string same_everywhere = write(value, WriteOptions::canonical());
 ///
-/// A text that is too big to be a Value first is written piece by piece:
+/// A document that is too big to be a Value is written piece by piece:
 ///
 ///     Writer writer(stream);
 ///     writer.begin_object().name("items").begin_array();
@@ -17,15 +17,15 @@
 ///     writer.end().end(); // -> {"items":[{"id":1},{"id":2}]}
 ///
 /// Layout, escapes and numbers are those of ECMAScript's JSON.stringify(value, null, indent). Whole
-/// numbers below 1e21 are digits; other doubles and floats are the shortest text that reads back as
-/// the same double or float; int64 and uint64 have all their digits. Members come in the byte-wise
+/// numbers below 1e21 are digits; other doubles and floats are the shortest text that parses as the
+/// same double or float; int64 and uint64 have all their digits. Members come in the byte-wise
 /// order of their names, as a Value has them; Undefined members are left out, and Undefined
 /// elements are null. What JSON cannot express is an error that names its location, where
 /// JSON.stringify would write something else.
 ///
 /// The text depends on the value and the options alone: not on locales, the flags and the width of
 /// a stream, or the floating-point environment, which stays unchanged with its flags. The fixed
-/// text of serializer.hpp has rules of its own.
+/// format of serializer.hpp has rules of its own.
 #ifndef FOUNDATION_JSON_WRITE_HPP
 #define FOUNDATION_JSON_WRITE_HPP
 
@@ -119,7 +119,7 @@ FOUNDATION_JSON_EXPORT void write(std::ostream& stream, const Value& value,
                                   const WriteOptions& options = {});
 /// @}
 
-/// Writes one text piece by piece, onto a stream or to a string, for what is too big to be a Value.
+/// Writes a document piece by piece, onto a stream or to a string, if it is too big to be a Value.
 ///
 ///     std::string text;
 ///     Writer writer(text, WriteOptions::indented(2));
@@ -129,9 +129,9 @@ FOUNDATION_JSON_EXPORT void write(std::ostream& stream, const Value& value,
 ///     writer.name("owner").value(owner); // a Value
 ///     writer.end();
 ///
-/// A text is an array, an object or a single value. It is complete with the last end(), or with
+/// A document is an array, an object or a single value. It is complete with the last end(), or with
 /// that value, and only then the stream or string has all of it; nothing has to be closed or
-/// flushed. After finish(), which makes sure of that, the Writer can write another text, such as
+/// flushed. After finish(), which checks that, the Writer can write another document, such as
 /// the next line of JSON Lines.
 ///
 /// The options have the same effect as in write(). A member whose value is Undefined is left out
@@ -139,8 +139,8 @@ FOUNDATION_JSON_EXPORT void write(std::ostream& stream, const Value& value,
 ///
 /// Calls return the Writer itself. A call that does not fit, such as value() within an object
 /// without name(), throws std::logic_error and changes nothing; what() says what is expected: "at
-/// /items: value() where name() or end() is expected". After any other exception the text cannot
-/// go on, and what the stream or string has of it is unspecified.
+/// /items: value() where name() or end() is expected". After any other exception the
+/// document cannot be continued, and what the stream or string has of it is unspecified.
 ///
 /// Memory is that for a buffer, for the longest name and for the names that lead to the present
 /// level, and some bytes for each level, however long the text is. Nesting takes no stack.
@@ -194,12 +194,12 @@ public:
         return *this;
     }
 
-    /// JSON text that is there already, as the next value. It is neither checked nor changed.
+    /// Existing JSON text, as the next value. It is neither checked nor changed.
     /// @param json  the text of exactly one value
     Writer& raw(std::string_view json);
     /// @}
 
-    /// Makes sure that the text is complete. What is written next begins another text.
+    /// Checks that the document is complete. What is written next begins another one.
     /// @throws std::logic_error it is not complete; what() says where, and what is expected
     void finish();
 

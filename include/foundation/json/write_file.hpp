@@ -1,5 +1,5 @@
 /// @file
-/// JSON text into files, all or nothing. write.hpp includes it. For objects of your own types,
+/// Writes JSON files, all or nothing. write.hpp includes it. For objects of your own types,
 /// include write_types.hpp, too.
 #ifndef FOUNDATION_JSON_WRITE_FILE_HPP
 #define FOUNDATION_JSON_WRITE_FILE_HPP
@@ -27,7 +27,7 @@ FOUNDATION_JSON_EXPORT void write_text(const std::filesystem::path& path, const 
 /// @{
 
 /// Writes the text of a value and a line end to a file, all or nothing: a new file, beside the old
-/// one, gets the text, and takes its place once everything is on the disk.
+/// one, gets the text, and replaces it once everything is on the disk.
 ///
 /// After any error, the old file is as it was, or there is none, and nothing else is left in its
 /// folder. Only a program that ends abruptly may leave the new file there, a hidden one with the

@@ -1,5 +1,5 @@
 /// @file
-/// How JSON text is written, and the exception for what it cannot express. It includes neither
+/// The options of write(), and the exception for what JSON cannot express. It includes neither
 /// Value nor any container.
 #ifndef FOUNDATION_JSON_WRITE_OPTIONS_HPP
 #define FOUNDATION_JSON_WRITE_OPTIONS_HPP
@@ -34,8 +34,8 @@ inline constexpr bool
 } // namespace detail
 /// @endcond
 
-/// How a text is written. An option that is not set has the value of JSON.stringify(value), but
-/// that what JSON cannot express is an error.
+/// How a value is written. By default as by JSON.stringify(value), except that what JSON cannot
+/// express is an error.
 struct WriteOptions {
     /// The spaces for each level, on lines of their own; 0 writes all on one line. As in
     /// JSON.stringify, more than 10 count as 10.
@@ -99,7 +99,7 @@ struct WriteOptions {
     }
 };
 
-/// The exception for what a text cannot express. what() begins with the location of the error, "at
+/// The exception for what JSON cannot express. what() begins with the location of the error, "at
 /// /servers/3/load: " or "at the root: "; quotes, backslashes and control bytes in it are escaped
 /// as in a JSON string.
 class FOUNDATION_JSON_EXPORT WriteError : public std::runtime_error {
@@ -113,7 +113,7 @@ public:
     WriteError& operator=(const WriteError&) = default; ///< never throws
     ~WriteError() override;
 
-    /// The location as a JSON Pointer, not escaped. The empty text is the root. For a name that
+    /// The location as a JSON Pointer, not escaped. The empty string is the root. For a name that
     /// cannot be written it is that of the object.
     [[nodiscard]] const std::string& pointer() const noexcept { return *pointer_; }
 

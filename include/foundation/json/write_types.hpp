@@ -1,6 +1,6 @@
 /// @file
-/// JSON text of your own types, without a Value in between. Not part of json.hpp; convert.hpp
-/// includes it.
+/// Serializes objects of your own types, without a Value in between. Not part of json.hpp;
+/// convert.hpp includes it.
 ///
 ///     std::string text = write(server);
 ///     write(stream, server, WriteOptions::indented(2));
@@ -57,8 +57,8 @@ AnyObject object_of(OfOtherType, const T& object) noexcept {
 /// @endcond
 
 /// @name Objects of your own types
-/// What is wrong is told by the same exceptions, with the same messages, as by from() and write():
-/// the object is looked through again to find out where it is.
+/// Errors are the same exceptions, with the same messages, as of from() and write(). After an error
+/// the object is visited once more, to find its location.
 /// @throws ConversionError  what from() throws
 /// @throws WriteError       the options do not allow something in the object
 /// @throws std::bad_alloc   memory runs out
