@@ -140,7 +140,7 @@ TEST(ToByPointer, ConvertsTheValueAtThePointer) {
     EXPECT_EQ(to<Array>(Value(Array{1, "x"}), ""), (Array{1, "x"}));
 }
 
-TEST(ToByPointer, NamesPlacesFromTheRoot) {
+TEST(ToByPointer, NamesLocationsFromTheRoot) {
     const Value config = configuration();
     EXPECT_THAT([&] { to<fleet::Server>(config, "/server"); },
                 ThrowsMessage<ConversionError>("at /server/tags/1: 1 is a number, not a string"));
@@ -267,7 +267,7 @@ TEST(ToOr, ThrowsForAValueThatDoesNotConvert) {
                 ThrowsMessage<ConversionError>("at /server/tags/1: 1 is a number, not a string"));
 }
 
-TEST(ToOr, GivesAStringForATextAsFallback) {
+TEST(ToOr, GivesAStringForALiteralAsFallback) {
     const Value config = configuration();
     char text[] = "fallback";
     static_assert(std::is_same_v<decltype(to_or(config, "/x", "text")), std::string>);
@@ -289,7 +289,7 @@ TEST(ToOr, TakesAnyTypeAsFallback) {
     EXPECT_EQ(to_or(config, "/x", fleet::Level::high), fleet::Level::high);
 }
 
-TEST(ConversionErrors, NameThePlaceAndTheProblem) {
+TEST(ConversionErrors, NameTheLocationAndTheProblem) {
     const ConversionError error("/a\"b", "is odd");
     EXPECT_EQ(error.pointer(), "/a\"b");
     EXPECT_STREQ(error.what(), "at /a\\\"b: is odd");
@@ -313,7 +313,7 @@ std::string error_below_odd_names(const Value& wrong) {
     return "(nothing was thrown)";
 }
 
-TEST(ConversionErrors, OfEveryTypeNameTheirPlace) {
+TEST(ConversionErrors, OfEveryTypeNameTheirLocation) {
     const std::string place = R"(at /a~1~0\"\u0000b/)";
     EXPECT_EQ(error_below_odd_names<int>(true), place + ": true is a boolean, not a number");
     EXPECT_EQ(error_below_odd_names<std::uint16_t>(70000),

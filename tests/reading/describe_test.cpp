@@ -27,7 +27,7 @@ std::string repeat(const std::string& piece, std::size_t count) {
     return result;
 }
 
-TEST(Describe, ShowsNamePlaceMessageLineAndACaret) {
+TEST(Describe, ShowsNamePositionMessageLineAndACaret) {
     EXPECT_EQ(description("{\n  \"list\": [1,]\n}", "server.json"),
               "server.json:2:14: found ']' after a comma: the option trailing_commas allows it\n"
               "  \"list\": [1,]\n"
@@ -40,7 +40,7 @@ TEST(Describe, ShowsNamePlaceMessageLineAndACaret) {
     EXPECT_EQ(description("", "x"), "x:1:1: the document is empty\n\n^\n");
 }
 
-TEST(Describe, ShowsTabsAsBlanks) {
+TEST(Describe, ShowsTabsAsSpaces) {
     EXPECT_EQ(description("\t[\t1 2]"), "1:6: a comma is missing before '2'\n [ 1 2]\n     ^\n");
 }
 
@@ -127,7 +127,7 @@ TEST(Describe, LooksAtAThousandBytesBeforeTheError) {
         "1:503: what\n...ff" + marks + "x\n     ^\n");
 }
 
-TEST(Describe, CutsLongLinesAroundThePlace) {
+TEST(Describe, CutsLongLinesAroundTheError) {
     const std::string ones = repeat("1,", 100);
     EXPECT_EQ(description("[" + ones + "x," + ones + "1]"),
               "1:202: found 'x' where a value should begin: strings are written in double quotes\n"

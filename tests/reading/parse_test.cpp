@@ -56,7 +56,7 @@ TEST(Parser, ReadsArraysAndObjectsInEachOther) {
         Value(Elements{1, "a", Elements{2, Elements{3}, "b", Members{{"c", Elements{4}}}}, 5}));
 }
 
-TEST(Parser, SkipsBlanksBetweenTokens) {
+TEST(Parser, SkipsWhitespaceBetweenTokens) {
     const std::string blanks = " \t\r\n   \n\t\t\r\n                                   ";
     const std::string tokens[] = {"[",     "1", ",", "{", "\"a\"", ":", "true", ",",
                                   "\"b\"", ":", "[", "]", "}",     ",", "null", "]"};
