@@ -37,7 +37,7 @@
 #endif
 #endif
 #ifndef FOUNDATION_JSON_LIFETIME_BOUND
-/// Marks what a result refers to, behind a parameter or, for the object itself, behind a member
+/// Marks what a result refers to, after a parameter or, for the object itself, after a member
 /// function. A compiler that knows such an attribute, as clang++ does, warns where the result is
 /// kept for longer than that: `const Value& name = make_record()["name"];`.
 #define FOUNDATION_JSON_LIFETIME_BOUND

@@ -108,7 +108,7 @@ FOUNDATION_JSON_PARSER_EXPORT Value parse(std::istream& stream, const ParseOptio
 /// The same with a limit.
 /// @param stream     as above
 /// @param options    what to accept
-/// @param max_bytes  how long the text may be; reading ends behind so many bytes
+/// @param max_bytes  how long the text may be; reading ends after so many bytes
 /// @throws ParserException also if the text is longer
 FOUNDATION_JSON_PARSER_EXPORT Value parse(std::istream& stream, const ParseOptions& options,
                                           std::size_t max_bytes);
@@ -124,7 +124,7 @@ FOUNDATION_JSON_PARSER_EXPORT Value parse_file(const std::filesystem::path& path
 /// The same with a limit.
 /// @param path       of the file
 /// @param options    what to accept
-/// @param max_bytes  how long the file may be; reading ends behind so many bytes
+/// @param max_bytes  how long the file may be; reading ends after so many bytes
 /// @throws ParserException also if the file is longer
 FOUNDATION_JSON_PARSER_EXPORT Value parse_file(const std::filesystem::path& path,
                                                const ParseOptions& options, std::size_t max_bytes);

@@ -97,7 +97,7 @@ const Value* find(const Value&& root, std::string_view pointer) = delete;
 /// @name Changes
 /// In an array, an index stands for an element, and the length of the array or "-" for the position
 /// after the last one. Each function takes one lookup per token of its pointers. In an array it
-/// also moves the elements behind the index, each in constant time, and allocates for the arrays
+/// also moves the elements after the index, each in constant time, and allocates for the arrays
 /// and objects among them if the array grows or has elements of several kinds; what they hold stays
 /// where it is.
 ///
@@ -152,7 +152,7 @@ inline Value& insert(Value& root FOUNDATION_JSON_LIFETIME_BOUND, std::string_vie
     return json::insert(root, pointer, Value(value));
 }
 
-/// Removes a member or an element; the elements behind it move up.
+/// Removes a member or an element; the elements after it move up.
 ///
 ///     Value first = erase(order, "/lines/0");
 ///

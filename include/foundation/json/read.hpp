@@ -77,7 +77,7 @@ private:
 /// Describes an error for people, in three lines that each end with a line feed: what(), the line
 /// of the text, and a caret under the position.
 ///
-/// What does not print, and long lines, are shown as by describe() of a ParserException.
+/// Characters that do not print, and long lines, are shown as by describe() of a ParserException.
 /// @param error  of this header's functions
 /// @param name   of what was read, such as a file; if it is empty, the file of read_file()
 /// @throws std::bad_alloc memory runs out

@@ -99,7 +99,7 @@ public:
     explicit Reader(String&& text, const ParseOptions& options = {}) = delete;
 
     /// Reads the rest of a stream, of which a piece is in memory at a time. Waits for no more of it
-    /// than the next token needs: a number or word ends with the byte behind it.
+    /// than the next token needs: a number or word ends with the byte after it.
     /// @param stream     must outlive the reader; nothing is read yet
     /// @param options    as for parse()
     /// @param max_bytes  how long the text of a string, number or name may be, with its quotes, or
@@ -114,7 +114,7 @@ public:
 
     /// Goes on to the next token. After an exception there is no current token until a call
     /// succeeds.
-    /// @return that token; Token::end again behind the end
+    /// @return that token; Token::end again after the end
     /// @throws ParserException        as parse(); every later call of next(), skip() and value()
     ///                                throws the same
     /// @throws std::ios_base::failure the stream is not good at first, or fails before its end
@@ -162,7 +162,7 @@ public:
     /// whose name it is; where the last call has failed, with the token that it has not read.
     /// @{
 
-    /// Skips that value; behind it, or without one, does nothing. What is skipped is checked as all
+    /// Skips that value; after it, or without one, does nothing. What is skipped is checked as all
     /// else is.
     /// @throws as next(); if that is not a ParserException, the next call of skip() goes on, and
     ///         next() gives the token within the value that was not read
@@ -176,7 +176,7 @@ public:
     /// That value as an object of a type of your own, as read_into() in read.hpp reads it; include
     /// that header.
     /// @param object  after an exception, it is as its default constructor makes it
-    /// @throws ReadError        the value does not fit the type; then the reader is behind it.
+    /// @throws ReadError        the value does not fit the type; then the reader is after it.
     ///                          Position and pointer are those in the document
     /// @throws std::logic_error no value begins here
     /// @throws as next(); if that is not a ParserException, the reader is where it was
@@ -190,7 +190,7 @@ public:
     /// @name Where the reader is
     /// @{
 
-    /// How many arrays and objects are open: one within `[`, none behind `]`.
+    /// How many arrays and objects are open: one within `[`, none after `]`.
     [[nodiscard]] std::size_t depth() const noexcept;
 
     /// The JSON Pointer to the value of the current token; at a name, to its member. Without a
@@ -200,7 +200,7 @@ public:
     [[nodiscard]] std::string pointer() const;
 
     /// Where the current token begins. Without one, it is where the error is or, after another
-    /// exception, somewhere behind the last token.
+    /// exception, somewhere after the last token.
     /// @complexity amortized linear in the text since the last call
     [[nodiscard]] Position position() const;
     /// @}

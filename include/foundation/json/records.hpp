@@ -45,7 +45,7 @@ public:
     Framing(Kind kind) noexcept : kind_(kind) {} ///< implicit: Framing::lines is a Framing
 
     /// The elements of an array in a document. After an error in the document, there are no more.
-    /// The rest of the document is checked behind the last of them.
+    /// The rest of the document is checked after the last of them.
     /// @param pointer  the array, as a JSON Pointer (RFC 6901). Of members with the same name, it
     ///                 means the first
     /// @throws std::invalid_argument the pointer is none
@@ -98,7 +98,7 @@ private:
 /// that the last call of next() replaced, unless its text was longer than 64 KiB.
 ///
 /// Waits for no more of a stream than a record and its end: the end of its line or, for other
-/// framings, its closing bracket or quote, or the byte behind a number or word. Two threads must
+/// framings, its closing bracket or quote, or the byte after a number or word. Two threads must
 /// not use one object at once.
 /// @tparam T  what records become: Value or, if you include read.hpp, any type that read() knows
 template <class T>
@@ -125,7 +125,7 @@ public:
     ///                                position of the stream, bytes from 0, lines and columns from
     ///                                1
     /// @throws ReadError              the record does not fit T, which is not Value; the next call
-    ///                                goes on behind it. The pointer is that within the record
+    ///                                goes on after it. The pointer is that within the record
     /// @throws std::runtime_error     the pointer of Framing::elements() leads to no array
     /// @throws std::ios_base::failure the stream is not good at first, or fails before its end
     /// @throws whatever the stream buffer throws; once the stream works again, the next call
