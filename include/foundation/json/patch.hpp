@@ -22,8 +22,8 @@
 
 namespace foundation::json {
 
-/// The exception of a patch. what() names the operation and says what is wrong: `operation 2
-/// (remove "/a/7"): at /a/7: the array has length 3`.
+/// The exception of a patch. what() names the operation and says what is wrong, as in
+/// `operation 2 (remove "/a/7"): at /a/7: the array has length 3`.
 class FOUNDATION_JSON_EXPORT PatchError : public std::runtime_error {
 public:
     /// @param index    of the operation in the patch
