@@ -13,7 +13,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
