@@ -20,7 +20,7 @@ constexpr bool is_low_surrogate(char16_t unit) noexcept {
 void append_utf8(std::string& result, utf8proc_int32_t code) {
     utf8proc_uint8_t sequence[4];
     const utf8proc_ssize_t size = utf8proc_encode_char(code, sequence);
-    result.append(sequence, sequence + size);
+    result.append(reinterpret_cast<const char*>(sequence), static_cast<std::size_t>(size));
 }
 
 } // namespace

@@ -14,7 +14,7 @@ struct Point {
     int x;
 };
 const std::vector<int> numbers;
-const int seven = 7;
+int seven = 7;
 
 // An expected sentence is one line, however long.
 // clang-format off

@@ -316,7 +316,7 @@ TEST(WriteFile, LeavesTheOldFileWhereTheDiskIsFull) {
     const pid_t child = ::fork();
     if (child == 0) {
         if (::unshare(CLONE_NEWNS | (::geteuid() == 0 ? 0 : CLONE_NEWUSER)) != 0 ||
-            ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            ::mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) != 0 ||
             ::mount("tmpfs", folder.path().c_str(), "tmpfs", 0, "size=64k") != 0) {
             ::_exit(99);
         }

@@ -457,8 +457,14 @@ private:
         try {
             parse(text_, options_);
         } catch (const ParserException& error) {
-            const std::string before = text_.substr(0, error.get_byte_position());
-            return outcome_of([&] { return parse(before, options_); }) == value;
+            // Behind the first bytes of a character that is cut off, or behind a whole one.
+            const std::size_t end = error.get_byte_position();
+            for (std::size_t cut = 0; cut <= std::min<std::size_t>(end, 3); ++cut) {
+                const std::string before = text_.substr(0, end - cut);
+                if (outcome_of([&] { return parse(before, options_); }) == value) {
+                    return true;
+                }
+            }
         }
         return false;
     }
