@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 namespace foundation::json::detail {
@@ -61,7 +62,11 @@ inline void sort_parts(NamedPart* parts, std::size_t count, bool in_utf16) {
     if (in_utf16) {
         by(is_less_in_utf16);
     } else {
-        by([](std::string_view left, std::string_view right) { return left < right; });
+        by([](std::string_view left, std::string_view right) {
+            const std::size_t shorter = std::min(left.size(), right.size());
+            const int order = std::memcmp(left.data(), right.data(), shorter);
+            return order != 0 ? order < 0 : left.size() < right.size();
+        });
     }
 }
 
