@@ -30,8 +30,9 @@ struct TextPosition {
 inline constexpr std::size_t most_quoted = 160;
 
 /// How many bytes behind its position an error must know: one more shows whether what is quoted
-/// ends within a character, or with the end of the line.
-inline constexpr std::size_t quoted_behind = most_quoted + 1;
+/// ends within a character, or with the end of the line; and an error of a comment lies one byte
+/// farther on, behind the slash.
+inline constexpr std::size_t quoted_behind = most_quoted + 2;
 
 /// A limit on bytes that is none.
 inline constexpr std::size_t unlimited = ~std::size_t{0};

@@ -889,5 +889,16 @@ TEST(ParserErrors, QuoteOfALongLineNoMoreThan160BytesOnEitherSide) {
                   umlauts.substr(0, 158) + "\"x" + umlauts.substr(0, 158)});
 }
 
+// A stream is read as far as the quote goes, also where the error is one byte farther on.
+TEST(ParserErrors, QuoteTheSameOfAStreamBehindASlash) {
+    ParseOptions options;
+    options.comments = true;
+    for (const std::size_t size : {157U, 158U, 159U, 160U, 161U, 162U, 300U}) {
+        const std::string bytes(size, '\x9D');
+        EXPECT_EQ(disagreement_in_pieces_of("[1, /" + bytes + "]", options, 1), "") << size;
+        EXPECT_EQ(disagreement_in_pieces_of("[1, " + bytes + "]", options, 1), "") << size;
+    }
+}
+
 } // namespace
 } // namespace foundation::json::test
