@@ -494,8 +494,9 @@ struct SequenceConverter {
                 target.clear();
                 while (elements.next()) {
                     Made<T> element;
-                    elements.read(element);
-                    target.push_back(std::move(*element.object));
+                    if (elements.read(element)) {
+                        target.push_back(std::move(*element.object));
+                    }
                 }
             } else if constexpr (std::remove_reference_t<decltype(source)>::known_lengths) {
                 target = Container(elements.size(), target.get_allocator());
@@ -618,12 +619,14 @@ struct SetConverter : SequenceConverter<Set> {
         auto elements = source.elements();
         target.clear();
         if constexpr (detail::require_default<T>()) {
-            for (std::size_t size = 1; elements.next(); ++size) {
+            while (elements.next()) {
                 Made<T> element;
-                elements.read(element);
-                target.insert(target.end(), std::move(*element.object));
-                if (!may_repeat && target.size() != size) {
-                    elements.fail("the set has this element already");
+                if (elements.read(element)) {
+                    const std::size_t size = target.size();
+                    target.insert(target.end(), std::move(*element.object));
+                    if (!may_repeat && target.size() == size) {
+                        elements.report("the set has this element already");
+                    }
                 }
             }
         }
@@ -662,17 +665,18 @@ struct MapConverter {
                     const std::size_t size = target.size();
                     const auto added = target.try_emplace(target.end(), members.name());
                     if (target.size() == size) {
-                        members.fail("the map has this name already");
+                        members.report("the map has this name already");
+                    } else {
+                        members.read(added->second);
                     }
-                    members.read(added->second);
+                } else if (target.find(members.name()) != target.end()) {
+                    members.report("the map has this name already");
                 } else {
-                    if (target.find(members.name()) != target.end()) {
-                        members.fail("the map has this name already");
-                    }
                     const std::string name = members.name();
                     Made<T> element;
-                    members.read(element);
-                    target.emplace(name, std::move(*element.object));
+                    if (members.read(element)) {
+                        target.emplace(name, std::move(*element.object));
+                    }
                 }
             }
         }

@@ -86,7 +86,9 @@ struct Converter<T, Category::represented> {
             using Parameter = decltype(detail::parameter_of(&representation<T>::from));
             constexpr bool is_view = std::is_same_v<Parameter, std::string_view>;
             using Read = std::conditional_t<is_view, std::string, Parameter>;
+            const std::size_t noted = detail::source_of(from...).noted();
             auto content = detail::make_from<Read>(from...);
+            detail::source_of(from...).fail_since(noted);
             try {
                 return representation<T>::from(std::move(content));
             } catch (const std::exception&) {
@@ -200,6 +202,20 @@ struct VariantWriter {
     }
 };
 
+/// As long as it lives, errors are thrown rather than noted.
+class Trial {
+public:
+    explicit Trial(Session& session) noexcept
+        : session_(session), collector_(std::exchange(session.collector, nullptr)) {}
+    Trial(const Trial&) = delete;
+    Trial& operator=(const Trial&) = delete;
+    ~Trial() { session_.collector = collector_; }
+
+private:
+    Session& session_;
+    ErrorCollector* const collector_;
+};
+
 /// The first alternative that accepts what is there.
 template <class... Types>
 struct FirstAlternative : VariantWriter<Types...> {
@@ -231,6 +247,7 @@ private:
     template <std::size_t I, class T>
     static bool read_as(Variant& target, const ValueSource& source, std::string& problems) {
         if constexpr (detail::require_default<T>()) {
+            const Trial trial(source.session());
             try {
                 target.template emplace<I>(detail::make_from<T>(source));
                 return true;

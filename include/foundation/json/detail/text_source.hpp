@@ -350,6 +350,10 @@ public:
         }
     }
 
+    /// An error ends the reading of a document: none is noted.
+    static constexpr std::size_t noted() noexcept { return 0; }
+    static constexpr void fail_since(std::size_t) noexcept {}
+
     const ConvertOptions& options() const noexcept { return reader_.options(); }
     DocumentReader& reader() const noexcept { return reader_; }
     const void* base() const noexcept { return base_; }
@@ -407,8 +411,9 @@ public:
     }
 
     template <class T>
-    void read(T& element, const void* base = nullptr) const {
+    bool read(T& element, const void* base = nullptr) const {
         source_.read_part(element, base);
+        return true;
     }
 
     /// Reads all of them into a container, whose elements may be used again.
@@ -443,7 +448,7 @@ public:
         }
     }
 
-    [[noreturn]] static void fail(const char*) { DocumentReader::give_up(); }
+    [[noreturn]] static void report(const char*) { DocumentReader::give_up(); }
 
 private:
     bool go_on() const {
@@ -511,11 +516,12 @@ public:
     std::string&& name() noexcept { return std::move(name_); }
 
     template <class T>
-    void read(T& member) const {
+    bool read(T& member) const {
         source_.read_part(member, nullptr);
+        return true;
     }
 
-    [[noreturn]] static void fail(const char*) { DocumentReader::give_up(); }
+    [[noreturn]] static void report(const char*) { DocumentReader::give_up(); }
 
 private:
     const TextSource& source_;
