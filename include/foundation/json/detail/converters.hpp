@@ -293,7 +293,8 @@ struct Converter<Made<T>, Category::other> {
     template <class... From>
     static void read(Made<T>& target, From&... from) {
         if constexpr (std::is_default_constructible_v<T>) {
-            detail::read_from(target.object.emplace(), from...);
+            const auto& source = detail::source_of(from...);
+            source.read_new(target.object.emplace());
         } else {
             target.object.emplace(Converter<T>::make(from...));
         }

@@ -311,6 +311,11 @@ public:
         }
     }
 
+    template <class T>
+    void read_new(T& target) const {
+        read_part(target, nullptr); // the base is one of what is made of it
+    }
+
     template <class Optional>
     void read_present(Optional& target) const {
         const void* const base =

@@ -153,6 +153,7 @@ Type& member_of(void* object, const void* pointer) noexcept {
 //     members()             those of an object
 //     part<T>(part_of)      for an element of a T, the second argument of read() of its elements()
 //     read_present(target)  the content of a std::optional
+//     read_new(target)      an object that has just been made, of whatever type
 //     noted()               how many errors have been noted so far
 //     fail_since(noted)     fails if there have been more since then
 //
@@ -201,6 +202,11 @@ public:
     template <class Whole, class PartOf>
     static constexpr const void* part(const PartOf&) noexcept {
         return nullptr;
+    }
+
+    template <class T>
+    void read_new(T& target) const {
+        detail::read_from(target, value_, location_, session_);
     }
 
     template <class Optional>
