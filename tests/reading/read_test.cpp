@@ -286,6 +286,17 @@ TEST(ReadInto, GivesWhatIsNotReadItsDefaultAtThatLocation) {
     EXPECT_EQ(node.pair[1].point.x, 1);
 }
 
+TEST(ReadInto, MakesWhatIsPointedToOrRepresentedAnew) {
+    // Of what is made of it there is a default, but none of the type that is read.
+    reads::Pointers pointers;
+    pointers.unique = std::make_unique<reads::Leaf>();
+    read_into(pointers, R"({"size":{"width":3,"height":4},"unique":{"n/~":1,"point":{"x":5}}})");
+    EXPECT_EQ(pointers.size.width(), 3);
+    EXPECT_EQ(pointers.unique->level, reads::Level::high);
+    EXPECT_EQ(pointers.unique->text, "default");
+    EXPECT_EQ(pointers.unique->point.y, 4);
+}
+
 TEST(ReadInto, LeavesADefaultObjectAfterAnException) {
     reads::Node node;
     node.name = "before";
