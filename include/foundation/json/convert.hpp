@@ -85,8 +85,8 @@ public:
     ConversionError(std::string pointer, const std::string& problem);
 
     /// Several errors as one exception.
-    /// @param errors     one or more, in the order of their lines in what()
-    /// @param cuts_off   whether there may be more, so that what() ends with a line that says so
+    /// @param errors    one or more, in the order of their lines in what()
+    /// @param cuts_off  whether there may be more, so that what() ends with a line that says so
     /// @throws std::invalid_argument if there is no error
     /// @throws std::bad_alloc if memory runs out
     explicit ConversionError(std::vector<ConversionProblem> errors, bool cuts_off = false);
