@@ -39,7 +39,8 @@ def medians(folder, family, field="cpu_time"):
     """The results of one family: {(task, subject): {contender: median}}. Not all have each field."""
     rows = {}
     for file in folder.glob(f"{family}.*.json"):
-        for run in json.loads(file.read_text())["benchmarks"]:
+        # A library that has none of the tasks leaves an empty file.
+        for run in json.loads(file.read_text() or '{"benchmarks": []}')["benchmarks"]:
             if run.get("error_occurred"):
                 sys.exit(f"{run['name']}: {run['error_message']}")
             task, subject, contender = run["run_name"].split("/")
