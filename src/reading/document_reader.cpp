@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <string_view>
 #include <utility>
 
@@ -352,6 +353,55 @@ DocumentCore::read_unsigned_number(const char* at, unsigned long long most) {
     return {at, number};
 }
 
+inline const char* DocumentCore::read_number(const char* at, double& target) {
+    return read_double(at, target);
+}
+
+inline const char* DocumentCore::read_number(const char* at, int& target) {
+    using Limits = std::numeric_limits<int>;
+    const auto behind = read_signed_number(at, Limits::min(), Limits::max());
+    target = static_cast<int>(behind.number);
+    return behind.at;
+}
+
+/// Reads elements, which are collected before the vector gets them.
+template <class T>
+[[gnu::always_inline]] inline const char* DocumentCore::read_numbers(const char* at,
+                                                                     std::vector<T>& target) {
+    target.clear();
+    if (!begin_container(at, '[', ']')) {
+        return at;
+    }
+    constexpr std::size_t most = 64;
+    T collected[most];
+    std::size_t count = 0;
+    bool more = true;
+    while (more) {
+        if (count == most) {
+            target.insert(target.end(), collected, collected + most);
+            count = 0;
+        }
+        at = read_number(at, collected[count]);
+        ++count;
+        if (likely(is_fast(at)) && *at == ',' && begins_number(at[1])) {
+            ++at;
+        } else {
+            at = separate(at, ']', more);
+        }
+    }
+    // A loop takes less time for a few than a function that copies any number of bytes.
+    constexpr std::size_t few = 8;
+    if (count > few) {
+        target.insert(target.end(), collected, collected + count);
+        return at;
+    }
+    target.reserve(target.size() + count);
+    for (std::size_t i = 0; i != count; ++i) {
+        target.push_back(collected[i]);
+    }
+    return at;
+}
+
 inline DocumentReader::Behind<std::size_t> DocumentCore::read_name_of(const char* at,
                                                                       const NameTable& names) {
     if (!is_at(at, '"')) {
@@ -688,48 +738,12 @@ DocumentReader::Behind<std::size_t> DocumentReader::next_element(const char* at)
     return {at, more ? std::size_t{1} : 0};
 }
 
-namespace {
-
-/// Reads elements, which are collected before the vector gets them.
-template <class T, class Read>
-const char* read_elements_of(DocumentCore& core, const char* at, std::vector<T>& target,
-                             const Read& read_one) {
-    constexpr std::size_t most = 64;
-    T collected[most];
-    std::size_t count = 0;
-    do {
-        if (count == most) {
-            target.insert(target.end(), collected, collected + most);
-            count = 0;
-        }
-        at = read_one(at, collected[count]);
-        ++count;
-    } while (core.next_item(at, ']'));
-    if (target.empty()) {
-        target.assign(collected, collected + count);
-    } else {
-        target.insert(target.end(), collected, collected + count);
-    }
-    return at;
+const char* DocumentReader::read(const char* at, std::vector<double>& target) {
+    return core_of(*this).read_numbers(at, target);
 }
 
-} // namespace
-
-const char* DocumentReader::read_elements(const char* at, std::vector<double>& target) {
-    DocumentCore& core = core_of(*this);
-    return read_elements_of(core, at, target, [&core](const char* from, double& number) {
-        return core.read_double(from, number);
-    });
-}
-
-const char* DocumentReader::read_elements(const char* at, std::vector<int>& target) {
-    using Limits = std::numeric_limits<int>;
-    DocumentCore& core = core_of(*this);
-    return read_elements_of(core, at, target, [&core](const char* from, int& number) {
-        const auto behind = core.read_signed_number(from, Limits::min(), Limits::max());
-        number = static_cast<int>(behind.number);
-        return behind.at;
-    });
+const char* DocumentReader::read(const char* at, std::vector<int>& target) {
+    return core_of(*this).read_numbers(at, target);
 }
 
 DocumentReader::Behind<std::size_t> DocumentReader::begin_object(const char* at,

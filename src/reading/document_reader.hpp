@@ -45,6 +45,8 @@ public:
     const char* read_any_number(const char* at, NumberContent& target);
     Behind<long long> read_signed_number(const char* at, long long least, long long most);
     Behind<unsigned long long> read_unsigned_number(const char* at, unsigned long long most);
+    template <class Number>
+    const char* read_numbers(const char* at, std::vector<Number>& target);
     Behind<std::size_t> read_name_of(const char* at, const NameTable& names);
     const char* read_null_word(const char* at);
 
@@ -110,6 +112,9 @@ private:
     Shape& shape_of(const TextMembers& members, void* object);
     Shape* find_shape(const TextMembers& members) const noexcept;
     const char* read_map_name(const char* at, std::string& name);
+
+    const char* read_number(const char* at, double& target);
+    const char* read_number(const char* at, int& target);
 
     StringToken string(const char* at);
     StringToken long_string(const char* at);

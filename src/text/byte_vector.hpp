@@ -105,6 +105,20 @@ public:
         return {first_ | repeat(0x20), second_ | repeat(0x20)};
     }
 
+    /// The value of each decimal digit, and more than 9 for any other byte.
+    PortableVector digit_values() const noexcept {
+        return {first_ ^ repeat('0'), second_ ^ repeat('0')};
+    }
+
+    /// The number of sixteen digits that have these values.
+    std::uint64_t decimal() const noexcept {
+        return eight_digits(lowest_first(first_)) * 100000000 + eight_digits(lowest_first(second_));
+    }
+
+    friend PortableVector operator&(PortableVector left, PortableVector right) noexcept {
+        return {left.first_ & right.first_, left.second_ & right.second_};
+    }
+
     friend PortableVector operator|(PortableVector left, PortableVector right) noexcept {
         return {left.first_ | right.first_, left.second_ | right.second_};
     }
@@ -181,6 +195,23 @@ public:
 
     Vector in_lower_case() const noexcept {
         return Vector(_mm_or_si128(bytes_, _mm_set1_epi8(0x20)));
+    }
+
+    Vector digit_values() const noexcept {
+        return Vector(_mm_xor_si128(bytes_, _mm_set1_epi8('0')));
+    }
+
+    /// Joins neighbours to pairs, pairs to groups of four, and these to groups of eight.
+    std::uint64_t decimal() const noexcept {
+        const __m128i tens =
+            _mm_mullo_epi16(_mm_and_si128(bytes_, _mm_set1_epi16(0x00FF)), _mm_set1_epi16(10));
+        const __m128i pairs = _mm_add_epi16(tens, _mm_srli_epi16(bytes_, 8));
+        const __m128i fours = _mm_madd_epi16(pairs, _mm_set1_epi32(1 << 16 | 100));
+        const __m128i eights =
+            _mm_madd_epi16(_mm_packs_epi32(fours, fours), _mm_set1_epi32(1 << 16 | 10000));
+        std::uint64_t both = 0;
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(&both), eights);
+        return (both & 0xFFFFFFFF) * 100000000 + (both >> 32);
     }
 
     friend Vector operator|(Vector left, Vector right) noexcept {
@@ -289,6 +320,14 @@ public:
     }
 
     Vector in_lower_case() const noexcept { return Vector(vorrq_u8(bytes_, vdupq_n_u8(0x20))); }
+
+    Vector digit_values() const noexcept { return Vector(veorq_u8(bytes_, vdupq_n_u8('0'))); }
+
+    std::uint64_t decimal() const noexcept {
+        const uint64x2_t words = vreinterpretq_u64_u8(bytes_);
+        return eight_digits(vgetq_lane_u64(words, 0)) * 100000000 +
+               eight_digits(vgetq_lane_u64(words, 1));
+    }
 
     friend Vector operator|(Vector left, Vector right) noexcept {
         return Vector(vorrq_u8(left.bytes_, right.bytes_));
