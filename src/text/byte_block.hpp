@@ -88,7 +88,11 @@ public:
         return (bytes_ & Bytes(keep_first.bytes + size - count)).decimal();
     }
 
-    bool is_ascii() const noexcept { return bytes_.at_most(0x7F).mask().complement().empty(); }
+    bool is_ascii() const noexcept { return bytes_.is_ascii(); }
+
+    friend BlockOf operator|(const BlockOf& left, const BlockOf& right) noexcept {
+        return BlockOf(left.bytes_ | right.bytes_);
+    }
 
     /// Quotes, slashes, commas and brackets.
     Mask structural() const noexcept {

@@ -119,6 +119,8 @@ public:
         return {left.first_ & right.first_, left.second_ & right.second_};
     }
 
+    bool is_ascii() const noexcept { return ((first_ | second_) & tops) == 0; }
+
     friend PortableVector operator|(PortableVector left, PortableVector right) noexcept {
         return {left.first_ | right.first_, left.second_ | right.second_};
     }
