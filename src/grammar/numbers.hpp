@@ -218,6 +218,18 @@ constexpr std::uint64_t largest_exact = std::uint64_t{1} << 53;
     return token.end;
 }
 
+/// The inverse of an odd number modulo 2^64.
+constexpr std::uint64_t inverse_of_odd(std::uint64_t odd) noexcept {
+    std::uint64_t inverse = odd; // right in three bits; each round doubles their number
+    for (int i = 0; i != 5; ++i) {
+        inverse *= 2 - odd * inverse;
+    }
+    return inverse;
+}
+
+/// 5^16
+constexpr std::uint64_t power_of_5 = small_powers_of_10[16] >> 16;
+
 /// The same, for a number that most likely has one to three digits before the point and at most
 /// sixteen behind it.
 [[gnu::always_inline]] inline const char* read_short_number(const char* from,
@@ -248,8 +260,13 @@ constexpr std::uint64_t largest_exact = std::uint64_t{1} << 53;
     // Zeros behind the last digit change nothing, and so the exponent is always the same.
     constexpr int decimals = Block::size;
     digits = digits * small_powers_of_10[decimals] + fraction.decimal(count);
-    if (digits == 0) {
-        number = 0.0;
+    // A multiple of 5^16 times its inverse modulo 2^64 is the quotient, and no other number's
+    // product is as small. The number is then that many times 2^-16.
+    constexpr std::uint64_t inverse = inverse_of_odd(power_of_5);
+    const std::uint64_t quotient = digits * inverse;
+    if (quotient <= ~std::uint64_t{0} / power_of_5) {
+        constexpr double step = 1.0 / (1 << decimals);
+        number = static_cast<double>(static_cast<std::int64_t>(quotient)) * step;
     } else if (nearest_normal(digits, -decimals, number) != Rounding::decided) {
         return read_usual_number(from, number);
     }

@@ -279,6 +279,30 @@ private:
     __m128i bytes_;
 };
 
+/// The values of sixteen digits: of two numbers below 10^8, the first digit of each lowest.
+/// @param numbers  the first of them in the low half; becomes the digits of the first
+/// @return those of the second
+inline std::uint64_t spread_sixteen_digits(std::uint64_t& numbers) noexcept {
+    // Divides by 10^4, 100 and 10, each time with quotient and remainder beside each other.
+    const __m128i both = _mm_unpacklo_epi32(
+        _mm_loadl_epi64(reinterpret_cast<const __m128i*>(&numbers)), _mm_setzero_si128());
+    const __m128i high_fours = _mm_srli_epi64(_mm_mul_epu32(both, _mm_set1_epi64x(0xD1B71759)), 45);
+    const __m128i low_fours =
+        _mm_sub_epi64(both, _mm_mul_epu32(high_fours, _mm_set1_epi64x(10000)));
+    const __m128i fours = _mm_or_si128(high_fours, _mm_slli_epi64(low_fours, 32));
+    const __m128i hundreds = _mm_srli_epi16(_mm_mulhi_epu16(fours, _mm_set1_epi16(10486)), 4);
+    const __m128i below_hundred =
+        _mm_sub_epi16(fours, _mm_mullo_epi16(hundreds, _mm_set1_epi16(100)));
+    const __m128i pairs = _mm_or_si128(hundreds, _mm_slli_epi32(below_hundred, 16));
+    const __m128i tens = _mm_mulhi_epu16(pairs, _mm_set1_epi16(6554));
+    const __m128i ones = _mm_sub_epi16(pairs, _mm_mullo_epi16(tens, _mm_set1_epi16(10)));
+    const __m128i digits = _mm_or_si128(tens, _mm_slli_epi16(ones, 8));
+    std::uint64_t second = 0;
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(&numbers), digits);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(&second), _mm_unpackhi_epi64(digits, digits));
+    return second;
+}
+
 #elif defined(FOUNDATION_JSON_NEON)
 
 class Vector {
