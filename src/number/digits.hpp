@@ -123,6 +123,14 @@ inline char* write_integer_quickly(char* out, std::uint64_t number) noexcept {
         store(out, static_cast<std::uint32_t>(number), count);
         return out + count;
     }
+    if (number < 100 * base) {
+        const auto first = static_cast<std::uint32_t>(number / base);
+        const std::uint32_t tens = first * 205 >> 11;
+        out[0] = static_cast<char>('0' + tens);
+        out[count - 9] = static_cast<char>('0' + first - 10 * tens); // in its place if tens is 0
+        write_8_digits(out + count - 8, static_cast<std::uint32_t>(number % base));
+        return out + count;
+    }
     if (number >= base * base) {
         store(out, static_cast<std::uint32_t>(number / (base * base)), count - 16);
         number %= base * base;

@@ -495,13 +495,16 @@ inline const char* DocumentCore::read_value(const char* at, Value& target) {
     if (likely(size <= Block::size)) {
         return other.empty() ? size != 0 : other.first() >= size && size != 0;
     }
-    constexpr std::uint32_t two = 2 * Block::size;
     if (!other.empty()) {
         return false;
     }
-    return likely(size <= two)
-               ? Block(at + size - Block::size).differing(Block(text + size - Block::size)).empty()
-               : std::memcmp(at + Block::size, text + Block::size, size - Block::size) == 0;
+    for (std::size_t i = Block::size; i < size - Block::size; i += Block::size) {
+        if (!Block(at + i).differing(Block(text + i)).empty()) {
+            return false;
+        }
+    }
+    const std::size_t last = size - Block::size; // overlaps the block before it
+    return Block(at + last).differing(Block(text + last)).empty();
 }
 
 /// Reads the name of a member and the colon behind it, and skips the space behind that.

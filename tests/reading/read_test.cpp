@@ -5,6 +5,8 @@
 #include "support/read_types.hpp"
 #include "support/temporary_folder.hpp"
 
+#include <foundation/json/write.hpp>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
