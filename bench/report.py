@@ -18,6 +18,7 @@ OURS = "foundation::json"
 PEERS = ["nlohmann", "RapidJSON", "Boost.JSON", "JsonCpp"]
 BEGIN, END = "<!-- results: begin -->", "<!-- results: end -->"
 TASKS = ["serialize", "serialize scattered", "pretty_print", "message",
+         "write", "write indented", "write by hand", "number to text",
          "write to a stream", "write to std::ostringstream",
          "write to std::ofstream", "parse and destroy", "tokens", "lines", "lines by parse",
          "walk", "walk scattered",
@@ -27,8 +28,9 @@ TASKS = ["serialize", "serialize scattered", "pretty_print", "message",
          "structs to text", "structs to text by value",
          "patch", "diff", "words", "numbers", "strings", "containers"]
 CHECKED, STANDARD = "RapidJSON, checked", "std::variant"
+READ_ONLY, TO_CHARS = "simdjson", "std::to_chars"
 WALKS = ["walk", "walk scattered"]
-WRITING = ["text", "messages", "scattered", "streams"]
+WRITING = ["text", "messages", "writing", "scattered", "streams"]
 OTHERS = ["values", "arrays", "objects", "conversion", "patches"]
 
 
@@ -371,12 +373,13 @@ def main(folder, page):
     lines += section("Serializing", page, "writing") + time_table(writing)
     lines += section("Parsing and access", page, "reading")
     lines += ["Parsing a document in memory, and destroying the value. In the rows \"used heap\", the process "
-              "has allocated and freed much else before, so new blocks do not lie next to each other.", ""]
-    lines += time_table(parsing)
-    lines += ["Walking over the tokens of a document, without a value: `Reader` here, SAX elsewhere, with full "
-              "checks. And making a value of each line of a stream: by `Records` here; elsewhere, and in the last "
+              "has allocated and freed much else before, so new blocks do not lie next to each other. "
+              "A document of simdjson cannot be changed; the last column compares with the others.", ""]
+    lines += time_table(parsing, [*PEERS, READ_ONLY])
+    lines += ["Walking over the tokens of a document, without a value: `Reader` here, On-Demand in simdjson, SAX "
+              "elsewhere, with full checks but for On-Demand. And making a value of each line of a stream: by `Records` here; elsewhere, and in the last "
               "row, line by line with the function that parses a string.", ""]
-    lines += time_table(tokens)
+    lines += time_table(tokens, [*PEERS, READ_ONLY])
     lines += ["Access to the content of every string and every number of a document, found beforehand, by "
               "the functions of each library: `get` here, `std::get`, `get_ref`, `GetString` and "
               "`GetDouble`, `as_string` and `as_double`, `getString` and `asDouble`. All test the "
@@ -390,6 +393,8 @@ def main(folder, page):
     lines += ["### Values of each kind, one by one", "",
               "Arrays of 10,000 items (of 100 for strings of 10,000 bytes), serialized.", ""]
     lines += time_table(details)
+    lines += ["The text of 10,000 doubles each, by the function that `write` uses, and by the standard library's:", ""]
+    lines += time_table(medians(folder, "number_text"), [TO_CHARS])
     lines += ["### Memory", "",
               "The most memory allocated at a time beyond the value, the output included.", ""]
     lines += memory_table(memory["operations"])
