@@ -45,6 +45,8 @@ public:
     const char* read_any_number(const char* at, NumberContent& target);
     Behind<long long> read_signed_number(const char* at, long long least, long long most);
     Behind<unsigned long long> read_unsigned_number(const char* at, unsigned long long most);
+    template <class Number>
+    const char* read_numbers(const char* at, std::vector<Number>& target);
     Behind<std::size_t> read_name_of(const char* at, const NameTable& names);
     const char* read_null_word(const char* at);
 
@@ -83,6 +85,13 @@ private:
         std::size_t step;
     };
 
+    /// A name that has been read.
+    struct Found {
+        const char* at; ///< behind it
+        Expected next;
+        std::int32_t number; ///< of the member, or unknown
+    };
+
     bool is_fast(const char* at) const noexcept { return at < fast_end_; }
     bool is_at(const char* at, char byte) const noexcept { return cursor_.is_at(at, byte); }
     char byte_at(const char* at) const noexcept { return at != cursor_.end() ? *at : '\0'; }
@@ -98,19 +107,28 @@ private:
     static bool is_text_at(const char* at, const char* text, std::uint32_t size) noexcept;
 
     const char* skip_space(const char* at);
+    const char* skip_usual_space(const char* at);
     const char* skip_other_space(const char* at);
     const char* skip_space_before_value(const char* at);
+    const char* skip_usual_space_before_value(const char* at);
+    static bool is_indentation(const char* at, std::size_t size) noexcept;
     bool begin_container(const char*& at, char open, char close);
     const char* separate(const char* at, char close, bool& more);
+    const char* separate_otherwise(const char* at, char close, bool& more);
 
-    std::int32_t read_name(const char*& at, const TextMembers& members, Expected& expected,
-                           void* object);
-    std::int32_t find_member(const char*& at, const TextMembers& members, Expected& expected,
-                             void* object);
+    Found read_name(const char* at, const TextMembers& members, Expected expected, void* object);
+    Found find_member(const char* at, const TextMembers& members, Expected expected, void* object);
+    const char* read_in_order(const char* at, const TextMembers& members, void* object,
+                              const void* base, std::size_t& step, bool& more);
     Shape& shape_of(const TextMembers& members, void* object);
     Shape* find_shape(const TextMembers& members) const noexcept;
     const char* read_map_name(const char* at, std::string& name);
 
+    const char* read_number(const char* at, double& target);
+    const char* read_number(const char* at, int& target);
+
+    template <std::size_t Size>
+    const char* word(const char* at, const char (&word)[Size]);
     StringToken string(const char* at);
     StringToken long_string(const char* at);
 

@@ -97,9 +97,9 @@ public:
     /// Goes to the next element. The number is 0 if the array has ended.
     [[nodiscard]] Behind<std::size_t> next_element(const char* at);
 
-    /// Reads all elements of an array, from the first on.
-    [[nodiscard]] const char* read_elements(const char* at, std::vector<double>& target);
-    [[nodiscard]] const char* read_elements(const char* at, std::vector<int>& target);
+    /// Reads an array of numbers.
+    [[nodiscard]] const char* read(const char* at, std::vector<double>& target);
+    [[nodiscard]] const char* read(const char* at, std::vector<int>& target);
 
     /// Goes to the value of the first member. The number is 0 if the object has none.
     [[nodiscard]] Behind<std::size_t> begin_object(const char* at, std::string& name);
@@ -257,12 +257,18 @@ class TextSource {
 public:
     static constexpr bool known_lengths = false;
 
+    template <class Container>
+    static constexpr bool reads_whole = std::is_same_v<Container, std::vector<double>> ||
+                                        std::is_same_v<Container, std::vector<int>>;
+
     TextSource(DocumentReader& reader, const char* at, const void* base) noexcept
         : reader_(reader), at_(at), base_(base) {}
 
     void read(bool& target) const { at_ = reader_.read(at_, target); }
     void read(std::string& target) const { at_ = reader_.read(at_, target); }
     void read(Value& target) const { at_ = reader_.read(at_, target); }
+    void read(std::vector<double>& target) const { at_ = reader_.read(at_, target); }
+    void read(std::vector<int>& target) const { at_ = reader_.read(at_, target); }
     void read(Array& target) const { read_content(target); }
     void read(Object& target) const { read_content(target); }
 
@@ -417,12 +423,6 @@ public:
         using T = typename Container::value_type;
         if constexpr (!std::is_move_constructible_v<T>) {
             DocumentReader::give_up(); // a vector of such must know its length first
-        } else if constexpr (std::is_same_v<Container, std::vector<double>> ||
-                             std::is_same_v<Container, std::vector<int>>) {
-            target.clear();
-            if (more_) {
-                source_.go_to(source_.reader().read_elements(source_.at(), target));
-            }
         } else {
             const void* base = nullptr;
             if (source_.base() != nullptr && !target.empty()) {

@@ -84,6 +84,7 @@ Type& member_of(void* object, const void* pointer) noexcept {
 // Every source has these members:
 //
 //     known_lengths         whether elements() has a size()
+//     reads_whole<T>        whether read() reads a container of this type
 //     read(target)          what a Value holds as it is: bool, std::string, Array, Object, Value
 //     read_number(target)
 //     enumerator(names)     the number of the name that is there
@@ -104,6 +105,9 @@ class ValueMembers;
 class ValueSource {
 public:
     static constexpr bool known_lengths = true;
+
+    template <class Container>
+    static constexpr bool reads_whole = false;
 
     ValueSource(const Value& value, const Location& location, Session& session) noexcept
         : value_(value), location_(location), session_(session) {}
