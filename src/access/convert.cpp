@@ -23,6 +23,10 @@ ConversionError::~ConversionError() = default;
 
 namespace detail {
 
+bool is_undefined(const Value& value) noexcept {
+    return kind_of(value) == Kind::undefined;
+}
+
 // ---- Locations and errors -------------------------------------------------------------------
 
 std::string Location::pointer() const {
@@ -256,10 +260,15 @@ Container& make(Value& target, Container container) {
 
 } // namespace
 
+void find_members(const MemberTable& table, const Value** found, const Value& value,
+                  const Location& location, Session& session) {
+    MemberFinder(table, content_at<Object>(value, location), found).find(location, session);
+}
+
 void read_members(const MemberTable& table, const ReadMember* readers, void* object,
                   const Value** found, const Value& value, const Location& location,
                   Session& session) {
-    MemberFinder(table, content_at<Object>(value, location), found).find(location, session);
+    find_members(table, found, value, location, session);
     const MemberTable members = table;
     for (std::size_t i = 0; i < members.names.count; ++i) {
         if (found[i] != nullptr) {
@@ -267,6 +276,21 @@ void read_members(const MemberTable& table, const ReadMember* readers, void* obj
                        Location(location, members.names.names[i]), session);
         }
     }
+}
+
+std::size_t take_tag(std::string_view member, const NameTable& names, const Value& value,
+                     const Location& location, Value& rest) {
+    const std::string name(member);
+    const auto& object = content_at<Object>(value, location);
+    const auto found = object.find(name);
+    if (found == object.end() || is_undefined(found->second)) {
+        fail(location, "the required member " + quoted(name) + " is missing");
+    }
+    const std::size_t number = find_enumerator(names, found->second, Location(location, name));
+    Object others(object);
+    others.erase(name);
+    rest = Value(std::move(others));
+    return number;
 }
 
 void write_members(const MemberTable& table, const WriteMember* writers, const void* object,

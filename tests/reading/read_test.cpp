@@ -5,6 +5,9 @@
 #include "support/read_types.hpp"
 #include "support/temporary_folder.hpp"
 
+#include <foundation/json/reader.hpp>
+#include <foundation/json/records.hpp>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -90,7 +93,7 @@ TEST(Read, ReadsNoByteBeyondTheText) {
 template <class T>
 bool is_read_directly(std::string_view text, const ReadOptions& options = {}) {
     T object{};
-    return detail::read_document(text, options, &object, nullptr, &detail::read_root<T>);
+    return detail::read_document(text, options, &object, nullptr, &detail::read_any<T>);
 }
 
 TEST(Read, GoesByWayOfAValueForWhatIsRareOnly) {

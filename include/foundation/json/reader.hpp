@@ -19,9 +19,11 @@
 #define FOUNDATION_JSON_READER_HPP
 
 #include <foundation/json/detail/number_parts.hpp>
+#include <foundation/json/detail/read_object.hpp>
 #include <foundation/json/export.hpp>
 #include <foundation/json/number.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/position.hpp>
 #include <foundation/json/value.hpp>
 
 #include <cstddef>
@@ -47,35 +49,6 @@ enum class Token {
     null,
     end, ///< the end of the document
 };
-
-/// A position in a document.
-struct Position {
-    std::size_t byte = 0;   ///< from 0, including a byte order mark
-    std::size_t line = 1;   ///< from 1
-    std::size_t column = 1; ///< from 1, in characters
-};
-
-/// @cond
-struct ReadOptions;
-
-namespace detail {
-
-/// An object of another type than Value that is read.
-struct ReadObject {
-    void* object;
-    /// Reads it from a text. @return false if it has to be converted from the value of the text
-    bool (*read)(void* object, std::string_view text, const ReadOptions& options);
-    /// @throws ConversionError
-    void (*convert)(void* object, const Value& value, const ReadOptions& options);
-};
-
-/// How objects of a type are read. read.hpp defines it: include that header to read other types
-/// than Value.
-template <class T>
-struct ObjectReader;
-
-} // namespace detail
-/// @endcond
 
 /// Reads one document token by token.
 ///
