@@ -45,6 +45,8 @@ public:
     const char* read(const char* at, double& target) override;
     const char* read(const char* at, float& target) override;
     const char* read(const char* at, long double& target) override;
+    const char* read(const char* at, std::vector<double>& target) override;
+    const char* read(const char* at, std::vector<int>& target) override;
     const char* read_value(const char* at, Value& target) override;
     const char* read_array(const char* at, Array& target) override;
     const char* read_object(const char* at, Object& target) override;
@@ -58,8 +60,6 @@ public:
     bool knows_lengths() const noexcept override { return false; }
     void expect_length(std::size_t length) noexcept override;
     Behind<std::size_t> next_element(const char* at) override;
-    const char* read_elements(const char* at, std::vector<double>& target) override;
-    const char* read_elements(const char* at, std::vector<int>& target) override;
 
     Behind<std::size_t> begin_object(const char* at, std::string& name) override;
     Behind<std::size_t> next_member(const char* at, std::string& name) override;
@@ -98,6 +98,23 @@ private:
         std::size_t step;
     };
 
+    /// A name that has been read.
+    struct Found {
+        const char* at; ///< behind it
+        Expected next;
+        std::int32_t number; ///< of the member, or unknown
+    };
+
+    /// An object of a class that is read.
+    struct Target {
+        const TextMembers& members;
+        const void* object;
+        const void* const* parts; ///< the addresses of the members
+        const void* base;         ///< as TextSource has it
+
+        const void* base_of(const void* part) const noexcept;
+    };
+
     bool is_fast(const char* at) const noexcept { return at < fast_end_; }
     bool is_at(const char* at, char byte) const noexcept { return cursor_.is_at(at, byte); }
     char byte_at(const char* at) const noexcept { return at != cursor_.end() ? *at : '\0'; }
@@ -112,26 +129,22 @@ private:
     }
     static bool is_text_at(const char* at, const char* text, std::uint32_t size) noexcept;
 
-    /// An object of a class that is read.
-    struct Target {
-        const TextMembers& members;
-        void* object;
-        const void* const* parts; ///< the addresses of the members
-        const void* base;         ///< as TextSource has it
-
-        const void* base_of(const void* part) const noexcept;
-    };
-
     const char* skip_space(const char* at);
+    const char* skip_usual_space(const char* at);
     const char* skip_other_space(const char* at);
     const char* skip_space_before_value(const char* at);
+    const char* skip_usual_space_before_value(const char* at);
+    static bool is_indentation(const char* at, std::size_t size) noexcept;
     bool begin_container(const char*& at, char open, char close);
     const char* separate(const char* at, char close, bool& more);
+    const char* separate_otherwise(const char* at, char close, bool& more);
 
     template <class Seen>
     const char* read_class(const char* at, const Target& target);
-    std::int32_t read_name(const char*& at, const Target& target, Expected& expected);
-    std::int32_t find_member(const char*& at, const Target& target, Expected& expected);
+    Found read_name(const char* at, const Target& target, Expected expected);
+    Found find_member(const char* at, const Target& target, Expected expected);
+    const char* read_in_order(const char* at, const Target& target, std::size_t& step, bool& more);
+    const char* read_member(const char* at, const Target& target, std::size_t number);
     Shape& shape_of(const Target& target);
     Shape* find_shape(const TextMembers& members) const noexcept;
     const char* read_map_name(const char* at, std::string& name);
@@ -143,10 +156,14 @@ private:
     Behind<long long> read_signed_number(const char* at, long long least, long long most);
     template <class Content>
     const char* read_content(const char* at, Content& target);
-    template <class T, class Read>
-    const char* read_elements_of(const char* at, std::vector<T>& target, const Read& read_one);
+    template <class Number>
+    const char* read_numbers(const char* at, std::vector<Number>& target);
     bool next_item(const char*& at, char close);
+    const char* read_number(const char* at, double& target);
+    const char* read_number(const char* at, int& target);
 
+    template <std::size_t Size>
+    const char* word(const char* at, const char (&word)[Size]);
     StringToken string(const char* at);
     StringToken long_string(const char* at);
 

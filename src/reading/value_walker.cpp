@@ -157,16 +157,17 @@ DocumentReader::Behind<std::size_t> ValueWalker::next_element(const char* at) {
 
 template <class T, class Read>
 const char* ValueWalker::read_all(const char* at, std::vector<T>& target, const Read& read_one) {
-    target.reserve(get<Array>(*spot_around(spot_at(at)).value).size());
-    Behind<std::size_t> next{at, 1};
+    Behind<std::size_t> next = begin_array(at, any_length);
+    target.clear();
+    target.reserve(next.number);
     while (next.number != 0) {
         target.push_back(read_one(next.at));
         next = next_element(next.at);
     }
-    return next.at;
+    return at;
 }
 
-const char* ValueWalker::read_elements(const char* at, std::vector<double>& target) {
+const char* ValueWalker::read(const char* at, std::vector<double>& target) {
     return read_all(at, target, [this](const char* from) {
         double number = 0;
         static_cast<void>(read(from, number));
@@ -174,7 +175,7 @@ const char* ValueWalker::read_elements(const char* at, std::vector<double>& targ
     });
 }
 
-const char* ValueWalker::read_elements(const char* at, std::vector<int>& target) {
+const char* ValueWalker::read(const char* at, std::vector<int>& target) {
     using Limits = std::numeric_limits<int>;
     return read_all(at, target, [this](const char* from) {
         return static_cast<int>(read_signed(from, Limits::min(), Limits::max()).number);

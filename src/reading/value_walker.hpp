@@ -28,6 +28,8 @@ public:
     const char* read(const char* at, double& target) override;
     const char* read(const char* at, float& target) override;
     const char* read(const char* at, long double& target) override;
+    const char* read(const char* at, std::vector<double>& target) override;
+    const char* read(const char* at, std::vector<int>& target) override;
     const char* read_value(const char* at, Value& target) override;
     const char* read_array(const char* at, Array& target) override;
     const char* read_object(const char* at, Object& target) override;
@@ -41,8 +43,6 @@ public:
     bool knows_lengths() const noexcept override { return true; }
     void expect_length(std::size_t) noexcept override {}
     Behind<std::size_t> next_element(const char* at) override;
-    const char* read_elements(const char* at, std::vector<double>& target) override;
-    const char* read_elements(const char* at, std::vector<int>& target) override;
 
     Behind<std::size_t> begin_object(const char* at, std::string& name) override;
     Behind<std::size_t> next_member(const char* at, std::string& name) override;

@@ -95,7 +95,9 @@ private:
     char* begin_item(char* at, bool is_first, char bracket);
     char* end_items(char* at, bool is_empty, char bracket, char end);
     void write_sorted(SinkMember& member, const void* const* parts);
+    void write_in_order(OpenObject& open, SinkMember& member, const void* const* parts);
     void write_member(OpenObject& open, SinkMember& member, const void* const* parts);
+    void write_other_member(const OpenObject& open, SinkMember& member);
     char* put_name(char* at, OpenObject& object, const TextMemberEntry& entry, std::size_t number);
     char* put_other_name(char* at, OpenObject& object, std::size_t number);
     static char* put_nothing(char* at);
@@ -207,7 +209,12 @@ void ObjectWriter::put_plain(PlainType type, const void* elements, std::size_t c
     const auto* address = static_cast<const char*>(elements);
     char* at = at_;
     for (std::size_t i = 0; i < count; ++i) {
-        at = output_.room(begin_item(at, i == 0, '['), room_of_member);
+        at = output_.room(at, room_of_member);
+        if (i == 0 || is_indented_) {
+            at = output_.room(begin_item(at, i == 0, '['), room_of_member);
+        } else {
+            *at++ = ',';
+        }
         at = put_scalar(at, type, address);
         address += size;
     }
@@ -255,10 +262,7 @@ void ObjectWriter::write_members(const TextTable& table, const void* object,
     if (sorts_) {
         write_sorted(member, parts);
     } else {
-        const std::size_t count = table.members->names.count;
-        for (member.number = 0; member.number < count; ++member.number) {
-            write_member(open, member, parts);
-        }
+        write_in_order(open, member, parts);
     }
     char* at = at_;
     --depth_;
@@ -272,6 +276,34 @@ void ObjectWriter::write_members(const TextTable& table, const void* object,
     at_ = at + 1;
 }
 
+/// Writes members in the order of the table. The cursor stays in a register from one plain member
+/// to the next.
+[[gnu::always_inline]] inline void
+ObjectWriter::write_in_order(OpenObject& open, SinkMember& member, const void* const* parts) {
+    const std::size_t count = open.table.members->names.count;
+    const TextMemberEntry* const entries = open.table.entries;
+    char* at = at_;
+    for (std::size_t number = 0; number < count; ++number) {
+        const TextMemberEntry& entry = entries[number];
+        if (entry.type != PlainType::none) {
+            at = put_scalar(put_name(at, open, entry, number), entry.type, parts[number]);
+        } else {
+            at_ = at;
+            member.number = number;
+            write_other_member(open, member);
+            at = at_;
+        }
+    }
+    at_ = at;
+}
+
+[[gnu::always_inline]] inline void ObjectWriter::write_other_member(const OpenObject& open,
+                                                                    SinkMember& member) {
+    member.pointer = open.table.members->pointers[member.number];
+    member.is_required = open.table.members->required[member.number];
+    open.table.entries[member.number].write(member);
+}
+
 [[gnu::noinline]] void ObjectWriter::write_sorted(SinkMember& member, const void* const* parts) {
     auto& open = *static_cast<OpenObject*>(member.place);
     const MemberOrder order(*open.table.members, true);
@@ -281,16 +313,13 @@ void ObjectWriter::write_members(const TextTable& table, const void* object,
     }
 }
 
-[[gnu::always_inline]] inline void ObjectWriter::write_member(OpenObject& open, SinkMember& member,
-                                                              const void* const* parts) {
+void ObjectWriter::write_member(OpenObject& open, SinkMember& member, const void* const* parts) {
     const std::size_t number = member.number;
     const TextMemberEntry& entry = open.table.entries[number];
     if (entry.type != PlainType::none) {
         at_ = put_scalar(put_name(at_, open, entry, number), entry.type, parts[number]);
     } else {
-        member.pointer = open.table.members->pointers[number];
-        member.is_required = open.table.members->required[number];
-        entry.write(member);
+        write_other_member(open, member);
     }
 }
 

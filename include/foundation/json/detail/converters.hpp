@@ -481,24 +481,11 @@ struct SequenceConverter {
     template <class... From>
     static void read(Container& target, From&... from) {
         const auto& source = detail::source_of(from...);
-        auto elements = source.elements();
-        if constexpr (detail::require_default<T>()) {
-            if constexpr (!std::is_default_constructible_v<T>) {
-                target.clear();
-                while (elements.next()) {
-                    Made<T> element;
-                    elements.read(element);
-                    target.push_back(std::move(*element.object));
-                }
-            } else if constexpr (std::remove_reference_t<decltype(source)>::known_lengths) {
-                target = Container(elements.size(), target.get_allocator());
-                for (T& element : target) {
-                    elements.take();
-                    elements.read(element);
-                }
-            } else {
-                elements.read_all(target);
-            }
+        using Source = std::remove_cv_t<std::remove_reference_t<decltype(source)>>;
+        if constexpr (Source::template reads_whole<Container>) {
+            source.read(target);
+        } else {
+            read_elements<Source>(target, source);
         }
     }
 
@@ -513,6 +500,29 @@ struct SequenceConverter {
     }
 
 private:
+    template <class Source>
+    static void read_elements(Container& target, const Source& source) {
+        auto elements = source.elements();
+        if constexpr (detail::require_default<T>()) {
+            if constexpr (!std::is_default_constructible_v<T>) {
+                target.clear();
+                while (elements.next()) {
+                    Made<T> element;
+                    elements.read(element);
+                    target.push_back(std::move(*element.object));
+                }
+            } else if constexpr (Source::known_lengths) {
+                target = Container(elements.size(), target.get_allocator());
+                for (T& element : target) {
+                    elements.take();
+                    elements.read(element);
+                }
+            } else {
+                elements.read_all(target);
+            }
+        }
+    }
+
     static constexpr bool is_vector =
         std::is_same_v<Container, std::vector<T, typename Container::allocator_type>>;
 

@@ -15,6 +15,7 @@ namespace foundation::json::detail {
 // Every source has these members:
 //
 //     known_lengths         whether elements() has a size()
+//     reads_whole<T>        whether read() reads a container of this type
 //     read(target)          what a Value holds as it is: bool, std::string, Array, Object, Value
 //     read_number(target)
 //     enumerator(names)     the number of the name that is there

@@ -126,10 +126,9 @@ public:
     /// Goes to the next element. The number is 0 if the array has ended.
     [[nodiscard]] virtual Behind<std::size_t> next_element(const char* at) = 0;
 
-    /// Reads all elements of an array, from the first on.
-    [[nodiscard]] virtual const char* read_elements(const char* at,
-                                                    std::vector<double>& target) = 0;
-    [[nodiscard]] virtual const char* read_elements(const char* at, std::vector<int>& target) = 0;
+    /// Reads an array of numbers.
+    [[nodiscard]] virtual const char* read(const char* at, std::vector<double>& target) = 0;
+    [[nodiscard]] virtual const char* read(const char* at, std::vector<int>& target) = 0;
 
     /// Goes to the value of the first member. The number is 0 if the object has none.
     [[nodiscard]] virtual Behind<std::size_t> begin_object(const char* at, std::string& name) = 0;
@@ -320,6 +319,10 @@ class TextSource {
 public:
     static constexpr bool known_lengths = false;
 
+    template <class Container>
+    static constexpr bool reads_whole = std::is_same_v<Container, std::vector<double>> ||
+                                        std::is_same_v<Container, std::vector<int>>;
+
     TextSource(DocumentReader& reader, const char* at, const void* base) noexcept
         : reader_(reader), at_(at), base_(base) {}
 
@@ -499,12 +502,6 @@ public:
         using T = typename Container::value_type;
         if constexpr (!std::is_move_constructible_v<T>) {
             read_known(target); // a vector of such must know its length first
-        } else if constexpr (std::is_same_v<Container, std::vector<double>> ||
-                             std::is_same_v<Container, std::vector<int>>) {
-            target.clear();
-            if (more_) {
-                source_.go_to(source_.reader().read_elements(source_.at(), target));
-            }
         } else {
             const void* base = nullptr;
             if (source_.base() != nullptr && !target.empty()) {

@@ -95,6 +95,9 @@ class ValueSource {
 public:
     static constexpr bool known_lengths = true;
 
+    template <class Container>
+    static constexpr bool reads_whole = false;
+
     ValueSource(const Value& value, const Location& location, Session& session) noexcept
         : value_(value), location_(location), session_(session) {}
 
