@@ -408,6 +408,20 @@ int main() {
         //! [error in a file]
     }
 
+    snippet("several errors in a file");
+    {
+        //! [several errors in a file]
+        ReadOptions options;
+        options.unknown_members = ConvertOptions::UnknownMembers::error;
+        options.max_errors = 20;
+        try {
+            const auto servers = read_file<std::vector<Server>>("servers_bad.json", options);
+        } catch (const ReadError& error) {
+            std::cout << error.what() << '\n';
+        }
+        //! [several errors in a file]
+    }
+
     snippet("records of a type");
     {
         std::istringstream stream(R"({"host": "a", "port": 1}

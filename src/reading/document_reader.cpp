@@ -120,6 +120,11 @@ void DocumentReader::fail_current(const char* at) {
     give_up();
 }
 
+void DocumentReader::fail_noted() {
+    throw_noted();
+    give_up();
+}
+
 void DocumentReader::give_up() {
     throw NotAsWanted();
 }

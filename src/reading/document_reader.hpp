@@ -71,11 +71,17 @@ public:
 
     std::string problem(const char*) override { give_up(); }
 
+    std::size_t noted() const noexcept override { return 0; }
+    ErrorCollector* collect_errors(ErrorCollector*) noexcept override { return nullptr; }
+    bool read_or_note(const char*, ReadAny, void*) override { give_up(); }
+    void report(const char*, std::string_view) override { give_up(); }
+
     Defaults& defaults() noexcept override { return defaults_; }
 
 private:
     void throw_problem(const char*, std::string_view) override { give_up(); }
     void throw_current(const char*) override { throw; }
+    void throw_noted() override { give_up(); }
 
     static constexpr std::int32_t unknown = -1;
 

@@ -1,5 +1,7 @@
 #include "reading/value_walker.hpp"
 
+#include <foundation/json/conversion_error.hpp>
+
 #include <limits>
 #include <string>
 #include <utility>
@@ -161,7 +163,11 @@ const char* ValueWalker::read_all(const char* at, std::vector<T>& target, const 
     target.clear();
     target.reserve(next.number);
     while (next.number != 0) {
-        target.push_back(read_one(next.at));
+        try {
+            target.push_back(read_one(next.at));
+        } catch (const ConversionError&) {
+            note_current(session_);
+        }
         next = next_element(next.at);
     }
     return at;
@@ -222,8 +228,12 @@ const char* ValueWalker::read_members(const char* at, const TextMembers& members
         if (found[i] != nullptr) {
             const TextMember& member = members.members[i];
             go_to(spot, *found[i], members.names.names[i]);
-            static_cast<void>(member.read(*this, position_of(spot), const_cast<void*>(parts[i]),
-                                          nullptr, member.pointer));
+            try {
+                static_cast<void>(member.read(*this, position_of(spot), const_cast<void*>(parts[i]),
+                                              nullptr, member.pointer));
+            } catch (const ConversionError&) {
+                note_current(session_);
+            }
         }
     }
     return at;
@@ -253,6 +263,25 @@ const char* ValueWalker::use_again(const char* at, const TagOf* tag, UseAgain fu
 }
 
 // ---- Errors ----------------------------------------------------------------------------------
+
+ErrorCollector* ValueWalker::collect_errors(ErrorCollector* collector) noexcept {
+    notes_errors_ = collector != nullptr;
+    return std::exchange(session_.collector, collector);
+}
+
+bool ValueWalker::read_or_note(const char* at, ReadAny function, void* target) {
+    const std::size_t noted = session_.noted();
+    try {
+        static_cast<void>(function(*this, at, target, nullptr, nullptr));
+    } catch (const ConversionError&) {
+        note_current(session_);
+    }
+    return session_.noted() == noted;
+}
+
+void ValueWalker::report(const char* at, std::string_view problem) {
+    detail::report(*spot_at(at).location, std::string(problem), session_);
+}
 
 void ValueWalker::throw_problem(const char* at, std::string_view problem) {
     detail::fail(*spot_at(at).location, std::string(problem));

@@ -54,11 +54,17 @@ public:
 
     std::string problem(const char* at) override;
 
+    std::size_t noted() const noexcept override { return session_.noted(); }
+    ErrorCollector* collect_errors(ErrorCollector* collector) noexcept override;
+    bool read_or_note(const char* at, ReadAny function, void* target) override;
+    void report(const char* at, std::string_view problem) override;
+
     Defaults& defaults() noexcept override { return defaults_; }
 
 private:
     void throw_problem(const char* at, std::string_view problem) override;
     void throw_current(const char* at) override;
+    void throw_noted() override { session_.collector->fail(); }
 
     /// A value on the way from the root to the one that is read.
     struct Spot {

@@ -48,6 +48,7 @@
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace foundation::json {
 
@@ -58,6 +59,19 @@ namespace detail {
 /// for an empty pointer nor ambiguous.
 enum class NoOptions {};
 
+/// Converts a value that lies at that location, or throws all of its errors.
+template <class T>
+[[FOUNDATION_JSON_GNU(cold)]] T read_or_collect(const Value& value, const Location& location,
+                                                const ConvertOptions& options) {
+    ErrorCollector collector(options);
+    Session session{options, {}, &collector};
+    T result = detail::make_from<T>(value, location, session);
+    if (collector.noted() != 0) {
+        collector.fail();
+    }
+    return result;
+}
+
 /// Converts a value that lies at that location.
 template <class T>
 T read_value(const Value& value, const Location& location, const ConvertOptions& options) {
@@ -65,6 +79,9 @@ T read_value(const Value& value, const Location& location, const ConvertOptions&
         static_assert(!detail::refuse_type<T>());
     } else {
         if constexpr (detail::require_default<T>()) {
+            if (options.max_errors > 1) {
+                return detail::read_or_collect<T>(value, location, options);
+            }
             Session session{options, {}};
             if constexpr (std::is_default_constructible_v<T>) {
                 T result{};
@@ -106,7 +123,10 @@ using FallbackFor = std::conditional_t<std::is_same_v<T, const char*> || std::is
 /// gave them if nothing is read into them.
 /// @throws ConversionError  the value does not fit: a wrong type, a number out of range or with a
 ///                          fraction, a wrong length, a required member that is missing, a name
-///                          that is unknown, an element that a set contains already
+///                          that is unknown, an element that a set contains already. With the
+///                          option max_errors, it has all such errors: those of each member and
+///                          element. Of an array with a wrong length, a member that its check
+///                          refuses, and a variant, it has one error
 /// @throws std::bad_alloc   memory runs out
 /// @throws what a default constructor, or the insertion into a container, throws
 /// @complexity linear in the size of what is read, times the logarithm of the sizes of objects and

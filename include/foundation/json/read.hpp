@@ -47,19 +47,23 @@
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace foundation::json {
 
 /// The exception of a document that does not fit a type. what() is that of a ConversionError with
 /// the line and column before it, and with the name of the file if it was read by read_file():
-/// `server.json:12:17: at /port: "80" is a string, not a number`.
+/// `server.json:12:17: at /port: "80" is a string, not a number`. With the option max_errors, it
+/// has such a line for each error.
 class FOUNDATION_JSON_PARSER_EXPORT ReadError : public ConversionError {
 public:
     /// @param error      what is wrong
-    /// @param where      an exception with the position, and the line to quote
+    /// @param where      for each of its errors, an exception with the position, and the line to
+    ///                   quote
     /// @param file_name  may be empty
+    /// @throws std::invalid_argument if there are more or fewer positions than errors
     /// @throws std::bad_alloc if memory runs out
-    ReadError(const ConversionError& error, const ParserException& where,
+    ReadError(const ConversionError& error, const std::vector<ParserException>& where,
               std::string_view file_name);
 
     ReadError(const ReadError&) = default;            ///< never throws
@@ -69,7 +73,8 @@ public:
     /// The message: the file, the line and the column, then the location and what is wrong.
     const char* what() const noexcept override;
 
-    /// Where the value begins that the error is about. Constant time.
+    /// Where the value begins that the error is about; of several errors, the first one. Constant
+    /// time.
     [[nodiscard]] Position position() const noexcept;
 
     /// @cond
@@ -82,7 +87,7 @@ private:
 };
 
 /// Describes an error for people, in three lines that each end with a line feed: what(), the line
-/// of the text, and a caret under the position.
+/// of the text, and a caret under the position. Several errors are described one after the other.
 ///
 /// Characters that do not print, and long lines, are shown as by describe() of a ParserException.
 /// @param error  of this header's functions

@@ -21,6 +21,7 @@
 #include <foundation/json/detail/number_parts.hpp>
 #include <foundation/json/detail/read_object.hpp>
 #include <foundation/json/export.hpp>
+#include <foundation/json/members.hpp>
 #include <foundation/json/number.hpp>
 #include <foundation/json/parse.hpp>
 #include <foundation/json/position.hpp>
@@ -148,15 +149,16 @@ public:
 
     /// That value as an object of a type of your own, as read_into() in read.hpp reads it; include
     /// that header.
-    /// @param object  after an exception, it is as its default constructor makes it
+    /// @param object   after an exception, it is as its default constructor makes it
+    /// @param options  what to accept
     /// @throws ReadError        the value does not fit the type; then the reader is after it.
     ///                          Position and pointer are those in the document
     /// @throws std::logic_error no value begins here
     /// @throws as next(); if that is not a ParserException, the reader is where it was
     template <class T>
-    void read(T& object) {
+    void read(T& object, const ConvertOptions& options = {}) {
         detail::ObjectReader<T>::read(
-            object, [this](const detail::ReadObject& target) { read_object(target); });
+            object, [&](const detail::ReadObject& target) { read_object(target, options); });
     }
     /// @}
 
@@ -180,7 +182,7 @@ public:
 
 private:
     [[nodiscard]] detail::NumberContent number_content() const;
-    void read_object(const detail::ReadObject& target);
+    void read_object(const detail::ReadObject& target, const ConvertOptions& conversion);
 
     class Implementation;
     std::unique_ptr<Implementation> implementation_;

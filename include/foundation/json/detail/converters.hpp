@@ -293,7 +293,8 @@ struct Converter<Made<T>, Category::other> {
     template <class... From>
     static void read(Made<T>& target, From&... from) {
         if constexpr (std::is_default_constructible_v<T>) {
-            detail::read_from(target.object.emplace(), from...);
+            const auto& source = detail::source_of(from...);
+            source.read_new(target.object.emplace());
         } else {
             target.object.emplace(Converter<T>::make(from...));
         }
@@ -508,8 +509,9 @@ private:
                 target.clear();
                 while (elements.next()) {
                     Made<T> element;
-                    elements.read(element);
-                    target.push_back(std::move(*element.object));
+                    if (elements.read(element)) {
+                        target.push_back(std::move(*element.object));
+                    }
                 }
             } else if constexpr (Source::known_lengths) {
                 target = Container(elements.size(), target.get_allocator());
@@ -621,12 +623,14 @@ struct SetConverter : SequenceConverter<Set> {
         auto elements = source.elements();
         target.clear();
         if constexpr (detail::require_default<T>()) {
-            for (std::size_t size = 1; elements.next(); ++size) {
+            while (elements.next()) {
                 Made<T> element;
-                elements.read(element);
-                target.insert(target.end(), std::move(*element.object));
-                if (!may_repeat && target.size() != size) {
-                    elements.fail("the set has this element already");
+                if (elements.read(element)) {
+                    const std::size_t size = target.size();
+                    target.insert(target.end(), std::move(*element.object));
+                    if (!may_repeat && target.size() == size) {
+                        elements.report("the set has this element already");
+                    }
                 }
             }
         }
@@ -665,17 +669,18 @@ struct MapConverter {
                     const std::size_t size = target.size();
                     const auto added = target.try_emplace(target.end(), members.name());
                     if (target.size() == size) {
-                        members.fail("the map has this name already");
+                        members.report("the map has this name already");
+                    } else {
+                        members.read(added->second);
                     }
-                    members.read(added->second);
+                } else if (target.find(members.name()) != target.end()) {
+                    members.report("the map has this name already");
                 } else {
-                    if (target.find(members.name()) != target.end()) {
-                        members.fail("the map has this name already");
-                    }
                     const std::string name = members.name();
                     Made<T> element;
-                    members.read(element);
-                    target.emplace(name, std::move(*element.object));
+                    if (members.read(element)) {
+                        target.emplace(name, std::move(*element.object));
+                    }
                 }
             }
         }

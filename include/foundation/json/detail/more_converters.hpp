@@ -59,7 +59,9 @@ struct Converter<T, Category::represented> {
             using Parameter = decltype(detail::parameter_of(&representation<T>::from));
             constexpr bool is_view = std::is_same_v<Parameter, std::string_view>;
             using Read = std::conditional_t<is_view, std::string, Parameter>;
+            const std::size_t noted = detail::source_of(from...).noted();
             auto content = detail::make_from<Read>(from...);
+            detail::source_of(from...).fail_since(noted);
             try {
                 return representation<T>::from(std::move(content));
             } catch (const std::exception&) {
@@ -208,6 +210,7 @@ private:
     template <std::size_t I, class T, class Source>
     static bool read_as(Variant& target, const Source& source, std::string& problems) {
         if constexpr (detail::require_default<T>()) {
+            [[maybe_unused]] const auto trial = source.trial();
             try {
                 target.template emplace<I>(detail::make_from<T>(source));
                 return true;

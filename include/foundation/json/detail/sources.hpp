@@ -26,6 +26,10 @@ namespace foundation::json::detail {
 //     members()             those of an object
 //     part<T>(part_of)      for an element of a T, the second argument of read() of its elements()
 //     read_present(target)  the content of a std::optional
+//     read_new(target)      an object that has just been made, of whatever type
+//     noted()               how many errors have been noted so far
+//     fail_since(noted)     fails if there have been more since then
+//     trial()               as long as the result lives, errors are thrown rather than noted
 //     use_again(use)        calls a function with a source that can be read from more than once
 //     use_tagged(member, names, use)
 //                           the same for the rest of an object without a member, whose value is one

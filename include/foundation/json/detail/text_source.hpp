@@ -29,6 +29,7 @@ namespace foundation::json::detail {
 // ---- What is compiled ----------------------------------------------------------------------
 
 class DocumentReader;
+class ErrorCollector;
 
 /// Reads an object of some type from a document.
 /// @param at       where its value begins
@@ -150,6 +151,16 @@ public:
     /// What the exception under way says of the value that is there.
     [[nodiscard]] virtual std::string problem(const char* at) = 0;
 
+    /// Whether the conversion goes on after errors, which are noted.
+    bool notes_errors() const noexcept { return notes_errors_; }
+    [[nodiscard]] virtual std::size_t noted() const noexcept = 0;
+    /// Has errors noted, or thrown if there is no collector. @return the one before
+    virtual ErrorCollector* collect_errors(ErrorCollector* collector) noexcept = 0;
+    /// @return whether the object has been read; if not, the errors are noted
+    virtual bool read_or_note(const char* at, ReadAny function, void* target) = 0;
+    /// Fails at the value that is there, or notes the error.
+    virtual void report(const char* at, std::string_view problem) = 0;
+
     /// The default objects of this document's classes.
     virtual Defaults& defaults() noexcept = 0;
 
@@ -159,6 +170,8 @@ public:
     /// The same because of the exception under way.
     [[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_PARSER_EXPORT void
     fail_current(const char* at);
+    /// Throws what has been noted.
+    [[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_PARSER_EXPORT void fail_noted();
     /// What is not as wanted, of a text.
     [[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_PARSER_EXPORT static void give_up();
 
@@ -166,9 +179,26 @@ protected:
     /// As fail() and fail_current(): compilers believe no virtual function that it does not return.
     virtual void throw_problem(const char* at, std::string_view problem) = 0;
     virtual void throw_current(const char* at) = 0;
+    virtual void throw_noted() = 0;
 
     DocumentReader() = default;
     ~DocumentReader() = default;
+
+    bool notes_errors_ = false;
+};
+
+/// As long as it lives, errors are thrown rather than noted.
+class TextTrial {
+public:
+    explicit TextTrial(DocumentReader& reader) noexcept
+        : reader_(reader), collector_(reader.collect_errors(nullptr)) {}
+    TextTrial(const TextTrial&) = delete;
+    TextTrial& operator=(const TextTrial&) = delete;
+    ~TextTrial() { reader_.collect_errors(collector_); }
+
+private:
+    DocumentReader& reader_;
+    ErrorCollector* const collector_;
 };
 
 // ---- Members -------------------------------------------------------------------------------
@@ -249,7 +279,11 @@ struct TextMemberReader {
     struct Checked {
         static const char* read(DocumentReader& reader, const char* at, void* target,
                                 const void* base, const void* pointer) {
+            const std::size_t noted = reader.notes_errors() ? reader.noted() : 0;
             const char* const behind = entry_of_member(reader, at, target, base, nullptr);
+            if (reader.notes_errors() && reader.noted() != noted) {
+                return behind;
+            }
             const auto& checked = *static_cast<const CheckedPointer<Class, Type, Check>*>(pointer);
             std::string sentence;
             try {
@@ -380,6 +414,15 @@ public:
         use_again(&tag, use);
     }
 
+    /// Reads the value that is there, or notes why it cannot be read. @return whether it was read
+    template <class T>
+    [[FOUNDATION_JSON_GNU(noinline)]] bool read_or_note(T& target) const {
+        return reader_.read_or_note(at_, &detail::read_any<T>, std::addressof(target));
+    }
+
+    /// As long as the result lives, errors are thrown rather than noted.
+    TextTrial trial() const { return TextTrial(reader_); }
+
     [[noreturn]] void fail(const std::string& problem) const { reader_.fail(at_, problem); }
     [[noreturn]] void fail_current() const { reader_.fail_current(at_); }
     std::string problem() const { return reader_.problem(at_); }
@@ -395,6 +438,11 @@ public:
         } else {
             return base_;
         }
+    }
+
+    template <class T>
+    void read_new(T& target) const {
+        read_part(target, nullptr); // the base is one of what is made of it
     }
 
     template <class Optional>
@@ -433,6 +481,14 @@ public:
             return detail::start_of_new<T>().object(reader_.defaults()).object;
         } else {
             return &reader_;
+        }
+    }
+
+    /// How many errors have been noted: none of a text, whose reading an error ends.
+    std::size_t noted() const { return reader_.notes_errors() ? reader_.noted() : 0; }
+    void fail_since(std::size_t noted) const {
+        if (this->noted() != noted) {
+            reader_.fail_noted();
         }
     }
 
@@ -492,8 +548,12 @@ public:
     }
 
     template <class T>
-    void read(T& element, const void* base = nullptr) const {
+    bool read(T& element, const void* base = nullptr) const {
+        if (source_.reader().notes_errors()) {
+            return source_.read_or_note(element);
+        }
         source_.read_part(element, base);
+        return true;
     }
 
     /// Reads all of them into a container, whose elements may be used again.
@@ -522,9 +582,7 @@ public:
         }
     }
 
-    [[noreturn]] void fail(const char* problem) const {
-        source_.reader().fail(source_.at(), problem);
-    }
+    void report(const char* problem) const { source_.reader().report(source_.at(), problem); }
 
 private:
     bool go_on() const {
@@ -604,13 +662,15 @@ public:
     std::string&& name() noexcept { return std::move(name_); }
 
     template <class T>
-    void read(T& member) const {
+    bool read(T& member) const {
+        if (source_.reader().notes_errors()) {
+            return source_.read_or_note(member);
+        }
         source_.read_part(member, nullptr);
+        return true;
     }
 
-    [[noreturn]] void fail(const char* problem) const {
-        source_.reader().fail(source_.at(), problem);
-    }
+    void report(const char* problem) const { source_.reader().report(source_.at(), problem); }
 
 private:
     const TextSource& source_;

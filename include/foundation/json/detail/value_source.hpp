@@ -24,11 +24,72 @@ namespace foundation::json::detail {
 
 // ---- What is compiled ----------------------------------------------------------------------
 
+class ErrorCollector;
+
 /// What one call of to() goes by.
+///
+/// Without a collector, the first error is thrown through all converters. With one, those that read
+/// members and elements catch it, note it and go on with the next; what they have read into is not
+/// complete then, and must not be looked at.
 struct Session {
     const ConvertOptions& options;
-    std::string key; // of the lookup under way, kept for its memory
+    std::string key; ///< of the lookup under way, kept for its memory
+    ErrorCollector* collector = nullptr;
+
+    /// How often errors have been noted.
+    std::size_t noted() const noexcept;
 };
+
+/// The errors of one call of to().
+class FOUNDATION_JSON_EXPORT ErrorCollector {
+public:
+    explicit ErrorCollector(const ConvertOptions& options) noexcept;
+    ErrorCollector(const ErrorCollector&) = delete;
+    ErrorCollector& operator=(const ErrorCollector&) = delete;
+    ~ErrorCollector();
+
+    /// Notes the errors of the ConversionError under way, and passes on any other exception.
+    /// @return whether there may be more of them
+    bool note_current();
+
+    /// How often errors have been noted.
+    std::size_t noted() const noexcept { return noted_; }
+
+    /// Throws all errors, of which there is one at least, and forgets them.
+    [[noreturn]] void fail();
+
+private:
+    struct Errors;
+    std::unique_ptr<Errors> errors_;
+    std::size_t max_errors_;
+    std::size_t noted_ = 0;
+};
+
+inline std::size_t Session::noted() const noexcept {
+    return collector != nullptr ? collector->noted() : 0;
+}
+
+/// As long as it lives, errors are thrown rather than noted.
+class Trial {
+public:
+    explicit Trial(Session& session) noexcept
+        : session_(session), collector_(std::exchange(session.collector, nullptr)) {}
+    Trial(const Trial&) = delete;
+    Trial& operator=(const Trial&) = delete;
+    ~Trial() { session_.collector = collector_; }
+
+private:
+    Session& session_;
+    ErrorCollector* const collector_;
+};
+
+/// Notes the errors of the ConversionError under way. Passes it on if errors are not collected, and
+/// any other exception; throws all errors if they are as many as allowed.
+[[FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void note_current(Session& session);
+
+/// Fails, or notes the error, as note_current() does.
+[[FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void
+report(const Location& location, const std::string& problem, Session& session);
 
 /// Reads a value into a member of an object.
 /// @param pointer  the address of the member's `Type Class::*`
@@ -75,6 +136,19 @@ const T& content_at(const Value& value, const Location& location) {
 
 inline bool is_nothing(const Value& value) noexcept {
     return json::kind_of(value) == Kind::null || json::kind_of(value) == Kind::undefined;
+}
+
+/// Reads an object, or notes why it cannot be read. @return whether it has been read
+template <class T>
+[[FOUNDATION_JSON_GNU(always_inline)]] inline bool
+read_or_note(T& target, const Value& value, const Location& location, Session& session) {
+    const std::size_t noted = session.noted();
+    try {
+        detail::read_from(target, value, location, session);
+    } catch (...) {
+        detail::note_current(session);
+    }
+    return session.noted() == noted;
 }
 
 /// The member of an object that is read into.
@@ -140,6 +214,11 @@ public:
         return nullptr;
     }
 
+    template <class T>
+    void read_new(T& target) const {
+        detail::read_from(target, value_, location_, session_);
+    }
+
     template <class Optional>
     void read_present(Optional& target) const {
         detail::read_from(target.emplace(), value_, location_, session_);
@@ -160,6 +239,18 @@ public:
     [[noreturn]] void fail(const std::string& problem) const { detail::fail(location_, problem); }
     [[noreturn]] void fail_current() const { detail::fail_current(location_); }
     std::string problem() const { return detail::problem_at(location_); }
+
+    /// As long as the result lives, errors are thrown rather than noted.
+    Trial trial() const { return Trial(session_); }
+
+    /// How often errors have been noted.
+    std::size_t noted() const noexcept { return session_.noted(); }
+    /// Fails if errors have been noted since then.
+    void fail_since(std::size_t noted) const {
+        if (session_.noted() != noted) {
+            session_.collector->fail();
+        }
+    }
 
     const Value& value() const noexcept { return value_; }
     const Location& location() const noexcept { return location_; }
@@ -190,14 +281,16 @@ public:
     /// Checks that there is no further one among these.
     void finish() const noexcept {}
 
+    /// @return whether it has been read; else the session has noted why not
     template <class T>
-    void read(T& element, const void* = nullptr) const {
-        const Location location(location_, index_);
-        detail::read_from(element, elements_[index_], location, session_);
+    bool read(T& element, const void* = nullptr) const {
+        return detail::read_or_note(element, elements_[index_], Location(location_, index_),
+                                    session_);
     }
 
-    [[noreturn]] void fail(const char* problem) const {
-        detail::fail(Location(location_, index_), problem);
+    /// Reports an error of the element.
+    void report(const char* problem) const {
+        detail::report(Location(location_, index_), problem, session_);
     }
 
 private:
@@ -228,14 +321,16 @@ public:
 
     const std::string& name() const noexcept { return present_->first; }
 
+    /// @return whether it has been read; else the session has noted why not
     template <class T>
-    void read(T& member) const {
-        const Location location(location_, name());
-        detail::read_from(member, present_->second, location, session_);
+    bool read(T& member) const {
+        return detail::read_or_note(member, present_->second, Location(location_, name()),
+                                    session_);
     }
 
-    [[noreturn]] void fail(const char* problem) const {
-        detail::fail(Location(location_, name()), problem);
+    /// Reports an error of the member.
+    void report(const char* problem) const {
+        detail::report(Location(location_, name()), problem, session_);
     }
 
 private:
@@ -296,7 +391,11 @@ struct ValueMemberReader {
     struct Checked {
         static void read(void* object, const void* pointer, const Value& value,
                          const Location& location, Session& session) {
+            const std::size_t noted = session.noted();
             ValueMemberReader::read(object, pointer, value, location, session);
+            if (session.noted() != noted) {
+                return;
+            }
             const std::string sentence =
                 detail::sentence_of_member<T, Class, Type, Check>(object, pointer, location);
             if (!sentence.empty()) {
