@@ -51,7 +51,7 @@ std::string list_of(const char* head, const NameTable& names) {
     std::string result;
     for (std::size_t i = 0; i < names.count; ++i) {
         result += i == 0 ? head : ", ";
-        result += quoted(names.names[i]);
+        result += detail::quoted(names.names[i]);
     }
     return result;
 }
@@ -130,8 +130,8 @@ std::size_t find_enumerator(const NameTable& names, const Value& value, const Lo
     const auto& name = content_at<std::string>(value, location);
     const std::size_t found = find_name(names, name);
     if (found == names.count) {
-        fail(location,
-             "the enumerator " + quoted(name) + " is unknown" + list_of("; known are ", names));
+        fail(location, "the enumerator " + detail::quoted(name) + " is unknown" +
+                           list_of("; known are ", names));
     }
     return found;
 }
@@ -218,8 +218,8 @@ private:
     void check_required(const Location& location) const {
         for (std::size_t i = 0; i < table_.names.count; ++i) {
             if (table_.required[i] && found_[i] == nullptr) {
-                fail(location,
-                     "the required member " + quoted(table_.names.names[i]) + " is missing");
+                fail(location, "the required member " + detail::quoted(table_.names.names[i]) +
+                                   " is missing");
             }
         }
     }
@@ -229,7 +229,7 @@ private:
         while (find_name(table_.names, member->first) != table_.names.count) {
             ++member;
         }
-        fail(Location(location, member->first), "the member " + quoted(member->first) +
+        fail(Location(location, member->first), "the member " + detail::quoted(member->first) +
                                                     " is unknown" +
                                                     list_of("; known are ", table_.names));
     }
