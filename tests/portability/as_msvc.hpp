@@ -1,6 +1,6 @@
-// What comes before a source to compile it as MSVC would: all headers that are not this project's, and
-// then no macro of clang's, but _MSC_VER. MSVC's own headers are not free to take, so those of libc++
-// and MinGW-w64 stand for them, which take the compiler for one that knows GNU extensions.
+// What comes before a source to compile it as MSVC would: all headers that are not this project's,
+// and then no macro of clang's, but _MSC_VER. MSVC's own headers are not free to take, so those of
+// libc++ and MinGW-w64 stand for them, which take the compiler for one that knows GNU extensions.
 
 #include <locale.h>
 #include <stdlib.h>
