@@ -213,6 +213,89 @@ void append_scripts(std::string& out, Sequence& sequence, std::size_t bytes) {
     out += ']';
 }
 
+void append_wide_records(std::string& out, Sequence& sequence, std::size_t bytes) {
+    out += '[';
+    append_many(out, bytes, [&] {
+        for (int column = 0; column < 60; ++column) {
+            out += column == 0 ? "{\"column_" : ",\"column_";
+            out += static_cast<char>('0' + column / 10);
+            out += static_cast<char>('0' + column % 10);
+            out += "\":";
+            if (column % 3 == 0) {
+                append_words(out, sequence, 1);
+            } else {
+                append_integer(out, sequence.below(1'000'000));
+            }
+        }
+        out += '}';
+    });
+    out += ']';
+}
+
+void append_unordered(std::string& out, Sequence& sequence, std::size_t bytes) {
+    constexpr std::array<std::string_view, 8> cyrillic{
+        "Москва", "улица", "дом", "Анна", "Сергей", "новый", "город", "Санкт-Петербург"};
+    constexpr std::array<std::string_view, 10> names{"фамилия", "имя",   "отчество", "город",
+                                                     "улица",   "дом",   "телефон",  "возраст",
+                                                     "active",  "e-mail"};
+    out += '[';
+    append_many(out, bytes, [&] {
+        for (const std::string_view name : names) {
+            out += name == names.front() ? "{\"" : ",\"";
+            out += name;
+            out += "\":\"";
+            for (std::uint64_t word = 1 + sequence.below(4); word > 0; --word) {
+                out += cyrillic[sequence.below(cyrillic.size())];
+                out += ' ';
+            }
+            out += '"';
+        }
+        out += '}';
+    });
+    out += ']';
+}
+
+void append_settings(std::string& out, Sequence& sequence, unsigned depth) {
+    const std::string indent(4 * depth, ' ');
+    for (std::uint64_t i = 0; i < 4; ++i) {
+        out += i == 0 ? "\n" : ",\n";
+        out += indent + "\"setting_";
+        append_integer(out, i);
+        out += "\": ";
+        if (depth < 6) {
+            out += '{';
+            append_settings(out, sequence, depth + 1);
+            out += '\n' + indent + '}';
+        } else if (i % 2 == 0) {
+            append_words(out, sequence, 1);
+        } else {
+            out += i == 1 ? "true" : "8080";
+        }
+    }
+}
+
+void append_configuration(std::string& out, Sequence& sequence, std::size_t bytes) {
+    out += '[';
+    append_many(out, bytes, [&] {
+        out += '{';
+        append_settings(out, sequence, 1);
+        out += "\n}";
+    });
+    out += ']';
+}
+
+void append_big_integers(std::string& out, Sequence& sequence, std::size_t bytes) {
+    out += '[';
+    append_many(out, bytes, [&] {
+        for (int i = 0; i < 20; ++i) {
+            out += i == 0 ? "[" : ",";
+            append_integer(out, sequence.next() >> 1);
+        }
+        out += ']';
+    });
+    out += ']';
+}
+
 using Append = void(std::string&, Sequence&, std::size_t);
 
 Document generated(std::string name, Append append, std::size_t bytes) {
@@ -288,6 +371,20 @@ const std::vector<Document>& written_documents() {
         result.push_back(generated("URLs", append_urls, 500'000));
         result.push_back(generated("small objects", append_small_objects, 500'000));
         result.push_back(generated("scripts", append_scripts, 500'000));
+        return result;
+    }();
+    return all;
+}
+
+const std::vector<Document>& parsed_documents() {
+    static const std::vector<Document> all = [] {
+        std::vector<Document> result = documents();
+        result.push_back(generated("small objects", append_small_objects, 500'000));
+        result.push_back(generated("scripts", append_scripts, 500'000));
+        result.push_back(generated("wide records", append_wide_records, 500'000));
+        result.push_back(generated("unordered", append_unordered, 500'000));
+        result.push_back(generated("configuration", append_configuration, 500'000));
+        result.push_back(generated("big integers", append_big_integers, 500'000));
         return result;
     }();
     return all;

@@ -29,6 +29,11 @@ const std::vector<Document>& documents();
 /// anything but URLs, "small objects" have three members, "scripts" is text of many scripts.
 const std::vector<Document>& written_documents();
 
+/// Those of documents(), and generated ones of other shapes: "small objects" and "scripts" as
+/// above, "wide records" of 60 members, "unordered" records in Cyrillic whose names are in no
+/// order, a deep and indented "configuration", and arrays of "big integers".
+const std::vector<Document>& parsed_documents();
+
 /// A generated document of about that many bytes, with parts of all three kinds.
 std::string document_of_size(std::size_t bytes);
 

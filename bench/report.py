@@ -8,6 +8,7 @@ _writing, _reading or _others added.
 import json
 import math
 import re
+import statistics
 import sys
 from pathlib import Path
 
@@ -17,6 +18,7 @@ OURS = "foundation::json"
 PEERS = ["nlohmann", "RapidJSON", "Boost.JSON", "JsonCpp"]
 BEGIN, END = "<!-- results: begin -->", "<!-- results: end -->"
 TASKS = ["serialize", "serialize scattered", "pretty_print", "message",
+         "write", "write indented", "write by hand", "number to text",
          "write to a stream", "write to std::ostringstream",
          "write to std::ofstream", "parse and destroy", "tokens", "lines", "lines by parse",
          "walk", "walk scattered",
@@ -26,26 +28,30 @@ TASKS = ["serialize", "serialize scattered", "pretty_print", "message",
          "structs to text", "structs to text by value",
          "patch", "diff", "words", "numbers", "strings", "containers"]
 CHECKED, STANDARD = "RapidJSON, checked", "std::variant"
+READ_ONLY, TO_CHARS = "simdjson", "std::to_chars"
 WALKS = ["walk", "walk scattered"]
-WRITING = ["text", "messages", "scattered", "streams"]
+WRITING = ["text", "messages", "writing", "scattered", "streams"]
 OTHERS = ["values", "arrays", "objects", "conversion", "patches"]
 
 
 # ---- Results -------------------------------------------------------------------------------
 
 
-def medians(file, field="cpu_time"):
+def medians(folder, family, field="cpu_time"):
     """The results of one family: {(task, subject): {contender: median}}. Not all have each field."""
     rows = {}
-    for run in json.loads(file.read_text())["benchmarks"]:
-        if run.get("error_occurred"):
-            sys.exit(f"{run['name']}: {run['error_message']}")
-        task, subject, contender = run["run_name"].split("/")
-        row = rows.setdefault((task, subject), {})
-        if run.get("aggregate_name") == "median" and field in run:
-            row[contender] = run[field]
+    for file in folder.glob(f"{family}.*.json"):
+        # A library that has none of the tasks leaves an empty file.
+        for run in json.loads(file.read_text() or '{"benchmarks": []}')["benchmarks"]:
+            if run.get("error_occurred"):
+                sys.exit(f"{run['name']}: {run['error_message']}")
+            task, subject, contender = run["run_name"].split("/")
+            row = rows.setdefault((task, subject), {})
+            if run["run_type"] == "iteration" and field in run:
+                row.setdefault(contender, []).append(run[field])
     # The benchmarks ran in random order.
-    return dict(sorted(rows.items(), key=lambda item: in_order(*item[0])))
+    return {key: {contender: statistics.median(times) for contender, times in row.items()}
+            for key, row in sorted(rows.items(), key=lambda item: in_order(*item[0]))}
 
 
 def in_order(task, subject):
@@ -329,7 +335,7 @@ def charted(results):
 def read_families(folder, names, field="cpu_time"):
     results = {}
     for name in names:
-        results |= medians(folder / f"{name}.json", field)
+        results |= medians(folder, name, field)
     return results
 
 
@@ -344,11 +350,11 @@ def section(title, page, name):
 
 def main(folder, page):
     written = read_families(folder, WRITING)
-    parsing = medians(folder / "parsing.json")
-    tokens = medians(folder / "tokens.json")
-    reading = medians(folder / "reading.json")
+    parsing = read_families(folder, ["parsing", "parsing_in_used_heap"])
+    tokens = medians(folder, "tokens")
+    reading = medians(folder, "reading")
     others = read_families(folder, OTHERS)
-    details = medians(folder / "details.json")
+    details = medians(folder, "details")
     growth = read_families(folder, ["growth", "growth_of_parsing"], "bytes_per_second")
     memory = json.loads((folder / "memory.json").read_text())
     compared = {row: times for row, times in others.items()
@@ -357,7 +363,7 @@ def main(folder, page):
     writing = {row: times for row, times in written.items() if row[0] not in WALKS}
     bounds = Bounds(writing | parsing | reading | compared | walks | details,
                     read_families(folder, [*WRITING, "details"], "bytes_per_second"),
-                    medians(folder / "reading.json", "values"), memory)
+                    medians(folder, "reading", "values"), memory)
 
     lines = [BEGIN, ""]
     lines += ["A bar of a chart goes from 1 to our time divided by that of another library. A bar "
@@ -366,12 +372,14 @@ def main(folder, page):
               "ours divided by it: below 1, ours is the shorter.", ""]
     lines += section("Serializing", page, "writing") + time_table(writing)
     lines += section("Parsing and access", page, "reading")
-    lines += ["Parsing a document in memory, and destroying the value:", ""]
-    lines += time_table(parsing)
-    lines += ["Walking over the tokens of a document, without a value: `Reader` here, SAX elsewhere, with full "
-              "checks. And making a value of each line of a stream: by `Records` here; elsewhere, and in the last "
+    lines += ["Parsing a document in memory, and destroying the value. In the rows \"used heap\", the process "
+              "has allocated and freed much else before, so new blocks do not lie next to each other. "
+              "A document of simdjson cannot be changed; the last column compares with the others.", ""]
+    lines += time_table(parsing, [*PEERS, READ_ONLY])
+    lines += ["Walking over the tokens of a document, without a value: `Reader` here, On-Demand in simdjson, SAX "
+              "elsewhere, with full checks but for On-Demand. And making a value of each line of a stream: by `Records` here; elsewhere, and in the last "
               "row, line by line with the function that parses a string.", ""]
-    lines += time_table(tokens)
+    lines += time_table(tokens, [*PEERS, READ_ONLY])
     lines += ["Access to the content of every string and every number of a document, found beforehand, by "
               "the functions of each library: `get` here, `std::get`, `get_ref`, `GetString` and "
               "`GetDouble`, `as_string` and `as_double`, `getString` and `asDouble`. All test the "
@@ -385,6 +393,8 @@ def main(folder, page):
     lines += ["### Values of each kind, one by one", "",
               "Arrays of 10,000 items (of 100 for strings of 10,000 bytes), serialized.", ""]
     lines += time_table(details)
+    lines += ["The text of 10,000 doubles each, by the function that `write` uses, and by the standard library's:", ""]
+    lines += time_table(medians(folder, "number_text"), [TO_CHARS])
     lines += ["### Memory", "",
               "The most memory allocated at a time beyond the value, the output included.", ""]
     lines += memory_table(memory["operations"])

@@ -15,23 +15,24 @@
 namespace {
 
 const bool added = [] {
-    auto& all = bench::families();
-    all.push_back({"text", bench::add_text<Contender>});
-    all.push_back({"writing", bench::add_writing<Contender>});
-    all.push_back({"messages", bench::add_messages<Contender>});
-    all.push_back({"scattered", bench::add_scattered<Contender>});
-    all.push_back({"parsing", bench::add_parsing<Contender>});
-    all.push_back({"tokens", bench::add_tokens<Contender>});
-    all.push_back({"streams", bench::add_streams<Contender>});
-    all.push_back({"values", bench::add_values<Contender>});
-    all.push_back({"reading", bench::add_reading<Contender>});
-    all.push_back({"arrays", bench::add_arrays<Contender>});
-    all.push_back({"objects", bench::add_objects<Contender>});
-    all.push_back({"conversion", bench::add_conversion<Contender>});
-    all.push_back({"patches", bench::add_patches<Contender>});
-    all.push_back({"details", bench::add_details<Contender>});
-    all.push_back({"growth", bench::add_growth<Contender>});
-    all.push_back({"growth_of_parsing", bench::add_growth_of_parsing<Contender>});
+    bench::add_family<Contender>("text", bench::add_text<Contender>);
+    bench::add_family<Contender>("writing", bench::add_writing<Contender>);
+    bench::add_family<Contender>("messages", bench::add_messages<Contender>);
+    bench::add_family<Contender>("scattered", bench::add_scattered<Contender>);
+    bench::add_family<Contender>("parsing", bench::add_parsing<Contender>);
+    bench::add_family<Contender>("parsing_in_used_heap",
+                                 bench::add_parsing_in_used_heap<Contender>);
+    bench::add_family<Contender>("tokens", bench::add_tokens<Contender>);
+    bench::add_family<Contender>("streams", bench::add_streams<Contender>);
+    bench::add_family<Contender>("values", bench::add_values<Contender>);
+    bench::add_family<Contender>("reading", bench::add_reading<Contender>);
+    bench::add_family<Contender>("arrays", bench::add_arrays<Contender>);
+    bench::add_family<Contender>("objects", bench::add_objects<Contender>);
+    bench::add_family<Contender>("conversion", bench::add_conversion<Contender>);
+    bench::add_family<Contender>("patches", bench::add_patches<Contender>);
+    bench::add_family<Contender>("details", bench::add_details<Contender>);
+    bench::add_family<Contender>("growth", bench::add_growth<Contender>);
+    bench::add_family<Contender>("growth_of_parsing", bench::add_growth_of_parsing<Contender>);
     return true;
 }();
 

@@ -1,5 +1,7 @@
-// Usage: foundation_json_bench [FAMILY]... [--benchmark_...]
-// Runs the benchmarks of some families, or of all, for all contenders.
+// Usage: foundation_json_bench [FAMILY]... [--contender=NAME] [--benchmark_...]
+//        foundation_json_bench --list
+// Runs the benchmarks of some families, or of all, for one contender or for all. --list prints a
+// line for each family and contender, with a tab between the two.
 #include "tasks/family.hpp"
 #include "tasks/text.hpp"
 
@@ -46,15 +48,41 @@ int refuse(const std::string& message) {
     return 2;
 }
 
-int run(const std::vector<std::string>& names) {
+bool is_any(const std::string& name, std::string bench::Family::*member) {
     const auto& all = bench::families();
-    for (const std::string& name : names) {
-        if (std::none_of(all.begin(), all.end(), [&](const auto& f) { return f.name == name; })) {
-            return refuse("unknown family '" + name + "'");
+    return std::any_of(all.begin(), all.end(),
+                       [&](const bench::Family& family) { return family.*member == name; });
+}
+
+int list() {
+    for (const bench::Family& family : bench::families()) {
+        std::cout << family.name << '\t' << family.contender << '\n';
+    }
+    return std::cout.flush() ? 0 : 1;
+}
+
+int run(const std::vector<std::string>& arguments) {
+    const std::string option = "--contender=";
+    std::vector<std::string> names;
+    std::string contender;
+    for (const std::string& argument : arguments) {
+        if (argument == "--list") {
+            return list();
+        }
+        if (argument.compare(0, option.size(), option) == 0) {
+            contender = argument.substr(option.size());
+            if (!is_any(contender, &bench::Family::contender)) {
+                return refuse("unknown contender '" + contender + "'");
+            }
+        } else if (is_any(argument, &bench::Family::name)) {
+            names.push_back(argument);
+        } else {
+            return refuse("unknown family '" + argument + "'");
         }
     }
-    for (const bench::Family& family : all) {
-        if (names.empty() || std::find(names.begin(), names.end(), family.name) != names.end()) {
+    for (const bench::Family& family : bench::families()) {
+        if ((names.empty() || std::find(names.begin(), names.end(), family.name) != names.end()) &&
+            (contender.empty() || family.contender == contender)) {
             family.add();
         }
     }

@@ -75,7 +75,7 @@ void add_all() {
 }
 
 const bool added = [] {
-    bench::families().push_back({"number_text", add_all});
+    bench::add_family<Ours>("number_text", add_all);
     return true;
 }();
 

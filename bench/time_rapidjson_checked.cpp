@@ -25,7 +25,7 @@ struct Checked : Contender {
 };
 
 const bool added = [] {
-    bench::families().push_back({"reading", bench::add_reading<Checked>});
+    bench::add_family<Checked>("reading", bench::add_reading<Checked>);
     return true;
 }();
 

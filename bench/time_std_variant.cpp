@@ -8,11 +8,10 @@
 namespace {
 
 const bool added = [] {
-    auto& all = bench::families();
-    all.push_back({"values", bench::add_values<Contender>});
-    all.push_back({"reading", bench::add_reading<Contender>});
-    all.push_back({"arrays", bench::add_arrays<Contender>});
-    all.push_back({"objects", bench::add_objects<Contender>});
+    bench::add_family<Contender>("values", bench::add_values<Contender>);
+    bench::add_family<Contender>("reading", bench::add_reading<Contender>);
+    bench::add_family<Contender>("arrays", bench::add_arrays<Contender>);
+    bench::add_family<Contender>("objects", bench::add_objects<Contender>);
     return true;
 }();
 

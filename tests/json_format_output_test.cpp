@@ -110,7 +110,7 @@ TEST(LargePieces, AreNotWrittenWhenTheStreamIsFlushed) {
     EXPECT_EQ(packets.waiting(), std::vector<std::string>{"one\ntwo\n"});
 }
 
-TEST(LargePieces, KeepEveryByteInItsPlace) {
+TEST(LargePieces, KeepEveryByteAtItsPosition) {
     std::string text;
     for (int i = 0; i < 100'000; ++i) {
         text += static_cast<char>(i % 251);

@@ -15,11 +15,17 @@ namespace bench {
 /// Benchmarks that run together, of one contender. Its values are made when it is added.
 struct Family {
     std::string name;
+    std::string contender;
     void (*add)();
 };
 
 /// All families of all contenders.
 std::vector<Family>& families();
+
+template <class Contender>
+void add_family(const char* name, void (*add)()) {
+    families().push_back({name, Contender::name, add});
+}
 
 /// Adds the benchmark `task/subject/contender`, a function of benchmark::State&.
 template <class Contender, class Function>

@@ -6,13 +6,10 @@
 #include "documents.hpp"
 #include "tasks/family.hpp"
 #include "tasks/text.hpp"
+#include "tasks/used_heap.hpp"
 #include "tasks/work.hpp"
 
-#include <cstddef>
 #include <memory>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace bench {
 
@@ -27,27 +24,6 @@ void add_messages() {
         });
     }
 }
-
-/// The heap of a program that has run for a long time: blocks of many sizes, most of them free.
-class UsedHeap {
-public:
-    UsedHeap() {
-        std::vector<std::unique_ptr<char[]>> blocks;
-        for (int i = 0; i < 600'000; ++i) {
-            blocks.emplace_back(new char[24 + 8 * sequence_.below(14)]);
-        }
-        for (std::size_t i = blocks.size(); i > 1; --i) {
-            std::swap(blocks[i - 1], blocks[sequence_.below(i)]);
-        }
-        for (std::size_t i = 0; i < blocks.size(); i += 8) {
-            used_.push_back(std::move(blocks[i]));
-        }
-    }
-
-private:
-    Sequence sequence_;
-    std::vector<std::unique_ptr<char[]>> used_;
-};
 
 template <class Contender>
 void add_scattered() {

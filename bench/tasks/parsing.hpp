@@ -5,6 +5,7 @@
 
 #include "documents.hpp"
 #include "tasks/family.hpp"
+#include "tasks/used_heap.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -26,11 +27,21 @@ void add_parsing_of(const std::string& task, const std::string& subject, const s
 
 template <class Contender>
 void add_parsing() {
-    for (const Document& document : documents()) {
+    for (const Document& document : parsed_documents()) {
         require<Contender>(
             same_value(Contender::serialize(Contender::parse(document.text)), document.text),
             "parse");
         add_parsing_of<Contender>("parse and destroy", document.name, document.text);
+    }
+}
+
+/// The same where the process has allocated and freed much else before.
+template <class Contender>
+void add_parsing_in_used_heap() {
+    static const UsedHeap heap;
+    for (const Document& document : parsed_documents()) {
+        add_parsing_of<Contender>("parse and destroy", document.name + ", used heap",
+                                  document.text);
     }
 }
 

@@ -5,13 +5,17 @@
 
 #include <foundation/json/content.hpp>
 
+#include <string>
+
 namespace foundation::json::detail {
 
 namespace {
 
-const Value* find_child(const Value& value, std::string_view token) {
+/// @param name  memory for a member's name, which std::map wants as a std::string
+const Value* find_child(const Value& value, std::string_view token, std::string& name) {
     if (const auto* const object = get_if<Object>(&value)) {
-        const auto found = object->find(unescaped(token));
+        assign_unescaped(name, token);
+        const auto found = object->find(name);
         return found != object->end() ? &found->second : nullptr;
     }
     if (const auto* const elements = get_if<Array>(&value)) {
@@ -26,10 +30,11 @@ const Value* find_child(const Value& value, std::string_view token) {
 PathLookup follow(const Value& root, std::string_view pointer) {
     PointerSteps steps(pointer);
     const Value* value = &root;
+    std::string name;
     while (!steps.at_end()) {
         const std::string_view reached = steps.walked();
         const std::string_view token = steps.next();
-        const Value* const child = find_child(*value, token);
+        const Value* const child = find_child(*value, token, name);
         if (child == nullptr) {
             return {value, reached, token, false};
         }

@@ -121,18 +121,19 @@ Decimal leading_digits(const char* from, const char* end, std::int64_t exponent)
 
 namespace {
 
-/// The value of a text of digits; empty if it takes more than 64 bits.
-std::optional<std::uint64_t> whole_number(const char* from, const char* end) noexcept {
-    constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
-    std::uint64_t number = 0;
-    for (; from != end; ++from) {
-        const auto digit = static_cast<std::uint64_t>(*from - '0');
-        if (number > most / 10 || number * 10 > most - digit) {
-            return std::nullopt;
-        }
-        number = number * 10 + digit;
+/// All digits of a whole number; empty if they take more than 64 bits.
+std::optional<std::uint64_t> whole_magnitude(const NumberToken& token) noexcept {
+    const std::uint64_t leading = token.magnitude.digits;
+    if (token.magnitude.exponent == 0) {
+        return leading;
     }
-    return number;
+    // Only one digit may be missing in the leading ones: 64 bits hold no more than 20.
+    constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+    const auto last = static_cast<std::uint64_t>(token.end[-1] - '0');
+    if (token.magnitude.exponent != 1 || leading > most / 10 || leading * 10 > most - last) {
+        return std::nullopt;
+    }
+    return leading * 10 + last;
 }
 
 /// Whether a double holds a whole number exactly.
@@ -142,9 +143,9 @@ constexpr bool is_exact_double(std::uint64_t number) noexcept {
 }
 
 /// The integer that a token stands for, if no double holds it.
-std::optional<NumberContent> large_integer(const char* from, const NumberToken& token) noexcept {
+std::optional<NumberContent> large_integer(const NumberToken& token) noexcept {
     constexpr std::uint64_t most_negative = std::uint64_t{1} << 63;
-    const auto magnitude = whole_number(from + (token.negative ? 1 : 0), token.end);
+    const auto magnitude = whole_magnitude(token);
     if (!magnitude || is_exact_double(*magnitude)) {
         return std::nullopt;
     }
@@ -167,7 +168,7 @@ NumberContent content_of_number(const char* from, const NumberToken& token,
         return NumberContent(token.negative ? -number : number);
     }
     if (token.whole && exact_integers) {
-        if (const auto integer = large_integer(from, token)) {
+        if (const auto integer = large_integer(token)) {
             return *integer;
         }
     }

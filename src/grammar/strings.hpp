@@ -5,6 +5,7 @@
 
 #include "text/skipping.hpp"
 #include "text/utf8.hpp"
+#include "text/utf8_validation.hpp"
 
 #include <cstddef>
 #include <string>
@@ -57,9 +58,14 @@ template <class Bytes>
             token.error = error_of_control(*place);
         } else if (is_ascii(*place)) {
             place = skip_clean<Bytes>(place, end);
+        } else if (const char* const behind = skip_utf8<Bytes>(place, end); behind != place) {
+            place = behind;
         } else {
             while (end - place >= 3 && is_usual_of_three(place)) {
                 place += 3;
+            }
+            while (end - place >= 2 && is_any_of_two(place)) {
+                place += 2;
             }
             if (place != end && !is_ascii(*place)) {
                 const Utf8Sequence sequence = utf8_sequence(place, end);

@@ -30,17 +30,23 @@ inline void append_index_token(std::string& pointer, std::size_t index) {
     pointer += std::to_string(index);
 }
 
+/// Assigns the name that a token of a valid JSON Pointer stands for, within the string's memory if
+/// it has room.
+inline void assign_unescaped(std::string& name, std::string_view token) {
+    std::size_t tilde = token.find('~');
+    name = token.substr(0, tilde);
+    while (tilde != std::string_view::npos) {
+        name += token[tilde + 1] == '0' ? '~' : '/';
+        const std::size_t next = token.find('~', tilde + 2);
+        name += token.substr(tilde + 2, next - (tilde + 2));
+        tilde = next;
+    }
+}
+
 /// The name that a token of a valid JSON Pointer stands for.
 inline std::string unescaped(std::string_view token) {
     std::string name;
-    for (std::size_t i = 0; i < token.size(); ++i) {
-        if (token[i] == '~') {
-            ++i;
-            name += token[i] == '0' ? '~' : '/';
-        } else {
-            name += token[i];
-        }
-    }
+    assign_unescaped(name, token);
     return name;
 }
 

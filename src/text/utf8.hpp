@@ -50,6 +50,13 @@ inline bool is_usual_of_three(const char* from) noexcept {
            is_continuation(from[2]);
 }
 
+/// Whether a text goes on with a sequence of two bytes.
+/// @param from  at least two bytes
+inline bool is_any_of_two(const char* from) noexcept {
+    const auto lead = static_cast<unsigned char>(from[0]);
+    return lead >= 0xC2 && lead < 0xE0 && is_continuation(from[1]);
+}
+
 /// The character of a complete sequence, or of an ASCII byte.
 inline std::uint32_t code_point(std::string_view sequence) noexcept {
     constexpr unsigned payload[] = {0, 0x7F, 0x1F, 0x0F, 0x07};

@@ -33,7 +33,7 @@ inline void require_index([[maybe_unused]] std::size_t index, [[maybe_unused]] s
 inline const char* require_text(const char* text) {
     if constexpr (hardened) {
         if (text == nullptr) {
-            std::fputs("foundation::json: a text is a null pointer\n", stderr);
+            std::fputs("foundation::json: a string is a null pointer\n", stderr);
             std::abort();
         }
     }

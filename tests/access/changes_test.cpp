@@ -387,7 +387,7 @@ struct MoveCase {
     const char* result;
 };
 
-TEST(Move, TakesAValueToAnotherPlace) {
+TEST(Move, TakesAValueToAnotherLocation) {
     for (const MoveCase& c : {
              MoveCase{R"({"a":1,"b":2})", "/a", "/c", R"({"b":2,"c":1})"},
              MoveCase{R"({"a":[1],"b":2})", "/a", "/b", R"({"b":[1]})"},

@@ -69,7 +69,7 @@ TYPED_TEST_SUITE(IndexingConstAndNot, ConstAndNot, ConstnessName);
 
 // ---- Elements ----------------------------------------------------------------------------------
 
-TYPED_TEST(IndexingConstAndNot, AnIndexGivesTheElementAtThatPlace) {
+TYPED_TEST(IndexingConstAndNot, AnIndexGivesTheElementAtThatPosition) {
     TypeParam array(Array{"zero", "one", "two"});
     for (const auto& [form, look_up] : lookups_of_element<TypeParam>(0)) {
         EXPECT_EQ(look_up(array), Value("zero")) << form;

@@ -49,7 +49,7 @@ TEST(BuildingOutOfMemory, CannotHappenToTagsAndScalars) {
     EXPECT_EQ(allocations_of([] { Value(); }), 0u);
 }
 
-TEST(BuildingOutOfMemory, LeaksNoText) {
+TEST(BuildingOutOfMemory, LeaksNoString) {
     const std::string description = std::string("JSON string \"") + long_text + '"';
     EXPECT_EQ(failures_of_building_from(long_text, description), 1u);
     EXPECT_EQ(failures_of_building_from(std::string(long_text), description), 1u);

@@ -6,6 +6,7 @@
 #include "support/write_as.hpp"
 
 #include <foundation/json/builders.hpp>
+#include <foundation/json/pointer.hpp>
 #include <foundation/json/value.hpp>
 
 #include <gtest/gtest.h>
@@ -187,6 +188,19 @@ TEST(Allocations, OfLookingAtAnArrayAreNone) {
 }
 
 // ---- Text ----------------------------------------------------------------------------------
+
+TEST(Allocations, OfFindingByAPointerAreOneForAllLongNames) {
+    const Value leaf = Object{{"a name of twenty bytes", 7}, {"b", 8}};
+    const Value root = Object{{"a name of more than 20", Array{Object{{"b", leaf}}}}};
+    const Value* found = nullptr;
+    EXPECT_EQ(allocations_of([&] { found = find(root, "/a name of more than 20/0/b/b"); }), 1u);
+    EXPECT_EQ(found, &root["a name of more than 20"][0]["b"]["b"]);
+    EXPECT_EQ(allocations_of([&] {
+                  found = find(root, "/a name of more than 20/0/b/a name of twenty bytes");
+              }),
+              1u);
+    EXPECT_EQ(found, &root["a name of more than 20"][0]["b"]["a name of twenty bytes"]);
+}
 
 TEST(Allocations, OfTheTextOfANumberAreNoneExceptForALongResult) {
     const Value in_place[] = {0,        -1.5, 0.1,   1e-5, 999999.5,           1e6,

@@ -32,7 +32,7 @@ Value long_document() {
 const WriteOptions all_options[] = {WriteOptions(), WriteOptions::indented(2),
                                     WriteOptions::canonical()};
 
-TEST(WriteOutOfMemory, MakesNoTextAtAll) {
+TEST(WriteOutOfMemory, MakesNoStringAtAll) {
     for (const WriteOptions& options : all_options) {
         struct Operands {
             Value value;

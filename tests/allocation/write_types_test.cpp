@@ -28,7 +28,7 @@ Objects long_objects() {
     return Objects(100, {cluster, {{long_text, 1}, {"\xF0\x9F\x99\x82", 2}, {"\xEF\xBC\xA1", 3}}});
 }
 
-TEST(WriteTypesOutOfMemory, MakesNoTextAtAll) {
+TEST(WriteTypesOutOfMemory, MakesNoStringAtAll) {
     for (const WriteOptions& options : {WriteOptions(), WriteOptions::canonical()}) {
         const Objects objects = long_objects();
         const std::string expected = write(objects, options);

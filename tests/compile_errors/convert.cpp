@@ -96,7 +96,7 @@ Value e4 = from(std::unordered_multimap<int, int>());
 // refused AnotherMapIsNotConverted: of maps, only std::map and std::unordered_map can be converted
 auto e5 = to<OwnMap>(value);
 
-// refused APointerWithADeleterIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a text
+// refused APointerWithADeleterIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a string
 auto f = to<std::unique_ptr<int, void (*)(int*)>>(value);
 
 // refused AWeakPointerIsNotConverted: to convert this type, specialise foundation::json::members for it
@@ -161,25 +161,25 @@ Colour g = to<Colour>(value);
 // refused AnEnumerationToBeWrittenNeedsATable: to convert this enumeration, specialise foundation::json::enumerators for it: table<E>({{enumerator, name}, ...})
 Value h = from(Colour::red);
 
-// refused ACharacterPointerIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a text, std::vector or std::array for elements, std::optional for what may be missing
+// refused ACharacterPointerIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a string, std::vector or std::array for elements, std::optional for what may be missing
 auto i = to<const char*>(value);
 
 // refused AStringViewIsNotRead: a view can be written, but not read, since nobody would own its text: use std::string
 auto j = to<std::string_view>(value);
 
-// refused AReferenceIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a text
+// refused AReferenceIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a string
 auto& k = to<std::string&>(value);
 
-// refused ALiteralIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a text
+// refused ALiteralIsNotConverted: a pointer, reference, view or C array cannot be converted: use std::string for a string
 Value l = from("text");
 
 // refused AConstTypeIsNotConverted: name the type without const and volatile
 const int m = to<const int>(value);
 
-// refused ACharacterIsNotConverted: a character cannot be converted: use std::string for a text, signed char or unsigned char for a number
+// refused ACharacterIsNotConverted: a character cannot be converted: use std::string for a string, signed char or unsigned char for a number
 char n = to<char>(value);
 
-// refused AWideCharacterIsNotConverted: a character cannot be converted: use std::string for a text, signed char or unsigned char for a number
+// refused AWideCharacterIsNotConverted: a character cannot be converted: use std::string for a string, signed char or unsigned char for a number
 Value o = from(L'x');
 
 // refused WhatIsReadNeedsADefault: to convert a Value to this type, give it a default constructor: an object is made first, and then its members are read
@@ -259,7 +259,7 @@ template <>
 inline constexpr auto foundation::json::members<Const> = std::tuple(required("a", &Const::a));
 Const constant = to<Const>(value);
 
-// refused AMemberOfAMemberIsConvertible: a pointer, reference, view or C array cannot be converted: use std::string for a text
+// refused AMemberOfAMemberIsConvertible: a pointer, reference, view or C array cannot be converted: use std::string for a string
 template <>
 inline constexpr auto foundation::json::members<Holder> = std::tuple(required("texts", &Holder::texts));
 Holder holder = to<Holder>(value);

@@ -41,7 +41,7 @@ std::string there_and_back(const T& object) {
     return describe(value);
 }
 
-TEST(Convert, GivesFlagsAndTexts) {
+TEST(Convert, GivesBooleansAndStrings) {
     EXPECT_EQ(there_and_back(true), "JSON boolean true");
     EXPECT_EQ(there_and_back(false), "JSON boolean false");
     EXPECT_EQ(there_and_back(std::string("a\0b", 3)), "JSON string \"a\\u0000b\"");
@@ -135,7 +135,7 @@ TEST(Convert, MakesNullOfAnEmptyOptional) {
     EXPECT_EQ(to<std::optional<int>>(Value()), std::nullopt);
 }
 
-TEST(Convert, MakesTextsOfEnumerators) {
+TEST(Convert, MakesStringsOfEnumerators) {
     EXPECT_EQ(there_and_back(fleet::Level::middle), "JSON string \"middle\"");
 }
 

@@ -90,7 +90,7 @@ TEST(ParserErrors, AClosingBracketNeedsItsOpeningOne) {
     });
 }
 
-TEST(ParserErrors, ABracketInTheWrongPlaceNamesTheOneThatIsOpen) {
+TEST(ParserErrors, ABracketAtTheWrongPositionNamesTheOneThatIsOpen) {
     check({
         {"[1}", MISSING_ARRAY_CLOSE, 2, 1, 3,
          "found '}' where ',' or ']' is expected: the array begins at line 1, column 1"},

@@ -44,9 +44,9 @@ TEST(HardenedDeathTest, StopsAtAnIndexOutOfRange) {
     EXPECT_DEATH(array[1000000], "index 1000000 is out of range of 3 elements");
 }
 
-TEST(HardenedDeathTest, StopsAtANullText) {
+TEST(HardenedDeathTest, StopsAtANullString) {
     Value object(std::map<std::string, Value>{{"a", 1}});
-    const char* const message = "foundation::json: a text is a null pointer";
+    const char* const message = "foundation::json: a string is a null pointer";
     EXPECT_DEATH(static_cast<void>(Value(null_text())), message);
     EXPECT_DEATH(object = null_text(), message);
     EXPECT_DEATH(object[null_text()], message);

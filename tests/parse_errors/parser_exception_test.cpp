@@ -82,7 +82,7 @@ TEST(ParserException, DoesNotMakeUpAMessage) {
     EXPECT_STREQ(ParserException("", EMPTY_INPUT, 1, 2, 3, 4, "quoted").what(), "");
 }
 
-TEST(ParserException, KeepsCopiesOfTheTextsItIsGiven) {
+TEST(ParserException, KeepsCopiesOfTheStringsItIsGiven) {
     std::string message("message");
     std::string quoted("quoted");
     const ParserException e(message, EMPTY_INPUT, 0, 1, 1, 0, quoted);

@@ -195,7 +195,7 @@ TEST(U16ToU8, LongTextsMayHaveACharacterAcrossAnyBoundary) {
 
 // ---- Number text -------------------------------------------------------------------------------
 
-TEST(StringToDouble, ReadsTheNumberThatATextBeginsWith) {
+TEST(StringToDouble, ReadsTheNumberThatAStringBeginsWith) {
     struct Case {
         const char* text;
         double number;

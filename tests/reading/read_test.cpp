@@ -203,7 +203,7 @@ TEST(ReadError, IsAtTheValueThatThePointerLeadsTo) {
                 StartsWith("1:19: at /nmae: the member \"nmae\" is unknown; known are"));
 }
 
-TEST(ReadError, ComesBehindErrorsOfTheText) {
+TEST(ReadError, ComesAfterSyntaxErrors) {
     EXPECT_THROW(static_cast<void>(read<int>("\"x\" 1")), ParserException);
     EXPECT_THROW(static_cast<void>(read<int>("\"x\"")), ReadError);
     EXPECT_THROW(static_cast<void>(read<int>("")), ParserException);

@@ -235,7 +235,7 @@ TEST(CopyEscaped, StopsBeyondAsciiWhereTheRuleSaysSo) {
                                        {19, "0123456789\\\"\\/ bcdef "});
 }
 
-TYPED_TEST(CopyEscapedBy, FindsEveryByteAtEveryPlace) {
+TYPED_TEST(CopyEscapedBy, FindsEveryByteAtEveryPosition) {
     for (std::size_t size = 0; size <= 40; ++size) {
         const std::string clean = clean_content<typename TypeParam::Rule>(size);
         this->expect_bytewise(clean);
@@ -313,7 +313,7 @@ TYPED_TEST(CopyClean, CopiesContentThatStaysAsItIs) {
     }
 }
 
-TYPED_TEST(CopyClean, RefusesEveryByteThatIsEscapedAtEveryPlace) {
+TYPED_TEST(CopyClean, RefusesEveryByteThatIsEscapedAtEveryPosition) {
     using Rule = typename TypeParam::Rule;
     const std::string_view escaped = escapes_slash<Rule> ? "\"\\/" : "\"\\";
     for (std::size_t size = 1; size <= 70; ++size) {

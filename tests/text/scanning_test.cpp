@@ -65,7 +65,7 @@ struct BlockNames {
 
 TYPED_TEST_SUITE(ByteBlocks, BlockTypes, BlockNames);
 
-TYPED_TEST(ByteBlocks, ClassifyEveryByteAtEveryPlace) {
+TYPED_TEST(ByteBlocks, ClassifyEveryByteAtEveryPosition) {
     for (int byte = 0; byte != 256; ++byte) {
         for (std::size_t place = 0; place != TypeParam::size; ++place) {
             for (const char other : {'x', ' ', '"', '\0', '\xFF'}) {

@@ -120,7 +120,7 @@ TEST(Lifetime, NumbersKeepEveryBitWhereverTheyGo) {
 
 // ---- A value from within another -----------------------------------------------------------
 
-TEST(Lifetime, AScalarOrTextReplacesTheArrayOrObjectThatHoldsIt) {
+TEST(Lifetime, AScalarOrStringReplacesTheArrayOrObjectThatHoldsIt) {
     for (const Sample& sample : all_samples()) {
         if (sample.is_container()) {
             continue;
@@ -151,7 +151,7 @@ TEST(Lifetime, AnElementIsReplacedByACopyOfItsArray) {
 
 // ---- Every kind upon every other -----------------------------------------------------------
 
-TEST(Lifetime, EveryKindTakesThePlaceOfEveryOther) {
+TEST(Lifetime, EveryKindReplacesEveryOther) {
     for (const Sample& before : all_samples()) {
         for (const Sample& after : all_samples()) {
             SCOPED_TRACE(before.description + " becomes " + after.description);

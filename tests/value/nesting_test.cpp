@@ -169,7 +169,7 @@ std::vector<std::size_t> former_places(std::size_t level) {
 }
 
 // The standard library decides how a map reuses the memory of its former members.
-TEST(Nesting, MembersTakeTheSamePlacesAtAnyDepthWhenAnObjectIsAssigned) {
+TEST(Nesting, MembersStayWhereTheyAreAtAnyDepthWhenAnObjectIsAssigned) {
     const std::vector<std::size_t> places = former_places(0);
     for (const std::size_t level : levels_of_cores) {
         EXPECT_EQ(former_places(level), places) << "at level " << level;

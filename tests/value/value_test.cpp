@@ -77,7 +77,7 @@ TEST(Value, KeepsNanAndInfinities) {
     EXPECT_EQ(describe(Value(std::nanf(""))), "float \"NaN\"");
 }
 
-TEST(Value, CopiesTheTextItIsBuiltFrom) {
+TEST(Value, CopiesTheStringItIsBuiltFrom) {
     char buffer[] = "text";
     const Value from_pointer(static_cast<const char*>(buffer));
     std::string text = "text";
@@ -88,13 +88,13 @@ TEST(Value, CopiesTheTextItIsBuiltFrom) {
     EXPECT_EQ(describe(from_string), "JSON string \"text\"");
 }
 
-TEST(Value, EndsAPointersTextAtTheFirstZeroByteButNotAStrings) {
+TEST(Value, EndsACStringButNoStringAtTheFirstZeroByte) {
     EXPECT_EQ(Value("a\0b"), Value("a"));
     EXPECT_NE(Value(std::string("a\0b", 3)), Value("a"));
     EXPECT_EQ(Value(std::string("a\0b", 3)), Value(std::string("a\0b", 3)));
 }
 
-TEST(Value, CopiesEvenFromTemporaryTextAndContainers) {
+TEST(Value, CopiesEvenFromTemporaryStringsAndContainers) {
     std::string text = "text";
     const Value string(std::move(text));
     EXPECT_EQ(text, "text"); // NOLINT(bugprone-use-after-move): that nothing was moved is the point
@@ -131,7 +131,7 @@ TEST(Value, TakesSmallIntegersAndUnscopedEnumerationsAsInts) {
     EXPECT_EQ(describe(Value(SECOND)), "JSON number 1");
 }
 
-TEST(Value, CompilesWithANullPointerWhichIsTakenForText) {
+TEST(Value, CompilesWithANullPointerWhichIsTakenForAString) {
     static_assert(std::is_convertible_v<std::nullptr_t, Value>);
     static_assert(std::is_assignable_v<Value&, std::nullptr_t>);
     using Comparison = decltype(std::declval<Value&>()["x"] == nullptr);

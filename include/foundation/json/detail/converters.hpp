@@ -111,11 +111,11 @@ constexpr bool refuse_type() {
     constexpr bool refers = std::is_pointer_v<T> || std::is_reference_v<T> || std::is_array_v<T> ||
                             (!is_const && is_dereferenceable<T>);
     static_assert(!refers, "a pointer, reference, view or C array cannot be converted: use "
-                           "std::string for a text, std::vector or std::array for elements, "
+                           "std::string for a string, std::vector or std::array for elements, "
                            "std::optional for what may be missing");
     static_assert(refers || !is_const, "name the type without const and volatile");
     static_assert(is_const || !detail::is_character<T>(),
-                  "a character cannot be converted: use std::string for a text, signed char or "
+                  "a character cannot be converted: use std::string for a string, signed char or "
                   "unsigned char for a number");
     static_assert(is_const || !std::is_enum_v<T>,
                   "to convert this enumeration, specialise foundation::json::enumerators for it: "
