@@ -60,9 +60,10 @@ namespace foundation::json {
 /// @throws std::bad_alloc  memory runs out
 /// @complexity linear in the length of the text, plus a search in the object for each name that is
 /// not in ascending order. Besides the text and the value (of a text that is refused, what was read
-/// of it), at most 1 MiB and 64 bytes for each open array or object are in use. Room for the
-/// elements of a long array is reserved once: as many as the text seems to have, at most one for
-/// two bytes.
+/// of it), at most 1 MiB and 64 bytes for each open array or object are in use; also a sixth of
+/// what the value takes, where `sizeof(Value)` is less than 40, as on systems of 32 bits and with
+/// libc++. Room for the elements of a long array is reserved once: as many as the text seems to
+/// have, at most one for two bytes.
 FOUNDATION_JSON_PARSER_EXPORT Value parse(std::string_view text, const ParseOptions& options = {});
 
 /// Parses the rest of a stream, from its current position to its end; otherwise like parse() of a
