@@ -90,7 +90,7 @@ namespace detail {
 using ReadRoot = const char* (*)(DocumentReader& reader, const char* at, void* object,
                                  const void* base);
 
-/// What becomes of a byte order mark at the begin.
+/// What happens to a byte order mark at the beginning.
 enum class Mark { skipped, refused };
 
 /// Reads a document.
@@ -146,7 +146,7 @@ constexpr bool require_readable() {
     }
 }
 
-/// Reads a document by way of a Value, which finds all that is wrong, and all that is rare.
+/// Reads a document by way of a Value: for exact errors, and for rare cases.
 template <class T>
 [[FOUNDATION_JSON_GNU(noinline)]] T read_by_value(std::string_view text, const ReadOptions& options,
                                                   std::string_view file_name) {
