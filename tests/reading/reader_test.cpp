@@ -477,7 +477,7 @@ TEST(Reader, WhereNoValueIsContentIsALogicError) {
 
 // ---- Whole values ----------------------------------------------------------------------------
 
-TEST(Reader, SkipGoesToTheEndOfAValueAndDoesNothingBehindIt) {
+TEST(Reader, SkipGoesToTheEndOfAValueAndDoesNothingAfterIt) {
     const std::string text = R"({"a":[1,[2,{"b":3}]],"c":"d","e":4})";
     struct Case {
         std::size_t tokens;
@@ -630,7 +630,7 @@ TEST(Reader, NamesThatWereForgottenDoNotReturn) {
                                "/0/c", "/0/c", "/0/c/d", "/0/c/d", "/0/c", "/0", ""}));
 }
 
-TEST(Reader, PositionsCountLinesCharactersAndAMark) {
+TEST(Reader, PositionsCountLinesCharactersAndAByteOrderMark) {
     for_each_reader("\xEF\xBB\xBF\n\r\n\"\xC3\xA9\xE3\x81\x82\"  ", [](Reader& reader) {
         EXPECT_EQ(to_text(reader.position()), "0=1:1") << "nothing has been read";
         reader.next();
@@ -640,7 +640,7 @@ TEST(Reader, PositionsCountLinesCharactersAndAMark) {
     });
 }
 
-TEST(Reader, AMarkThatIsOutOfTheWindowCountsAsNoColumn) {
+TEST(Reader, AByteOrderMarkOutsideTheWindowCountsAsNoColumn) {
     // The window drops text up to 164 bytes before a token: here, within the mark.
     for (std::size_t before = 155; before != 172; ++before) {
         const std::string text =
@@ -756,7 +756,7 @@ TEST(Reader, ReadsAHundredThousandLevels) {
     EXPECT_EQ(tokens.back(), "nested deeper than 99999 levels: the option max_depth is the limit");
 }
 
-TEST(Reader, ReadsNoByteBeforeOrBehindTheText) {
+TEST(Reader, ReadsNoByteBeforeOrAfterTheText) {
     const EdgeMemory memory;
     const std::string whole =
         "[{\"name\":[12,\"string of many letters\",true,null,-0.5e7]},12345678]";
@@ -920,7 +920,7 @@ TEST(Reader, SkipAndValueGoOnAfterAnExceptionOfTheStream) {
     EXPECT_EQ(reader.next(), Token::end);
 }
 
-TEST(Reader, BehindAValueThatFailedInACommentTheTokensComeOneByOne) {
+TEST(Reader, AfterAValueThatFailedInACommentTheTokensComeOneByOne) {
     PiecewiseStream first("[1, /* x", 1, StreamFailure::by_throwing);
     Reader reader(first, with_comments());
     reader.next();
