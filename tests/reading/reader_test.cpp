@@ -59,7 +59,7 @@ std::string token_text(const Reader& reader) {
     }
 }
 
-/// The same, with all that the reader says of the place.
+/// The same, with all that the reader says of its position.
 std::string token_and_place(const Reader& reader) {
     return token_text(reader) + " @" + to_text(reader.position()) + ' ' +
            std::to_string(reader.depth()) + ' ' + reader.pointer();
@@ -690,7 +690,7 @@ TEST(Reader, TokensLongerThanTheWindowAreWhole) {
 }
 
 TEST(Reader, TokensAreReadAlikeWhereverTheWindowEnds) {
-    // What lies around the places where the window is filled again, in turn.
+    // What lies around the positions where the window is filled again, in turn.
     const std::string around =
         R"({"name":[-12.5e-3,"\u00e9\ud83d\ude00",true,null,[],{}],"b":false}, )";
     for (std::size_t shift = 0; shift != around.size(); ++shift) {
