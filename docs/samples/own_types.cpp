@@ -5,6 +5,7 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/read.hpp>
+#include <foundation/json/records.hpp>
 #include <foundation/json/write.hpp>
 
 #include <chrono>

@@ -55,6 +55,10 @@ ConversionError::~ConversionError() = default;
 
 namespace detail {
 
+bool is_undefined(const Value& value) noexcept {
+    return kind_of(value) == Kind::undefined;
+}
+
 // ---- Locations and errors -------------------------------------------------------------------
 
 std::string Location::pointer() const {
@@ -83,7 +87,7 @@ std::string list_of(const char* head, const NameTable& names) {
     std::string result;
     for (std::size_t i = 0; i < names.count; ++i) {
         result += i == 0 ? head : ", ";
-        result += quoted(names.names[i]);
+        result += detail::quoted(names.names[i]);
     }
     return result;
 }
@@ -226,8 +230,8 @@ std::size_t find_enumerator(const NameTable& names, const Value& value, const Lo
     const auto& name = content_at<std::string>(value, location);
     const std::size_t found = find_name(names, name);
     if (found == names.count) {
-        fail(location,
-             "the enumerator " + quoted(name) + " is unknown" + list_of("; known are ", names));
+        fail(location, "the enumerator " + detail::quoted(name) + " is unknown" +
+                           list_of("; known are ", names));
     }
     return found;
 }
@@ -237,11 +241,11 @@ std::size_t find_enumerator(const NameTable& names, const Value& value, const Lo
 namespace {
 
 std::string missing(std::string_view name) {
-    return "the required member " + quoted(name) + " is missing";
+    return "the required member " + detail::quoted(name) + " is missing";
 }
 
 std::string unknown(std::string_view name, const NameTable& names) {
-    return "the member " + quoted(name) + " is unknown" + list_of("; known are ", names);
+    return "the member " + detail::quoted(name) + " is unknown" + list_of("; known are ", names);
 }
 
 /// Finds the members of an object that a table names.
@@ -391,12 +395,9 @@ void read_rest(std::size_t next, const MemberTable& table, const ReadMember* rea
 
 } // namespace
 
-void read_members(const MemberTable& table, const ReadMember* readers, void* object,
-                  const Value** found, const Value& value, const Location& location,
-                  Session& session) {
+void find_members(const MemberTable& table, const Value** found, const Value& value,
+                  const Location& location, Session& session) {
     const Object& source = content_at<Object>(value, location);
-    // Errors are caught outside of the loop, and what follows them is done elsewhere: so what has
-    // no errors takes no more time.
     try {
         MemberFinder(table, source, found).find(location, session);
     } catch (const ConversionError&) {
@@ -405,6 +406,14 @@ void read_members(const MemberTable& table, const ReadMember* readers, void* obj
         }
         note_names(table, found, source, location, session);
     }
+}
+
+void read_members(const MemberTable& table, const ReadMember* readers, void* object,
+                  const Value** found, const Value& value, const Location& location,
+                  Session& session) {
+    find_members(table, found, value, location, session);
+    // Errors are caught outside of the loop, and what follows them is done elsewhere: so what has
+    // no errors takes no more time.
     const MemberTable members = table;
     std::size_t i = 0;
     try {
@@ -418,6 +427,21 @@ void read_members(const MemberTable& table, const ReadMember* readers, void* obj
         note_current(session);
         read_rest(i + 1, table, readers, object, found, location, session);
     }
+}
+
+std::size_t take_tag(std::string_view member, const NameTable& names, const Value& value,
+                     const Location& location, Value& rest) {
+    const std::string name(member);
+    const auto& object = content_at<Object>(value, location);
+    const auto found = object.find(name);
+    if (found == object.end() || is_undefined(found->second)) {
+        fail(location, missing(name));
+    }
+    const std::size_t number = find_enumerator(names, found->second, Location(location, name));
+    Object others(object);
+    others.erase(name);
+    rest = Value(std::move(others));
+    return number;
 }
 
 void write_members(const MemberTable& table, const WriteMember* writers, const void* object,

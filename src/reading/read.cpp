@@ -6,9 +6,11 @@
 #include "reading/quoted_line.hpp"
 #include "reading/read_error.hpp"
 #include "reading/token_reader.hpp"
+#include "reading/value_walker.hpp"
 #include "text/location.hpp"
 #include "text/visible_name.hpp"
 
+#include <foundation/json/parse.hpp>
 #include <foundation/json/read.hpp>
 
 #include <algorithm>
@@ -259,9 +261,29 @@ ReadError make_read_error(const Context& context, const ParseOptions& options,
     return {ConversionError(std::move(errors), error.is_cut_off()), where, file_name};
 }
 
-void fail_reading(std::string_view text, const ReadOptions& options, const ConversionError& error,
-                  std::string_view file_name) {
-    throw make_read_error({text, {}}, options, error, {}, file_name);
+void convert_value(const Value& value, const ReadOptions& options, void* object, ReadAny read) {
+    ValueWalker walker(value, options);
+    ErrorCollector collector(options);
+    if (options.max_errors > 1) {
+        walker.collect_errors(&collector);
+    }
+    static_cast<void>(read(walker, walker.begin(), object, nullptr, nullptr));
+    if (collector.noted() != 0) {
+        collector.fail();
+    }
+}
+
+void read_by_value(std::string_view text, const ReadOptions& options, std::string_view file_name,
+                   void* object, ReadAny read) {
+    if (text.size() > options.max_bytes) {
+        Errors({text, {}}, options).too_long(text.data() + options.max_bytes, options.max_bytes);
+    }
+    const Value value = parse(text, options);
+    try {
+        convert_value(value, options, object, read);
+    } catch (const ConversionError& error) {
+        throw make_read_error({text, {}}, options, error, {}, file_name);
+    }
 }
 
 // ---- Documents -------------------------------------------------------------------------------
@@ -269,12 +291,12 @@ void fail_reading(std::string_view text, const ReadOptions& options, const Conve
 namespace {
 
 void read_with(DocumentCore& core, const char* begin, void* object, const void* base,
-               ReadRoot read) {
-    core.finish(read(core, core.begin(begin), object, base));
+               ReadAny read) {
+    core.finish(read(core, core.begin(begin), object, base, nullptr));
 }
 
 void read_any(std::string_view text, const ReadOptions& options, void* object, const void* base,
-              ReadRoot read, std::size_t mark) {
+              ReadAny read, std::size_t mark) {
     constexpr std::size_t longest_copied = 1024;
     if (text.size() > longest_copied) {
         const char* const fast_end = text.data() + text.size() - room_behind;
@@ -295,7 +317,7 @@ void read_any(std::string_view text, const ReadOptions& options, void* object, c
 } // namespace
 
 bool read_document(std::string_view text, const ReadOptions& options, void* object,
-                   const void* base, ReadRoot read, Mark mark) {
+                   const void* base, ReadAny read, Mark mark) {
     if (text.size() > options.max_bytes) {
         return false;
     }
@@ -309,13 +331,6 @@ bool read_document(std::string_view text, const ReadOptions& options, void* obje
     } catch (const std::exception&) {
         return false;
     }
-}
-
-Value parse_document(std::string_view text, const ReadOptions& options) {
-    if (text.size() > options.max_bytes) {
-        Errors({text, {}}, options).too_long(text.data() + options.max_bytes, options.max_bytes);
-    }
-    return parse(text, options);
 }
 
 class DocumentText::Storage {

@@ -6,6 +6,10 @@
 #include "support/repetitions.hpp"
 #include "support/temporary_folder.hpp"
 
+#include <foundation/json/reader.hpp>
+#include <foundation/json/records.hpp>
+#include <foundation/json/write.hpp>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -90,13 +94,77 @@ TEST(Read, ReadsNoByteBeyondTheText) {
     }
 }
 
+/// What becomes of a document: the numbers, or the error.
+template <class Read>
+std::string numbers_of(const Read& read) {
+    try {
+        std::string result = "numbers";
+        for (const auto number : read()) {
+            result += ' ' + write(Value(number));
+        }
+        return result;
+    } catch (const ParserException& error) {
+        return error.what();
+    } catch (const ConversionError& error) {
+        return error.pointer();
+    }
+}
+
+template <class T>
+void expect_same_numbers(const std::string& text, const ReadOptions& options) {
+    using Numbers = std::vector<T>;
+    const std::string expected =
+        numbers_of([&] { return to<Numbers>(parse(text, options), options); });
+    EXPECT_EQ(numbers_of([&] { return read<Numbers>(text, options); }), expected) << text;
+    const auto again = [&](Numbers numbers) {
+        read_into(numbers, text, options);
+        return numbers;
+    };
+    EXPECT_EQ(numbers_of([&] { return again(Numbers(3)); }), expected) << text;
+    EXPECT_EQ(numbers_of([&] { return again(Numbers(300)); }), expected) << text;
+    using Nested = std::vector<Numbers>;
+    const std::string nested = '[' + text + ',' + text + ']';
+    EXPECT_EQ(numbers_of([&] { return read<Nested>(nested, options).at(1); }),
+              numbers_of([&] { return to<Nested>(parse(nested, options), options).at(1); }))
+        << nested;
+}
+
+TEST(Read, GivesTheNumbersOfArraysOfAnyLengthAndForm) {
+    const char* const numbers[] = {"0",     "-1",         "7.25", "65.613616999999977",
+                                   "1e3",   "123456789",  "-0",   "12345678901234567890",
+                                   "01",    "1.",         "null", "\"1\"",
+                                   "1e400", "3000000000", "-",    "[]"};
+    const char* const separators[] = {",", ", ", " ,", ",\n  ", "\n,", ",/**/", ""};
+    ReadOptions lenient;
+    lenient.comments = true;
+    lenient.trailing_commas = true;
+    RandomTexts random(random_seed());
+    for (const std::size_t size : {0, 1, 2, 3, 7, 8, 9, 10, 63, 64, 65, 72, 73, 128, 129, 200}) {
+        for (int i = 0; i != 60; ++i) {
+            const std::size_t various = random.once_in(2) ? 3 : 8;
+            const char* const separator = separators[random.below(random.once_in(4) ? 7 : 5)];
+            std::string text = "[";
+            for (std::size_t j = 0; j != size; ++j) {
+                const std::size_t kinds = random.once_in(300) ? 16 : various;
+                text += numbers[random.below(kinds)];
+                text += j + 1 != size || random.once_in(8) ? separator : "";
+            }
+            text += random.once_in(8) ? "" : "]";
+            text.append(random.once_in(2) ? 0 : 1100, ' ');
+            const ReadOptions options = random.once_in(2) ? lenient : ReadOptions();
+            expect_same_numbers<double>(text, options);
+            expect_same_numbers<int>(text, options);
+        }
+    }
+}
+
 // ---- The way that is taken --------------------------------------------------------------------
 
 /// Whether a document is read without a Value between.
 template <class T>
 bool is_read_directly(std::string_view text, const ReadOptions& options = {}) {
     T object{};
-    return detail::read_document(text, options, &object, nullptr, &detail::read_root<T>);
+    return detail::read_document(text, options, &object, nullptr, &detail::read_any<T>);
 }
 
 TEST(Read, GoesByWayOfAValueForWhatIsRareOnly) {

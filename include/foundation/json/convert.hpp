@@ -34,17 +34,16 @@
 #define FOUNDATION_JSON_CONVERT_HPP
 
 #include <foundation/json/content.hpp>
+#include <foundation/json/conversion_error.hpp>
 #include <foundation/json/detail/converters.hpp>
+#include <foundation/json/detail/value_sink.hpp>
+#include <foundation/json/detail/value_source.hpp>
 #include <foundation/json/export.hpp>
 #include <foundation/json/members.hpp>
 #include <foundation/json/pointer.hpp>
 #include <foundation/json/value.hpp>
 #include <foundation/json/write_types.hpp>
 
-#include <cstddef>
-#include <memory>
-#include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -52,67 +51,6 @@
 #include <vector>
 
 namespace foundation::json {
-
-/// One of the errors of a conversion.
-struct ConversionProblem {
-    std::string pointer;    ///< the location, as a JSON Pointer, not escaped
-    std::string message;    ///< what is wrong there, without the location
-    std::size_t line = 0;   ///< in the document, from 1, if it is an error of read(); else 0
-    std::size_t column = 0; ///< the same
-};
-
-/// The exception of a conversion. what() begins with the location, "at /servers/3/port: " or "at
-/// the root: "; quotes, backslashes and control bytes in it are escaped as in a JSON string.
-///
-/// With the option max_errors, it tells of several errors; then what() has a line for each:
-///
-///     ConvertOptions options;
-///     options.max_errors = 20;
-///     try {
-///         const auto server = to<Server>(value, options);
-///     } catch (const ConversionError& error) {
-///         for (const ConversionProblem& problem : error.errors()) {
-///             std::cout << problem.pointer << " - " << problem.message << '\n';
-///         }
-///     }
-///
-/// You can throw it from checks of your own, too.
-class FOUNDATION_JSON_EXPORT ConversionError : public std::runtime_error {
-public:
-    /// @param pointer  the location, as a JSON Pointer (RFC 6901)
-    /// @param problem  what what() says after the location
-    /// @throws std::bad_alloc if memory runs out
-    ConversionError(std::string pointer, const std::string& problem);
-
-    /// Several errors as one exception.
-    /// @param errors    one or more, in the order of their lines in what()
-    /// @param cuts_off  whether there may be more, so that what() ends with a line that says so
-    /// @throws std::invalid_argument if there is no error
-    /// @throws std::bad_alloc if memory runs out
-    explicit ConversionError(std::vector<ConversionProblem> errors, bool cuts_off = false);
-
-    ConversionError(const ConversionError&) = default;            ///< never throws
-    ConversionError& operator=(const ConversionError&) = default; ///< never throws
-    ~ConversionError() override;
-
-    /// The location as a JSON Pointer, not escaped: from the value that was converted or, if a
-    /// pointer was given, from its root. The empty string is the root. Of several errors, that of
-    /// the first.
-    const std::string& pointer() const noexcept { return errors_->front().pointer; }
-
-    /// All errors: one, unless the option max_errors allows more. Those of to() come in the order
-    /// of the conversion, those of read() in the order of the document.
-    /// @return valid as long as this exception or a copy of it
-    const std::vector<ConversionProblem>& errors() const noexcept { return *errors_; }
-
-    /// Whether the conversion has ended early, with as many errors as max_errors allows or with
-    /// some megabytes of them, so that there may be more.
-    bool is_cut_off() const noexcept { return is_cut_off_; }
-
-private:
-    std::shared_ptr<const std::vector<ConversionProblem>> errors_; // so that copies cannot throw
-    bool is_cut_off_ = false;
-};
 
 /// @cond
 namespace detail {
@@ -212,8 +150,8 @@ T to(const Value& value, detail::NoOptions) {
 /// @param options  what to accept
 /// @throws ConversionError        as above; also if nothing is there, or if a value on the way is
 ///                                neither an object nor an array, or is an array where the pointer
-///                                has a name. What looks like an index but is none of the array,
-///                                such as "-" and "01", leads to nothing, as for find()
+///                                has a name. A token such as "-" or "01", which is not an index
+///                                of the array, leads to nothing, as for find()
 /// @throws std::invalid_argument  the string is not a JSON Pointer
 /// @throws std::bad_alloc         memory runs out
 template <class T>
@@ -252,16 +190,16 @@ detail::FallbackFor<T> to_or(const Value& root, std::string_view pointer, T fall
 /// and maps become objects; other containers, pairs and tuples become arrays. Value, Array and
 /// Object are copied as they are.
 ///
-/// A std::optional without a value becomes Null, and so does a smart pointer to nothing. As a
-/// defaulted() member it is left out, if what to() starts from at that location has no value
-/// either: the default object of the class, or the part of the default object around it. That
-/// default object is made where it is needed, once for each class; if its constructor throws
-/// anything but std::bad_alloc, Null is written.
+/// A std::optional without a value becomes Null, and so does a null smart pointer. As a defaulted()
+/// member it is left out if it has no value in the default object either: that of the class or, for
+/// a class within another one, that part of the outer default object. Default objects are made
+/// where they are needed, once for each class; if the constructor throws anything but
+/// std::bad_alloc, Null is written.
 ///
-/// A Value that is Undefined becomes no member, of a class or of a map; in a std::optional it
-/// counts as no value. to() does not restore what JSON has no text for: a Value that is Undefined,
-/// unless it is Undefined in the default object of its class or of the class around it; and a
-/// std::optional that holds Null or an empty std::optional.
+/// A member of a class or map that is an Undefined Value is left out; in a std::optional it counts
+/// as no value. to() cannot restore what JSON cannot express: an Undefined Value, unless it is
+/// Undefined in the default object, too; and a std::optional that holds Null or an empty
+/// std::optional.
 /// @throws ConversionError  an enumerator has no name, a std::variant no value, or to() of a
 ///                          representation has thrown a std::exception
 /// @throws std::bad_alloc   memory runs out
