@@ -134,7 +134,7 @@ Target Draft::next(const Target& from, PointerSteps& steps) const {
     const auto index = index_of(token, size);
     if (!index) {
         throw PointerError(std::string(steps.walked()),
-                           "the array has no element " + quoted(unescaped(token)));
+                           "the array has no element " + detail::quoted(unescaped(token)));
     }
     if (*index > size) {
         throw length_error(steps.walked(), size);

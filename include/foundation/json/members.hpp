@@ -137,6 +137,11 @@ struct ConvertOptions {
         error,  ///< they are errors that list the known ones
     };
     UnknownMembers unknown_members = UnknownMembers::ignore; ///< by default they are skipped
+
+    /// How many errors one exception may report. With more than one, the conversion goes on after
+    /// an error, with the next member or element, and throws all errors as one exception in the
+    /// end, or when it has found so many. By default, it throws the first one. 0 means 1.
+    std::size_t max_errors = 1;
 };
 
 /// @name Tables

@@ -27,8 +27,10 @@
 #ifndef FOUNDATION_JSON_PARSE_HPP
 #define FOUNDATION_JSON_PARSE_HPP
 
+#include <foundation/json/describe.hpp>
 #include <foundation/json/export.hpp>
 #include <foundation/json/parse_errors.hpp>
+#include <foundation/json/parse_options.hpp>
 #include <foundation/json/value.hpp>
 
 #include <cstddef>
@@ -39,36 +41,6 @@
 #include <string_view>
 
 namespace foundation::json {
-
-/// What the parser accepts, and how it represents that.
-struct ParseOptions {
-    /// How deep arrays and objects may nest. Parsing needs no stack for depth, but copying,
-    /// comparing, serializing and destroying a value do: 100,000 levels are safe on a stack of
-    /// 8 MiB.
-    std::size_t max_depth = 1000;
-
-    /// What becomes of a whole number without point and exponent that no double represents exactly,
-    /// such as 9007199254740993.
-    enum class Integers {
-        exact,    ///< int64, else uint64, if one of these holds it
-        as_double ///< the nearest double, as all other numbers
-    };
-    Integers integers = Integers::exact; ///< by default such numbers keep all digits
-
-    /// What becomes of members of an object with the same name. Names are compared after
-    /// unescaping.
-    enum class DuplicateNames {
-        last_wins, ///< the last value replaces the earlier ones
-        error      ///< a ParserException
-    };
-    DuplicateNames duplicate_names = DuplicateNames::last_wins; ///< by default none is an error
-
-    /// Whether `// to the end of the line` and `/* this */` are allowed wherever whitespace is.
-    bool comments = false;
-
-    /// Whether a comma may follow the last element or member.
-    bool trailing_commas = false;
-};
 
 /// Parses a string.
 ///
@@ -88,9 +60,10 @@ struct ParseOptions {
 /// @throws std::bad_alloc  memory runs out
 /// @complexity linear in the length of the text, plus a search in the object for each name that is
 /// not in ascending order. Besides the text and the value, or the part that was parsed before an
-/// error, it uses at most 1 MiB and 64 bytes for each open array or object. Memory for the elements
-/// of a long array is reserved once, for as many as the text seems to have: at most one for every
-/// two bytes.
+/// error, it uses at most 1 MiB and 64 bytes for each open array or object; also a sixth of what
+/// the value takes, where `sizeof(Value)` is less than 40, as on systems of 32 bits and with
+/// libc++. Memory for the elements of a long array is reserved once, for as many as the text seems
+/// to have: at most one for every two bytes.
 FOUNDATION_JSON_PARSER_EXPORT Value parse(std::string_view text, const ParseOptions& options = {});
 
 /// Parses the rest of a stream, from its current position to its end; otherwise like parse() of a
@@ -181,17 +154,6 @@ private:
     class Implementation;
     std::unique_ptr<Implementation> implementation_;
 };
-
-/// Describes an error for people, in three lines that each end with a line feed:
-/// `NAME:LINE:COLUMN: what()`, the line of the text, and a caret under the position.
-///
-/// A tab is shown as a space, and any other character that does not print as a dot, also in the
-/// name. Long lines are cut around the error. Wide and combining characters are taken into account.
-/// @param error  of this parser, or of another one
-/// @param name   of what was read, such as a file; if it is empty the description begins with LINE
-/// @throws std::bad_alloc memory runs out
-FOUNDATION_JSON_PARSER_EXPORT std::string describe(const ParserException& error,
-                                                   std::string_view name = {});
 
 } // namespace foundation::json
 

@@ -18,9 +18,12 @@
 #define FOUNDATION_JSON_READER_HPP
 
 #include <foundation/json/detail/number_parts.hpp>
+#include <foundation/json/detail/read_object.hpp>
 #include <foundation/json/export.hpp>
+#include <foundation/json/members.hpp>
 #include <foundation/json/number.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/position.hpp>
 #include <foundation/json/value.hpp>
 
 #include <cstddef>
@@ -46,35 +49,6 @@ enum class Token {
     null,
     end, ///< the end of the document
 };
-
-/// A position in a document.
-struct Position {
-    std::size_t byte = 0;   ///< from 0, including a byte order mark
-    std::size_t line = 1;   ///< from 1
-    std::size_t column = 1; ///< from 1, in characters
-};
-
-/// @cond
-struct ReadOptions;
-
-namespace detail {
-
-/// An object of another type than Value that is read.
-struct ReadObject {
-    void* object;
-    /// Reads it from a text. @return false if it has to be converted from the value of the text
-    bool (*read)(void* object, std::string_view text, const ReadOptions& options);
-    /// @throws ConversionError
-    void (*convert)(void* object, const Value& value, const ReadOptions& options);
-};
-
-/// How objects of a type are read. read.hpp defines it: include that header to read other types
-/// than Value.
-template <class T>
-struct ObjectReader;
-
-} // namespace detail
-/// @endcond
 
 /// Reads one document token by token.
 ///
@@ -174,15 +148,16 @@ public:
 
     /// The value as an object of a type of your own, as by read_into() in read.hpp, which must be
     /// included.
-    /// @param object  after an exception, it is as its default constructor makes it
+    /// @param object   after an exception, it is as its default constructor makes it
+    /// @param options  what to accept
     /// @throws ReadError        the value does not fit the type; then the reader is after it.
     ///                          Position and pointer are those in the document
     /// @throws std::logic_error no value begins here
     /// @throws as next(); if that is not a ParserException, the reader is where it was
     template <class T>
-    void read(T& object) {
+    void read(T& object, const ConvertOptions& options = {}) {
         detail::ObjectReader<T>::read(
-            object, [this](const detail::ReadObject& target) { read_object(target); });
+            object, [&](const detail::ReadObject& target) { read_object(target, options); });
     }
     /// @}
 
@@ -206,7 +181,7 @@ public:
 
 private:
     [[nodiscard]] detail::NumberContent number_content() const;
-    void read_object(const detail::ReadObject& target);
+    void read_object(const detail::ReadObject& target, const ConvertOptions& conversion);
 
     class Implementation;
     std::unique_ptr<Implementation> implementation_;

@@ -6,7 +6,8 @@
 ///     write(stream, server, WriteOptions::indented(2));
 ///     writer.value(server); // of a Writer, with write.hpp
 ///
-/// write_file() is in write_file.hpp.
+/// write_file() is in write_file.hpp. This header includes neither Value nor Boost: types that have
+/// a Value in them need value.hpp.
 ///
 /// Everything that from() of convert.hpp takes can be written, by the same tables of members, and
 /// the result is that of write(from(object), options), except for the order of members: those of a
@@ -31,6 +32,13 @@ namespace foundation::json {
 /// @cond
 namespace detail {
 
+/// Whether a T converts to a type, which may be incomplete: then it does not.
+template <class T, class Other, class = void>
+inline constexpr bool is_convertible_to = false;
+template <class T, class Other>
+inline constexpr bool is_convertible_to<T, Other, std::void_t<decltype(sizeof(Other))>> =
+    std::is_convertible_v<const T&, Other>;
+
 /// Whether write() takes a T as it is, rather than as the Value that it converts to.
 template <class T>
 constexpr bool is_written_as_own() {
@@ -40,7 +48,7 @@ constexpr bool is_written_as_own() {
     } else if constexpr (is_known<T>) {
         return true;
     } else {
-        return !std::is_convertible_v<const T&, Value>;
+        return !is_convertible_to<T, Value>;
     }
 }
 
