@@ -3,6 +3,7 @@
 #include "access/find_name.hpp"
 #include "reading/bit_stack.hpp"
 #include "reading/value_reader.hpp"
+#include "reading/value_walker.hpp"
 #include "system/compiler.hpp"
 #include "text/byte_block.hpp"
 #include "text/utf8_validation.hpp"
@@ -109,6 +110,21 @@ private:
 
 } // namespace
 
+void DocumentReader::fail(const char* at, std::string_view problem) {
+    throw_problem(at, problem);
+    give_up();
+}
+
+void DocumentReader::fail_current(const char* at) {
+    throw_current(at);
+    give_up();
+}
+
+void DocumentReader::fail_noted() {
+    throw_noted();
+    give_up();
+}
+
 void DocumentReader::give_up() {
     throw NotAsWanted();
 }
@@ -185,13 +201,13 @@ DocumentCore::skip_usual_space_before_value(const char* at) {
     return true;
 }
 
-inline DocumentReader::Behind<std::size_t> DocumentCore::begin_elements(const char* at) {
+DocumentReader::Behind<std::size_t> DocumentCore::begin_array(const char* at, std::size_t) {
     const std::size_t expected = lengths_[depth_ % depths];
     const bool has_elements = begin_container(at, '[', ']');
     return {at, has_elements ? std::max(expected, std::size_t{1}) : 0};
 }
 
-inline void DocumentCore::set_length(std::size_t length) noexcept {
+void DocumentCore::expect_length(std::size_t length) noexcept {
     constexpr std::size_t most = 64;
     lengths_[depth_ % depths] = static_cast<unsigned char>(std::min(length, most));
 }
@@ -303,8 +319,7 @@ inline void DocumentCore::set_length(std::size_t length) noexcept {
     return cursor_.string(at);
 }
 
-[[gnu::always_inline]] inline const char* DocumentCore::read_string(const char* at,
-                                                                    std::string& target) {
+const char* DocumentCore::read(const char* at, std::string& target) {
     if (!is_at(at, '"')) {
         give_up();
     }
@@ -332,7 +347,7 @@ template <std::size_t Size>
     return cursor_.word(at, word);
 }
 
-inline const char* DocumentCore::read_boolean(const char* at, bool& target) {
+const char* DocumentCore::read(const char* at, bool& target) {
     target = is_at(at, 't');
     if (target) {
         return word(at, "true");
@@ -343,8 +358,18 @@ inline const char* DocumentCore::read_boolean(const char* at, bool& target) {
     return word(at, "false");
 }
 
-inline const char* DocumentCore::read_null_word(const char* at) {
-    return is_at(at, 'n') ? word(at, "null") : at;
+DocumentReader::Behind<std::size_t> DocumentCore::read_null(const char* at) {
+    if (is_at(at, 'n')) {
+        return {word(at, "null"), 1};
+    }
+    return {at, 0};
+}
+
+const char* DocumentCore::expect_null(const char* at) {
+    if (!is_at(at, 'n')) {
+        give_up();
+    }
+    return word(at, "null");
 }
 
 [[gnu::noinline]] const char* DocumentCore::read_any_number(const char* at, NumberContent& target) {
@@ -373,6 +398,26 @@ inline const char* DocumentCore::read_null_word(const char* at) {
     return at;
 }
 
+template <class Number>
+const char* DocumentCore::read_rare_number(const char* at, Number& target) {
+    NumberContent content(0.0);
+    at = read_any_number(at, content);
+    target = to_number<Number>(content);
+    return at;
+}
+
+const char* DocumentCore::read(const char* at, double& target) {
+    return read_double(at, target);
+}
+
+const char* DocumentCore::read(const char* at, float& target) {
+    return read_rare_number(at, target);
+}
+
+const char* DocumentCore::read(const char* at, long double& target) {
+    return read_rare_number(at, target);
+}
+
 [[gnu::always_inline]] inline DocumentReader::Behind<long long>
 DocumentCore::read_signed_number(const char* at, long long least, long long most) {
     if (likely(is_fast(at))) {
@@ -396,8 +441,13 @@ DocumentCore::read_signed_number(const char* at, long long least, long long most
     return {at, number};
 }
 
-[[gnu::always_inline]] inline DocumentReader::Behind<unsigned long long>
-DocumentCore::read_unsigned_number(const char* at, unsigned long long most) {
+DocumentReader::Behind<long long> DocumentCore::read_signed(const char* at, long long least,
+                                                            long long most) {
+    return read_signed_number(at, least, most);
+}
+
+DocumentReader::Behind<unsigned long long> DocumentCore::read_unsigned(const char* at,
+                                                                       unsigned long long most) {
     if (likely(is_fast(at))) {
         std::uint64_t number = 0;
         const char* const end = scan_few_whole(at, number);
@@ -463,8 +513,16 @@ template <class T>
     return at;
 }
 
-inline DocumentReader::Behind<std::size_t> DocumentCore::read_name_of(const char* at,
-                                                                      const NameTable& names) {
+const char* DocumentCore::read(const char* at, std::vector<double>& target) {
+    return read_numbers(at, target);
+}
+
+const char* DocumentCore::read(const char* at, std::vector<int>& target) {
+    return read_numbers(at, target);
+}
+
+DocumentReader::Behind<std::size_t> DocumentCore::read_enumerator(const char* at,
+                                                                  const NameTable& names) {
     if (!is_at(at, '"')) {
         give_up();
     }
@@ -482,9 +540,38 @@ inline DocumentReader::Behind<std::size_t> DocumentCore::read_name_of(const char
     return {token.end + 1, number};
 }
 
-inline const char* DocumentCore::read_value(const char* at, Value& target) {
+const char* DocumentCore::read_value(const char* at, Value& target) {
     target = Value();
     return ValueReader<WholeText>(cursor_, depth_).read(at, target);
+}
+
+template <class Content>
+const char* DocumentCore::read_content(const char* at, Content& target) {
+    Value value;
+    at = read_value(at, value);
+    auto* const content = get_if<Content>(&value);
+    if (content == nullptr) {
+        give_up();
+    }
+    target = std::move(*content);
+    return at;
+}
+
+const char* DocumentCore::read_array(const char* at, Array& target) {
+    return read_content(at, target);
+}
+
+const char* DocumentCore::read_object(const char* at, Object& target) {
+    return read_content(at, target);
+}
+
+const char* DocumentCore::use_again(const char* at, const TagOf* tag, UseAgain function,
+                                    const void* use) {
+    Value value;
+    at = read_value(at, value);
+    ValueWalker walker(value, options_);
+    static_cast<void>(walker.use_again(walker.begin(), tag, function, use));
+    return at;
 }
 
 // ---- Objects of classes ----------------------------------------------------------------------
@@ -509,8 +596,7 @@ inline const char* DocumentCore::read_value(const char* at, Value& target) {
 
 /// Reads the name of a member and the colon behind it, and skips the space behind that.
 [[gnu::always_inline]] inline DocumentCore::Found
-DocumentCore::read_name(const char* at, const TextMembers& members, Expected expected,
-                        void* object) {
+DocumentCore::read_name(const char* at, const Target& target, Expected expected) {
     if (expected.shape != nullptr && likely(is_fast(at)) &&
         likely(expected.step < expected.shape->steps.size())) {
         const Step& step = expected.shape->steps[expected.step];
@@ -520,18 +606,17 @@ DocumentCore::read_name(const char* at, const TextMembers& members, Expected exp
                     step.number};
         }
     }
-    Found found = find_member(at, members, expected, object);
+    Found found = find_member(at, target, expected);
     found.at = skip_space_before_value(found.at);
     return found;
 }
 
 /// The same where another name comes than the one that is expected.
-[[gnu::noinline]] DocumentCore::Found DocumentCore::find_member(const char* at,
-                                                                const TextMembers& members,
-                                                                Expected expected, void* object) {
+[[gnu::noinline]] DocumentCore::Found
+DocumentCore::find_member(const char* at, const Target& target, Expected expected) {
     constexpr std::size_t looked_at = 8;
     constexpr std::size_t most_learned = 256;
-    Shape& shape = expected.shape != nullptr ? *expected.shape : shape_of(members, object);
+    Shape& shape = expected.shape != nullptr ? *expected.shape : shape_of(target);
     expected.shape = &shape;
     std::vector<Step>& steps = shape.steps;
     if (is_fast(at)) {
@@ -552,8 +637,9 @@ DocumentCore::read_name(const char* at, const TextMembers& members, Expected exp
         name = decoded;
     }
     at = cursor_.colon(cursor_.skip_space(token.end + 1), no_opening);
-    const std::size_t found = find_name(members.names, name);
-    const bool is_known = found != members.names.count;
+    const NameTable& names = target.members.names;
+    const std::size_t found = find_name(names, name);
+    const bool is_known = found != names.count;
     if (!is_known && (options_.unknown_members == ConvertOptions::UnknownMembers::error ||
                       options_.duplicate_names == ParseOptions::DuplicateNames::error)) {
         give_up();
@@ -579,69 +665,82 @@ DocumentCore::Shape* DocumentCore::find_shape(const TextMembers& members) const 
 }
 
 /// The shape of a class, as its table has it at first.
-[[gnu::noinline]] DocumentCore::Shape& DocumentCore::shape_of(const TextMembers& members,
-                                                              void* object) {
+[[gnu::noinline]] DocumentCore::Shape& DocumentCore::shape_of(const Target& target) {
+    const TextMembers& members = target.members;
     if (Shape* const shape = find_shape(members)) {
         return *shape;
     }
     // If two names share a data member, the order of the table decides which one it keeps.
-    std::vector<const void*> addresses;
-    addresses.reserve(members.names.count);
+    std::vector<const void*> addresses(target.parts, target.parts + members.names.count);
+    std::sort(addresses.begin(), addresses.end());
+    if (std::adjacent_find(addresses.begin(), addresses.end()) != addresses.end()) {
+        give_up();
+    }
     auto shape = std::make_unique<Shape>();
     shape->members = &members;
     shape->steps.reserve(2 * members.names.count + 1);
     for (std::size_t i = 0; i != members.names.count; ++i) {
         const TextMember& member = members.members[i];
-        addresses.push_back(member.reset(object, nullptr, member.pointer));
         shape->steps.push_back({member.text, member.size, static_cast<std::int32_t>(i)});
-    }
-    std::sort(addresses.begin(), addresses.end());
-    if (std::adjacent_find(addresses.begin(), addresses.end()) != addresses.end()) {
-        give_up();
     }
     shapes_.push_back(std::move(shape));
     return *shapes_.back();
+}
+
+/// The part of the base that a member has in the object.
+inline const void* DocumentCore::Target::base_of(const void* part) const noexcept {
+    if (base == nullptr) {
+        return nullptr;
+    }
+    return static_cast<const char*>(base) +
+           (static_cast<const char*>(part) - static_cast<const char*>(object));
+}
+
+[[gnu::always_inline]] inline const char*
+DocumentCore::read_member(const char* at, const Target& target, std::size_t number) {
+    const TextMember& member = target.members.members[number];
+    void* const part = const_cast<void*>(target.parts[number]);
+    return member.read(*this, at, part, target.base_of(part), member.pointer);
 }
 
 /// Reads members as long as they come in the order of the table.
 /// @param step  the number of the first member; then the number of those that have been read
 /// @param more  whether there are more
 [[gnu::always_inline]] inline const char*
-DocumentCore::read_in_order(const char* at, const TextMembers& members, void* object,
-                            const void* base, std::size_t& step, bool& more) {
-    const std::size_t count = members.names.count;
+DocumentCore::read_in_order(const char* at, const Target& target, std::size_t& step, bool& more) {
+    const std::size_t count = target.members.names.count;
     for (; more && step != count && likely(is_fast(at)); ++step) {
-        const TextMember& member = members.members[step];
+        const TextMember& member = target.members.members[step];
         if (!likely(is_text_at(at, member.text, member.size))) {
             break;
         }
         at = skip_usual_space_before_value(at + member.size);
-        at = member.read(*this, at, object, base, member.pointer);
+        at = read_member(at, target, step);
         at = separate(at, '}', more);
     }
     return at;
 }
 
 template <class Seen>
-inline const char* DocumentCore::read_object(const char* at, const TextMembers& members,
-                                             void* object, const void* base) {
+inline const char* DocumentCore::read_class(const char* at, const Target& target) {
+    const TextMembers& members = target.members;
     Seen seen(members.names.count);
     if (begin_container(at, '{', '}')) {
         Expected expected{shapes_.empty() ? nullptr : find_shape(members), 0};
         bool more = true;
         if (expected.shape == nullptr) {
-            at = read_in_order(at, members, object, base, expected.step, more);
+            at = read_in_order(at, target, expected.step, more);
             seen.add_first(expected.step);
         }
         while (more) {
-            const Found found = read_name(at, members, expected, object);
+            const Found found = read_name(at, target, expected);
             expected = found.next;
             if (likely(found.number != unknown)) {
-                if (!likely(seen.add(static_cast<std::uint32_t>(found.number)))) {
+                const auto number = static_cast<std::uint32_t>(found.number);
+                if (!likely(seen.add(number))) {
                     give_up();
                 }
-                const TextMember& member = members.members[found.number];
-                at = member.read(*this, found.at, object, base, member.pointer);
+                at = read_member(found.at, target, number);
             } else {
                 at = skip_value(found.at);
             }
@@ -651,11 +750,12 @@ inline const char* DocumentCore::read_object(const char* at, const TextMembers& 
     if (!seen.has_required(members)) {
         give_up();
     }
-    if (base != nullptr) {
+    if (target.base != nullptr) {
         for (std::size_t i = 0; i != members.names.count; ++i) {
             if (!seen.has(i)) {
-                shape_of(members, object); // checks that it shares no data member with another name
-                members.members[i].reset(object, base, members.members[i].pointer);
+                shape_of(target); // checks that it shares no data member with another name
+                void* const part = const_cast<void*>(target.parts[i]);
+                members.members[i].copy(part, target.base_of(part));
             }
         }
     }
@@ -676,16 +776,14 @@ const char* DocumentCore::read_map_name(const char* at, std::string& name) {
     return skip_space_before_value(at);
 }
 
-inline DocumentReader::Behind<std::size_t> DocumentCore::begin_names(const char* at,
-                                                                     std::string& name) {
+DocumentReader::Behind<std::size_t> DocumentCore::begin_object(const char* at, std::string& name) {
     if (!begin_container(at, '{', '}')) {
         return {at, 0};
     }
     return {read_map_name(at, name), 1};
 }
 
-inline DocumentReader::Behind<std::size_t> DocumentCore::next_name(const char* at,
-                                                                   std::string& name) {
+DocumentReader::Behind<std::size_t> DocumentCore::next_member(const char* at, std::string& name) {
     if (!next_item(at, '}')) {
         return {at, 0};
     }
@@ -757,99 +855,19 @@ const char* DocumentCore::skip_value(const char* at) {
     }
 }
 
-// ---- The interface ---------------------------------------------------------------------------
+// ---- Calls from headers ------------------------------------------------------------------------
 
-namespace {
-
-DocumentCore& core_of(DocumentReader& reader) noexcept {
-    return static_cast<DocumentCore&>(reader);
-}
-
-} // namespace
-
-const char* DocumentReader::read(const char* at, bool& target) {
-    return core_of(*this).read_boolean(at, target);
-}
-
-const char* DocumentReader::read(const char* at, std::string& target) {
-    return core_of(*this).read_string(at, target);
-}
-
-const char* DocumentReader::read(const char* at, Value& target) {
-    return core_of(*this).read_value(at, target);
-}
-
-const char* DocumentReader::read(const char* at, double& target) {
-    return core_of(*this).read_double(at, target);
-}
-
-const char* DocumentReader::read_number(const char* at, NumberContent& target) {
-    return core_of(*this).read_any_number(at, target);
-}
-
-DocumentReader::Behind<long long> DocumentReader::read_signed(const char* at, long long least,
-                                                              long long most) {
-    return core_of(*this).read_signed_number(at, least, most);
-}
-
-DocumentReader::Behind<unsigned long long> DocumentReader::read_unsigned(const char* at,
-                                                                         unsigned long long most) {
-    return core_of(*this).read_unsigned_number(at, most);
-}
-
-DocumentReader::Behind<std::size_t> DocumentReader::read_enumerator(const char* at,
-                                                                    const NameTable& names) {
-    return core_of(*this).read_name_of(at, names);
-}
-
-const char* DocumentReader::read_null(const char* at) {
-    return core_of(*this).read_null_word(at);
-}
-
-DocumentReader::Behind<std::size_t> DocumentReader::begin_array(const char* at) {
-    return core_of(*this).begin_elements(at);
-}
-
-void DocumentReader::expect_length(std::size_t length) noexcept {
-    core_of(*this).set_length(length);
-}
-
-DocumentReader::Behind<std::size_t> DocumentReader::next_element(const char* at) {
-    const bool more = core_of(*this).next_item(at, ']');
+DocumentReader::Behind<std::size_t> DocumentCore::next_element(const char* at) {
+    const bool more = next_item(at, ']');
     return {at, more ? std::size_t{1} : 0};
 }
 
-const char* DocumentReader::read(const char* at, std::vector<double>& target) {
-    return core_of(*this).read_numbers(at, target);
-}
-
-const char* DocumentReader::read(const char* at, std::vector<int>& target) {
-    return core_of(*this).read_numbers(at, target);
-}
-
-DocumentReader::Behind<std::size_t> DocumentReader::begin_object(const char* at,
-                                                                 std::string& name) {
-    return core_of(*this).begin_names(at, name);
-}
-
-DocumentReader::Behind<std::size_t> DocumentReader::next_member(const char* at, std::string& name) {
-    return core_of(*this).next_name(at, name);
-}
-
-const char* DocumentReader::read_members(const char* at, const TextMembers& members, void* object,
-                                         const void* base) {
+const char* DocumentCore::read_members(const char* at, const TextMembers& members, void* object,
+                                       const void* const* parts, const void* base) {
     constexpr std::size_t few = 64;
-    return likely(members.names.count <= few)
-               ? core_of(*this).read_object<FewSeen>(at, members, object, base)
-               : core_of(*this).read_object<ManySeen>(at, members, object, base);
-}
-
-const ConvertOptions& DocumentReader::options() const noexcept {
-    return static_cast<const DocumentCore&>(*this).options();
-}
-
-Defaults& DocumentReader::defaults() noexcept {
-    return core_of(*this).default_objects();
+    const Target target{members, object, parts, base};
+    return likely(members.names.count <= few) ? read_class<FewSeen>(at, target)
+                                              : read_class<ManySeen>(at, target);
 }
 
 } // namespace foundation::json::detail

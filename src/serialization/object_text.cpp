@@ -3,6 +3,7 @@
 #include "number/digits.hpp"
 #include "number/shortest_number_text.hpp"
 #include "serialization/member_order.hpp"
+#include "serialization/object_value.hpp"
 #include "serialization/write_problems.hpp"
 #include "serialization/write_value.hpp"
 
@@ -10,6 +11,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <exception>
+#include <new>
 
 namespace foundation::json::detail {
 
@@ -70,6 +73,9 @@ public:
                        const Start& start) override;
     void begin_member(const SinkMember& member) override;
     void put_member(const SinkMember& member, PlainType type, const void* address) override;
+
+    void put_tagged_object(std::string_view member, std::string_view tag,
+                           const AnyObject& object) override;
 
     [[noreturn]] void fail_enumerator(const std::string&, const NameTable&) override {
         throw Unwritable();
@@ -329,6 +335,19 @@ void ObjectWriter::put_member(const SinkMember& member, PlainType type, const vo
 void ObjectWriter::begin_member(const SinkMember& member) {
     auto& open = *static_cast<OpenObject*>(member.place);
     at_ = put_name(at_, open, open.table.entries[member.number], member.number);
+}
+
+void ObjectWriter::put_tagged_object(std::string_view member, std::string_view tag,
+                                     const AnyObject& object) {
+    Value value;
+    try {
+        value = tagged_value(member, tag, object);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception&) {
+        fail_current();
+    }
+    put_value(value);
 }
 
 } // namespace

@@ -5,14 +5,11 @@
 #ifndef FOUNDATION_JSON_DETAIL_CONVERTERS_HPP
 #define FOUNDATION_JSON_DETAIL_CONVERTERS_HPP
 
-#include <foundation/json/content.hpp>
-#include <foundation/json/detail/location.hpp>
 #include <foundation/json/detail/member_arrays.hpp>
+#include <foundation/json/detail/sources.hpp>
 #include <foundation/json/detail/start.hpp>
 #include <foundation/json/detail/text_sink.hpp>
-#include <foundation/json/detail/value_sink.hpp>
-#include <foundation/json/detail/value_source.hpp>
-#include <foundation/json/export.hpp>
+#include <foundation/json/fwd.hpp>
 
 #include <array>
 #include <cstddef>
@@ -200,24 +197,27 @@ struct Converter<std::string> : PlainConverter<std::string> {
     }
 };
 
+// Value may be incomplete here.
+
 template <>
-struct Converter<Array> : PlainConverter<Array> {
+struct Converter<std::vector<Value>, Category::other> : PlainConverter<std::vector<Value>> {
     template <class Sink>
-    static void write(Sink& sink, const Array& content, const Start&) {
+    static void write(Sink& sink, const std::vector<Value>& content, const Start&) {
         sink.put_array(content);
     }
 };
 
 template <>
-struct Converter<Object> : PlainConverter<Object> {
+struct Converter<std::map<std::string, Value>, Category::other>
+    : PlainConverter<std::map<std::string, Value>> {
     template <class Sink>
-    static void write(Sink& sink, const Object& content, const Start&) {
+    static void write(Sink& sink, const std::map<std::string, Value>& content, const Start&) {
         sink.put_object(content);
     }
 };
 
 template <>
-struct Converter<Value> {
+struct Converter<Value, Category::other> {
     template <class... From>
     static void read(Value& target, From&... from) {
         const auto& source = detail::source_of(from...);
@@ -293,7 +293,8 @@ struct Converter<Made<T>, Category::other> {
     template <class... From>
     static void read(Made<T>& target, From&... from) {
         if constexpr (std::is_default_constructible_v<T>) {
-            detail::read_from(target.object.emplace(), from...);
+            const auto& source = detail::source_of(from...);
+            source.read_new(target.object.emplace());
         } else {
             target.object.emplace(Converter<T>::make(from...));
         }
@@ -330,7 +331,7 @@ template <class Optional>
 bool is_empty(const Optional& content) noexcept {
     using T = std::remove_cv_t<std::remove_reference_t<decltype(*content)>>;
     if constexpr (std::is_same_v<T, Value>) {
-        return !content || json::kind_of(*content) == Kind::undefined;
+        return !content || detail::is_undefined(*content);
     } else {
         return !content;
     }
@@ -403,7 +404,7 @@ private:
     /// Whether what is written without this member reads back the same.
     static bool may_leave_out(const Plain& content, const WrittenMember& member) {
         if constexpr (std::is_same_v<Plain, Value>) {
-            return json::kind_of(content) == Kind::undefined;
+            return detail::is_undefined(content);
         } else if constexpr (is_optional<Plain>) {
             if (member.is_required || !detail::is_empty(content)) {
                 return false;
@@ -430,26 +431,19 @@ struct Converter<T, Category::object> {
     template <class Sink>
     static void write(Sink& sink, const T& content, const Start& start) {
         if constexpr (detail::require_members<T>()) {
-            write_members(sink, content, start);
+            sink.write_members_of(content, start);
         }
     }
-
-private:
-    static void write_members(ValueSink& sink, const T& content, const Start& start) {
-        sink.write_members(member_table<T>,
-                           member_entries<T, WriteMember, MemberWriters<ValueSink>::Of>.entries,
-                           std::addressof(content), start);
-    }
-
-    static void write_members(TextSink& sink, const T& content, const Start& start) {
-        const void* parts[MembersOf<T>::count + 1]; // there are no arrays of length 0
-        parts[MembersOf<T>::count] = nullptr;
-        PartCollector<T> collector(content, parts);
-        detail::visit_members(members<T>, collector);
-        sink.write_members(text_table<T, MemberWriters<TextSink>::Of>, std::addressof(content),
-                           parts, start);
-    }
 };
+
+template <class T>
+void TextSink::write_members_of(const T& object, const Start& start) {
+    const void* parts[MembersOf<T>::count + 1]; // there are no arrays of length 0
+    parts[MembersOf<T>::count] = nullptr;
+    PartCollector<T> collector(object, parts);
+    detail::visit_members(members<T>, collector);
+    write_members(text_table<T, MemberWriters<TextSink>::Of>, std::addressof(object), parts, start);
+}
 
 // ---- Containers ----------------------------------------------------------------------------
 
@@ -515,8 +509,9 @@ private:
                 target.clear();
                 while (elements.next()) {
                     Made<T> element;
-                    elements.read(element);
-                    target.push_back(std::move(*element.object));
+                    if (elements.read(element)) {
+                        target.push_back(std::move(*element.object));
+                    }
                 }
             } else if constexpr (Source::known_lengths) {
                 target = Container(elements.size(), target.get_allocator());
@@ -628,12 +623,14 @@ struct SetConverter : SequenceConverter<Set> {
         auto elements = source.elements();
         target.clear();
         if constexpr (detail::require_default<T>()) {
-            for (std::size_t size = 1; elements.next(); ++size) {
+            while (elements.next()) {
                 Made<T> element;
-                elements.read(element);
-                target.insert(target.end(), std::move(*element.object));
-                if (!may_repeat && target.size() != size) {
-                    elements.fail("the set has this element already");
+                if (elements.read(element)) {
+                    const std::size_t size = target.size();
+                    target.insert(target.end(), std::move(*element.object));
+                    if (!may_repeat && target.size() == size) {
+                        elements.report("the set has this element already");
+                    }
                 }
             }
         }
@@ -672,17 +669,18 @@ struct MapConverter {
                     const std::size_t size = target.size();
                     const auto added = target.try_emplace(target.end(), members.name());
                     if (target.size() == size) {
-                        members.fail("the map has this name already");
+                        members.report("the map has this name already");
+                    } else {
+                        members.read(added->second);
                     }
-                    members.read(added->second);
+                } else if (target.find(members.name()) != target.end()) {
+                    members.report("the map has this name already");
                 } else {
-                    if (target.find(members.name()) != target.end()) {
-                        members.fail("the map has this name already");
-                    }
                     const std::string name = members.name();
                     Made<T> element;
-                    members.read(element);
-                    target.emplace(name, std::move(*element.object));
+                    if (members.read(element)) {
+                        target.emplace(name, std::move(*element.object));
+                    }
                 }
             }
         }
@@ -724,7 +722,7 @@ private:
     static void write_member(Sink&, typename Sink::Members& members, std::string_view name,
                              const T& element, const Start& start) {
         if constexpr (std::is_same_v<T, Value>) {
-            if (json::kind_of(element) == Kind::undefined) {
+            if (detail::is_undefined(element)) {
                 return;
             }
         }
@@ -813,6 +811,11 @@ AnyObject any_object(const T& object) noexcept {
                 Converter<T>::write(sink, *static_cast<const T*>(address),
                                     detail::start_of_new<T>());
             }};
+}
+
+template <class T>
+void TextSink::put_tagged(std::string_view member, std::string_view tag, const T& object) {
+    put_tagged_object(member, tag, detail::any_object(object));
 }
 
 } // namespace foundation::json::detail
