@@ -216,7 +216,7 @@ TEST(Parser, AcceptsAsManyLevelsAsAreAllowed) {
 
 // ---- Length and place ------------------------------------------------------------------------
 
-// The heap of Wine takes minutes for what takes others seconds.
+// Under Wine, all of these take minutes.
 #ifdef _WIN32
 constexpr int every_so_many = 5;
 #else
