@@ -13,9 +13,10 @@ endif()
 
 add_library(foundation_json_warnings INTERFACE)
 if(MSVC)
-    # But for attributes and pragmas of other compilers.
+    # But for attributes and pragmas of other compilers, and classes of the standard library in
+    # exported ones.
     target_compile_options(foundation_json_warnings INTERFACE
-        /W3 /wd4068 /wd5030 /permissive- /utf-8 /Zc:__cplusplus
+        /W3 /wd4068 /wd4251 /wd4275 /wd5030 /permissive- /utf-8 /Zc:__cplusplus
         $<$<BOOL:${FOUNDATION_JSON_WERROR}>:/WX>)
 else()
     target_compile_options(foundation_json_warnings INTERFACE

@@ -85,7 +85,7 @@ public:
 private:
     void require(bool condition) const {
         if (!condition) {
-            throw std::invalid_argument(quoted(text_) +
+            throw std::invalid_argument(detail::quoted(text_) +
                                         " is no time such as \"2026-11-22T08:40:00Z\"");
         }
     }
@@ -179,7 +179,8 @@ TimeParts parse_time(std::string_view text) {
 }
 
 void fail_time_range(std::string_view text) {
-    throw std::out_of_range("the time " + quoted(text) + " is beyond the range of its type");
+    throw std::out_of_range("the time " + detail::quoted(text) +
+                            " is beyond the range of its type");
 }
 
 } // namespace foundation::json::detail

@@ -87,7 +87,7 @@ std::string list_of(const char* head, const NameTable& names) {
     std::string result;
     for (std::size_t i = 0; i < names.count; ++i) {
         result += i == 0 ? head : ", ";
-        result += quoted(names.names[i]);
+        result += detail::quoted(names.names[i]);
     }
     return result;
 }
@@ -230,8 +230,8 @@ std::size_t find_enumerator(const NameTable& names, const Value& value, const Lo
     const auto& name = content_at<std::string>(value, location);
     const std::size_t found = find_name(names, name);
     if (found == names.count) {
-        fail(location,
-             "the enumerator " + quoted(name) + " is unknown" + list_of("; known are ", names));
+        fail(location, "the enumerator " + detail::quoted(name) + " is unknown" +
+                           list_of("; known are ", names));
     }
     return found;
 }
@@ -241,11 +241,11 @@ std::size_t find_enumerator(const NameTable& names, const Value& value, const Lo
 namespace {
 
 std::string missing(std::string_view name) {
-    return "the required member " + quoted(name) + " is missing";
+    return "the required member " + detail::quoted(name) + " is missing";
 }
 
 std::string unknown(std::string_view name, const NameTable& names) {
-    return "the member " + quoted(name) + " is unknown" + list_of("; known are ", names);
+    return "the member " + detail::quoted(name) + " is unknown" + list_of("; known are ", names);
 }
 
 /// Finds the members of an object that a table names.
@@ -435,7 +435,7 @@ std::size_t take_tag(std::string_view member, const NameTable& names, const Valu
     const auto& object = content_at<Object>(value, location);
     const auto found = object.find(name);
     if (found == object.end() || is_undefined(found->second)) {
-        fail(location, "the required member " + quoted(name) + " is missing");
+        fail(location, missing(name));
     }
     const std::size_t number = find_enumerator(names, found->second, Location(location, name));
     Object others(object);

@@ -63,7 +63,7 @@ struct Operation {
         std::string message = "operation " + std::to_string(index);
         if (!name.empty()) {
             (message += " (") += name;
-            (message += ' ') += quoted(path) + ')';
+            (message += ' ') += detail::quoted(path) + ')';
         }
         throw PatchError(index, std::string(path), message + ": " + reason);
     }
@@ -123,8 +123,9 @@ public:
         const auto rule = std::find_if(std::begin(rules<AnyValue>), std::end(rules<AnyValue>),
                                        [&](const auto& known) { return known.name == name; });
         if (rule == std::end(rules<AnyValue>)) {
-            operation_.fail(quoted(name) + " is no operation; known are add, remove, replace, "
-                                           "move, copy, test");
+            operation_.fail(detail::quoted(name) +
+                            " is no operation; known are add, remove, replace, "
+                            "move, copy, test");
         }
         operation_.path = text("path");
         operation_.name = rule->name;
@@ -143,7 +144,7 @@ private:
     AnyValue& member(const char* name) const {
         const auto found = members_->find(name);
         if (found == members_->end()) {
-            operation_.fail("the member " + quoted(name) + " is missing");
+            operation_.fail("the member " + detail::quoted(name) + " is missing");
         }
         return found->second;
     }
@@ -152,7 +153,7 @@ private:
         const Value& value = member(name);
         const auto* const content = get_if<std::string>(&value);
         if (content == nullptr) {
-            operation_.fail("the member " + quoted(name) + " is " +
+            operation_.fail("the member " + detail::quoted(name) + " is " +
                             detail::noun_for(kind_of(value)) + ", not a string");
         }
         return *content;

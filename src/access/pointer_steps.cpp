@@ -26,7 +26,7 @@ namespace detail {
 namespace {
 
 [[noreturn]] void refuse(std::string_view pointer, const char* reason) {
-    throw std::invalid_argument(quoted(pointer) + " is no JSON Pointer: " + reason);
+    throw std::invalid_argument(detail::quoted(pointer) + " is no JSON Pointer: " + reason);
 }
 
 } // namespace

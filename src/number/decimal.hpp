@@ -4,8 +4,11 @@
 #define FOUNDATION_JSON_SRC_NUMBER_DECIMAL_HPP
 
 #include "number/powers_of_10.hpp"
+#include "number/wide.hpp"
+#include "system/compiler.hpp"
 
 #include <foundation/json/detail/floating_bits.hpp>
+#include <foundation/json/detail/words.hpp>
 
 #include <cstdint>
 
@@ -33,7 +36,7 @@ enum class Rounding {
 constexpr int least_decimal_exponent = -342;
 constexpr int largest_decimal_exponent = 308;
 
-#if defined(__SIZEOF_INT128__)
+#if defined(FOUNDATION_JSON_WIDE)
 
 /// Makes a double of a number in binary, unless it is subnormal or too large.
 /// @param bits      its leading bits, rounded to those that a double has; perhaps one more

@@ -9,6 +9,7 @@
 #include "number/wide.hpp"
 #include "system/compiler.hpp"
 #include "text/byte_vector.hpp"
+#include "text/words.hpp"
 
 #include <algorithm>
 #include <charconv>
@@ -16,7 +17,7 @@
 #include <cstring>
 
 // Digits are computed eight at a time and arranged in registers, the first digit lowest.
-#if defined(__SIZEOF_INT128__) && defined(FOUNDATION_JSON_LITTLE_ENDIAN)
+#if defined(FOUNDATION_JSON_WIDE) && defined(FOUNDATION_JSON_LITTLE_ENDIAN)
 #define FOUNDATION_JSON_WIDE_DIGITS
 #endif
 

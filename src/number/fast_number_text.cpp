@@ -3,6 +3,7 @@
 #include "number/digits.hpp"
 #include "number/number_text.hpp"
 #include "number/product.hpp"
+#include "system/locale.hpp"
 
 #include <algorithm>
 #include <cfenv>
@@ -11,12 +12,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <type_traits>
-
-#ifdef _WIN32
-#include <clocale>
-#else
-#include <langinfo.h>
-#endif
 
 namespace foundation::json::detail {
 
@@ -254,13 +249,7 @@ template <class Number>
 } // namespace
 
 bool fast_number_text_applies() noexcept {
-#ifdef _WIN32
-    const char* const radix = std::localeconv()->decimal_point;
-#else
-    // Unlike localeconv(), it may be called by several threads at once.
-    const char* const radix = nl_langinfo(RADIXCHAR);
-#endif
-    return std::strcmp(radix, ".") == 0 && std::fegetround() == FE_TONEAREST;
+    return std::strcmp(system::radix_character(), ".") == 0 && std::fegetround() == FE_TONEAREST;
 }
 
 char* fast_number_text(char* out, FloatingBits<double> bits) noexcept {

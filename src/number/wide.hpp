@@ -3,15 +3,11 @@
 #ifndef FOUNDATION_JSON_SRC_NUMBER_WIDE_HPP
 #define FOUNDATION_JSON_SRC_NUMBER_WIDE_HPP
 
-#include "text/words.hpp"
+#include "system/compiler.hpp"
 
 #include <cstdint>
 
 namespace foundation::json::detail {
-
-#if defined(__SIZEOF_INT128__)
-__extension__ using Wide = unsigned __int128;
-#endif
 
 /// A number of 128 bits in two words.
 struct WordPair {
@@ -42,7 +38,7 @@ constexpr WordPair portable_scaled(std::uint64_t factor, WordPair bits) noexcept
 
 /// The same, in the quickest way of the machine.
 inline WordPair scaled(std::uint64_t factor, WordPair bits) noexcept {
-#if defined(__SIZEOF_INT128__)
+#if defined(FOUNDATION_JSON_WIDE)
     const Wide low = static_cast<Wide>(factor) * bits.low;
     const Wide product = static_cast<Wide>(factor) * bits.high + (low >> 64);
     return {static_cast<std::uint64_t>(product >> 64), static_cast<std::uint64_t>(product)};

@@ -26,7 +26,8 @@ public:
           at_(at),
           depth_(depth),
           sorts_(output.options().member_order == WriteOptions::MemberOrder::utf16),
-          is_indented_(output.is_indented()) {}
+          is_indented_(output.is_indented()),
+          has_big_integers_(output.options().big_integers == WriteOptions::BigIntegers::digits) {}
 
     char* cursor() const noexcept { return at_; }
 
@@ -112,6 +113,7 @@ private:
     std::size_t depth_;
     const bool sorts_;
     const bool is_indented_;
+    const bool has_big_integers_; ///< they are written as all others
 };
 
 // ---- Values --------------------------------------------------------------------------------
@@ -143,7 +145,8 @@ private:
 
 template <class Integer>
 [[gnu::always_inline]] inline char* ObjectWriter::put_integer(char* at, Integer number) {
-    return is_big(number) ? output_.number(at, number) : quick_integer_text(at, number);
+    return is_big(number) && !has_big_integers_ ? output_.number(at, number)
+                                                : quick_integer_text(at, number);
 }
 
 [[gnu::always_inline]] inline char* ObjectWriter::put_scalar(char* at, PlainType type,

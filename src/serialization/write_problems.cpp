@@ -19,13 +19,13 @@ std::string integer_problem(const std::string& number) {
 std::string ending(std::string_view text) {
     constexpr std::size_t most = 20;
     if (text.size() <= most) {
-        return quoted(text);
+        return detail::quoted(text);
     }
     text.remove_prefix(text.size() - most);
     while (is_continuation(text.front())) {
         text.remove_prefix(1);
     }
-    return "..." + quoted(text);
+    return "..." + detail::quoted(text);
 }
 
 std::string utf8_problem(const char* subject, std::string_view text) {
@@ -65,9 +65,9 @@ std::string problem_of_name(std::string_view name) {
 
 std::string problem_of_order(std::string_view previous, std::string_view name) {
     if (name == previous) {
-        return "the name " + quoted(name) + " occurs twice in an object";
+        return "the name " + detail::quoted(name) + " occurs twice in an object";
     }
-    return "the name " + quoted(name) + " comes after " + quoted(previous) +
+    return "the name " + detail::quoted(name) + " comes after " + detail::quoted(previous) +
            ": the option member_order demands the order of UTF-16";
 }
 

@@ -28,6 +28,15 @@
 #include <emmintrin.h>
 #endif
 
+// Has the compiler confirm that a constant takes no code at run time, if it can check it.
+#if defined(__clang__)
+#define FOUNDATION_JSON_CONSTINIT [[clang::require_constant_initialization]]
+#elif defined(__GNUC__) && __GNUC__ >= 10
+#define FOUNDATION_JSON_CONSTINIT __constinit
+#else
+#define FOUNDATION_JSON_CONSTINIT
+#endif
+
 // Says that a variable is of this library alone, which makes it quicker to reach. Windows exports
 // what is marked for it, and nothing else.
 #if defined(__GNUC__) && !defined(_WIN32)
@@ -37,6 +46,12 @@
 #endif
 
 namespace foundation::json::detail {
+
+#if defined(__SIZEOF_INT128__)
+#define FOUNDATION_JSON_WIDE
+/// 128 bits, where the compiler has them.
+__extension__ using Wide = unsigned __int128;
+#endif
 
 #ifdef FOUNDATION_JSON_LITTLE_ENDIAN
 constexpr bool little_endian = true;

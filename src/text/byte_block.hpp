@@ -1,5 +1,5 @@
 /// @file
-/// Blocks of sixteen bytes of text, which find their blanks, quotes, brackets and so on.
+/// Blocks of sixteen bytes of text, which find their whitespace, quotes, brackets and so on.
 #ifndef FOUNDATION_JSON_SRC_TEXT_BYTE_BLOCK_HPP
 #define FOUNDATION_JSON_SRC_TEXT_BYTE_BLOCK_HPP
 

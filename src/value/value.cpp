@@ -1,4 +1,5 @@
 // What a value is: the names and order of the kinds, construction from native values.
+#include "system/compiler.hpp"
 #include "value/hardening.hpp"
 #include "value/value_access.hpp"
 
@@ -47,7 +48,7 @@ const char* name_in(TypeList<Types...>, int order) noexcept {
     return result;
 }
 
-/// Whether each type of a list has the order of its place there.
+/// Whether each type of a list has the order of its position there.
 template <class... Types>
 constexpr bool are_in_order(TypeList<Types...>) noexcept {
     int next = 0;
@@ -70,13 +71,7 @@ void throw_invalid_conversion(int order, const char* target) {
 
 } // namespace detail
 
-// A compiler that can check it confirms that this takes no code at run time.
-#if defined(__clang__)
-[[clang::require_constant_initialization]]
-#elif defined(__GNUC__) && __GNUC__ >= 10
-__constinit
-#endif
-const Value Value::UNDEFINED{detail::ZeroBytes(0)};
+FOUNDATION_JSON_CONSTINIT const Value Value::UNDEFINED{detail::ZeroBytes(0)};
 
 Value::Value() : variant_(Undefined()) {}
 Value::Value(const Undefined& tag) : variant_(tag) {}

@@ -38,7 +38,7 @@ long peak_kilobytes() {
 }
 
 double processor_seconds() {
-    std::timespec time{};
+    timespec time{};
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }

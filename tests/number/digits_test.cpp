@@ -83,7 +83,7 @@ std::string described(std::uint64_t number) {
     return digits.first() + std::string(rest, 16) + " " + std::to_string(digits.count());
 }
 
-TEST(Digits, AreTextWithoutCountingTrailingZeros) {
+TEST(Digits, AreCountedWithoutTrailingZeros) {
     const struct {
         std::uint64_t number;
         const char* text;

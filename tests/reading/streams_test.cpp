@@ -117,11 +117,6 @@ TEST(ParseStream, AStreamThatIsNotGoodIsNotRead) {
     EXPECT_EQ(refusal(no_buffer), failed);
 }
 
-/// Fails to flush, which a stream that is tied to it notices.
-class Unflushable : public std::stringbuf {
-    int sync() override { throw BufferFailure(); }
-};
-
 // Whatever the stream itself would throw.
 TEST(ParseStream, AStreamThatIsNotGoodHasItsOwnMessage) {
     using std::ios_base;
@@ -146,16 +141,31 @@ TEST(ParseStream, AStreamThatIsNotGoodHasItsOwnMessage) {
         } catch (const ios_base::failure& error) {
             EXPECT_EQ(std::string(error.what()).substr(0, failed.size()), failed);
         }
+    }
+}
 
+#ifndef _LIBCPP_VERSION // there, what the tied stream throws leaves the one that is read unchanged
+
+/// Fails to flush, which a stream that is tied to it notices.
+class Unflushable : public std::stringbuf {
+    int sync() override { throw BufferFailure(); }
+};
+
+TEST(ParseStream, AStreamWhoseTiedStreamFailsHasItsOwnMessage) {
+    using std::ios_base;
+    for (const auto exceptions : {ios_base::goodbit, ios_base::failbit}) {
         Unflushable buffer;
         std::ostream tied(&buffer);
         tied.exceptions(ios_base::badbit);
         std::istringstream with_tie("1");
         with_tie.tie(&tied);
-        with_tie.exceptions(exceptions & ios_base::failbit);
-        EXPECT_EQ(refusal(with_tie), failed);
+        with_tie.exceptions(exceptions);
+        EXPECT_EQ(refusal(with_tie),
+                  "the stream to read from has failed, or is of a file that could not be opened");
     }
 }
+
+#endif
 
 TEST(ParseStream, AStreamAtItsEndIsNotReadAgain) {
     std::istringstream stream("1");

@@ -161,7 +161,7 @@ int flags_that_last(int flag, int direction) {
     return flags_raised_in({direction, false, test::usual_setting}, [&] {
         std::feraiseexcept(flag);
         const test::EnvironmentKeeper keeper;
-        std::fesetenv(FE_DFL_ENV);
+        test::set_default_environment();
     });
 }
 

@@ -18,6 +18,14 @@
 
 namespace foundation::json::test {
 
+/// Sets the environment that a program starts with, with all flags clear.
+inline void set_default_environment() {
+    std::fesetenv(FE_DFL_ENV);
+#if defined(_WIN32)
+    _mm_setcsr(0x1F80); // which the environment of Windows is without
+#endif
+}
+
 /// Restores the environment, flags included, when destroyed.
 class EnvironmentKeeper {
 public:
@@ -39,7 +47,7 @@ public:
 private:
     std::fenv_t environment_{};
 #if defined(_WIN32)
-    unsigned register_ = 0; // which the environment of Windows is without
+    unsigned register_ = 0;
 #endif
 };
 
@@ -49,10 +57,7 @@ class DefaultArithmetic {
 public:
     DefaultArithmetic() {
         const int direction = std::fegetround();
-        std::fesetenv(FE_DFL_ENV);
-#if defined(_WIN32)
-        _mm_setcsr(0x1F80);
-#endif
+        set_default_environment();
         std::fesetround(direction);
     }
 
@@ -267,7 +272,7 @@ inline bool is_offered(MachineSetting setting) {
 inline const std::vector<MachineSetting>& machine_settings() {
     static const std::vector<MachineSetting> offered = [] {
         const EnvironmentKeeper keeper;
-        std::fesetenv(FE_DFL_ENV);
+        set_default_environment();
         std::vector<MachineSetting> result;
         for (const MachineSetting setting : imaginable_settings()) {
             if (is_offered(setting)) {
@@ -314,7 +319,7 @@ void for_each_environment(Visit visit) {
 template <class Body>
 [[gnu::noinline]] int flags_raised_in(const Environment& environment, Body body) {
     const EnvironmentKeeper keeper;
-    std::fesetenv(FE_DFL_ENV);
+    set_default_environment();
     std::fesetround(environment.direction);
 #if defined(__GLIBC__)
     if (environment.traps) {

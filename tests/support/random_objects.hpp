@@ -77,9 +77,11 @@ private:
             integer = Limits::max();
             break;
         default:
-            const auto high = static_cast<unsigned long long>(trees_.below(1ULL << 32));
-            const auto low = static_cast<unsigned long long>(trees_.below(1ULL << 32));
-            integer = static_cast<Integer>(((high << 32) | low) >> trees_.below(64));
+            unsigned long long word = 0;
+            for (int i = 0; i < 4; ++i) {
+                word = word << 16 | trees_.below(1u << 16);
+            }
+            integer = static_cast<Integer>(word >> trees_.below(64));
         }
     }
 

@@ -6,7 +6,6 @@
 
 #include "support/float_environments.hpp"
 
-#include <cfenv>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
@@ -55,7 +54,7 @@ template <class Number>
 template <class Number>
 std::string expected_shortest_text(const Number& number) {
     const EnvironmentKeeper keeper;
-    std::fesetenv(FE_DFL_ENV);
+    set_default_environment();
     return shortest_rule_text(number);
 }
 

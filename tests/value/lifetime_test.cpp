@@ -98,13 +98,23 @@ TEST(Lifetime, NumbersKeepEveryBitWhereverTheyGo) {
         0x7FFFFFFFFFFFFFFFULL, // another, the greatest int64
         0xFFFFFFFFFFFFFFFFULL, // -1, the greatest uint64
     };
+    // The floating-point unit of i386 makes a NaN quiet whenever it passes through.
+#if defined(__i386__) && !defined(__SSE2_MATH__)
+    constexpr bool keeps_signaling = false;
+#else
+    constexpr bool keeps_signaling = true;
+#endif
     for (const std::uint64_t bits : patterns) {
-        expect_bits_kept<double>(bits);
+        if (keeps_signaling || bits != 0x7FF0000000000001ULL) {
+            expect_bits_kept<double>(bits);
+        }
         expect_bits_kept<long long>(bits);
         expect_bits_kept<unsigned long long>(bits);
     }
     for (const std::uint32_t bits : {0u, 0x80000000u, 1u, 0x7F800000u, 0x7F800001u, 0xFFC12345u}) {
-        expect_bits_kept<float>(bits);
+        if (keeps_signaling || bits != 0x7F800001u) {
+            expect_bits_kept<float>(bits);
+        }
     }
 }
 

@@ -150,8 +150,8 @@ T to(const Value& value, detail::NoOptions) {
 /// @param options  what to accept
 /// @throws ConversionError        as above; also if nothing is there, or if a value on the way is
 ///                                neither an object nor an array, or is an array where the pointer
-///                                has a name. What looks like an index but is none of the array,
-///                                such as "-" and "01", leads to nothing, as for find()
+///                                has a name. A token such as "-" or "01", which is not an index
+///                                of the array, leads to nothing, as for find()
 /// @throws std::invalid_argument  the string is not a JSON Pointer
 /// @throws std::bad_alloc         memory runs out
 template <class T>
@@ -190,16 +190,16 @@ detail::FallbackFor<T> to_or(const Value& root, std::string_view pointer, T fall
 /// and maps become objects; other containers, pairs and tuples become arrays. Value, Array and
 /// Object are copied as they are.
 ///
-/// A std::optional without a value becomes Null, and so does a smart pointer to nothing. As a
-/// defaulted() member it is left out, if what to() starts from at that location has no value
-/// either: the default object of the class, or the part of the default object around it. That
-/// default object is made where it is needed, once for each class; if its constructor throws
-/// anything but std::bad_alloc, Null is written.
+/// A std::optional without a value becomes Null, and so does a null smart pointer. As a defaulted()
+/// member it is left out if it has no value in the default object either: that of the class or, for
+/// a class within another one, that part of the outer default object. Default objects are made
+/// where they are needed, once for each class; if the constructor throws anything but
+/// std::bad_alloc, Null is written.
 ///
-/// A Value that is Undefined becomes no member, of a class or of a map; in a std::optional it
-/// counts as no value. to() does not restore what JSON has no text for: a Value that is Undefined,
-/// unless it is Undefined in the default object of its class or of the class around it; and a
-/// std::optional that holds Null or an empty std::optional.
+/// A member of a class or map that is an Undefined Value is left out; in a std::optional it counts
+/// as no value. to() cannot restore what JSON cannot express: an Undefined Value, unless it is
+/// Undefined in the default object, too; and a std::optional that holds Null or an empty
+/// std::optional.
 /// @throws ConversionError  an enumerator has no name, a std::variant no value, or to() of a
 ///                          representation has thrown a std::exception
 /// @throws std::bad_alloc   memory runs out

@@ -59,10 +59,11 @@ namespace foundation::json {
 /// @throws ParserException the options do not accept the text
 /// @throws std::bad_alloc  memory runs out
 /// @complexity linear in the length of the text, plus a search in the object for each name that is
-/// not in ascending order. Besides the text and the value (of a text that is refused, what was read
-/// of it), at most 1 MiB and 64 bytes for each open array or object are in use. Room for the
-/// elements of a long array is reserved once: as many as the text seems to have, at most one for
-/// two bytes.
+/// not in ascending order. Besides the text and the value, or the part that was parsed before an
+/// error, it uses at most 1 MiB and 64 bytes for each open array or object; also a sixth of what
+/// the value takes, where `sizeof(Value)` is less than 40, as on systems of 32 bits and with
+/// libc++. Memory for the elements of a long array is reserved once, for as many as the text seems
+/// to have: at most one for every two bytes.
 FOUNDATION_JSON_PARSER_EXPORT Value parse(std::string_view text, const ParseOptions& options = {});
 
 /// Parses the rest of a stream, from its current position to its end; otherwise like parse() of a
@@ -128,20 +129,20 @@ public:
     ///                   a longer one is an error of next()
     ValueStream(std::istream& stream, const ParseOptions& options, std::size_t max_bytes);
 
-    ValueStream(ValueStream&& other) noexcept; ///< leaves the other fit only to be assigned to
+    ValueStream(ValueStream&& other) noexcept; ///< then, the other may only be assigned to
     ValueStream& operator=(ValueStream&& other) noexcept; ///< the same
     ~ValueStream();
 
     /// Reads the next value.
     ///
-    /// @param value  becomes the value read. Unchanged at the end of the stream and after an
-    ///               exception; but false if memory runs out when an array would become an object,
-    ///               or an object an array
+    /// @param value  becomes the value that was parsed. At the end of the stream and after an
+    ///               exception it is unchanged, with one exception: it is the bool false if memory
+    ///               runs out when an array would become an object, or an object an array
     /// @return false at the end of the stream
     /// @throws ParserException        the options do not accept what comes next; the next call
     ///         continues with the line after that of the error. Positions count from the initial
-    ///         position of the stream. The rest of the line is read before, for the error to quote,
-    ///         which waits for it where the stream is a pipe that stays open
+    ///         position of the stream. The rest of the line is read first, since the error quotes
+    ///         it: if the stream is an open pipe, the call waits for the end of the line
     /// @throws std::ios_base::failure the stream is not good at first, or fails before its end
     /// @throws whatever the stream buffer throws; once the stream works again, the next call
     ///         continues with the same value

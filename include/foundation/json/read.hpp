@@ -99,7 +99,7 @@ FOUNDATION_JSON_PARSER_EXPORT std::string describe(const ReadError& error,
 /// @cond
 namespace detail {
 
-/// What becomes of a byte order mark at the begin.
+/// What happens to a byte order mark at the beginning.
 enum class Mark { skipped, refused };
 
 /// Reads a document.
@@ -151,7 +151,7 @@ constexpr bool require_readable() {
     }
 }
 
-/// A new object, read by way of a Value.
+/// A new object, read by way of a Value: for exact errors, and for rare cases.
 template <class T>
 [[FOUNDATION_JSON_GNU(noinline)]] T read_by_value(std::string_view text, const ReadOptions& options,
                                                   std::string_view file_name) {

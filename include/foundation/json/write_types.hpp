@@ -10,9 +10,9 @@
 /// a Value in them need value.hpp.
 ///
 /// Everything that from() of convert.hpp takes can be written, by the same tables of members, and
-/// the text is that of the value that from() makes, but for the order of members: those of a class
-/// come in the order of its table, and those of a std::map in its own order. All others, and all
-/// members with MemberOrder::utf16, come as in write(from(object), options).
+/// the result is that of write(from(object), options), except for the order of members: those of a
+/// class come in the order of its table, those of a std::map in the order of the map. With
+/// MemberOrder::utf16, that order is the same, too.
 #ifndef FOUNDATION_JSON_WRITE_TYPES_HPP
 #define FOUNDATION_JSON_WRITE_TYPES_HPP
 
@@ -70,17 +70,17 @@ AnyObject object_of(OfOtherType, const T& object) noexcept {
 /// @throws ConversionError  what from() throws
 /// @throws WriteError       the options do not allow something in the object
 /// @throws std::bad_alloc   memory runs out
-/// @complexity linear in the size of the object; sorting besides, in a std::unordered_map and with
+/// @complexity linear in the size of the object, plus sorting in a std::unordered_map and with
 ///             MemberOrder::utf16. Recursion as deep as the nesting.
 /// @{
 
-/// The text of an object, without a line end.
+/// Serializes an object to a string, without a line end.
 template <class T, class = detail::IfOwn<T>>
 [[nodiscard]] std::string write(const T& object, const WriteOptions& options = {}) {
     return detail::write_text(detail::any_object(object), options);
 }
 
-/// Writes the text of an object onto a stream, as write() of a Value does. The stream may have got
+/// Serializes an object onto a stream, as write() of a Value does. The stream may have got
 /// a part of the text before an exception.
 template <class T, class = detail::IfOwn<T>>
 void write(std::ostream& stream, const T& object, const WriteOptions& options = {}) {
