@@ -22,6 +22,40 @@
 #include <string_view>
 #include <vector>
 
+namespace foundation::json {
+namespace {
+
+/// With names of the lengths around multiples of sixteen, in quotes and with a colon.
+struct Named {
+    int a = 0;
+    int b = 0;
+    int c = 0;
+    int d = 0;
+    int e = 0;
+    int f = 0;
+};
+
+constexpr const char* names_of_lengths[] = {
+    "aaaaaaaaaaaaa",
+    "bbbbbbbbbbbbbb",
+    "ccccccccccccccccccccccccccccc",
+    "dddddddddddddddddddddddddddddd",
+    "eeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeee",
+    "ffffffffffffffffffffffffffffffffffffffffffffffffffffffffffff",
+};
+
+} // namespace
+
+template <>
+inline constexpr auto members<Named> = table(defaulted(names_of_lengths[0], &Named::a),
+                                             defaulted(names_of_lengths[1], &Named::b),
+                                             defaulted(names_of_lengths[2], &Named::c),
+                                             defaulted(names_of_lengths[3], &Named::d),
+                                             defaulted(names_of_lengths[4], &Named::e),
+                                             defaulted(names_of_lengths[5], &Named::f));
+
+} // namespace foundation::json
+
 namespace foundation::json::test {
 namespace {
 
@@ -154,6 +188,39 @@ TEST(Read, GivesTheNumbersOfArraysOfAnyLengthAndForm) {
             const ReadOptions options = random.once_in(2) ? lenient : ReadOptions();
             expect_same_numbers<double>(text, options);
             expect_same_numbers<int>(text, options);
+        }
+    }
+}
+
+/// A document of all members, each with another number.
+std::string document_of_names(const std::vector<std::string>& names) {
+    std::string text = "{";
+    int number = 1;
+    for (const std::string& name : names) {
+        text += (number == 1 ? "\"" : ",\"") + name + "\":" + std::to_string(number);
+        ++number;
+    }
+    return text + '}';
+}
+
+TEST(Read, TellsNamesByEachOfTheirBytes) {
+    const std::vector<std::string> names(std::begin(names_of_lengths), std::end(names_of_lengths));
+    const auto numbers = [](const Named& named) {
+        return std::vector<int>{named.a, named.b, named.c, named.d, named.e, named.f};
+    };
+    for (const std::size_t behind : {0, 1100}) {
+        const std::string spaces(behind, ' ');
+        EXPECT_THAT(numbers(read<Named>(document_of_names(names) + spaces)),
+                    testing::ElementsAre(1, 2, 3, 4, 5, 6));
+        for (std::size_t i = 0; i != names.size(); ++i) {
+            std::vector<int> expected{1, 2, 3, 4, 5, 6};
+            expected[i] = 0;
+            for (std::size_t place = 0; place != names[i].size(); ++place) {
+                std::vector<std::string> others = names;
+                others[i][place] = '+';
+                const std::string text = document_of_names(others) + spaces;
+                ASSERT_EQ(numbers(read<Named>(text)), expected) << text;
+            }
         }
     }
 }
