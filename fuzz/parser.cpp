@@ -155,6 +155,8 @@ public:
         check_stream(value, failure);
         expect_equal(test::disagreement_in_pieces_of(text_, options_, piece_), std::string(),
                      "what differs in another way to parse");
+        expect_equal(test::disagreement_within(text_, options_, text_.size() % 61, piece_),
+                     std::string(), "what differs with a limit");
         const std::vector<std::string> values = values_of_stream(piece_);
         expect(values == values_of_stream(text_.size() + 1), "pieces do not change the values");
         if (value) {

@@ -216,10 +216,17 @@ TEST(Parser, AcceptsAsManyLevelsAsAreAllowed) {
 
 // ---- Length and place ------------------------------------------------------------------------
 
+// Under Wine, all of these take minutes.
+#ifdef _WIN32
+constexpr int every_so_many = 5;
+#else
+constexpr int every_so_many = 1;
+#endif
+
 TEST(Parser, ReadsArraysOfEveryLength) {
     std::vector<std::size_t> lengths{3000};
     for (const std::size_t first : {1U, 60U, 120U, 250U, 505U, 760U, 1020U}) {
-        for (std::size_t length = first; length != first + 15; ++length) {
+        for (std::size_t length = first; length != first + 15; length += every_so_many) {
             lengths.push_back(length);
         }
     }
@@ -259,7 +266,7 @@ TEST(Parser, ReadsLongArraysWithinLongArrays) {
         long_array("{\"a\":[],\"b\":\"]\\\"[\"}", 1000),
         long_array("{\"a\":" + inner + "}", 5),
         long_array("\"\\\\\"", 1000),
-        long_array(long_array(long_array("1", 300), 2), 300),
+        long_array(long_array(long_array("1", 300), 2), 300 / every_so_many),
     };
     for (const std::string& text : texts) {
         EXPECT_TRUE(test::content_text(parsed(text)) == text) << text.substr(0, 40);

@@ -24,7 +24,7 @@ struct ConversionProblem {
 /// The exception of a conversion. what() begins with the location, "at /servers/3/port: " or "at
 /// the root: "; quotes, backslashes and control bytes in it are escaped as in a JSON string.
 ///
-/// With the option max_errors, it tells of several errors; then what() has a line for each:
+/// With the option max_errors, it may report several errors; then what() has a line for each:
 ///
 ///     ConvertOptions options;
 ///     options.max_errors = 20;
@@ -65,8 +65,8 @@ public:
     /// @return valid as long as this exception or a copy of it
     const std::vector<ConversionProblem>& errors() const noexcept { return *errors_; }
 
-    /// Whether the conversion has ended early, with as many errors as max_errors allows or with
-    /// some megabytes of them, so that there may be more.
+    /// Whether the conversion ended early, after as many errors as max_errors allows or after 4 MiB
+    /// of pointers and messages, so that there may be more errors.
     bool is_cut_off() const noexcept { return is_cut_off_; }
 
 private:

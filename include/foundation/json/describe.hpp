@@ -1,5 +1,5 @@
 /// @file
-/// Shows what is wrong in a text. Part of the library foundation::json_parser; parse.hpp and
+/// Shows errors of parsing. Part of the library foundation::json_parser; parse.hpp and
 /// read.hpp include this header.
 #ifndef FOUNDATION_JSON_DESCRIBE_HPP
 #define FOUNDATION_JSON_DESCRIBE_HPP

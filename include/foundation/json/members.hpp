@@ -138,9 +138,9 @@ struct ConvertOptions {
     };
     UnknownMembers unknown_members = UnknownMembers::ignore; ///< by default they are skipped
 
-    /// How many errors one exception may report. With more than one, the conversion goes on after
-    /// an error, with the next member or element, and throws all errors as one exception in the
-    /// end, or when it has found so many. By default, it throws the first one. 0 means 1.
+    /// How many errors one exception may report. If more than one, the conversion continues after
+    /// an error with the next member or element, and throws all errors as one exception at the end,
+    /// or as soon as it has found so many. By default, it throws the first one. 0 means 1.
     std::size_t max_errors = 1;
 };
 

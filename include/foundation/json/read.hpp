@@ -111,7 +111,7 @@ enum class Mark { skipped, refused };
 read_document(std::string_view text, const ReadOptions& options, void* object, const void* base,
               ReadAny read, Mark mark = Mark::skipped);
 
-/// Reads a document by way of a Value, which finds all that is wrong, and all that is rare.
+/// Reads a document by way of a Value: for exact errors, and for rare cases.
 /// @param object  a new one
 /// @throws ParserException, ReadError
 FOUNDATION_JSON_PARSER_EXPORT void read_by_value(std::string_view text, const ReadOptions& options,

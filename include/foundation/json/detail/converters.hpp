@@ -348,10 +348,51 @@ inline constexpr bool has_start<std::pair<First, Second>> = has_start<First> || 
 template <class... Types>
 inline constexpr bool has_start<std::tuple<Types...>> = (has_start<Types> || ...);
 
+/// Whether the writing of a T asks what read() starts from: whether it may leave out a member, or
+/// one of a member.
+template <class T>
+constexpr bool asks_for_start();
+
+template <class Part>
+inline constexpr bool part_asks_for_start = false;
+template <class Class, class Type>
+inline constexpr bool
+    part_asks_for_start<Member<Class, Type>> = is_optional<std::remove_cv_t<Type>> ||
+                                               detail::asks_for_start<std::remove_cv_t<Type>>();
+template <class Class, class Type, class Check>
+inline constexpr bool part_asks_for_start<CheckedMember<Class, Type, Check>> =
+    part_asks_for_start<Member<Class, Type>>;
+template <class... Parts>
+inline constexpr bool part_asks_for_start<std::tuple<Parts...>> =
+    !detail::all_of({true, !part_asks_for_start<Parts>...});
+template <class Numbers, class... Parts>
+inline constexpr bool part_asks_for_start<Table<Numbers, Parts...>> =
+    part_asks_for_start<std::tuple<Parts...>>;
+
+template <class T>
+inline constexpr bool elements_ask_for_start = false;
+template <class T, std::size_t Length>
+inline constexpr bool elements_ask_for_start<std::array<T, Length>> = detail::asks_for_start<T>();
+template <class First, class Second>
+inline constexpr bool elements_ask_for_start<std::pair<First, Second>> =
+    detail::asks_for_start<First>() || detail::asks_for_start<Second>();
+template <class... Types>
+inline constexpr bool
+    elements_ask_for_start<std::tuple<Types...>> = (detail::asks_for_start<Types>() || ...);
+
+template <class T>
+constexpr bool asks_for_start() {
+    if constexpr (detail::category_of<T>() == Category::object) {
+        return part_asks_for_start<std::remove_cv_t<decltype(members<T>)>>;
+    } else {
+        return elements_ask_for_start<T>;
+    }
+}
+
 /// Where read() starts in a new T: the root, or an element that a container makes.
 template <class T>
 Start start_of_new() noexcept {
-    if constexpr (has_start<T>) {
+    if constexpr (detail::asks_for_start<T>()) {
         return detail::new_object<T>();
     } else {
         return Start(nullptr); // nobody asks
@@ -386,7 +427,7 @@ struct MemberWriters<Sink>::Of {
             return;
         }
         auto&& sink = member.sink();
-        if constexpr (has_start<Plain>) {
+        if constexpr (detail::asks_for_start<Plain>()) {
             const Start start = detail::part_of<T, Class, Type>(member.start, member.pointer);
             Converter<Plain>::template write<Sink>(sink, content, start);
         } else {
@@ -601,7 +642,7 @@ struct Converter<std::array<T, Length>, Category::other> {
         typename Sink::Elements elements(sink, Length);
         for (std::size_t i = 0; i < Length; ++i) {
             auto&& sink_of_element = elements.next();
-            if constexpr (has_start<T>) {
+            if constexpr (detail::asks_for_start<T>()) {
                 const Start start_of_element = detail::element_of<std::array<T, Length>>(start, i);
                 Converter<T>::template write<Sink>(sink_of_element, content[i], start_of_element);
             } else {
@@ -783,7 +824,7 @@ private:
     static void write_element(typename Sink::Elements& elements, const Type& content,
                               const Start& start) {
         auto&& sink = elements.next();
-        if constexpr (has_start<Type>) {
+        if constexpr (detail::asks_for_start<Type>()) {
             Converter<Type>::template write<Sink>(sink, content,
                                                   detail::element_of<Tuple, I>(start));
         } else {

@@ -478,7 +478,7 @@ public:
     template <class T>
     const void* base_of_new() const {
         if constexpr (has_start<T>) {
-            return detail::start_of_new<T>().object(reader_.defaults()).object;
+            return reader_.defaults().template find<T>().object;
         } else {
             return &reader_;
         }
