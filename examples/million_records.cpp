@@ -1,6 +1,7 @@
 // A million records of a file, one per line, read into one object after the other and summed. The
 // memory in use is that of one record.
 #include <foundation/json/read.hpp>
+#include <foundation/json/records.hpp>
 
 #include <cstdint>
 #include <fstream>

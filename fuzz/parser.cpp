@@ -1,6 +1,6 @@
 /// @file
-/// The parser on any bytes, with any options. An error must have the right place. The value of an
-/// accepted text must be the same after it is written and parsed again, as read from a stream in
+/// The parser on any bytes, with any options. An error must have the right position. The value of
+/// an accepted text must be the same after it is written and parsed again, as read from a stream in
 /// pieces of any size, and as read by the tests' own reader. A Reader, token by token or with whole
 /// values, and Records in each framing must find the same values and errors.
 #include "expect.hpp"
@@ -83,7 +83,7 @@ bool is_ascii(std::string_view text) {
                        [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
 }
 
-// ---- The places of errors ----------------------------------------------------------------------
+// ---- The positions of errors ------------------------------------------------------------------
 
 /// The column of a position, counted in characters; a byte order mark at the start of the text does
 /// not count.
@@ -155,6 +155,8 @@ public:
         check_stream(value, failure);
         expect_equal(test::disagreement_in_pieces_of(text_, options_, piece_), std::string(),
                      "what differs in another way to parse");
+        expect_equal(test::disagreement_within(text_, options_, text_.size() % 61, piece_),
+                     std::string(), "what differs with a limit");
         const std::vector<std::string> values = values_of_stream(piece_);
         expect(values == values_of_stream(text_.size() + 1), "pieces do not change the values");
         if (value) {

@@ -29,6 +29,9 @@ ReadOptions options_of(Input& input) {
     if ((bits & 32) != 0) {
         options.max_depth = input.below(8);
     }
+    if ((bits & 64) != 0) {
+        options.max_errors = input.below(5);
+    }
     return options;
 }
 

@@ -79,7 +79,7 @@ void write_parts(Writer& writer, const Value& value) {
 
 void check_value(WriteOptions options, const Value& value) {
     if (!has_good_names(value)) {
-        // They have no place in the order of UTF-16.
+        // They have no position in the order of UTF-16.
         options.member_order = WriteOptions::MemberOrder::as_given;
     }
     const std::string expected = test::stringified(value, options);

@@ -261,6 +261,22 @@ int main() {
         //! [read error]
     }
 
+    snippet("several errors");
+    {
+        const Value value = Object{{"host", 7}, {"port", "80"}};
+        //! [several errors]
+        ConvertOptions options;
+        options.max_errors = 20;
+        try {
+            const auto server = to<Server>(value, options);
+        } catch (const ConversionError& error) {
+            for (const ConversionProblem& problem : error.errors()) {
+                std::cout << problem.pointer << " - " << problem.message << '\n';
+            }
+        }
+        //! [several errors]
+    }
+
     snippet("read into");
     {
         const std::vector<std::string> lines{R"({"host":"a"})", R"({"host":"b"})"};

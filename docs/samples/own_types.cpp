@@ -5,6 +5,7 @@
 #include <foundation/json/convert.hpp>
 #include <foundation/json/json.hpp>
 #include <foundation/json/read.hpp>
+#include <foundation/json/records.hpp>
 #include <foundation/json/write.hpp>
 
 #include <chrono>
@@ -405,6 +406,20 @@ int main() {
             //                                 ^
         }
         //! [error in a file]
+    }
+
+    snippet("several errors in a file");
+    {
+        //! [several errors in a file]
+        ReadOptions options;
+        options.unknown_members = ConvertOptions::UnknownMembers::error;
+        options.max_errors = 20;
+        try {
+            const auto servers = read_file<std::vector<Server>>("servers_bad.json", options);
+        } catch (const ReadError& error) {
+            std::cout << error.what() << '\n';
+        }
+        //! [several errors in a file]
     }
 
     snippet("records of a type");

@@ -11,17 +11,53 @@
 #include <foundation/json/detail/quoted.hpp>
 
 #include <algorithm>
+#include <memory>
 #include <new>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace foundation::json {
 
+namespace {
+
+std::vector<ConversionProblem> one_problem(std::string pointer, const std::string& message) {
+    std::vector<ConversionProblem> result(1);
+    result[0].pointer = std::move(pointer);
+    result[0].message = message;
+    return result;
+}
+
+std::string lines_of(const std::vector<ConversionProblem>& errors, bool cuts_off) {
+    std::string result;
+    for (const ConversionProblem& error : errors) {
+        result += result.empty() ? "" : "\n";
+        result += detail::describe_location(error.pointer) + error.message;
+    }
+    return cuts_off ? result + '\n' + detail::cut_off_line(errors.size()) : result;
+}
+
+} // namespace
+
 ConversionError::ConversionError(std::string pointer, const std::string& problem)
-    : std::runtime_error(detail::describe_location(pointer) + problem),
-      pointer_(std::make_shared<const std::string>(std::move(pointer))) {}
+    : ConversionError(one_problem(std::move(pointer), problem)) {}
+
+ConversionError::ConversionError(std::vector<ConversionProblem> errors, bool cuts_off)
+    : std::runtime_error(lines_of(errors, cuts_off)), is_cut_off_(cuts_off) {
+    if (errors.empty()) {
+        throw std::invalid_argument("foundation::json::ConversionError: there is no error");
+    }
+    errors_ = std::make_shared<const std::vector<ConversionProblem>>(std::move(errors));
+}
 
 ConversionError::~ConversionError() = default;
 
 namespace detail {
+
+bool is_undefined(const Value& value) noexcept {
+    return kind_of(value) == Kind::undefined;
+}
 
 // ---- Locations and errors -------------------------------------------------------------------
 
@@ -64,10 +100,13 @@ void fail(const Location& location, const std::string& problem) {
 
 namespace {
 
-/// What an error says after its location.
-std::string problem_of(const ConversionError& error) {
-    const std::string what = error.std::runtime_error::what(); // not that of a derived class
-    return what.substr(describe_location(error.pointer()).size());
+/// Errors within the value at a location.
+ConversionError located_within(const std::string& pointer, const ConversionError& error) {
+    std::vector<ConversionProblem> errors = error.errors();
+    for (ConversionProblem& problem : errors) {
+        problem.pointer.insert(0, pointer);
+    }
+    return ConversionError(std::move(errors), error.is_cut_off());
 }
 
 } // namespace
@@ -78,7 +117,7 @@ void fail_current(const Location& location) {
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const ConversionError& error) {
-        throw ConversionError(location.pointer() + error.pointer(), problem_of(error));
+        throw located_within(location.pointer(), error);
     } catch (const std::exception& error) {
         fail(location, error.what());
     }
@@ -90,7 +129,8 @@ std::string problem_at(const Location& location) {
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const ConversionError& error) {
-        return error.pointer() == location.pointer() ? problem_of(error) : error.what();
+        return error.pointer() == location.pointer() ? error.errors().front().message
+                                                     : error.what();
     } catch (const std::exception& error) {
         return error.what();
     }
@@ -124,6 +164,66 @@ void fail_enumerator(const Location& location, const std::string& number, const 
     fail(location, "the enumerator " + number + " has no name" + list_of("; named are ", names));
 }
 
+// ---- Several errors --------------------------------------------------------------------------
+
+struct ErrorCollector::Errors {
+    std::vector<ConversionProblem> list;
+    std::size_t bytes = 0; ///< of the strings in it
+    bool is_cut_off = false;
+};
+
+ErrorCollector::ErrorCollector(const ConvertOptions& options) noexcept
+    : max_errors_(options.max_errors) {}
+ErrorCollector::~ErrorCollector() = default;
+
+bool ErrorCollector::note_current() {
+    // Of the strings of all errors: long names may be repeated in many pointers.
+    constexpr std::size_t most_bytes = 4 << 20;
+    try {
+        throw;
+    } catch (const ConversionError& error) {
+        if (errors_ == nullptr) {
+            errors_ = std::make_unique<Errors>();
+        }
+        ++noted_;
+        errors_->is_cut_off = errors_->is_cut_off || error.is_cut_off();
+        for (const ConversionProblem& problem : error.errors()) {
+            errors_->list.push_back(problem);
+            errors_->bytes += problem.pointer.size() + problem.message.size();
+            if (errors_->list.size() == max_errors_ || errors_->bytes > most_bytes) {
+                errors_->is_cut_off = true;
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+void ErrorCollector::fail() {
+    // Whoever catches this within the conversion notes the errors again.
+    Errors errors = std::exchange(*errors_, {});
+    throw ConversionError(std::move(errors.list), errors.is_cut_off);
+}
+
+void note_current(Session& session) {
+    ErrorCollector* const collector = session.collector;
+    if (collector == nullptr) {
+        throw;
+    }
+    if (!collector->note_current()) {
+        session.collector = nullptr; // what is thrown now passes through all converters
+        collector->fail();
+    }
+}
+
+void report(const Location& location, const std::string& problem, Session& session) {
+    try {
+        fail(location, problem);
+    } catch (const ConversionError&) {
+        note_current(session);
+    }
+}
+
 // ---- Names -----------------------------------------------------------------------------------
 
 std::size_t find_enumerator(const NameTable& names, const Value& value, const Location& location) {
@@ -139,6 +239,14 @@ std::size_t find_enumerator(const NameTable& names, const Value& value, const Lo
 // ---- Members ---------------------------------------------------------------------------------
 
 namespace {
+
+std::string missing(std::string_view name) {
+    return "the required member " + detail::quoted(name) + " is missing";
+}
+
+std::string unknown(std::string_view name, const NameTable& names) {
+    return "the member " + detail::quoted(name) + " is unknown" + list_of("; known are ", names);
+}
 
 /// Finds the members of an object that a table names.
 ///
@@ -218,8 +326,7 @@ private:
     void check_required(const Location& location) const {
         for (std::size_t i = 0; i < table_.names.count; ++i) {
             if (table_.required[i] && found_[i] == nullptr) {
-                fail(location, "the required member " + detail::quoted(table_.names.names[i]) +
-                                   " is missing");
+                fail(location, missing(table_.names.names[i]));
             }
         }
     }
@@ -229,9 +336,7 @@ private:
         while (find_name(table_.names, member->first) != table_.names.count) {
             ++member;
         }
-        fail(Location(location, member->first), "the member " + detail::quoted(member->first) +
-                                                    " is unknown" +
-                                                    list_of("; known are ", table_.names));
+        fail(Location(location, member->first), unknown(member->first, table_.names));
     }
 
     const MemberTable& table_;
@@ -254,19 +359,89 @@ Container& make(Value& target, Container container) {
     return ValueAccess::content<Container>(target);
 }
 
+/// Notes all that is wrong with the names of an object, in which MemberFinder has found an error.
+void note_names(const MemberTable& table, const Value** found, const Object& object,
+                const Location& location, Session& session) {
+    const NameTable& names = table.names;
+    for (const auto& [name, value] : object) {
+        const std::size_t number = find_name(names, name);
+        if (number != names.count) {
+            found[number] = kind_of(value) != Kind::undefined ? &value : nullptr;
+        } else if (session.options.unknown_members == ConvertOptions::UnknownMembers::error) {
+            report(Location(location, name), unknown(name, names), session);
+        }
+    }
+    for (std::size_t i = 0; i < names.count; ++i) {
+        if (table.required[i] && found[i] == nullptr) {
+            report(location, missing(names.names[i]), session);
+        }
+    }
+}
+
+/// Reads the members after one that cannot be read.
+void read_rest(std::size_t next, const MemberTable& table, const ReadMember* readers, void* object,
+               const Value* const* found, const Location& location, Session& session) {
+    for (std::size_t i = next; i < table.names.count; ++i) {
+        if (found[i] != nullptr) {
+            try {
+                readers[i](object, table.pointers[i], *found[i],
+                           Location(location, table.names.names[i]), session);
+            } catch (const ConversionError&) {
+                note_current(session);
+            }
+        }
+    }
+}
+
 } // namespace
+
+void find_members(const MemberTable& table, const Value** found, const Value& value,
+                  const Location& location, Session& session) {
+    const Object& source = content_at<Object>(value, location);
+    try {
+        MemberFinder(table, source, found).find(location, session);
+    } catch (const ConversionError&) {
+        if (session.collector == nullptr) {
+            throw;
+        }
+        note_names(table, found, source, location, session);
+    }
+}
 
 void read_members(const MemberTable& table, const ReadMember* readers, void* object,
                   const Value** found, const Value& value, const Location& location,
                   Session& session) {
-    MemberFinder(table, content_at<Object>(value, location), found).find(location, session);
+    find_members(table, found, value, location, session);
+    // Errors are caught outside of the loop, and what follows them is done elsewhere: so what has
+    // no errors takes no more time.
     const MemberTable members = table;
-    for (std::size_t i = 0; i < members.names.count; ++i) {
-        if (found[i] != nullptr) {
-            readers[i](object, members.pointers[i], *found[i],
-                       Location(location, members.names.names[i]), session);
+    std::size_t i = 0;
+    try {
+        for (; i < members.names.count; ++i) {
+            if (found[i] != nullptr) {
+                readers[i](object, members.pointers[i], *found[i],
+                           Location(location, members.names.names[i]), session);
+            }
         }
+    } catch (const ConversionError&) {
+        note_current(session);
+        read_rest(i + 1, table, readers, object, found, location, session);
     }
+}
+
+std::size_t take_tag(std::string_view member, const NameTable& names, const Value& value,
+                     const Location& location, Value& rest) {
+    const std::string name(member);
+    const auto& object = content_at<Object>(value, location);
+    const auto found = object.find(name);
+    if (found == object.end() || is_undefined(found->second)) {
+        fail(location, missing(name));
+    }
+    const std::size_t number = find_enumerator(names, found->second, Location(location, name));
+    Object others(object);
+    others.erase(name);
+    rest = Value(std::move(others));
+    return number;
 }
 
 void write_members(const MemberTable& table, const WriteMember* writers, const void* object,

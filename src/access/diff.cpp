@@ -161,7 +161,7 @@ std::vector<std::uint64_t> hashes_of(const Array& elements,
 }
 
 /// Whether some of the elements that differ between arrays of the same length may be the same ones
-/// in other places, and not elements that have changed where they are.
+/// in other positions, and not elements that have changed where they are.
 bool may_have_moved(const Array& from, const Array& to, const std::vector<std::size_t>& different) {
     constexpr std::size_t few = 16;
     const bool are_apart =
@@ -221,9 +221,9 @@ private:
 
 /// Turns one value into another by operations.
 ///
-/// Containers in the same place on both sides are compared one after the other, without recursion,
-/// since values may nest deeply. The operations on the elements of an array come before those
-/// within them, whose indices are then the final ones.
+/// Containers at the same location on both sides are compared one after the other, without
+/// recursion, since values may nest deeply. The operations on the elements of an array come before
+/// those within them, whose indices are then the final ones.
 class Diff {
 public:
     Diff(const Value& from, const Value& to) : from_(from), to_(to) {}
@@ -250,7 +250,7 @@ private:
         std::size_t index;
     };
 
-    /// Containers in the same place.
+    /// Containers at the same location.
     struct Pair {
         const Value* from;
         const Value* to;

@@ -423,7 +423,7 @@ void Draft::prepare_root() {
 
 namespace {
 
-/// Moves content to the places where a list of elements has it.
+/// Moves content to the positions where a list of elements has it.
 void move_in_place(Array& elements, std::size_t old_size, std::size_t kept,
                    const std::vector<Value*>& rest) noexcept {
     // First what moves to the front, front to back, then what moves to the back, back to front:

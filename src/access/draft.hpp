@@ -80,7 +80,7 @@ public:
     /// Replaces what is at the target, or adds an element or member.
     /// @param content  loses its content, and gets it back if the draft is not committed; must
     ///                 outlive the draft
-    /// @return the content at its place, as long as nothing is committed
+    /// @return the content where it is, as long as nothing is committed
     Value& put(const Target& target, Value& content);
 
     /// As put(), but in an array it inserts.

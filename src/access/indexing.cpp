@@ -68,7 +68,7 @@ struct Length : boost::static_visitor<std::size_t> {
 
     template <class Other>
     std::size_t operator()(const Other&) const {
-        // The missing blank before the name is part of the message.
+        // The missing space before the name is part of the message.
         throw std::runtime_error(
             std::string("json::Value::length not supported for values of type:") +
             traits<Other>::name);

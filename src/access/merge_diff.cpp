@@ -34,7 +34,7 @@ public:
 private:
     using Members = Object::const_iterator;
 
-    /// Objects in the same place.
+    /// Objects at the same location.
     struct Level {
         const std::string* name; ///< null for the root
         Members from;

@@ -254,6 +254,7 @@ bool Cursor<Input>::skip_comment(const char*& at) {
         behind = end();
     }
     if (behind - at < 2 || !begins_comment(at[1])) {
+        check_length_of_token(at + 1, at + 1); // the error is behind the slash
         return false;
     }
     const char second = at[1];

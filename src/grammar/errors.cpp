@@ -89,12 +89,12 @@ std::string_view literal_like(std::string_view word) noexcept {
     return found == literals.end() ? std::string_view() : *found;
 }
 
-/// Moves a place in a text back to where its character begins, but not before `begin`.
-std::size_t character_begin(std::string_view text, std::size_t begin, std::size_t place) noexcept {
-    while (place > begin && place < text.size() && is_continuation(text[place])) {
-        --place;
+/// Moves a position in a text back to where its character begins, but not before `begin`.
+std::size_t character_begin(std::string_view text, std::size_t begin, std::size_t offset) noexcept {
+    while (offset > begin && offset < text.size() && is_continuation(text[offset])) {
+        --offset;
     }
-    return place;
+    return offset;
 }
 
 /// A text, cut to the length that a message quotes.
@@ -170,10 +170,10 @@ bool is_file_name(std::string_view text) noexcept {
 
 // ---- Where it failed -------------------------------------------------------------------------
 
-void Errors::fail(ParseResult result, const char* place, const std::string& what) const {
+void Errors::fail(ParseResult result, const char* at, const std::string& what) const {
     const std::string_view text = context_.text;
-    const auto position = static_cast<std::size_t>(place - text.data());
-    const TextPosition failed = context_.position_of(place);
+    const auto position = static_cast<std::size_t>(at - text.data());
+    const TextPosition failed = context_.position_of(at);
 
     const std::size_t line_feed = text.substr(0, position).rfind('\n');
     const std::size_t text_begin = context_.begin.byte == 0 ? mark_length(text) : 0;
@@ -198,17 +198,17 @@ void Errors::fail(ParseResult result, const char* place, const std::string& what
                           position - begin, std::string(text.substr(begin, end - begin)));
 }
 
-/// The name of the character at a place in messages.
-/// @param place  not the end
-std::string Errors::name_of(const char* place) const {
-    if (is_ascii(*place)) {
-        return name_of_ascii(*place);
+/// The name of the character there, for messages.
+/// @param at  not the end
+std::string Errors::name_of(const char* at) const {
+    if (is_ascii(*at)) {
+        return name_of_ascii(*at);
     }
-    const Utf8Sequence sequence = utf8_sequence(place, end());
+    const Utf8Sequence sequence = utf8_sequence(at, end());
     if (!sequence.complete) {
-        return hexadecimal(static_cast<unsigned char>(*place), 2, "byte 0x");
+        return hexadecimal(static_cast<unsigned char>(*at), 2, "byte 0x");
     }
-    const std::string_view bytes(place, sequence.length);
+    const std::string_view bytes(at, sequence.length);
     const std::uint32_t code = code_point(bytes);
     if (class_of(code) == CharacterClass::visible) {
         return in_quotes(bytes);
@@ -216,126 +216,125 @@ std::string Errors::name_of(const char* place) const {
     return hexadecimal(code, code < 0x10000 ? 4 : code < 0x100000 ? 5 : 6, "U+");
 }
 
-/// Whether a quotation mark of printed text is at a place.
-/// @param place  not the end
-bool Errors::is_curly_quote(const char* place) const noexcept {
+/// Whether a quotation mark of printed text is there.
+/// @param at  not the end
+bool Errors::is_curly_quote(const char* at) const noexcept {
     constexpr std::uint32_t first = 0x2018;
     constexpr std::uint32_t last = 0x201F;
-    if (is_ascii(*place)) {
+    if (is_ascii(*at)) {
         return false;
     }
-    const Utf8Sequence sequence = utf8_sequence(place, end());
-    const std::uint32_t code = sequence.complete ? code_point({place, sequence.length}) : 0;
+    const Utf8Sequence sequence = utf8_sequence(at, end());
+    const std::uint32_t code = sequence.complete ? code_point({at, sequence.length}) : 0;
     return first <= code && code <= last;
 }
 
-std::string_view Errors::word_at(const char* place) const noexcept {
+std::string_view Errors::word_at(const char* at) const noexcept {
     const char* const behind =
-        std::find_if_not(place, end(), [](char byte) { return continues_word(byte); });
-    return {place, static_cast<std::size_t>(behind - place)};
+        std::find_if_not(at, end(), [](char byte) { return continues_word(byte); });
+    return {at, static_cast<std::size_t>(behind - at)};
 }
 
 // ---- Values ----------------------------------------------------------------------------------
 
 /// Fails if a comment begins and the option comments is off, or if one is begun wrongly.
-void Errors::check_comment(const char* place, ParseResult result) const {
-    const char* const second = place + 1;
+void Errors::check_comment(const char* at, ParseResult result) const {
+    const char* const second = at + 1;
     if (!options_.comments) {
-        if (*place == '/' && second != end() && begins_comment(*second)) {
-            fail(result, place, "found a comment: the option comments allows it");
+        if (*at == '/' && second != end() && begins_comment(*second)) {
+            fail(result, at, "found a comment: the option comments allows it");
         }
-    } else if (*place == '/') {
+    } else if (*at == '/') {
         if (second == end()) {
-            bad_comment(second, context_.position_of(place));
+            bad_comment(second, context_.position_of(at));
         }
         fail(result, second,
              "found " + name_of(second) + " after '/': a comment begins with // or /*");
-    } else if (*place == '#') {
-        fail(result, place, "found '#': a comment begins with // or /*");
+    } else if (*at == '#') {
+        fail(result, at, "found '#': a comment begins with // or /*");
     }
 }
 
 /// Fails if a word begins right behind a string or number.
-/// @param place  neither the beginning nor the end of the text
-void Errors::check_glued(const char* place, ParseResult result) const {
-    if (place[-1] == '"' && continues_word(*place)) {
-        fail(UNESCAPED_QUOTE, place,
-             "found " + name_of(place) +
+/// @param at  neither the beginning nor the end of the text
+void Errors::check_glued(const char* at, ParseResult result) const {
+    if (at[-1] == '"' && continues_word(*at)) {
+        fail(UNESCAPED_QUOTE, at,
+             "found " + name_of(at) +
                  " right after a string: a quote within a string is written \\\"");
     }
-    if (is_digit(place[-1]) && continues_number(*place)) {
-        fail(result, place, "found " + name_of(place) + " right after a number");
+    if (is_digit(at[-1]) && continues_number(*at)) {
+        fail(result, at, "found " + name_of(at) + " right after a number");
     }
 }
 
-void Errors::no_value(const char* place, const Opening& opening, bool after_comma) const {
+void Errors::no_value(const char* at, const Opening& opening, bool after_comma) const {
     const bool in_array = opening.bracket == '[';
-    if (place == end()) {
+    if (at == end()) {
         if (opening.bracket == '\0') {
-            fail(EMPTY_INPUT, place, "the document is empty");
+            fail(EMPTY_INPUT, at, "the document is empty");
         }
         ends_within(in_array && !after_comma ? MISSING_ARRAY_CLOSE : UNEXPECTED_END_OF_INPUT,
                     opening);
     }
-    if (*place == ']' && after_comma) {
-        fail(MISSING_ARRAY_CLOSE, place,
+    if (*at == ']' && after_comma) {
+        fail(MISSING_ARRAY_CLOSE, at,
              "found ']' after a comma: the option trailing_commas allows it");
     }
-    if (opening.bracket == '\0' && (*place == ']' || *place == '}')) {
-        const bool array = *place == ']';
-        fail(array ? MISSING_ARRAY_OPEN : MISSING_OBJECT_OPEN, place,
+    if (opening.bracket == '\0' && (*at == ']' || *at == '}')) {
+        const bool array = *at == ']';
+        fail(array ? MISSING_ARRAY_OPEN : MISSING_OBJECT_OPEN, at,
              array ? "found ']' without a '[' before it" : "found '}' without a '{' before it");
     }
-    check_comment(place, MISSING_LEADING_DIGIT);
-    const std::string_view word = word_at(place);
+    check_comment(at, MISSING_LEADING_DIGIT);
+    const std::string_view word = word_at(at);
     if (is_not_finite(word)) {
-        fail(MISSING_LEADING_DIGIT, place, std::string(word) + " is not a JSON number");
+        fail(MISSING_LEADING_DIGIT, at, std::string(word) + " is not a JSON number");
     }
-    if (*place == '\'') {
-        fail(MISSING_LEADING_QUOTE, place,
+    if (*at == '\'') {
+        fail(MISSING_LEADING_QUOTE, at,
              "found a single quote: strings are written in double quotes");
     }
-    if (*place == '+') {
-        fail(MISSING_LEADING_DIGIT, place, "found '+': numbers have no plus sign");
+    if (*at == '+') {
+        fail(MISSING_LEADING_DIGIT, at, "found '+': numbers have no plus sign");
     }
-    if (*place == '.') {
-        fail(MISSING_LEADING_DIGIT, place, "found '.': numbers have a digit before it");
+    if (*at == '.') {
+        fail(MISSING_LEADING_DIGIT, at, "found '.': numbers have a digit before it");
     }
     const std::string_view literal = literal_like(word);
     if (!literal.empty()) {
-        fail(literal == "null" ? NULL_MISMATCH : BOOLEAN_MISMATCH, place,
+        fail(literal == "null" ? NULL_MISMATCH : BOOLEAN_MISMATCH, at,
              "found " + in_quotes(word) + ": " + std::string(literal) +
                  " is written in lower case");
     }
-    if (is_letter(*place)) {
-        fail(MISSING_LEADING_QUOTE, place,
+    if (is_letter(*at)) {
+        fail(MISSING_LEADING_QUOTE, at,
              "found " + in_quotes(shortened(word)) +
                  " where a value should begin: strings are written in double quotes");
     }
-    if (in_array && *place == '}') {
-        fail(MISSING_LEADING_DIGIT, place,
+    if (in_array && *at == '}') {
+        fail(MISSING_LEADING_DIGIT, at,
              "found '}' where a value should begin: the array begins " + where(opening.position));
     }
-    const bool utf8 = is_ascii(*place) || utf8_sequence(place, end()).complete;
+    const bool utf8 = is_ascii(*at) || utf8_sequence(at, end()).complete;
     const char* const hint = !utf8 ? ": the text is not UTF-8"
-                             : is_curly_quote(place)
+                             : is_curly_quote(at)
                                  ? ": strings are written in straight double quotes"
                                  : "";
-    fail(MISSING_LEADING_DIGIT, place,
-         "found " + name_of(place) + " where a value should begin" + hint);
+    fail(MISSING_LEADING_DIGIT, at, "found " + name_of(at) + " where a value should begin" + hint);
 }
 
-void Errors::bad_word(const char* word, const char* place) const {
+void Errors::bad_word(const char* word, const char* at) const {
     const ParseResult result = *word == 'n' ? NULL_MISMATCH : BOOLEAN_MISMATCH;
     const std::string_view whole = word_at(word);
-    if (place == end()) {
-        fail(result, place, "the text ends within " + in_quotes(whole));
+    if (at == end()) {
+        fail(result, at, "the text ends within " + in_quotes(whole));
     }
     if (is_not_finite(whole)) {
-        fail(result, place, std::string(whole) + " is not a JSON number");
+        fail(result, at, std::string(whole) + " is not a JSON number");
     }
     const char* const meant = *word == 'n' ? "null" : *word == 't' ? "true" : "false";
-    fail(result, place,
+    fail(result, at,
          "found " + in_quotes(shortened(whole)) + " where " + meant +
              " may be meant, or a string in double quotes");
 }
@@ -364,52 +363,51 @@ void Errors::too_large(const char* number, const char* number_end) const {
 }
 
 void Errors::bad_string(const StringToken& token) const {
-    const char* const place = token.end;
+    const char* const at = token.end;
     switch (token.error) {
     case StringError::text_ends:
-        fail(MISSING_TRAILING_QUOTE, place, "the text ends within a string");
+        fail(MISSING_TRAILING_QUOTE, at, "the text ends within a string");
     case StringError::line_ends:
-        fail(MISSING_TRAILING_QUOTE, place,
+        fail(MISSING_TRAILING_QUOTE, at,
              std::string("the line ends before the closing quote of a string, where a line end is "
                          "written ") +
-                 (*place == '\n' ? "\\n" : "\\r"));
+                 (*at == '\n' ? "\\n" : "\\r"));
     case StringError::control:
-        fail(INVALID_ESCAPE_SEQUENCE, place,
-             "found " + name_of(place) + " in a string, where it is written " +
-                 (*place == '\t' ? "\\t"
-                                 : hexadecimal(static_cast<unsigned char>(*place), 4, "\\u")));
+        fail(INVALID_ESCAPE_SEQUENCE, at,
+             "found " + name_of(at) + " in a string, where it is written " +
+                 (*at == '\t' ? "\\t" : hexadecimal(static_cast<unsigned char>(*at), 4, "\\u")));
     case StringError::escape:
-        fail(INVALID_ESCAPE_SEQUENCE, place,
-             "found " + name_of(place) +
+        fail(INVALID_ESCAPE_SEQUENCE, at,
+             "found " + name_of(at) +
                  // With escapes as in the other texts. NOLINTNEXTLINE(modernize-raw-string-literal)
                  " after '\\' in a string: a backslash itself is written \\\\");
     case StringError::escape_ends:
     case StringError::unicode_escape:
-        if (place == end()) {
-            fail(INCOMPLETE_ESCAPE_SEQUENCE, place, "the text ends within a string");
+        if (at == end()) {
+            fail(INCOMPLETE_ESCAPE_SEQUENCE, at, "the text ends within a string");
         }
-        fail(*place == '"' ? INCOMPLETE_ESCAPE_SEQUENCE : INVALID_UNICODE_ESCAPE, place,
-             "found " + name_of(place) + " within the four hexadecimal digits after \\u");
+        fail(*at == '"' ? INCOMPLETE_ESCAPE_SEQUENCE : INVALID_UNICODE_ESCAPE, at,
+             "found " + name_of(at) + " within the four hexadecimal digits after \\u");
     default:
-        not_utf8(place);
+        not_utf8(at);
     }
 }
 
-void Errors::not_utf8(const char* place) const {
-    fail(INVALID_UNICODE_ESCAPE, place,
-         (is_ascii(*place) ? "the text is not UTF-8: a character is cut off before "
-                           : "the text is not UTF-8: found ") +
-             (is_ascii(*place) ? name_of_ascii(*place)
-                               : hexadecimal(static_cast<unsigned char>(*place), 2, "byte 0x")));
+void Errors::not_utf8(const char* at) const {
+    fail(INVALID_UNICODE_ESCAPE, at,
+         (is_ascii(*at) ? "the text is not UTF-8: a character is cut off before "
+                        : "the text is not UTF-8: found ") +
+             (is_ascii(*at) ? name_of_ascii(*at)
+                            : hexadecimal(static_cast<unsigned char>(*at), 2, "byte 0x")));
 }
 
 /// @param comment  where the comment begins
-void Errors::bad_comment(const char* place, const TextPosition& comment) const {
-    if (place == end()) {
-        fail(UNEXPECTED_END_OF_INPUT, place,
+void Errors::bad_comment(const char* at, const TextPosition& comment) const {
+    if (at == end()) {
+        fail(UNEXPECTED_END_OF_INPUT, at,
              "the text ends within the comment that begins " + where(comment));
     }
-    not_utf8(place);
+    not_utf8(at);
 }
 
 // ---- Between values --------------------------------------------------------------------------
@@ -420,95 +418,95 @@ void Errors::ends_within(ParseResult result, const Opening& opening) const {
              where(opening.position));
 }
 
-void Errors::no_name(const char* place, const Opening& opening, bool after_comma) const {
-    if (place == end()) {
+void Errors::no_name(const char* at, const Opening& opening, bool after_comma) const {
+    if (at == end()) {
         ends_within(after_comma ? UNEXPECTED_END_OF_INPUT : MISSING_OBJECT_CLOSE, opening);
     }
-    if (*place == '}') { // without a comma before it, it closes the object
-        fail(MISSING_OBJECT_CLOSE, place,
+    if (*at == '}') { // without a comma before it, it closes the object
+        fail(MISSING_OBJECT_CLOSE, at,
              "found '}' after a comma: the option trailing_commas allows it");
     }
-    check_comment(place, MISSING_LEADING_QUOTE);
-    const std::string_view word = word_at(place);
+    check_comment(at, MISSING_LEADING_QUOTE);
+    const std::string_view word = word_at(at);
     std::string found = in_quotes(shortened(word));
     if (word.empty()) {
-        found = name_of(place);
+        found = name_of(at);
     }
     std::string what = "found " + found + " where a name should begin";
-    if (is_bracket(*place)) {
+    if (is_bracket(*at)) {
         what += ": the object begins " + where(opening.position);
-    } else if (is_curly_quote(place)) {
+    } else if (is_curly_quote(at)) {
         what += ": names are written in straight double quotes";
-    } else if (*place != ',') {
+    } else if (*at != ',') {
         what += ": names are written in double quotes";
     }
-    fail(MISSING_LEADING_QUOTE, place, what);
+    fail(MISSING_LEADING_QUOTE, at, what);
 }
 
-void Errors::no_colon(const char* place, const Opening& opening) const {
-    if (place == end()) {
+void Errors::no_colon(const char* at, const Opening& opening) const {
+    if (at == end()) {
         ends_within(MISSING_NAME_SEPARATOR, opening);
     }
-    check_comment(place, MISSING_NAME_SEPARATOR);
-    check_glued(place, MISSING_NAME_SEPARATOR);
-    fail(MISSING_NAME_SEPARATOR, place,
-         "found " + name_of(place) + " where ':' is expected after a name");
+    check_comment(at, MISSING_NAME_SEPARATOR);
+    check_glued(at, MISSING_NAME_SEPARATOR);
+    fail(MISSING_NAME_SEPARATOR, at,
+         "found " + name_of(at) + " where ':' is expected after a name");
 }
 
-void Errors::no_separator(const char* place, const Opening& opening) const {
+void Errors::no_separator(const char* at, const Opening& opening) const {
     const bool array = opening.bracket == '[';
     const ParseResult result = array ? MISSING_ARRAY_CLOSE : MISSING_OBJECT_CLOSE;
-    if (place == end()) {
+    if (at == end()) {
         ends_within(result, opening);
     }
-    check_comment(place, result);
-    check_glued(place, result);
+    check_comment(at, result);
+    check_glued(at, result);
     constexpr std::string_view first_bytes = "\"'[{-";
-    if (continues_word(*place) || first_bytes.find(*place) != std::string_view::npos) {
-        fail(result, place, "a comma is missing before " + name_of(place));
+    if (continues_word(*at) || first_bytes.find(*at) != std::string_view::npos) {
+        fail(result, at, "a comma is missing before " + name_of(at));
     }
-    std::string what = "found " + name_of(place) + " where ";
+    std::string what = "found " + name_of(at) + " where ";
     what += array ? "',' or ']' is expected" : "',' or '}' is expected";
-    if (is_bracket(*place) || (array && *place == ':')) {
+    if (is_bracket(*at) || (array && *at == ':')) {
         what += ": the " + container_name(opening) + " begins " + where(opening.position);
     }
-    fail(result, place, what);
+    fail(result, at, what);
 }
 
 /// @param last  the last byte of the value
-void Errors::after_value(const char* place, char last) const {
-    check_comment(place, MISSING_ARRAY_OPEN);
-    const bool of_object = *place == '}' || *place == ':';
+void Errors::after_value(const char* at, char last) const {
+    check_comment(at, MISSING_ARRAY_OPEN);
+    const bool of_object = *at == '}' || *at == ':';
     const ParseResult result = of_object ? MISSING_OBJECT_OPEN : MISSING_ARRAY_OPEN;
-    check_glued(place, result);
-    std::string what = "found " + name_of(place) + " after ";
+    check_glued(at, result);
+    std::string what = "found " + name_of(at) + " after ";
     if (is_bracket(last)) {
         what += "the " + in_quotes({&last, 1}) + " that ends the value";
     } else {
         what += "the end of the value";
     }
-    fail(result, place, what);
+    fail(result, at, what);
 }
 
-void Errors::too_deep(const char* place) const {
-    fail(*place == '[' ? MISSING_ARRAY_CLOSE : MISSING_OBJECT_CLOSE, place,
+void Errors::too_deep(const char* at) const {
+    fail(*at == '[' ? MISSING_ARRAY_CLOSE : MISSING_OBJECT_CLOSE, at,
          "nested deeper than " + std::to_string(options_.max_depth) +
              " levels: the option max_depth is the limit");
 }
 
-void Errors::too_long(const char* place, std::size_t max_bytes) const {
-    fail(UNEXPECTED_END_OF_INPUT, place,
+void Errors::too_long(const char* at, std::size_t max_bytes) const {
+    fail(UNEXPECTED_END_OF_INPUT, at,
          "longer than " + std::to_string(max_bytes) +
              " bytes: the argument max_bytes is the limit");
 }
 
-void Errors::not_wanted(const char* place, const std::string& what) const {
-    fail(NO_PARSE_ERROR, place, what);
+void Errors::not_wanted(const char* at, const std::string& what) const {
+    fail(NO_PARSE_ERROR, at, what);
 }
 
-void Errors::duplicate_name(const char* place, const StringToken& name) const {
+void Errors::duplicate_name(const char* at, const StringToken& name) const {
     // As it is written, since a decoded escape may not be printable.
-    fail(MISSING_OBJECT_CLOSE, place,
+    fail(MISSING_OBJECT_CLOSE, at,
          "the name \"" + visible(shortened({name.text, name.size()})) +
              "\" occurs twice in an object: the option duplicate_names allows it");
 }

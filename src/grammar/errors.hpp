@@ -1,5 +1,5 @@
 /// @file
-/// Makes and throws the parser's exceptions, with message, place and quoted line.
+/// Makes and throws the parser's exceptions, with message, position and quoted line.
 #ifndef FOUNDATION_JSON_SRC_GRAMMAR_ERRORS_HPP
 #define FOUNDATION_JSON_SRC_GRAMMAR_ERRORS_HPP
 
@@ -25,33 +25,33 @@ public:
     Errors(const Context& context, const ParseOptions& options) noexcept
         : context_(context), options_(options) {}
 
-    [[noreturn]] void no_value(const char* place, const Opening& opening, bool after_comma) const;
-    [[noreturn]] void no_name(const char* place, const Opening& opening, bool after_comma) const;
-    [[noreturn]] void no_colon(const char* place, const Opening& opening) const;
-    [[noreturn]] void no_separator(const char* place, const Opening& opening) const;
-    [[noreturn]] void after_value(const char* place, char last) const;
-    [[noreturn]] void bad_word(const char* word, const char* place) const;
+    [[noreturn]] void no_value(const char* at, const Opening& opening, bool after_comma) const;
+    [[noreturn]] void no_name(const char* at, const Opening& opening, bool after_comma) const;
+    [[noreturn]] void no_colon(const char* at, const Opening& opening) const;
+    [[noreturn]] void no_separator(const char* at, const Opening& opening) const;
+    [[noreturn]] void after_value(const char* at, char last) const;
+    [[noreturn]] void bad_word(const char* word, const char* at) const;
     [[noreturn]] void bad_number(const NumberToken& token) const;
     [[noreturn]] void bad_string(const StringToken& token) const;
-    [[noreturn]] void bad_comment(const char* place, const TextPosition& comment) const;
+    [[noreturn]] void bad_comment(const char* at, const TextPosition& comment) const;
     [[noreturn]] void too_large(const char* number, const char* end) const;
-    [[noreturn]] void too_deep(const char* place) const;
-    [[noreturn]] void too_long(const char* place, std::size_t max_bytes) const;
+    [[noreturn]] void too_deep(const char* at) const;
+    [[noreturn]] void too_long(const char* at, std::size_t max_bytes) const;
     /// @param what  is wrong with a value, which is none of the text's errors
-    [[noreturn]] void not_wanted(const char* place, const std::string& what) const;
-    [[noreturn]] void duplicate_name(const char* place, const StringToken& name) const;
+    [[noreturn]] void not_wanted(const char* at, const std::string& what) const;
+    [[noreturn]] void duplicate_name(const char* at, const StringToken& name) const;
 
 private:
-    [[noreturn]] void fail(ParseResult result, const char* place, const std::string& what) const;
-    void check_comment(const char* place, ParseResult result) const;
-    [[noreturn]] void not_utf8(const char* place) const;
-    void check_glued(const char* place, ParseResult result) const;
+    [[noreturn]] void fail(ParseResult result, const char* at, const std::string& what) const;
+    void check_comment(const char* at, ParseResult result) const;
+    [[noreturn]] void not_utf8(const char* at) const;
+    void check_glued(const char* at, ParseResult result) const;
 
     const char* end() const noexcept { return context_.text.data() + context_.text.size(); }
     [[noreturn]] void ends_within(ParseResult result, const Opening& opening) const;
-    std::string name_of(const char* place) const;
-    bool is_curly_quote(const char* place) const noexcept;
-    std::string_view word_at(const char* place) const noexcept;
+    std::string name_of(const char* at) const;
+    bool is_curly_quote(const char* at) const noexcept;
+    std::string_view word_at(const char* at) const noexcept;
 
     Context context_;
     const ParseOptions& options_;

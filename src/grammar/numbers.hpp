@@ -5,6 +5,7 @@
 
 #include "number/decimal.hpp"
 #include "system/compiler.hpp"
+#include "text/byte_block.hpp"
 #include "text/characters.hpp"
 #include "text/words.hpp"
 
@@ -33,20 +34,6 @@ constexpr std::ptrdiff_t leading_digits(std::uint64_t word) noexcept {
     const std::uint64_t others =
         (((amounts & every * 0x7F) + every * 0x76) | amounts) & every * 0x80;
     return others == 0 ? digits_at_once : trailing_zeros(others) / 8;
-}
-
-/// The value of eight digits: joins neighbours to pairs, pairs to groups of four, and these to one
-/// number. Bytes that are 0 count as the digit 0.
-constexpr std::uint64_t eight_digits(std::uint64_t word) noexcept {
-    // Each product adds 10, 100 or 10000 times the lower neighbour to the higher one.
-    word = (word & 0x0F0F0F0F0F0F0F0F) * (10 << 8 | 1) >> 8;
-    word = (word & 0x00FF00FF00FF00FF) * (100 << 16 | 1) >> 16;
-    return (word & 0x0000FFFF0000FFFF) * (std::uint64_t{10000} << 32 | 1) >> 32;
-}
-
-inline std::uint64_t load_first_lowest(const char* from) noexcept {
-    const auto word = load_word<std::uint64_t>(from);
-    return little_endian ? word : bytes_reversed(word);
 }
 
 /// Appends the digits at the start of a word of text to a number, modulo 2^64.
@@ -135,53 +122,45 @@ struct UsualNumber {
     int exponent; ///< to base 10, at most 0
 };
 
-/// How many digits before the point are read one by one.
-constexpr std::ptrdiff_t few_digits = 3;
-
 /// The most bytes that scan_usual_number() looks at.
-constexpr std::ptrdiff_t usual_number_room = few_digits + 4 * digits_at_once + 2;
+constexpr std::ptrdiff_t usual_number_room = 5 * digits_at_once + 2;
+
+/// Appends the digits at the start of a text, at most Times times eight of them.
+template <int Times>
+[[gnu::always_inline]] inline const char* scan_few_times(const char* from,
+                                                         std::uint64_t& number) noexcept {
+    for (int i = 0; i != Times; ++i) {
+        const std::ptrdiff_t count = scan_eight_digits(from, number);
+        from += count;
+        if (count != digits_at_once) {
+            break;
+        }
+    }
+    return from;
+}
 
 /// Reads a number without its sign, if it has few digits and no exponent.
 [[gnu::always_inline]] inline UsualNumber scan_usual_number(const char* from) noexcept {
     constexpr UsualNumber unusual{nullptr, 0, 0};
     std::uint64_t digits = 0;
-    const char* place = from;
-    // One by one, since the processor predicts well how many there are.
-    while (place - from != few_digits && is_digit(*place)) {
-        digits = digits * 10 + static_cast<std::uint64_t>(*place - '0');
-        ++place;
-    }
-    if (place - from == few_digits) {
-        std::ptrdiff_t more = scan_eight_digits(place, digits);
-        place += more;
-        if (more == digits_at_once) {
-            place += scan_eight_digits(place, digits);
-        }
-    }
+    const char* place = scan_few_times<3>(from, digits);
     std::ptrdiff_t count = place - from;
-    if (count == 0 || count == few_digits + 2 * digits_at_once || (*from == '0' && count > 1)) {
+    if (count == 0 || count > Decimal::most_digits || (*from == '0' && count > 1)) {
         return unusual;
     }
     int exponent = 0;
     if (*place == '.') {
-        const char* const fraction = ++place;
-        std::ptrdiff_t more = scan_eight_digits(place, digits);
-        place += more;
-        if (more == digits_at_once) {
-            more = scan_eight_digits(place, digits);
-            place += more;
-        }
+        const char* const fraction = place + 1;
+        place = scan_few_times<2>(fraction, digits);
         const std::ptrdiff_t decimals = place - fraction;
         count += decimals;
         exponent = static_cast<int>(-decimals);
-        if (decimals == 0 || count > Decimal::most_digits || is_digit(*place)) {
+        if (decimals == 0 || count > Decimal::most_digits) {
             return unusual;
         }
     }
-    if (*place == 'e' || *place == 'E') {
-        return unusual;
-    }
-    return {place, digits, exponent};
+    const bool goes_on = is_digit(*place) || *place == 'e' || *place == 'E';
+    return goes_on ? unusual : UsualNumber{place, digits, exponent};
 }
 
 /// The most bytes that skip_usual_number() looks at.
@@ -221,12 +200,10 @@ template <int Times>
 /// A double holds each whole number up to this exactly.
 constexpr std::uint64_t largest_exact = std::uint64_t{1} << 53;
 
-/// Reads a number of the most frequent form, of few digits and without exponent.
-/// @param at  at a minus sign or a digit; usual_number_room and one more byte must be there
+/// Reads a number without its sign, of few digits and without exponent.
 /// @return the place behind it; null if it is another number
-[[gnu::always_inline]] inline const char* usual_number(const char* at, double& number) noexcept {
-    const bool negative = *at == '-';
-    const UsualNumber token = scan_usual_number(at + (negative ? 1 : 0));
+[[gnu::noinline]] inline const char* read_usual_number(const char* from, double& number) noexcept {
+    const UsualNumber token = scan_usual_number(from);
     if (token.end == nullptr) {
         return nullptr;
     }
@@ -238,8 +215,73 @@ constexpr std::uint64_t largest_exact = std::uint64_t{1} << 53;
     } else if (nearest_normal(token.digits, token.exponent, number) != Rounding::decided) {
         return nullptr;
     }
-    number = negative ? -number : number;
     return token.end;
+}
+
+/// The inverse of an odd number modulo 2^64.
+constexpr std::uint64_t inverse_of_odd(std::uint64_t odd) noexcept {
+    std::uint64_t inverse = odd; // right in three bits; each round doubles their number
+    for (int i = 0; i != 5; ++i) {
+        inverse *= 2 - odd * inverse;
+    }
+    return inverse;
+}
+
+/// 5^16
+constexpr std::uint64_t power_of_5 = small_powers_of_10[16] >> 16;
+
+/// The same, for a number that most likely has one to three digits before the point and at most
+/// sixteen behind it.
+[[gnu::always_inline]] inline const char* read_short_number(const char* from,
+                                                            double& number) noexcept {
+    const auto digit = [](char byte) {
+        return static_cast<unsigned>(static_cast<unsigned char>(byte)) - '0';
+    };
+    // One by one, since the processor predicts well how many there are.
+    std::uint64_t digits = digit(*from);
+    const char* at = from + 1;
+    if (digits > 9) {
+        return nullptr;
+    }
+    for (int i = 1; i != 3 && is_digit(*at); ++i) {
+        digits = digits * 10 + digit(*at);
+        ++at;
+    }
+    if (*at != '.' || (*from == '0' && at - from > 1)) {
+        return read_usual_number(from, number);
+    }
+    const Block fraction = Block(at + 1).digit_values();
+    const auto others = fraction.not_digit_values();
+    const std::size_t count = others.empty() ? 0 : others.first();
+    at += 1 + count;
+    if (count == 0 || *at == 'e' || *at == 'E') {
+        return read_usual_number(from, number);
+    }
+    // Zeros behind the last digit change nothing, and so the exponent is always the same.
+    constexpr int decimals = Block::size;
+    digits = digits * small_powers_of_10[decimals] + fraction.decimal(count);
+    // A multiple of 5^16 times its inverse modulo 2^64 is the quotient, and no other number's
+    // product is as small. The number is then that many times 2^-16.
+    constexpr std::uint64_t inverse = inverse_of_odd(power_of_5);
+    const std::uint64_t quotient = digits * inverse;
+    if (quotient <= ~std::uint64_t{0} / power_of_5) {
+        constexpr double step = 1.0 / (1 << decimals);
+        number = static_cast<double>(static_cast<std::int64_t>(quotient)) * step;
+    } else if (nearest_normal(digits, -decimals, number) != Rounding::decided) {
+        return read_usual_number(from, number);
+    }
+    return at;
+}
+
+/// Reads a number of the most frequent form, of few digits and without exponent.
+/// @param at  at a minus sign or a digit; usual_number_room and one more byte must be there
+/// @return the place behind it; null if it is another number
+[[gnu::always_inline]] inline const char* usual_number(const char* at, double& number) noexcept {
+    const bool negative = *at == '-';
+    double magnitude = 0;
+    const char* const end = read_short_number(at + (negative ? 1 : 0), magnitude);
+    number = negative ? -magnitude : magnitude;
+    return end;
 }
 
 /// What a part of a number ends with.

@@ -30,18 +30,18 @@ std::uint32_t unicode_unit(const char* escape) noexcept {
 }
 
 /// The character of a \u escape, or of two that are a surrogate pair.
-/// @param place  at the escape; is moved behind it
-std::uint32_t unicode_character(const char*& place, const char* end) noexcept {
-    const std::uint32_t first = unicode_unit(place);
-    place += unicode_escape_size;
+/// @param position  at the escape; is moved behind it
+std::uint32_t unicode_character(const char*& position, const char* end) noexcept {
+    const std::uint32_t first = unicode_unit(position);
+    position += unicode_escape_size;
     if (!is_first_of_pair(first)) {
         return is_second_of_pair(first) ? replacement : first;
     }
-    if (end - place >= static_cast<std::ptrdiff_t>(unicode_escape_size) && place[0] == '\\' &&
-        place[1] == 'u') {
-        const std::uint32_t second = unicode_unit(place);
+    if (end - position >= static_cast<std::ptrdiff_t>(unicode_escape_size) && position[0] == '\\' &&
+        position[1] == 'u') {
+        const std::uint32_t second = unicode_unit(position);
         if (is_second_of_pair(second)) {
-            place += unicode_escape_size;
+            position += unicode_escape_size;
             return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
         }
     }
@@ -51,48 +51,48 @@ std::uint32_t unicode_character(const char*& place, const char* end) noexcept {
 /// Calls put(bytes, size) with the content of a string, piece by piece.
 template <class Put>
 void for_each_piece(const StringToken& token, Put put) {
-    for (const char* place = token.text; place != token.end;) {
-        const auto left = static_cast<std::size_t>(token.end - place);
-        const void* const found = std::memchr(place, '\\', left);
+    for (const char* position = token.text; position != token.end;) {
+        const auto left = static_cast<std::size_t>(token.end - position);
+        const void* const found = std::memchr(position, '\\', left);
         if (found == nullptr) {
-            put(place, left);
+            put(position, left);
             return;
         }
         const auto* const escape = static_cast<const char*>(found);
-        put(place, static_cast<std::size_t>(escape - place));
-        place = escape;
+        put(position, static_cast<std::size_t>(escape - position));
+        position = escape;
         char bytes[4];
-        if (place[1] == 'u') {
-            const char* const end = put_utf8(bytes, unicode_character(place, token.end));
+        if (position[1] == 'u') {
+            const char* const end = put_utf8(bytes, unicode_character(position, token.end));
             put(bytes, static_cast<std::size_t>(end - bytes));
         } else {
-            bytes[0] = escaped_bytes[static_cast<unsigned char>(place[1])];
+            bytes[0] = escaped_bytes[static_cast<unsigned char>(position[1])];
             put(bytes, 1);
-            place += 2;
+            position += 2;
         }
     }
 }
 
 } // namespace
 
-StringError scan_escape(const char*& place, const char* end) noexcept {
-    ++place;
-    if (place == end) {
+StringError scan_escape(const char*& position, const char* end) noexcept {
+    ++position;
+    if (position == end) {
         return StringError::escape_ends;
     }
-    if (*place != 'u') {
-        if (escaped_bytes[static_cast<unsigned char>(*place)] == '\0') {
+    if (*position != 'u') {
+        if (escaped_bytes[static_cast<unsigned char>(*position)] == '\0') {
             return StringError::escape;
         }
-        ++place;
+        ++position;
         return StringError::none;
     }
-    ++place;
-    for (int i = 0; i != 4; ++i, ++place) {
-        if (place == end || *place == '"') {
+    ++position;
+    for (int i = 0; i != 4; ++i, ++position) {
+        if (position == end || *position == '"') {
             return StringError::escape_ends;
         }
-        if (hex_digit(*place) < 0) {
+        if (hex_digit(*position) < 0) {
             return StringError::unicode_escape;
         }
     }

@@ -34,10 +34,10 @@ struct StringToken {
 };
 
 /// Reads an escape.
-/// @param place  at the backslash; is moved behind the escape, or to the byte that cannot continue
-///               it
+/// @param position  at the backslash; moved to the byte after the escape, or to the first byte that
+///                  cannot continue it
 /// @return none, or what is wrong there
-StringError scan_escape(const char*& place, const char* end) noexcept;
+StringError scan_escape(const char*& position, const char* end) noexcept;
 
 constexpr StringError error_of_control(char byte) noexcept {
     return byte == '\n' || byte == '\r' ? StringError::line_ends : StringError::control;
@@ -46,32 +46,32 @@ constexpr StringError error_of_control(char byte) noexcept {
 /// Reads the rest of a string, from a byte on that skip_clean() does not skip.
 template <class Bytes>
 [[gnu::noinline]] StringToken scan_special(StringToken token, const char* end) noexcept {
-    for (const char*& place = token.end;;) {
-        if (place == end) {
+    for (const char*& position = token.end;;) {
+        if (position == end) {
             token.error = StringError::text_ends;
-        } else if (*place == '"') {
+        } else if (*position == '"') {
             return token;
-        } else if (*place == '\\') {
+        } else if (*position == '\\') {
             token.escaped = true;
-            token.error = scan_escape(place, end);
-        } else if (is_control(*place)) {
-            token.error = error_of_control(*place);
-        } else if (is_ascii(*place)) {
-            place = skip_clean<Bytes>(place, end);
-        } else if (const char* const behind = skip_utf8<Bytes>(place, end); behind != place) {
-            place = behind;
+            token.error = scan_escape(position, end);
+        } else if (is_control(*position)) {
+            token.error = error_of_control(*position);
+        } else if (is_ascii(*position)) {
+            position = skip_clean<Bytes>(position, end);
+        } else if (const char* const behind = skip_utf8<Bytes>(position, end); behind != position) {
+            position = behind;
         } else {
-            while (end - place >= 3 && is_usual_of_three(place)) {
-                place += 3;
+            while (end - position >= 3 && is_usual_of_three(position)) {
+                position += 3;
             }
-            while (end - place >= 2 && is_any_of_two(place)) {
-                place += 2;
+            while (end - position >= 2 && is_any_of_two(position)) {
+                position += 2;
             }
-            if (place != end && !is_ascii(*place)) {
-                const Utf8Sequence sequence = utf8_sequence(place, end);
-                place += sequence.length;
+            if (position != end && !is_ascii(*position)) {
+                const Utf8Sequence sequence = utf8_sequence(position, end);
+                position += sequence.length;
                 if (!sequence.complete) {
-                    token.error = place == end ? StringError::text_ends : StringError::utf8;
+                    token.error = position == end ? StringError::text_ends : StringError::utf8;
                 }
             }
         }

@@ -27,8 +27,8 @@ protected:
 /// A window on the text of a stream, or on a text in memory.
 ///
 /// It holds what has come and is still needed: the text from the cursor's position or, if that is
-/// earlier, from the place marked by keep() on, and a line's worth before it for errors to quote.
-/// It grows only where that text fills it.
+/// earlier, from the position marked by keep() on, and a line's worth before it for errors to
+/// quote. It grows only where that text fills it.
 class Window {
 public:
     static constexpr bool refills = true;

@@ -8,6 +8,7 @@
 #include "number/powers_of_10.hpp"
 #include "number/wide.hpp"
 #include "system/compiler.hpp"
+#include "text/byte_vector.hpp"
 #include "text/words.hpp"
 
 #include <algorithm>
@@ -123,6 +124,14 @@ inline char* write_integer_quickly(char* out, std::uint64_t number) noexcept {
         store(out, static_cast<std::uint32_t>(number), count);
         return out + count;
     }
+    if (number < 100 * base) {
+        const auto first = static_cast<std::uint32_t>(number / base);
+        const std::uint32_t tens = first * 205 >> 11;
+        out[0] = static_cast<char>('0' + tens);
+        out[count - 9] = static_cast<char>('0' + first - 10 * tens); // in its place if tens is 0
+        write_8_digits(out + count - 8, static_cast<std::uint32_t>(number % base));
+        return out + count;
+    }
     if (number >= base * base) {
         store(out, static_cast<std::uint32_t>(number / (base * base)), count - 16);
         number %= base * base;
@@ -142,9 +151,21 @@ public:
         constexpr std::uint64_t base = small_powers_of_10[8];
         const std::uint64_t first_nine = number / base;
         const auto last_eight = static_cast<std::uint32_t>(number % base);
-        const auto high = spread_digits(static_cast<std::uint32_t>(first_nine % base));
+        const std::uint64_t middle_eight = first_nine % base;
+        std::uint64_t high = 0;
+        std::uint64_t low = 0;
         // A shortcut, since numbers of up to nine digits are common.
-        const auto low = last_eight != 0 ? spread_digits(last_eight) : 0;
+        if (last_eight == 0) {
+            high = spread_digits(static_cast<std::uint32_t>(middle_eight));
+        } else {
+#if defined(FOUNDATION_JSON_SSE2)
+            high = middle_eight | std::uint64_t{last_eight} << 32;
+            low = spread_sixteen_digits(high);
+#else
+            high = spread_digits(static_cast<std::uint32_t>(middle_eight));
+            low = spread_digits(last_eight);
+#endif
+        }
         first_ = static_cast<char>('0' + first_nine / base);
         rest_ = static_cast<Wide>(low | eight_zeros) << 64 | (high | eight_zeros);
         // Without divisions of signed numbers, which take more instructions.
@@ -153,8 +174,12 @@ public:
                              : 1;
     }
 
-    char first() const noexcept { return first_; }
-    int count() const noexcept { return count_; }
+    char first() const noexcept {
+        return first_;
+    }
+    int count() const noexcept {
+        return count_;
+    }
 
     void store_behind_first(char* out, int skipped = 0) const noexcept {
         const Wide text = rest_ >> (8 * skipped);

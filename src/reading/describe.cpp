@@ -1,4 +1,4 @@
-// describe(): shows an error to people, with its place, the line of text and a caret.
+// describe(): shows an error to people, with its position, the line of text and a caret.
 #include "grammar/errors.hpp"
 #include "reading/quoted_line.hpp"
 #include "text/characters.hpp"
@@ -62,7 +62,7 @@ std::string printable(std::string_view text) {
 constexpr const char* ellipsis = "...";
 constexpr std::size_t ellipsis_width = 3;
 
-// How many columns of a long line are shown, before the place and from it on.
+// How many columns of a long line are shown, before the position and from it on.
 constexpr std::size_t most_before = 40;
 constexpr std::size_t most_after = 39;
 
@@ -89,7 +89,7 @@ std::size_t width_of(const std::vector<Shown>& text) noexcept {
         [](std::size_t width, const Shown& character) { return width + character.width; });
 }
 
-/// What is shown before the place.
+/// What is shown before the position.
 /// @param cut  whether the line begins before the text
 Part part_before(std::string_view text, bool cut) {
     cut = cut || text.size() > most_bytes;
@@ -112,7 +112,7 @@ Part part_before(std::string_view text, bool cut) {
     return part;
 }
 
-/// What is shown from the place on.
+/// What is shown from the position on.
 /// @param cut  whether the line goes on behind the text
 std::string part_after(std::string_view text, bool cut) {
     cut = cut || text.size() > most_bytes;
@@ -137,19 +137,19 @@ namespace detail {
 
 std::string describe_line(std::string_view message, const ParserException& where) {
     const std::string quoted = where.get_quoted_text();
-    const std::size_t place = std::min(where.get_quoted_byte_position(), quoted.size());
+    const std::size_t position = std::min(where.get_quoted_byte_position(), quoted.size());
     const std::string_view text = quoted;
     // A shorter quote than this means that the line begins or ends there; only whole characters are
     // quoted.
     constexpr std::size_t longest_sequence = 4;
     constexpr std::size_t full = most_quoted - longest_sequence;
     const auto columns = static_cast<std::size_t>(
-        std::count_if(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(place),
+        std::count_if(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(position),
                       [](char byte) { return !is_continuation(byte); }));
-    const Part before = part_before(text.substr(0, place), columns + 1 < where.get_column());
+    const Part before = part_before(text.substr(0, position), columns + 1 < where.get_column());
 
     std::string result = printable(message) + '\n';
-    result += before.text + part_after(text.substr(place), text.size() - place > full) + '\n';
+    result += before.text + part_after(text.substr(position), text.size() - position > full) + '\n';
     result.append(before.width, ' ');
     return result + "^\n";
 }

@@ -3,12 +3,14 @@
 #include "access/find_name.hpp"
 #include "reading/bit_stack.hpp"
 #include "reading/value_reader.hpp"
+#include "reading/value_walker.hpp"
 #include "system/compiler.hpp"
 #include "text/byte_block.hpp"
 #include "text/utf8_validation.hpp"
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <string_view>
 #include <utility>
 
@@ -35,6 +37,10 @@ public:
         bits_ |= bit;
         return is_new;
     }
+    /// The first ones of a class, of which it has had none before.
+    void add_first(std::size_t count) noexcept {
+        bits_ = count == 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << count) - 1;
+    }
     bool has(std::size_t number) const noexcept { return (bits_ >> number & 1) != 0; }
     bool has_required(const TextMembers& members) const noexcept {
         return (bits_ & members.required) == members.required;
@@ -54,6 +60,9 @@ public:
         seen_[number] = true;
         return is_new;
     }
+    void add_first(std::size_t count) {
+        std::fill_n(seen_.begin(), static_cast<std::ptrdiff_t>(count), true);
+    }
     bool has(std::size_t number) const { return seen_[number]; }
     bool has_required(const TextMembers& members) const {
         for (std::size_t i = 0; i != seen_.size(); ++i) {
@@ -68,40 +77,53 @@ private:
     std::vector<bool> seen_;
 };
 
-/// Reads up to 18 digits.
-/// @param at  moved behind them
-/// @return false if there are none, or more
-[[gnu::always_inline]] inline bool scan_few_digits(const char*& at,
-                                                   std::uint64_t& number) noexcept {
-    number = 0;
-    std::ptrdiff_t count = scan_eight_digits(at, number);
-    at += count;
-    if (count == 0) {
-        return false;
-    }
-    if (count == digits_at_once) {
-        count = scan_eight_digits(at, number);
-        at += count;
-        if (count == digits_at_once) {
-            count = scan_eight_digits(at, number);
-            at += count;
-            return count <= 2;
-        }
-    }
-    return true;
-}
-
 /// Reads a whole number without a sign, of up to 18 digits.
 /// @return null for any other number
 [[gnu::always_inline]] inline const char* scan_few_whole(const char* from,
                                                          std::uint64_t& number) noexcept {
-    const char* at = from;
-    const bool usual =
-        scan_few_digits(at, number) && !continues_number(*at) && (*from != '0' || at - from == 1);
-    return likely(usual) ? at : nullptr;
+    const Block values = Block(from).digit_values();
+    const auto others = values.not_digit_values();
+    std::size_t count = Block::size;
+    if (likely(!others.empty())) {
+        count = others.first();
+        const std::uint64_t word = load_first_lowest(from);
+        if (count > 8) {
+            const std::uint64_t next = load_first_lowest(from + 8) << (128 - 8 * count);
+            number = eight_digits(word) * small_powers_of_10[static_cast<int>(count) - 8] +
+                     eight_digits(next);
+        } else if (likely(count != 0)) {
+            number = eight_digits(word << (64 - 8 * count));
+        } else {
+            return nullptr;
+        }
+    } else {
+        number = values.decimal(Block::size);
+        count += static_cast<std::size_t>(scan_eight_digits(from + Block::size, number));
+        if (count > 18) {
+            return nullptr;
+        }
+    }
+    const char* const end = from + count;
+    const bool is_whole = *end == ',' || !continues_number(*end);
+    return likely(is_whole && (*from != '0' || count == 1)) ? end : nullptr;
 }
 
 } // namespace
+
+void DocumentReader::fail(const char* at, std::string_view problem) {
+    throw_problem(at, problem);
+    give_up();
+}
+
+void DocumentReader::fail_current(const char* at) {
+    throw_current(at);
+    give_up();
+}
+
+void DocumentReader::fail_noted() {
+    throw_noted();
+    give_up();
+}
 
 void DocumentReader::give_up() {
     throw NotAsWanted();
@@ -110,28 +132,33 @@ void DocumentReader::give_up() {
 // ---- Space -----------------------------------------------------------------------------------
 
 [[gnu::always_inline]] inline const char* DocumentCore::skip_space(const char* at) {
-    if (likely(is_fast(at))) {
-        if (is_token(*at)) {
-            return at;
-        }
-        if (*at == ' ' && is_token(at[1])) {
-            return at + 1;
-        }
+    return likely(is_fast(at)) ? skip_usual_space(at) : skip_other_space(at);
+}
+
+/// The same where the room behind a position before is not used up.
+[[gnu::always_inline]] inline const char* DocumentCore::skip_usual_space(const char* at) {
+    if (*at == '\n') {
         const std::size_t expected = indentation_[depth_ % depths];
-        const auto other = Block(at).differing(Block(indentation.bytes));
-        if (!other.empty()) {
-            if (other.first() == expected && is_token(at[expected])) {
-                return at + expected;
-            }
-        } else {
-            const auto next =
-                Block(at + Block::size).differing(Block(indentation.bytes + Block::size));
-            if (!next.empty() && Block::size + next.first() == expected && is_token(at[expected])) {
-                return at + expected;
-            }
+        if (is_indentation(at, expected) && is_token(at[expected])) {
+            return at + expected;
         }
+        return skip_other_space(at);
     }
-    return skip_other_space(at);
+    if (is_token(*at)) {
+        return at;
+    }
+    return *at == ' ' && is_token(at[1]) ? at + 1 : skip_other_space(at);
+}
+
+/// @param size  of a line feed and the spaces behind it
+[[gnu::always_inline]] inline bool DocumentCore::is_indentation(const char* at,
+                                                                std::size_t size) noexcept {
+    const auto other = Block(at).differing(Block(indentation.bytes));
+    if (!other.empty()) {
+        return other.first() == size;
+    }
+    const auto next = Block(at + Block::size).differing(Block(indentation.bytes + Block::size));
+    return !next.empty() && Block::size + next.first() == size;
 }
 
 [[gnu::noinline]] const char* DocumentCore::skip_other_space(const char* at) {
@@ -143,13 +170,17 @@ void DocumentReader::give_up() {
 }
 
 [[gnu::always_inline]] inline const char* DocumentCore::skip_space_before_value(const char* at) {
-    if (likely(is_fast(at))) {
-        at += *at == ' ' ? 1 : 0;
-        if (likely(is_token(*at))) {
-            return at;
-        }
+    return likely(is_fast(at)) ? skip_usual_space_before_value(at) : cursor_.skip_space(at);
+}
+
+/// The same where the room behind a position before is not used up.
+[[gnu::always_inline]] inline const char*
+DocumentCore::skip_usual_space_before_value(const char* at) {
+    // Branches, since the processor predicts them, and need not know the byte to go on.
+    if (is_token(*at)) {
+        return at;
     }
-    return cursor_.skip_space(at);
+    return *at == ' ' && likely(is_token(at[1])) ? at + 1 : cursor_.skip_space(at);
 }
 
 // ---- Structure -------------------------------------------------------------------------------
@@ -170,13 +201,13 @@ void DocumentReader::give_up() {
     return true;
 }
 
-inline DocumentReader::Behind<std::size_t> DocumentCore::begin_elements(const char* at) {
+DocumentReader::Behind<std::size_t> DocumentCore::begin_array(const char* at, std::size_t) {
     const std::size_t expected = lengths_[depth_ % depths];
     const bool has_elements = begin_container(at, '[', ']');
     return {at, has_elements ? std::max(expected, std::size_t{1}) : 0};
 }
 
-inline void DocumentCore::set_length(std::size_t length) noexcept {
+void DocumentCore::expect_length(std::size_t length) noexcept {
     constexpr std::size_t most = 64;
     lengths_[depth_ % depths] = static_cast<unsigned char>(std::min(length, most));
 }
@@ -185,6 +216,29 @@ inline void DocumentCore::set_length(std::size_t length) noexcept {
 /// @param more  whether there is another one; if not, the container has been closed
 [[gnu::always_inline]] inline const char* DocumentCore::separate(const char* at, char close,
                                                                  bool& more) {
+    if (likely(is_fast(at))) {
+        if (*at == ',') {
+            const char* const next = skip_usual_space(at + 1);
+            if (likely(*next != close)) {
+                more = true;
+                return next;
+            }
+        } else {
+            --depth_; // the space before a closing bracket is that of the lines around
+            const char* const next = *at == close ? at : skip_usual_space(at);
+            if (likely(*next == close)) {
+                more = false;
+                return next + 1;
+            }
+            ++depth_;
+        }
+    }
+    return separate_otherwise(at, close, more);
+}
+
+/// The same for what is not usual.
+[[gnu::noinline]] const char* DocumentCore::separate_otherwise(const char* at, char close,
+                                                               bool& more) {
     if (!is_at(at, ',')) {
         if (!is_at(at, close)) {
             --depth_; // the space before a closing bracket is that of the lines around
@@ -221,9 +275,18 @@ inline void DocumentCore::set_length(std::size_t length) noexcept {
 /// @param at  at the opening quote
 [[gnu::always_inline]] inline StringToken DocumentCore::string(const char* at) {
     if (likely(is_fast(at))) {
-        const auto found = Block(at + 1).special_in_string();
-        if (likely(!found.empty() && at[1 + found.first()] == '"')) {
-            return {at + 1, at + 1 + found.first()};
+        const char* const text = at + 1;
+        const auto found = Block(text).special_in_string();
+        if (likely(!found.empty())) {
+            if (likely(text[found.first()] == '"')) {
+                return {text, text + found.first()};
+            }
+        } else {
+            const char* const next = text + Block::size;
+            const auto further = Block(next).special_in_string();
+            if (!further.empty() && next[further.first()] == '"') {
+                return {text, next + further.first()};
+            }
         }
     }
     return long_string(at);
@@ -232,10 +295,10 @@ inline void DocumentCore::set_length(std::size_t length) noexcept {
 /// The same for a string that may be long: finds its end first, and then checks its bytes.
 [[gnu::noinline]] StringToken DocumentCore::long_string(const char* at) {
     StringToken token{at + 1, at + 1};
-    bool is_ascii = true;
+    Block all(0, 0); // the bytes of all blocks, also what is behind the string
     for (const char*& end = token.end; is_fast(end);) {
         const Block block(end);
-        is_ascii = is_ascii && block.is_ascii(); // also of what is behind the string
+        all = all | block;
         const auto found = block.special_in_utf8();
         if (found.empty()) {
             end += Block::size;
@@ -243,7 +306,7 @@ inline void DocumentCore::set_length(std::size_t length) noexcept {
         }
         end += found.first();
         if (*end == '"') {
-            if (!is_ascii && !is_utf8(token.text, end)) {
+            if (!all.is_ascii() && !is_utf8(token.text, end)) {
                 give_up();
             }
             return token;
@@ -256,8 +319,7 @@ inline void DocumentCore::set_length(std::size_t length) noexcept {
     return cursor_.string(at);
 }
 
-[[gnu::always_inline]] inline const char* DocumentCore::read_string(const char* at,
-                                                                    std::string& target) {
+const char* DocumentCore::read(const char* at, std::string& target) {
     if (!is_at(at, '"')) {
         give_up();
     }
@@ -270,19 +332,44 @@ inline void DocumentCore::set_length(std::size_t length) noexcept {
     return token.end + 1;
 }
 
-inline const char* DocumentCore::read_boolean(const char* at, bool& target) {
+/// Reads a word.
+/// @param at  at its first letter
+template <std::size_t Size>
+[[gnu::always_inline]] inline const char* DocumentCore::word(const char* at,
+                                                             const char (&word)[Size]) {
+    constexpr std::size_t few = 4; // at the end: the first letter is known
+    constexpr std::size_t length = Size - 1;
+    const char* const end = at + length;
+    if (likely(is_fast(at) && std::memcmp(end - few, word + length - few, few) == 0 &&
+               !continues_word(*end))) {
+        return end;
+    }
+    return cursor_.word(at, word);
+}
+
+const char* DocumentCore::read(const char* at, bool& target) {
     target = is_at(at, 't');
     if (target) {
-        return cursor_.word(at, "true");
+        return word(at, "true");
     }
     if (!is_at(at, 'f')) {
         give_up();
     }
-    return cursor_.word(at, "false");
+    return word(at, "false");
 }
 
-inline const char* DocumentCore::read_null_word(const char* at) {
-    return is_at(at, 'n') ? cursor_.word(at, "null") : at;
+DocumentReader::Behind<std::size_t> DocumentCore::read_null(const char* at) {
+    if (is_at(at, 'n')) {
+        return {word(at, "null"), 1};
+    }
+    return {at, 0};
+}
+
+const char* DocumentCore::expect_null(const char* at) {
+    if (!is_at(at, 'n')) {
+        give_up();
+    }
+    return word(at, "null");
 }
 
 [[gnu::noinline]] const char* DocumentCore::read_any_number(const char* at, NumberContent& target) {
@@ -311,6 +398,26 @@ inline const char* DocumentCore::read_null_word(const char* at) {
     return at;
 }
 
+template <class Number>
+const char* DocumentCore::read_rare_number(const char* at, Number& target) {
+    NumberContent content(0.0);
+    at = read_any_number(at, content);
+    target = to_number<Number>(content);
+    return at;
+}
+
+const char* DocumentCore::read(const char* at, double& target) {
+    return read_double(at, target);
+}
+
+const char* DocumentCore::read(const char* at, float& target) {
+    return read_rare_number(at, target);
+}
+
+const char* DocumentCore::read(const char* at, long double& target) {
+    return read_rare_number(at, target);
+}
+
 [[gnu::always_inline]] inline DocumentReader::Behind<long long>
 DocumentCore::read_signed_number(const char* at, long long least, long long most) {
     if (likely(is_fast(at))) {
@@ -334,8 +441,13 @@ DocumentCore::read_signed_number(const char* at, long long least, long long most
     return {at, number};
 }
 
-[[gnu::always_inline]] inline DocumentReader::Behind<unsigned long long>
-DocumentCore::read_unsigned_number(const char* at, unsigned long long most) {
+DocumentReader::Behind<long long> DocumentCore::read_signed(const char* at, long long least,
+                                                            long long most) {
+    return read_signed_number(at, least, most);
+}
+
+DocumentReader::Behind<unsigned long long> DocumentCore::read_unsigned(const char* at,
+                                                                       unsigned long long most) {
     if (likely(is_fast(at))) {
         std::uint64_t number = 0;
         const char* const end = scan_few_whole(at, number);
@@ -352,8 +464,65 @@ DocumentCore::read_unsigned_number(const char* at, unsigned long long most) {
     return {at, number};
 }
 
-inline DocumentReader::Behind<std::size_t> DocumentCore::read_name_of(const char* at,
-                                                                      const NameTable& names) {
+inline const char* DocumentCore::read_number(const char* at, double& target) {
+    return read_double(at, target);
+}
+
+inline const char* DocumentCore::read_number(const char* at, int& target) {
+    using Limits = std::numeric_limits<int>;
+    const auto behind = read_signed_number(at, Limits::min(), Limits::max());
+    target = static_cast<int>(behind.number);
+    return behind.at;
+}
+
+/// Reads elements, which are collected before the vector gets them.
+template <class T>
+[[gnu::always_inline]] inline const char* DocumentCore::read_numbers(const char* at,
+                                                                     std::vector<T>& target) {
+    target.clear();
+    if (!begin_container(at, '[', ']')) {
+        return at;
+    }
+    constexpr std::size_t most = 64;
+    T collected[most];
+    std::size_t count = 0;
+    bool more = true;
+    while (more) {
+        if (count == most) {
+            target.insert(target.end(), collected, collected + most);
+            count = 0;
+        }
+        at = read_number(at, collected[count]);
+        ++count;
+        if (likely(is_fast(at)) && *at == ',' && begins_number(at[1])) {
+            ++at;
+        } else {
+            at = separate(at, ']', more);
+        }
+    }
+    // A loop takes less time for a few than a function that copies any number of bytes.
+    constexpr std::size_t few = 8;
+    if (count > few) {
+        target.insert(target.end(), collected, collected + count);
+        return at;
+    }
+    target.reserve(target.size() + count);
+    for (std::size_t i = 0; i != count; ++i) {
+        target.push_back(collected[i]);
+    }
+    return at;
+}
+
+const char* DocumentCore::read(const char* at, std::vector<double>& target) {
+    return read_numbers(at, target);
+}
+
+const char* DocumentCore::read(const char* at, std::vector<int>& target) {
+    return read_numbers(at, target);
+}
+
+DocumentReader::Behind<std::size_t> DocumentCore::read_enumerator(const char* at,
+                                                                  const NameTable& names) {
     if (!is_at(at, '"')) {
         give_up();
     }
@@ -371,9 +540,38 @@ inline DocumentReader::Behind<std::size_t> DocumentCore::read_name_of(const char
     return {token.end + 1, number};
 }
 
-inline const char* DocumentCore::read_value(const char* at, Value& target) {
+const char* DocumentCore::read_value(const char* at, Value& target) {
     target = Value();
     return ValueReader<WholeText>(cursor_, depth_).read(at, target);
+}
+
+template <class Content>
+const char* DocumentCore::read_content(const char* at, Content& target) {
+    Value value;
+    at = read_value(at, value);
+    auto* const content = get_if<Content>(&value);
+    if (content == nullptr) {
+        give_up();
+    }
+    target = std::move(*content);
+    return at;
+}
+
+const char* DocumentCore::read_array(const char* at, Array& target) {
+    return read_content(at, target);
+}
+
+const char* DocumentCore::read_object(const char* at, Object& target) {
+    return read_content(at, target);
+}
+
+const char* DocumentCore::use_again(const char* at, const TagOf* tag, UseAgain function,
+                                    const void* use) {
+    Value value;
+    at = read_value(at, value);
+    ValueWalker walker(value, options_);
+    static_cast<void>(walker.use_again(walker.begin(), tag, function, use));
+    return at;
 }
 
 // ---- Objects of classes ----------------------------------------------------------------------
@@ -384,53 +582,48 @@ inline const char* DocumentCore::read_value(const char* at, Value& target) {
     if (likely(size <= Block::size)) {
         return other.empty() ? size != 0 : other.first() >= size && size != 0;
     }
-    return other.empty() &&
-           std::memcmp(at + Block::size, text + Block::size, size - Block::size) == 0;
-}
-
-/// Reads the name of a member and the colon behind it.
-/// @return the number of the member, or unknown
-[[gnu::always_inline]] inline std::int32_t DocumentCore::read_name(const char*& at,
-                                                                   const TextMembers& members,
-                                                                   Expected& expected,
-                                                                   void* object) {
-    if (likely(is_fast(at))) {
-        if (expected.shape == nullptr) {
-            if (likely(expected.step != members.names.count)) {
-                const TextMember& member = members.members[expected.step];
-                if (likely(is_text_at(at, member.text, member.size))) {
-                    at += member.size;
-                    return static_cast<std::int32_t>(expected.step++);
-                }
-            }
-        } else if (likely(expected.step < expected.shape->steps.size())) {
-            const Step& step = expected.shape->steps[expected.step];
-            if (likely(is_text_at(at, step.text, step.size))) {
-                at += step.size;
-                ++expected.step;
-                return step.number;
-            }
+    if (!other.empty()) {
+        return false;
+    }
+    for (std::size_t i = Block::size; i < size - Block::size; i += Block::size) {
+        if (!Block(at + i).differing(Block(text + i)).empty()) {
+            return false;
         }
     }
-    return find_member(at, members, expected, object);
+    const std::size_t last = size - Block::size; // overlaps the block before it
+    return Block(at + last).differing(Block(text + last)).empty();
+}
+
+/// Reads the name of a member and the colon behind it, and skips the space behind that.
+[[gnu::always_inline]] inline DocumentCore::Found
+DocumentCore::read_name(const char* at, const Target& target, Expected expected) {
+    if (expected.shape != nullptr && likely(is_fast(at)) &&
+        likely(expected.step < expected.shape->steps.size())) {
+        const Step& step = expected.shape->steps[expected.step];
+        if (likely(is_text_at(at, step.text, step.size))) {
+            return {skip_usual_space_before_value(at + step.size),
+                    {expected.shape, expected.step + 1},
+                    step.number};
+        }
+    }
+    Found found = find_member(at, target, expected);
+    found.at = skip_space_before_value(found.at);
+    return found;
 }
 
 /// The same where another name comes than the one that is expected.
-[[gnu::noinline]] std::int32_t DocumentCore::find_member(const char*& at,
-                                                         const TextMembers& members,
-                                                         Expected& expected, void* object) {
+[[gnu::noinline]] DocumentCore::Found
+DocumentCore::find_member(const char* at, const Target& target, Expected expected) {
     constexpr std::size_t looked_at = 8;
     constexpr std::size_t most_learned = 256;
-    Shape& shape = expected.shape != nullptr ? *expected.shape : shape_of(members, object);
+    Shape& shape = expected.shape != nullptr ? *expected.shape : shape_of(target);
     expected.shape = &shape;
     std::vector<Step>& steps = shape.steps;
     if (is_fast(at)) {
         const std::size_t last = std::min(steps.size(), expected.step + looked_at);
         for (std::size_t i = expected.step; i < last; ++i) {
             if (is_text_at(at, steps[i].text, steps[i].size)) {
-                at += steps[i].size;
-                expected.step = i + 1;
-                return steps[i].number;
+                return {at + steps[i].size, {&shape, i + 1}, steps[i].number};
             }
         }
     }
@@ -444,8 +637,9 @@ inline const char* DocumentCore::read_value(const char* at, Value& target) {
         name = decoded;
     }
     at = cursor_.colon(cursor_.skip_space(token.end + 1), no_opening);
-    const std::size_t found = find_name(members.names, name);
-    const bool is_known = found != members.names.count;
+    const NameTable& names = target.members.names;
+    const std::size_t found = find_name(names, name);
+    const bool is_known = found != names.count;
     if (!is_known && (options_.unknown_members == ConvertOptions::UnknownMembers::error ||
                       options_.duplicate_names == ParseOptions::DuplicateNames::error)) {
         give_up();
@@ -458,7 +652,7 @@ inline const char* DocumentCore::read_value(const char* at, Value& target) {
                      {begin, size, number});
         ++expected.step;
     }
-    return number;
+    return {at, expected, number};
 }
 
 DocumentCore::Shape* DocumentCore::find_shape(const TextMembers& members) const noexcept {
@@ -471,48 +665,84 @@ DocumentCore::Shape* DocumentCore::find_shape(const TextMembers& members) const 
 }
 
 /// The shape of a class, as its table has it at first.
-[[gnu::noinline]] DocumentCore::Shape& DocumentCore::shape_of(const TextMembers& members,
-                                                              void* object) {
+[[gnu::noinline]] DocumentCore::Shape& DocumentCore::shape_of(const Target& target) {
+    const TextMembers& members = target.members;
     if (Shape* const shape = find_shape(members)) {
         return *shape;
     }
     // If two names share a data member, the order of the table decides which one it keeps.
-    std::vector<const void*> addresses;
-    addresses.reserve(members.names.count);
+    std::vector<const void*> addresses(target.parts, target.parts + members.names.count);
+    std::sort(addresses.begin(), addresses.end());
+    if (std::adjacent_find(addresses.begin(), addresses.end()) != addresses.end()) {
+        give_up();
+    }
     auto shape = std::make_unique<Shape>();
     shape->members = &members;
     shape->steps.reserve(2 * members.names.count + 1);
     for (std::size_t i = 0; i != members.names.count; ++i) {
         const TextMember& member = members.members[i];
-        addresses.push_back(member.reset(object, nullptr, member.pointer));
         shape->steps.push_back({member.text, member.size, static_cast<std::int32_t>(i)});
-    }
-    std::sort(addresses.begin(), addresses.end());
-    if (std::adjacent_find(addresses.begin(), addresses.end()) != addresses.end()) {
-        give_up();
     }
     shapes_.push_back(std::move(shape));
     return *shapes_.back();
 }
 
+/// The part of the base that a member has in the object.
+inline const void* DocumentCore::Target::base_of(const void* part) const noexcept {
+    if (base == nullptr) {
+        return nullptr;
+    }
+    return static_cast<const char*>(base) +
+           (static_cast<const char*>(part) - static_cast<const char*>(object));
+}
+
+[[gnu::always_inline]] inline const char*
+DocumentCore::read_member(const char* at, const Target& target, std::size_t number) {
+    const TextMember& member = target.members.members[number];
+    void* const part = const_cast<void*>(target.parts[number]);
+    return member.read(*this, at, part, target.base_of(part), member.pointer);
+}
+
+/// Reads members as long as they come in the order of the table.
+/// @param step  the number of the first member; then the number of those that have been read
+/// @param more  whether there are more
+[[gnu::always_inline]] inline const char*
+DocumentCore::read_in_order(const char* at, const Target& target, std::size_t& step, bool& more) {
+    const std::size_t count = target.members.names.count;
+    for (; more && step != count && likely(is_fast(at)); ++step) {
+        const TextMember& member = target.members.members[step];
+        if (!likely(is_text_at(at, member.text, member.size))) {
+            break;
+        }
+        at = skip_usual_space_before_value(at + member.size);
+        at = read_member(at, target, step);
+        at = separate(at, '}', more);
+    }
+    return at;
+}
+
 template <class Seen>
-inline const char* DocumentCore::read_object(const char* at, const TextMembers& members,
-                                             void* object, const void* base) {
+inline const char* DocumentCore::read_class(const char* at, const Target& target) {
+    const TextMembers& members = target.members;
     Seen seen(members.names.count);
     if (begin_container(at, '{', '}')) {
         Expected expected{shapes_.empty() ? nullptr : find_shape(members), 0};
         bool more = true;
+        if (expected.shape == nullptr) {
+            at = read_in_order(at, target, expected.step, more);
+            seen.add_first(expected.step);
+        }
         while (more) {
-            const std::int32_t number = read_name(at, members, expected, object);
-            at = skip_space_before_value(at);
-            if (likely(number != unknown)) {
-                if (!likely(seen.add(static_cast<std::uint32_t>(number)))) {
+            const Found found = read_name(at, target, expected);
+            expected = found.next;
+            if (likely(found.number != unknown)) {
+                const auto number = static_cast<std::uint32_t>(found.number);
+                if (!likely(seen.add(number))) {
                     give_up();
                 }
-                const TextMember& member = members.members[number];
-                at = member.read(*this, at, object, base, member.pointer);
+                at = read_member(found.at, target, number);
             } else {
-                at = skip_value(at);
+                at = skip_value(found.at);
             }
             at = separate(at, '}', more);
         }
@@ -520,11 +750,12 @@ inline const char* DocumentCore::read_object(const char* at, const TextMembers& 
     if (!seen.has_required(members)) {
         give_up();
     }
-    if (base != nullptr) {
+    if (target.base != nullptr) {
         for (std::size_t i = 0; i != members.names.count; ++i) {
             if (!seen.has(i)) {
-                shape_of(members, object); // checks that it shares no data member with another name
-                members.members[i].reset(object, base, members.members[i].pointer);
+                shape_of(target); // checks that it shares no data member with another name
+                void* const part = const_cast<void*>(target.parts[i]);
+                members.members[i].copy(part, target.base_of(part));
             }
         }
     }
@@ -545,16 +776,14 @@ const char* DocumentCore::read_map_name(const char* at, std::string& name) {
     return skip_space_before_value(at);
 }
 
-inline DocumentReader::Behind<std::size_t> DocumentCore::begin_names(const char* at,
-                                                                     std::string& name) {
+DocumentReader::Behind<std::size_t> DocumentCore::begin_object(const char* at, std::string& name) {
     if (!begin_container(at, '{', '}')) {
         return {at, 0};
     }
     return {read_map_name(at, name), 1};
 }
 
-inline DocumentReader::Behind<std::size_t> DocumentCore::next_name(const char* at,
-                                                                   std::string& name) {
+DocumentReader::Behind<std::size_t> DocumentCore::next_member(const char* at, std::string& name) {
     if (!next_item(at, '}')) {
         return {at, 0};
     }
@@ -570,11 +799,11 @@ inline DocumentReader::Behind<std::size_t> DocumentCore::next_name(const char* a
     case '"':
         return string(at).end + 1;
     case 'n':
-        return cursor_.word(at, "null");
+        return word(at, "null");
     case 't':
-        return cursor_.word(at, "true");
+        return word(at, "true");
     case 'f':
-        return cursor_.word(at, "false");
+        return word(at, "false");
     default:
         if (!begins_number(byte_at(at))) {
             give_up();
@@ -626,135 +855,19 @@ const char* DocumentCore::skip_value(const char* at) {
     }
 }
 
-// ---- The interface ---------------------------------------------------------------------------
+// ---- Calls from headers ------------------------------------------------------------------------
 
-namespace {
-
-DocumentCore& core_of(DocumentReader& reader) noexcept {
-    return static_cast<DocumentCore&>(reader);
-}
-
-} // namespace
-
-const char* DocumentReader::read(const char* at, bool& target) {
-    return core_of(*this).read_boolean(at, target);
-}
-
-const char* DocumentReader::read(const char* at, std::string& target) {
-    return core_of(*this).read_string(at, target);
-}
-
-const char* DocumentReader::read(const char* at, Value& target) {
-    return core_of(*this).read_value(at, target);
-}
-
-const char* DocumentReader::read(const char* at, double& target) {
-    return core_of(*this).read_double(at, target);
-}
-
-const char* DocumentReader::read_number(const char* at, NumberContent& target) {
-    return core_of(*this).read_any_number(at, target);
-}
-
-DocumentReader::Behind<long long> DocumentReader::read_signed(const char* at, long long least,
-                                                              long long most) {
-    return core_of(*this).read_signed_number(at, least, most);
-}
-
-DocumentReader::Behind<unsigned long long> DocumentReader::read_unsigned(const char* at,
-                                                                         unsigned long long most) {
-    return core_of(*this).read_unsigned_number(at, most);
-}
-
-DocumentReader::Behind<std::size_t> DocumentReader::read_enumerator(const char* at,
-                                                                    const NameTable& names) {
-    return core_of(*this).read_name_of(at, names);
-}
-
-const char* DocumentReader::read_null(const char* at) {
-    return core_of(*this).read_null_word(at);
-}
-
-DocumentReader::Behind<std::size_t> DocumentReader::begin_array(const char* at) {
-    return core_of(*this).begin_elements(at);
-}
-
-void DocumentReader::expect_length(std::size_t length) noexcept {
-    core_of(*this).set_length(length);
-}
-
-DocumentReader::Behind<std::size_t> DocumentReader::next_element(const char* at) {
-    const bool more = core_of(*this).next_item(at, ']');
+DocumentReader::Behind<std::size_t> DocumentCore::next_element(const char* at) {
+    const bool more = next_item(at, ']');
     return {at, more ? std::size_t{1} : 0};
 }
 
-namespace {
-
-/// Reads elements, which are collected before the vector gets them.
-template <class T, class Read>
-const char* read_elements_of(DocumentCore& core, const char* at, std::vector<T>& target,
-                             const Read& read_one) {
-    constexpr std::size_t most = 64;
-    T collected[most];
-    std::size_t count = 0;
-    do {
-        if (count == most) {
-            target.insert(target.end(), collected, collected + most);
-            count = 0;
-        }
-        at = read_one(at, collected[count]);
-        ++count;
-    } while (core.next_item(at, ']'));
-    if (target.empty()) {
-        target.assign(collected, collected + count);
-    } else {
-        target.insert(target.end(), collected, collected + count);
-    }
-    return at;
-}
-
-} // namespace
-
-const char* DocumentReader::read_elements(const char* at, std::vector<double>& target) {
-    DocumentCore& core = core_of(*this);
-    return read_elements_of(core, at, target, [&core](const char* from, double& number) {
-        return core.read_double(from, number);
-    });
-}
-
-const char* DocumentReader::read_elements(const char* at, std::vector<int>& target) {
-    using Limits = std::numeric_limits<int>;
-    DocumentCore& core = core_of(*this);
-    return read_elements_of(core, at, target, [&core](const char* from, int& number) {
-        const auto behind = core.read_signed_number(from, Limits::min(), Limits::max());
-        number = static_cast<int>(behind.number);
-        return behind.at;
-    });
-}
-
-DocumentReader::Behind<std::size_t> DocumentReader::begin_object(const char* at,
-                                                                 std::string& name) {
-    return core_of(*this).begin_names(at, name);
-}
-
-DocumentReader::Behind<std::size_t> DocumentReader::next_member(const char* at, std::string& name) {
-    return core_of(*this).next_name(at, name);
-}
-
-const char* DocumentReader::read_members(const char* at, const TextMembers& members, void* object,
-                                         const void* base) {
+const char* DocumentCore::read_members(const char* at, const TextMembers& members, void* object,
+                                       const void* const* parts, const void* base) {
     constexpr std::size_t few = 64;
-    return likely(members.names.count <= few)
-               ? core_of(*this).read_object<FewSeen>(at, members, object, base)
-               : core_of(*this).read_object<ManySeen>(at, members, object, base);
-}
-
-const ConvertOptions& DocumentReader::options() const noexcept {
-    return static_cast<const DocumentCore&>(*this).options();
-}
-
-Defaults& DocumentReader::defaults() noexcept {
-    return core_of(*this).default_objects();
+    const Target target{members, object, parts, base};
+    return likely(members.names.count <= few) ? read_class<FewSeen>(at, target)
+                                              : read_class<ManySeen>(at, target);
 }
 
 } // namespace foundation::json::detail

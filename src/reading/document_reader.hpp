@@ -6,12 +6,16 @@
 #include "grammar/cursor.hpp"
 #include "grammar/whole_text.hpp"
 
+#include <foundation/json/content.hpp>
+#include <foundation/json/detail/number_parts.hpp>
 #include <foundation/json/detail/text_source.hpp>
 #include <foundation/json/read_options.hpp>
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace foundation::json::detail {
@@ -36,32 +40,49 @@ public:
     const char* begin(const char* at) { return skip_other_space(at); }
     void finish(const char* at) { cursor_.expect_end(at, at[-1]); }
 
-    // Functions take the position where they begin to read and return the one behind.
+    const char* read(const char* at, bool& target) override;
+    const char* read(const char* at, std::string& target) override;
+    const char* read(const char* at, double& target) override;
+    const char* read(const char* at, float& target) override;
+    const char* read(const char* at, long double& target) override;
+    const char* read(const char* at, std::vector<double>& target) override;
+    const char* read(const char* at, std::vector<int>& target) override;
+    const char* read_value(const char* at, Value& target) override;
+    const char* read_array(const char* at, Array& target) override;
+    const char* read_object(const char* at, Object& target) override;
+    Behind<long long> read_signed(const char* at, long long least, long long most) override;
+    Behind<unsigned long long> read_unsigned(const char* at, unsigned long long most) override;
+    Behind<std::size_t> read_enumerator(const char* at, const NameTable& names) override;
+    Behind<std::size_t> read_null(const char* at) override;
+    const char* expect_null(const char* at) override;
 
-    const char* read_string(const char* at, std::string& target);
-    const char* read_value(const char* at, Value& target);
-    const char* read_boolean(const char* at, bool& target);
-    const char* read_double(const char* at, double& target);
-    const char* read_any_number(const char* at, NumberContent& target);
-    Behind<long long> read_signed_number(const char* at, long long least, long long most);
-    Behind<unsigned long long> read_unsigned_number(const char* at, unsigned long long most);
-    Behind<std::size_t> read_name_of(const char* at, const NameTable& names);
-    const char* read_null_word(const char* at);
+    Behind<std::size_t> begin_array(const char* at, std::size_t length) override;
+    bool knows_lengths() const noexcept override { return false; }
+    void expect_length(std::size_t length) noexcept override;
+    Behind<std::size_t> next_element(const char* at) override;
 
-    Behind<std::size_t> begin_elements(const char* at);
-    void set_length(std::size_t length) noexcept;
-    bool next_item(const char*& at, char close);
-    Behind<std::size_t> begin_names(const char* at, std::string& name);
-    Behind<std::size_t> next_name(const char* at, std::string& name);
+    Behind<std::size_t> begin_object(const char* at, std::string& name) override;
+    Behind<std::size_t> next_member(const char* at, std::string& name) override;
+    const char* read_members(const char* at, const TextMembers& members, void* object,
+                             const void* const* parts, const void* base) override;
 
-    template <class Seen>
-    const char* read_object(const char* at, const TextMembers& members, void* object,
-                            const void* base);
+    const char* use_again(const char* at, const TagOf* tag, UseAgain function,
+                          const void* use) override;
 
-    Defaults& default_objects() noexcept { return defaults_; }
-    const ReadOptions& options() const noexcept { return options_; }
+    std::string problem(const char*) override { give_up(); }
+
+    std::size_t noted() const noexcept override { return 0; }
+    ErrorCollector* collect_errors(ErrorCollector*) noexcept override { return nullptr; }
+    bool read_or_note(const char*, ReadAny, void*) override { give_up(); }
+    void report(const char*, std::string_view) override { give_up(); }
+
+    Defaults& defaults() noexcept override { return defaults_; }
 
 private:
+    void throw_problem(const char*, std::string_view) override { give_up(); }
+    void throw_current(const char*) override { throw; }
+    void throw_noted() override { give_up(); }
+
     static constexpr std::int32_t unknown = -1;
 
     /// A name that is expected in objects of a class.
@@ -83,6 +104,23 @@ private:
         std::size_t step;
     };
 
+    /// A name that has been read.
+    struct Found {
+        const char* at; ///< behind it
+        Expected next;
+        std::int32_t number; ///< of the member, or unknown
+    };
+
+    /// An object of a class that is read.
+    struct Target {
+        const TextMembers& members;
+        const void* object;
+        const void* const* parts; ///< the addresses of the members
+        const void* base;         ///< as TextSource has it
+
+        const void* base_of(const void* part) const noexcept;
+    };
+
     bool is_fast(const char* at) const noexcept { return at < fast_end_; }
     bool is_at(const char* at, char byte) const noexcept { return cursor_.is_at(at, byte); }
     char byte_at(const char* at) const noexcept { return at != cursor_.end() ? *at : '\0'; }
@@ -98,19 +136,40 @@ private:
     static bool is_text_at(const char* at, const char* text, std::uint32_t size) noexcept;
 
     const char* skip_space(const char* at);
+    const char* skip_usual_space(const char* at);
     const char* skip_other_space(const char* at);
     const char* skip_space_before_value(const char* at);
+    const char* skip_usual_space_before_value(const char* at);
+    static bool is_indentation(const char* at, std::size_t size) noexcept;
     bool begin_container(const char*& at, char open, char close);
     const char* separate(const char* at, char close, bool& more);
+    const char* separate_otherwise(const char* at, char close, bool& more);
 
-    std::int32_t read_name(const char*& at, const TextMembers& members, Expected& expected,
-                           void* object);
-    std::int32_t find_member(const char*& at, const TextMembers& members, Expected& expected,
-                             void* object);
-    Shape& shape_of(const TextMembers& members, void* object);
+    template <class Seen>
+    const char* read_class(const char* at, const Target& target);
+    Found read_name(const char* at, const Target& target, Expected expected);
+    Found find_member(const char* at, const Target& target, Expected expected);
+    const char* read_in_order(const char* at, const Target& target, std::size_t& step, bool& more);
+    const char* read_member(const char* at, const Target& target, std::size_t number);
+    Shape& shape_of(const Target& target);
     Shape* find_shape(const TextMembers& members) const noexcept;
     const char* read_map_name(const char* at, std::string& name);
 
+    const char* read_double(const char* at, double& target);
+    const char* read_any_number(const char* at, NumberContent& target);
+    template <class Number>
+    const char* read_rare_number(const char* at, Number& target);
+    Behind<long long> read_signed_number(const char* at, long long least, long long most);
+    template <class Content>
+    const char* read_content(const char* at, Content& target);
+    template <class Number>
+    const char* read_numbers(const char* at, std::vector<Number>& target);
+    bool next_item(const char*& at, char close);
+    const char* read_number(const char* at, double& target);
+    const char* read_number(const char* at, int& target);
+
+    template <std::size_t Size>
+    const char* word(const char* at, const char (&word)[Size]);
     StringToken string(const char* at);
     StringToken long_string(const char* at);
 

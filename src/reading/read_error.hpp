@@ -11,13 +11,13 @@
 
 namespace foundation::json::detail {
 
-/// Finds the value that an error is about.
+/// Finds the values that an error is about. Time linear in the length of the text.
 /// @param context    the text of the whole value, which has been parsed
-/// @param found      the error within it
-/// @param error      the same as it is told
+/// @param error      the errors within it
+/// @param pointer    to that value
 /// @param file_name  may be empty
 ReadError make_read_error(const Context& context, const ParseOptions& options,
-                          const ConversionError& found, const ConversionError& error,
+                          const ConversionError& error, std::string_view pointer,
                           std::string_view file_name);
 
 } // namespace foundation::json::detail

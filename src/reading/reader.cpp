@@ -1,7 +1,6 @@
 // Reader: documents token by token, as callers see it.
 #include "reading/read_error.hpp"
 #include "reading/token_reader.hpp"
-#include "text/location.hpp"
 
 #include <foundation/json/content.hpp>
 #include <foundation/json/reader.hpp>
@@ -160,13 +159,14 @@ Value Reader::value() {
     return reader.value();
 }
 
-void Reader::read_object(const detail::ReadObject& target) {
+void Reader::read_object(const detail::ReadObject& target, const ConvertOptions& conversion) {
     detail::TokenReader& reader = implementation_->tokens;
     if (!reader.find_value()) {
         fail_misuse("read", reader.token());
     }
     ReadOptions options;
     static_cast<ParseOptions&>(options) = implementation_->options();
+    static_cast<ConvertOptions&>(options) = conversion;
     std::optional<ReadError> error;
     detail::Reuse found_value;
     reader.value(found_value, [&] {
@@ -174,11 +174,8 @@ void Reader::read_object(const detail::ReadObject& target) {
             target.convert(target.object, found_value.value, options);
         } catch (const ConversionError& found) {
             const std::string_view text = reader.text_of_value();
-            const std::size_t behind = detail::describe_location(found.pointer()).size();
-            const ConversionError located(reader.pointer() + found.pointer(),
-                                          found.what() + behind);
             error = detail::make_read_error({text, reader.position_of(text.data())}, options, found,
-                                            located, {});
+                                            reader.pointer(), {});
         }
     });
     if (error) {

@@ -56,7 +56,7 @@ std::optional<ReadError> RecordSource::give(const RecordTarget& record, std::str
         return std::nullopt;
     } catch (const ConversionError& error) {
         const TextPosition begin = set_bad_text(text.data(), text.data() + text.size());
-        return make_read_error({text, begin}, options, error, error, {});
+        return make_read_error({text, begin}, options, error, {}, {});
     }
 }
 

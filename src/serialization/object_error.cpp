@@ -1,6 +1,7 @@
 // What is wrong with an object that could not be written, and where.
 #include "serialization/member_order.hpp"
 #include "serialization/object_text.hpp"
+#include "serialization/object_value.hpp"
 #include "serialization/write_problems.hpp"
 #include "serialization/write_value.hpp"
 #include "text/location.hpp"
@@ -9,6 +10,7 @@
 #include <foundation/json/write.hpp>
 
 #include <exception>
+#include <new>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -90,6 +92,11 @@ public:
         put_scalar(type, address);
     }
 
+    void put_tagged_object(std::string_view member, std::string_view tag,
+                           const AnyObject& object) override {
+        put_value(find_tagged_value(member, tag, object));
+    }
+
     [[noreturn]] void fail_enumerator(const std::string& number, const NameTable& names) override {
         const std::string at = pointer(steps_.size());
         detail::fail_enumerator(Location(at), number, names);
@@ -133,6 +140,7 @@ private:
         }
     }
 
+    Value find_tagged_value(std::string_view member, std::string_view tag, const AnyObject& object);
     void put_scalar(PlainType type, const void* address);
     std::string pointer(std::size_t count) const;
 
@@ -143,6 +151,17 @@ private:
     const WriteOptions& options_;
     std::vector<Step> steps_;
 };
+
+Value ObjectErrorLocator::find_tagged_value(std::string_view member, std::string_view tag,
+                                            const AnyObject& object) {
+    try {
+        return tagged_value(member, tag, object);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception&) {
+        fail_current();
+    }
+}
 
 /// Only types that may have no text.
 void ObjectErrorLocator::put_scalar(PlainType type, const void* address) {

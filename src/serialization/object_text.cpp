@@ -3,6 +3,7 @@
 #include "number/digits.hpp"
 #include "number/shortest_number_text.hpp"
 #include "serialization/member_order.hpp"
+#include "serialization/object_value.hpp"
 #include "serialization/write_problems.hpp"
 #include "serialization/write_value.hpp"
 
@@ -10,6 +11,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <exception>
+#include <new>
 
 namespace foundation::json::detail {
 
@@ -23,7 +26,8 @@ public:
           at_(at),
           depth_(depth),
           sorts_(output.options().member_order == WriteOptions::MemberOrder::utf16),
-          is_indented_(output.is_indented()) {}
+          is_indented_(output.is_indented()),
+          has_big_integers_(output.options().big_integers == WriteOptions::BigIntegers::digits) {}
 
     char* cursor() const noexcept { return at_; }
 
@@ -70,6 +74,9 @@ public:
     void begin_member(const SinkMember& member) override;
     void put_member(const SinkMember& member, PlainType type, const void* address) override;
 
+    void put_tagged_object(std::string_view member, std::string_view tag,
+                           const AnyObject& object) override;
+
     [[noreturn]] void fail_enumerator(const std::string&, const NameTable&) override {
         throw Unwritable();
     }
@@ -89,7 +96,9 @@ private:
     char* begin_item(char* at, bool is_first, char bracket);
     char* end_items(char* at, bool is_empty, char bracket, char end);
     void write_sorted(SinkMember& member, const void* const* parts);
+    void write_in_order(OpenObject& open, SinkMember& member, const void* const* parts);
     void write_member(OpenObject& open, SinkMember& member, const void* const* parts);
+    void write_other_member(const OpenObject& open, SinkMember& member);
     char* put_name(char* at, OpenObject& object, const TextMemberEntry& entry, std::size_t number);
     char* put_other_name(char* at, OpenObject& object, std::size_t number);
     static char* put_nothing(char* at);
@@ -104,6 +113,7 @@ private:
     std::size_t depth_;
     const bool sorts_;
     const bool is_indented_;
+    const bool has_big_integers_; ///< they are written as all others
 };
 
 // ---- Values --------------------------------------------------------------------------------
@@ -135,7 +145,8 @@ private:
 
 template <class Integer>
 [[gnu::always_inline]] inline char* ObjectWriter::put_integer(char* at, Integer number) {
-    return is_big(number) ? output_.number(at, number) : quick_integer_text(at, number);
+    return is_big(number) && !has_big_integers_ ? output_.number(at, number)
+                                                : quick_integer_text(at, number);
 }
 
 [[gnu::always_inline]] inline char* ObjectWriter::put_scalar(char* at, PlainType type,
@@ -201,7 +212,12 @@ void ObjectWriter::put_plain(PlainType type, const void* elements, std::size_t c
     const auto* address = static_cast<const char*>(elements);
     char* at = at_;
     for (std::size_t i = 0; i < count; ++i) {
-        at = output_.room(begin_item(at, i == 0, '['), room_of_member);
+        at = output_.room(at, room_of_member);
+        if (i == 0 || is_indented_) {
+            at = output_.room(begin_item(at, i == 0, '['), room_of_member);
+        } else {
+            *at++ = ',';
+        }
         at = put_scalar(at, type, address);
         address += size;
     }
@@ -249,10 +265,7 @@ void ObjectWriter::write_members(const TextTable& table, const void* object,
     if (sorts_) {
         write_sorted(member, parts);
     } else {
-        const std::size_t count = table.members->names.count;
-        for (member.number = 0; member.number < count; ++member.number) {
-            write_member(open, member, parts);
-        }
+        write_in_order(open, member, parts);
     }
     char* at = at_;
     --depth_;
@@ -266,6 +279,34 @@ void ObjectWriter::write_members(const TextTable& table, const void* object,
     at_ = at + 1;
 }
 
+/// Writes members in the order of the table. The cursor stays in a register from one plain member
+/// to the next.
+[[gnu::always_inline]] inline void
+ObjectWriter::write_in_order(OpenObject& open, SinkMember& member, const void* const* parts) {
+    const std::size_t count = open.table.members->names.count;
+    const TextMemberEntry* const entries = open.table.entries;
+    char* at = at_;
+    for (std::size_t number = 0; number < count; ++number) {
+        const TextMemberEntry& entry = entries[number];
+        if (entry.type != PlainType::none) {
+            at = put_scalar(put_name(at, open, entry, number), entry.type, parts[number]);
+        } else {
+            at_ = at;
+            member.number = number;
+            write_other_member(open, member);
+            at = at_;
+        }
+    }
+    at_ = at;
+}
+
+[[gnu::always_inline]] inline void ObjectWriter::write_other_member(const OpenObject& open,
+                                                                    SinkMember& member) {
+    member.pointer = open.table.members->pointers[member.number];
+    member.is_required = open.table.members->required[member.number];
+    open.table.entries[member.number].write(member);
+}
+
 [[gnu::noinline]] void ObjectWriter::write_sorted(SinkMember& member, const void* const* parts) {
     auto& open = *static_cast<OpenObject*>(member.place);
     const MemberOrder order(*open.table.members, true);
@@ -275,16 +316,13 @@ void ObjectWriter::write_members(const TextTable& table, const void* object,
     }
 }
 
-[[gnu::always_inline]] inline void ObjectWriter::write_member(OpenObject& open, SinkMember& member,
-                                                              const void* const* parts) {
+void ObjectWriter::write_member(OpenObject& open, SinkMember& member, const void* const* parts) {
     const std::size_t number = member.number;
     const TextMemberEntry& entry = open.table.entries[number];
     if (entry.type != PlainType::none) {
         at_ = put_scalar(put_name(at_, open, entry, number), entry.type, parts[number]);
     } else {
-        member.pointer = open.table.members->pointers[number];
-        member.is_required = open.table.members->required[number];
-        entry.write(member);
+        write_other_member(open, member);
     }
 }
 
@@ -297,6 +335,19 @@ void ObjectWriter::put_member(const SinkMember& member, PlainType type, const vo
 void ObjectWriter::begin_member(const SinkMember& member) {
     auto& open = *static_cast<OpenObject*>(member.place);
     at_ = put_name(at_, open, open.table.entries[member.number], member.number);
+}
+
+void ObjectWriter::put_tagged_object(std::string_view member, std::string_view tag,
+                                     const AnyObject& object) {
+    Value value;
+    try {
+        value = tagged_value(member, tag, object);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception&) {
+        fail_current();
+    }
+    put_value(value);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 /// @file
-/// Blocks of sixteen bytes of text, which find their blanks, quotes, brackets and so on.
+/// Blocks of sixteen bytes of text, which find their whitespace, quotes, brackets and so on.
 #ifndef FOUNDATION_JSON_SRC_TEXT_BYTE_BLOCK_HPP
 #define FOUNDATION_JSON_SRC_TEXT_BYTE_BLOCK_HPP
 
@@ -21,6 +21,12 @@ Bytes special_bytes(const Bytes& bytes) noexcept {
                           quotes;
     return Rule::escapes_solidus ? special | bytes.equal_to('/') : special;
 }
+
+/// All bits of sixteen bytes, then none of sixteen more: from an index on, what keeps the first
+/// bytes of a block.
+constexpr struct KeepFirst {
+    char bytes[32];
+} keep_first{{-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1}};
 
 /// Sixteen bytes of text, which find the first byte of a class.
 template <class Bytes>
@@ -70,7 +76,23 @@ public:
         return special<EscapeRule<Solidus::raw, BeyondAscii::plain>>();
     }
 
-    bool is_ascii() const noexcept { return bytes_.at_most(0x7F).mask().complement().empty(); }
+    /// The value of each decimal digit, and more than 9 for any other byte.
+    BlockOf digit_values() const noexcept { return BlockOf(bytes_.digit_values()); }
+
+    /// The bytes that are no values of digits.
+    Mask not_digit_values() const noexcept { return bytes_.at_most(9).mask().complement(); }
+
+    /// The number of sixteen digits that have these values, with zeros in place of all but the
+    /// first ones.
+    std::uint64_t decimal(std::size_t count) const noexcept {
+        return (bytes_ & Bytes(keep_first.bytes + size - count)).decimal();
+    }
+
+    bool is_ascii() const noexcept { return bytes_.is_ascii(); }
+
+    friend BlockOf operator|(const BlockOf& left, const BlockOf& right) noexcept {
+        return BlockOf(left.bytes_ | right.bytes_);
+    }
 
     /// Quotes, slashes, commas and brackets.
     Mask structural() const noexcept {
@@ -81,6 +103,8 @@ public:
     }
 
 private:
+    explicit BlockOf(Bytes bytes) noexcept : bytes_(bytes) {}
+
     Bytes bytes_;
 };
 

@@ -105,6 +105,22 @@ public:
         return {first_ | repeat(0x20), second_ | repeat(0x20)};
     }
 
+    /// The value of each decimal digit, and more than 9 for any other byte.
+    PortableVector digit_values() const noexcept {
+        return {first_ ^ repeat('0'), second_ ^ repeat('0')};
+    }
+
+    /// The number of sixteen digits that have these values.
+    std::uint64_t decimal() const noexcept {
+        return eight_digits(lowest_first(first_)) * 100000000 + eight_digits(lowest_first(second_));
+    }
+
+    friend PortableVector operator&(PortableVector left, PortableVector right) noexcept {
+        return {left.first_ & right.first_, left.second_ & right.second_};
+    }
+
+    bool is_ascii() const noexcept { return ((first_ | second_) & tops) == 0; }
+
     friend PortableVector operator|(PortableVector left, PortableVector right) noexcept {
         return {left.first_ | right.first_, left.second_ | right.second_};
     }
@@ -183,6 +199,23 @@ public:
         return Vector(_mm_or_si128(bytes_, _mm_set1_epi8(0x20)));
     }
 
+    Vector digit_values() const noexcept {
+        return Vector(_mm_xor_si128(bytes_, _mm_set1_epi8('0')));
+    }
+
+    /// Joins neighbours to pairs, pairs to groups of four, and these to groups of eight.
+    std::uint64_t decimal() const noexcept {
+        const __m128i tens =
+            _mm_mullo_epi16(_mm_and_si128(bytes_, _mm_set1_epi16(0x00FF)), _mm_set1_epi16(10));
+        const __m128i pairs = _mm_add_epi16(tens, _mm_srli_epi16(bytes_, 8));
+        const __m128i fours = _mm_madd_epi16(pairs, _mm_set1_epi32(1 << 16 | 100));
+        const __m128i eights =
+            _mm_madd_epi16(_mm_packs_epi32(fours, fours), _mm_set1_epi32(1 << 16 | 10000));
+        std::uint64_t both = 0;
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(&both), eights);
+        return (both & 0xFFFFFFFF) * 100000000 + (both >> 32);
+    }
+
     friend Vector operator|(Vector left, Vector right) noexcept {
         return Vector(_mm_or_si128(left.bytes_, right.bytes_));
     }
@@ -246,6 +279,30 @@ private:
     __m128i bytes_;
 };
 
+/// The values of sixteen digits: of two numbers below 10^8, the first digit of each lowest.
+/// @param numbers  the first of them in the low half; becomes the digits of the first
+/// @return those of the second
+inline std::uint64_t spread_sixteen_digits(std::uint64_t& numbers) noexcept {
+    // Divides by 10^4, 100 and 10, each time with quotient and remainder beside each other.
+    const __m128i both = _mm_unpacklo_epi32(
+        _mm_loadl_epi64(reinterpret_cast<const __m128i*>(&numbers)), _mm_setzero_si128());
+    const __m128i high_fours = _mm_srli_epi64(_mm_mul_epu32(both, _mm_set1_epi64x(0xD1B71759)), 45);
+    const __m128i low_fours =
+        _mm_sub_epi64(both, _mm_mul_epu32(high_fours, _mm_set1_epi64x(10000)));
+    const __m128i fours = _mm_or_si128(high_fours, _mm_slli_epi64(low_fours, 32));
+    const __m128i hundreds = _mm_srli_epi16(_mm_mulhi_epu16(fours, _mm_set1_epi16(10486)), 4);
+    const __m128i below_hundred =
+        _mm_sub_epi16(fours, _mm_mullo_epi16(hundreds, _mm_set1_epi16(100)));
+    const __m128i pairs = _mm_or_si128(hundreds, _mm_slli_epi32(below_hundred, 16));
+    const __m128i tens = _mm_mulhi_epu16(pairs, _mm_set1_epi16(6554));
+    const __m128i ones = _mm_sub_epi16(pairs, _mm_mullo_epi16(tens, _mm_set1_epi16(10)));
+    const __m128i digits = _mm_or_si128(tens, _mm_slli_epi16(ones, 8));
+    std::uint64_t second = 0;
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(&numbers), digits);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(&second), _mm_unpackhi_epi64(digits, digits));
+    return second;
+}
+
 #elif defined(FOUNDATION_JSON_NEON)
 
 class Vector {
@@ -289,6 +346,14 @@ public:
     }
 
     Vector in_lower_case() const noexcept { return Vector(vorrq_u8(bytes_, vdupq_n_u8(0x20))); }
+
+    Vector digit_values() const noexcept { return Vector(veorq_u8(bytes_, vdupq_n_u8('0'))); }
+
+    std::uint64_t decimal() const noexcept {
+        const uint64x2_t words = vreinterpretq_u64_u8(bytes_);
+        return eight_digits(vgetq_lane_u64(words, 0)) * 100000000 +
+               eight_digits(vgetq_lane_u64(words, 1));
+    }
 
     friend Vector operator|(Vector left, Vector right) noexcept {
         return Vector(vorrq_u8(left.bytes_, right.bytes_));

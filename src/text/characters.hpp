@@ -1,5 +1,5 @@
 /// @file
-/// Classes of bytes: blanks, digits, letters, hexadecimal digits, control and continuation bytes.
+/// Classes of bytes: whitespace, digits, letters, hexadecimal digits, control characters and so on.
 #ifndef FOUNDATION_JSON_SRC_TEXT_CHARACTERS_HPP
 #define FOUNDATION_JSON_SRC_TEXT_CHARACTERS_HPP
 

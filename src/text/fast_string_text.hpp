@@ -34,11 +34,11 @@ template <class Rule, class Bytes = Block>
         return bytes.template special<Rule>().empty();
     }
     if (size >= 4) {
-        const std::size_t places[] = {0, size / 8 * 4, size - 4 - size / 8 * 4, size - 4};
+        const std::size_t offsets[] = {0, size / 8 * 4, size - 4 - size / 8 * 4, size - 4};
         std::uint32_t words[4];
         for (int i = 0; i != 4; ++i) {
-            words[i] = load_word<std::uint32_t>(from + places[i]);
-            store_word(out + places[i], words[i]);
+            words[i] = load_word<std::uint32_t>(from + offsets[i]);
+            store_word(out + offsets[i], words[i]);
         }
         const Bytes bytes(join_words(words[0], words[1]), join_words(words[2], words[3]));
         return bytes.template special<Rule>().empty();

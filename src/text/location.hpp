@@ -67,6 +67,11 @@ inline std::string describe_location(std::string_view pointer) {
     return result += ": ";
 }
 
+/// How messages of several errors end, if there may be more.
+inline std::string cut_off_line(std::size_t errors) {
+    return "the conversion ended after " + std::to_string(errors) + " errors: there may be more";
+}
+
 } // namespace foundation::json::detail
 
 #endif

@@ -1,5 +1,5 @@
 /// @file
-/// Skips blanks, and the bytes of strings that need neither decoding nor checks.
+/// Skips whitespace, and the bytes of strings that need neither decoding nor checks.
 #ifndef FOUNDATION_JSON_SRC_TEXT_SKIPPING_HPP
 #define FOUNDATION_JSON_SRC_TEXT_SKIPPING_HPP
 
@@ -8,7 +8,7 @@
 
 namespace foundation::json::detail {
 
-/// The first byte at or after `from` that is no blank, or the end.
+/// The first byte at or after `from` that is not whitespace, or the end.
 template <class Bytes>
 [[gnu::noinline]] const char* skip_blanks(const char* from, const char* end) noexcept {
     // Mostly a line feed and the indentation of the next line, which a block finds sooner.

@@ -69,7 +69,7 @@ inline std::uint32_t code_point(std::string_view sequence) noexcept {
 
 /// Writes a character as UTF-8.
 /// @param code  no surrogate, at most 0x10FFFF
-/// @return the place behind it
+/// @return the position after it
 inline char* put_utf8(char* out, std::uint32_t code) noexcept {
     const auto put = [&out](std::uint32_t byte) { *out++ = static_cast<char>(byte); };
     if (code < 0x80) {

@@ -186,23 +186,23 @@ template <class Rule>
 FOUNDATION_JSON_SHUFFLING Utf8Copy copy_utf8_by_shuffles(char* out, const char* from,
                                                          std::size_t size) noexcept {
     Utf8Checker checker;
-    bool is_clean = true;
+    Vector special;
     std::size_t at = 0;
     for (; size - at >= 16; at += 16) {
-        const Block bytes(from + at);
+        const Vector bytes(from + at);
         bytes.store(out + at);
-        is_clean = is_clean & bytes.template special<Rule>().empty();
-        checker.check(Vector(from + at));
+        special = special | special_bytes<Rule>(bytes);
+        checker.check(bytes);
     }
-    const Block last(from + size - 16); // overlaps the block before it
+    const Vector last(from + size - 16); // overlaps the block before it
     last.store(out + size - 16);
-    is_clean = is_clean & last.template special<Rule>().empty();
+    special = special | special_bytes<Rule>(last);
     // Zeros behind the end show whether a sequence is cut off there.
     checker.check(at != size ? load_few(from + at, size - at) : Vector());
     if (!checker.found_nothing()) {
         return Utf8Copy::bad;
     }
-    return is_clean ? Utf8Copy::clean : Utf8Copy::special;
+    return special.mask().empty() ? Utf8Copy::clean : Utf8Copy::special;
 }
 
 #endif

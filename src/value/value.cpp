@@ -48,7 +48,7 @@ const char* name_in(TypeList<Types...>, int order) noexcept {
     return result;
 }
 
-/// Whether each type of a list has the order of its place there.
+/// Whether each type of a list has the order of its position there.
 template <class... Types>
 constexpr bool are_in_order(TypeList<Types...>) noexcept {
     int next = 0;

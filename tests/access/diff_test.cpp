@@ -129,7 +129,7 @@ TEST(Diff, OfArraysWithNothingInCommonReplacesTheArray) {
     }
 }
 
-TEST(Diff, TakesNumbersByTheirAmountAndUndefinedMembersForMissing) {
+TEST(Diff, ComparesNumbersByValueAndTakesUndefinedMembersForMissing) {
     EXPECT_EQ(content_text(checked_diff(Array{1, 2}, Array{1LL, 2.0f})), "[]");
     EXPECT_EQ(content_text(checked_diff(Object{{"a", Value()}, {"b", 1}},
                                         Object{{"b", Value()}, {"c", Value()}})),

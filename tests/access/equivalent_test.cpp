@@ -103,7 +103,7 @@ std::size_t wrong_verdicts() {
     return wrong;
 }
 
-TEST(Equivalent, ComparesNumbersByTheirAmountAndNothingElseAcrossKinds) {
+TEST(Equivalent, ComparesNumbersByValueAndNothingElseAcrossKinds) {
     const auto& classes = equivalence_classes();
     for (std::size_t i = 0; i != classes.size(); ++i) {
         for (std::size_t j = 0; j != classes.size(); ++j) {

@@ -348,7 +348,7 @@ TEST(NonConstIndexing, NamesAreOrderedByTheirBytes) {
               "{\"\":6,\"Z\":5,\"a\":4,\"a b\":7,\"ab\":2,\"b\":1,\"\xC3\xA4\":3}");
 }
 
-TEST(NonConstIndexing, MembersKeepTheirPlaceWhenOthersAreInserted) {
+TEST(NonConstIndexing, MembersKeepTheirAddressesWhenOthersAreInserted) {
     Value object(Object{{"m", "here"}});
     Value* const member = &object["m"];
     for (int i = 0; i != 100; ++i) {

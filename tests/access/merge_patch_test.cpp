@@ -143,7 +143,7 @@ TEST(MergeDiff, TakesUndefinedForMissing) {
     EXPECT_EQ(describe(merge_diff(Value(), Value())), "undefined");
 }
 
-TEST(MergeDiff, TakesNumbersByTheirAmount) {
+TEST(MergeDiff, ComparesNumbersByValue) {
     EXPECT_EQ(
         content_text(merge_diff(Object{{"a", 1}, {"b", 0.5}}, Object{{"a", 1LL}, {"b", 0.5f}})),
         "{}");

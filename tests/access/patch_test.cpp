@@ -245,7 +245,7 @@ TEST(Patch, RemovesWhatHasBeenChanged) {
               R"([[0,3],"x"])");
 }
 
-TEST(Patch, ComparesNumbersByTheirAmount) {
+TEST(Patch, ComparesNumbersByValue) {
     Value root = Object{{"a", 7LL}, {"b", Array{0.5f, 1ULL}}};
     EXPECT_NO_THROW(
         patch(root, Array{operation::test("/a", 7), operation::test("/b/0", 0.5),

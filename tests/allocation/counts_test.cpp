@@ -69,7 +69,7 @@ TEST(Allocations, OfSwapAreNoneBetweenValuesOfTheSameKind) {
     }
 }
 
-TEST(Allocations, OfScalarsAndShortTextsAreNone) {
+TEST(Allocations, OfScalarsAndShortStringsAreNone) {
     EXPECT_EQ(allocations_of([] {
                   Value value;
                   value = Null();

@@ -18,7 +18,7 @@ namespace {
 /// All subjects' types but those of numbers, with one text of each that is right and one that is
 /// not.
 template <class T>
-void fail_each_allocation_of(const std::string& text) {
+void fail_each_allocation_of(const std::string& text, const ReadOptions& options = {}) {
     SCOPED_TRACE(text);
     struct Operands {
         std::optional<T> object;
@@ -26,7 +26,7 @@ void fail_each_allocation_of(const std::string& text) {
     };
     const auto run = [&](Operands& operands) {
         try {
-            operands.object = read<T>(text);
+            operands.object = read<T>(text, options);
         } catch (const std::runtime_error& error) {
             operands.message = error.what();
         }
@@ -64,6 +64,23 @@ TEST(AllocationFailures, OfErrorsOfADocumentLeakNothing) {
     fail_each_allocation_of<reads::Node>(R"({"name":"a","children":[{"name":7}]})");
     fail_each_allocation_of<reads::Node>(R"({"name":"a","name":")" + long_text + R"("})");
     fail_each_allocation_of<reads::Node>(R"({"name":"a",)");
+}
+
+TEST(AllocationFailures, OfSeveralErrorsOfADocumentLeakNothing) {
+    ReadOptions options;
+    options.unknown_members = ConvertOptions::UnknownMembers::error;
+    for (const std::size_t most : {2, 20}) {
+        options.max_errors = most;
+        fail_each_allocation_of<reads::Node>(
+            R"({"nmae":"a","flags":{")" + long_text +
+                R"(":[0,1]},"leaves":[{"level":"x","":7}],"numbers":[1,1,"a"],"children":[{},7]})",
+            options);
+        fail_each_allocation_of<reads::Choices>(
+            R"({"number":null,"leaf":{"n/~":"x"},"shapes":[{"type":"circle","radius":null}]})",
+            options);
+        fail_each_allocation_of<reads::Pointers>(
+            R"({"unique":{"n/~":-1},"code":"abc","codes":["a",1],"size":{"width":101}})", options);
+    }
 }
 
 TEST(AllocationFailures, OfReadingIntoAnObjectLeaveADefaultObject) {

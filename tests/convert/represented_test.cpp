@@ -46,7 +46,7 @@ const Value bad_code("abc");
 
 // ---- Representations -----------------------------------------------------------------------
 
-TEST(Representations, AreWrittenAndReadInTheirPlace) {
+TEST(Representations, AreWrittenAndReadInsteadOfTheType) {
     EXPECT_EQ(text_of(Code("abcd")), "\"abcd\"");
     EXPECT_EQ(text_of(Size(3, 4)), R"({"width":3,"height":4})");
     EXPECT_EQ(to<Size>(Value(Object{{"width", 5}, {"height", 6}})).height(), 6);
@@ -194,7 +194,7 @@ TEST(Paths, AreStrings) {
               "at the root: 7 is a number, not a string");
 }
 
-TEST(Views, AreWritten) {
+TEST(StringViews, AreWritten) {
     const std::vector<std::string_view> views{"a", "\n"};
     EXPECT_EQ(write(views), R"(["a","\n"])");
     EXPECT_EQ(describe(from(views)), R"(JSON array ["a","\n"])");

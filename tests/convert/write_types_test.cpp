@@ -178,7 +178,7 @@ TEST(WriteTypes, WritesAllContainers) {
     EXPECT_EQ(write(std::map<std::string, Value>{{"a", Undefined()}, {"b", 1}}), R"({"b":1})");
 }
 
-TEST(WriteTypes, WritesWhatAValueHoldsAsBefore) {
+TEST(WriteTypes, WritesTheTypesThatAValueHoldsToo) {
     EXPECT_EQ(write(7), "7");
     EXPECT_EQ(write(7L), "7");
     EXPECT_EQ(write(true), "true");

@@ -559,7 +559,7 @@ TEST(ParserErrors, ATextThatIsNotUtf8IsLocatedAtTheWrongByte) {
     });
 }
 
-TEST(ParserErrors, WhatLiesBehindTheTextIsNotLookedAt) {
+TEST(ParserErrors, BytesAfterTheTextAreNotRead) {
     // Each beginning of a longer text is a text that ends too early, exactly at its end.
     const std::string_view whole = "[ \"\xE3\x81\x82\xC3\xA9\xF0\x9F\x8C\x8D\\u00e9\", true, "
                                    "\"a string of more than sixteen bytes\", {\"name\": null}]";
@@ -890,7 +890,7 @@ TEST(ParserErrors, QuoteOfALongLineNoMoreThan160BytesOnEitherSide) {
 }
 
 // A stream is read as far as the quote goes, also where the error is one byte farther on.
-TEST(ParserErrors, QuoteTheSameOfAStreamBehindASlash) {
+TEST(ParserErrors, QuoteTheSameOfAStreamAfterASlash) {
     ParseOptions options;
     options.comments = true;
     for (const std::size_t size : {157U, 158U, 159U, 160U, 161U, 162U, 300U}) {

@@ -333,6 +333,89 @@ TEST(ParserNumbers, TheFastPathIsRightWhereItDecides) {
 #endif
 }
 
+#if defined(__SIZEOF_INT128__)
+
+/// Digits next to half-way cases between two doubles, for some exponents, and any others.
+std::uint64_t delicate_digits(std::mt19937_64& random) {
+    const std::uint64_t mantissa = random() >> 11 | std::uint64_t{1} << 52;
+    switch (random() % 3) {
+    case 0:
+        return (2 * mantissa + 1) << random() % 9;
+    case 1:
+        return ((2 * mantissa + 1) << random() % 9) + random() % 3 - 1;
+    default:
+        return random() >> random() % 64 | 1;
+    }
+}
+
+TEST(ParserNumbers, FewBitsOfAPowerDecideAsAllOfThemDo) {
+    const std::uint64_t seed = random_seed();
+    std::mt19937_64 random(seed);
+    for (std::size_t i = 0; i != 20 * test_repetitions(); ++i) {
+        const std::uint64_t digits = delicate_digits(random);
+        const int exponent = random() % 2 == 0 ? static_cast<int>(random() % 5) - 2
+                                               : static_cast<int>(random() % 651) - 342;
+        double number = -1;
+        double expected = -1;
+        const detail::Rounding rounding =
+            detail::nearest_normal_by_all_bits(digits, exponent, expected);
+        ASSERT_EQ(detail::nearest_normal(digits, exponent, number), rounding)
+            << digits << 'e' << exponent << ", seed " << seed;
+        ASSERT_EQ(bits_of(number), bits_of(expected))
+            << digits << 'e' << exponent << ", seed " << seed;
+    }
+}
+
+#endif
+
+/// Whether a number without exponent has the form that JSON demands.
+bool is_valid(const std::string& whole, bool has_point, const std::string& decimals) {
+    return !whole.empty() && (whole[0] != '0' || whole.size() == 1) &&
+           (!has_point || !decimals.empty());
+}
+
+std::string random_digits(std::mt19937_64& random, std::size_t count) {
+    std::string digits;
+    const char same = static_cast<char>('0' + 9 * (random() % 2));
+    for (std::size_t i = 0; i != count; ++i) {
+        digits += random() % 3 == 0 ? static_cast<char>('0' + random() % 10) : same;
+    }
+    return digits;
+}
+
+TEST(ParserNumbers, UsualOnesAreReadToTheirEnd) {
+    const std::uint64_t seed = random_seed();
+    std::mt19937_64 random(seed);
+    std::size_t read = 0;
+    for (std::size_t i = 0; i != 40 * test_repetitions(); ++i) {
+        const std::string whole = random_digits(random, random() % 21);
+        const bool has_point = random() % 4 != 0;
+        const std::string decimals = random_digits(random, has_point ? random() % 20 : 0);
+        const std::string number =
+            (random() % 2 != 0 ? "-" : "") + whole + (has_point ? "." : "") + decimals;
+        const char* const behind[] = {",", "]", " ", "\n", "x", "/"};
+        const char* const exponents[] = {"e5", "E-1", "e", "E+0"};
+        const bool has_exponent = random() % 8 == 0;
+        std::string text = number + (has_exponent ? exponents[random() % 4] : behind[random() % 6]);
+        text.append(detail::usual_number_room + 2, random() % 2 == 0 ? '1' : ' ');
+        double found = -1;
+        const char* const end = detail::usual_number(text.data(), found);
+        if (end == nullptr) {
+            continue;
+        }
+        ++read;
+        ASSERT_TRUE(is_valid(whole, has_point, decimals) && !has_exponent) << text;
+        ASSERT_EQ(static_cast<std::size_t>(end - text.data()), number.size()) << text;
+        ASSERT_EQ(bits_of(found), bits_of(std::strtod(number.c_str(), nullptr)))
+            << text << ", seed " << seed;
+    }
+#if defined(__SIZEOF_INT128__)
+    EXPECT_GT(read, 10 * test_repetitions());
+#else
+    EXPECT_GT(read, 0U);
+#endif
+}
+
 // ---- The environment -------------------------------------------------------------------------
 
 /// Texts that an environment could change the result of: half-way cases, subnormal numbers, and
@@ -359,6 +442,10 @@ const char* const delicate[] = {
     "1e300",
     "3",
     "0.5",
+    "-0.0",
+    "101.25",
+    "999.9999999999999999",
+    "1.00000000000000011",
 };
 
 /// The bits of a double, since the environment could also affect comparing or writing it.

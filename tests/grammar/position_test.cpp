@@ -31,7 +31,7 @@ TEST(TextPosition, CountsBytesLinesAndCharacters) {
     EXPECT_EQ(to_text(advanced({10, 3, 7}, "ab\nc")), "14=4:2");
 }
 
-TEST(TextPosition, AMarkTakesNoColumnAtTheStartAlone) {
+TEST(TextPosition, AByteOrderMarkTakesNoColumnAtTheStartAlone) {
     EXPECT_EQ(to_text(advanced({}, "\xEF\xBB\xBF")), "3=1:1");
     EXPECT_EQ(to_text(advanced({}, "\xEF\xBB\xBF"
                                    "ab")),

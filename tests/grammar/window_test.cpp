@@ -83,7 +83,7 @@ TEST(Window, WaitsForTheFirstByteAlone) {
     EXPECT_EQ(at, token + 1);
 }
 
-TEST(Window, BeginSkipsAMarkThatArrivesInPieces) {
+TEST(Window, BeginSkipsAByteOrderMarkThatArrivesInPieces) {
     const struct {
         std::string text;
         std::size_t mark;
@@ -193,7 +193,7 @@ public:
     bool throws = false;
 };
 
-TEST(Window, TellsWhatItGivesUpBeforeThat) {
+TEST(Window, TellsItsListenerWhatItIsAboutToDrop) {
     const std::string text = numbered_lines(300000);
     PiecewiseStream stream(text, 4000);
     Window window(&stream);
@@ -210,7 +210,7 @@ TEST(Window, TellsWhatItGivesUpBeforeThat) {
     EXPECT_GT(listener.text.size(), 200000U);
 }
 
-TEST(Window, IsUnchangedBehindAnException) {
+TEST(Window, IsUnchangedAfterAnException) {
     const std::string text = numbered_lines(300000);
     test::InterruptedBuffer buffer(text, 4000);
     std::istream stream(&buffer);

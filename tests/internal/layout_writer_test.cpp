@@ -82,7 +82,7 @@ TEST(LayoutWriter, PutsCommasBetweenElements) {
               (Pieces{"[", "true", ",", "[", "]", ",", ",", "string a", "]"}));
 }
 
-TEST(LayoutWriter, PutsAColonBehindEachName) {
+TEST(LayoutWriter, PutsAColonAfterEachName) {
     EXPECT_EQ(compact(Object{}), (Pieces{"{", "}"}));
     EXPECT_EQ(compact(Object{{"a", true}, {"b", Object{{"c", Undefined()}}}}),
               (Pieces{"{", "string a", ":", "true", ",", "string b", ":", "{", "string c", ":", "}",

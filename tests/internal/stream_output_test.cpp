@@ -17,7 +17,7 @@
 namespace foundation::json::detail {
 namespace {
 
-TEST(StreamOutput, WritesThePiecesOneBehindTheOther) {
+TEST(StreamOutput, WritesThePiecesOneAfterTheOther) {
     std::ostringstream stream;
     StreamOutput output(stream);
     output.text({}, "[");

@@ -54,7 +54,7 @@ TEST(Utf16Converter, CanBeUsedAgainAfterAnError) {
     EXPECT_EQ(converter.convert(high + low), "\xF0\x9F\x98\x80");
 }
 
-TEST(Utf16Converter, ConvertsTextsLongerThanAnyPiece) {
+TEST(Utf16Converter, ConvertsStringsLongerThanAnyPiece) {
     UtfText text;
     for (char32_t i = 0; i != 50000; ++i) {
         text.append(U'a' + i % 26);

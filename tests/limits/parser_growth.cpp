@@ -268,7 +268,7 @@ const std::vector<Shape>& shapes() {
         {"a number of many zeros", [](std::size_t size) { return filled(size, "0.", "0", "7"); }},
         {"a number too large by far", [](std::size_t size) { return filled(size, "", "7", ""); }},
         {"a large exponent", [](std::size_t size) { return filled(size, "7e", "0", "1"); }},
-        {"blanks", [](std::size_t size) { return filled(size, "[", "\n    \t", "0]"); }},
+        {"whitespace", [](std::size_t size) { return filled(size, "[", "\n    \t", "0]"); }},
         {"comments", [](std::size_t size) { return filled(size, "[", "/**///\n", "0]"); }},
         {"a comment", [](std::size_t size) { return filled(size, "/*", "* ", "*/0"); }},
         {"a stream of lines",
@@ -357,7 +357,7 @@ const std::vector<Shape>& shapes() {
         {"elements of an array",
          [](std::size_t size) { return filled(size, "[", "{\"a\":[1,\"b\\n\"]},", "0]"); },
          read_elements},
-        {"a stream of blanks", [](std::size_t size) { return filled(size, "", " \n", ""); },
+        {"a stream of whitespace", [](std::size_t size) { return filled(size, "", " \n", ""); },
          read_stream},
     };
     return all;

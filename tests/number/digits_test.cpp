@@ -48,6 +48,30 @@ TEST(IntegerText, HasAsManyDigitsAsTheNumber) {
     }
 }
 
+template <class Number>
+std::string quick_text_of(Number number) {
+    char room[32];
+    char* const text = room;
+    return {text, quick_integer_text(text, number)};
+}
+
+TEST(QuickIntegerText, IsTheSame) {
+    for (unsigned long long number = 0; number != 200; ++number) {
+        EXPECT_EQ(quick_text_of(number), std::to_string(number));
+        const unsigned long long longer = number * 100000000 + 12345678; // up to two digits more
+        EXPECT_EQ(quick_text_of(longer), std::to_string(longer));
+    }
+    std::mt19937_64 random(10);
+    for (int i = 0; i < 100000; ++i) {
+        const unsigned long long number = random() >> random() % 64;
+        ASSERT_EQ(quick_text_of(number), std::to_string(number));
+        const auto with_sign = static_cast<long long>(random()) >> random() % 64;
+        ASSERT_EQ(quick_text_of(with_sign), std::to_string(with_sign));
+    }
+    EXPECT_EQ(quick_text_of(LLONG_MIN), "-9223372036854775808");
+    EXPECT_EQ(quick_text_of(ULLONG_MAX), "18446744073709551615");
+}
+
 // ---- Seventeen digits ----------------------------------------------------------------------
 
 /// All seventeen digits, and how many there are without trailing zeros.
@@ -59,7 +83,7 @@ std::string described(std::uint64_t number) {
     return digits.first() + std::string(rest, 16) + " " + std::to_string(digits.count());
 }
 
-TEST(Digits, AreTextWithoutCountingTrailingZeros) {
+TEST(Digits, AreCountedWithoutTrailingZeros) {
     const struct {
         std::uint64_t number;
         const char* text;

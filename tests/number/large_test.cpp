@@ -20,7 +20,7 @@ Large product(std::uint64_t number, int fives, int twos) {
     return result;
 }
 
-TEST(Large, ComparesByAmount) {
+TEST(Large, ComparesByValue) {
     EXPECT_EQ(compare(Large(0), Large(0)), 0);
     EXPECT_LT(compare(Large(0), Large(1)), 0);
     EXPECT_GT(compare(Large(top), Large(top - 1)), 0);

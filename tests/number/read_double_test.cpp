@@ -203,7 +203,7 @@ TEST(ReadDouble, RoundsToTheNearestAndTiesToEven) {
     });
 }
 
-TEST(ReadDouble, ReadsTextsOfHundredsOfDigits) {
+TEST(ReadDouble, ReadsHundredsOfDigits) {
     const std::string zeros(800, '0');
     expect_read({
         {"0." + std::string(800, '3'), 0x1.5555555555555p-2},

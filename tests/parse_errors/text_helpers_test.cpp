@@ -121,14 +121,14 @@ TEST(U16ToU8, ConvertsExactlyAsManyUnitsAsItIsTold) {
                                   "c");
 }
 
-TEST(U16ToU8, ReadsNothingBehindTheLastUnit) {
+TEST(U16ToU8, ReadsNothingAfterTheLastUnit) {
     const std::vector<char16_t> exact{u'a', 0xD83D, 0xDE00};
     std::vector<char16_t> text(exact);
     text.shrink_to_fit();
     EXPECT_EQ(u16_to_u8(text.data(), 3), "a\xF0\x9F\x98\x80");
 }
 
-TEST(U16ToU8, OfNoUnitsIsEmptyEvenWithoutAText) {
+TEST(U16ToU8, OfNoUnitsIsEmptyEvenOfANullPointer) {
     EXPECT_EQ(u16_to_u8(nullptr, 0), "");
 }
 
@@ -159,7 +159,7 @@ TEST(U16ToU8, ConvertsEveryCodePoint) {
     expect_converted(text);
 }
 
-TEST(U16ToU8, ReplacesEverySurrogateWithoutAPartner) {
+TEST(U16ToU8, ReplacesEveryUnpairedSurrogate) {
     UtfText text;
     for (char32_t c = 0xD800; c <= 0xDFFF; ++c) {
         text.append_unpaired(static_cast<char16_t>(c));
@@ -168,7 +168,7 @@ TEST(U16ToU8, ReplacesEverySurrogateWithoutAPartner) {
     expect_converted(text);
 }
 
-TEST(U16ToU8, LongTextsMayHaveACharacterAcrossAnyBoundary) {
+TEST(U16ToU8, LongStringsMayHaveACharacterAcrossAnyBoundary) {
     // Whatever the size of the pieces a long text is converted in, some character straddles the
     // boundaries between them: here every multiple of 512 bytes, in every possible position.
     struct Straddler {

@@ -88,7 +88,7 @@ TEST(Describe, ShowsPrivateAndUnassignedCharactersAsDots) {
               "          ^\n");
 }
 
-TEST(Describe, LeavesNoMarkBehindAnEllipsis) {
+TEST(Describe, ShowsNoCombiningMarkAfterAnEllipsis) {
     const std::string mark = "\xCC\x81";
     // The letter of the marks is cut away, and so are they.
     EXPECT_EQ(

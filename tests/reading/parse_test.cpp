@@ -34,7 +34,7 @@ std::string bytes(const char (&literal)[Size]) {
     return std::string(literal, Size - 1);
 }
 
-TEST(Parser, ReadsWords) {
+TEST(Parser, ReadsTrueFalseAndNull) {
     EXPECT_EQ(parsed("null"), Value(Null()));
     EXPECT_EQ(parsed("true"), Value(true));
     EXPECT_EQ(parsed("false"), Value(false));
@@ -96,7 +96,7 @@ TEST(Parser, ReadsEscapesWhereverTheyStand) {
     }
 }
 
-TEST(Parser, ReplacesSurrogateEscapesWithoutAPartner) {
+TEST(Parser, ReplacesUnpairedSurrogateEscapes) {
     struct Case {
         const char* written;
         const char* meant;
@@ -387,7 +387,7 @@ const char* const texts[] = {
     "[ /",
 };
 
-TEST(Parser, ReadsNoByteBeforeOrBehindTheText) {
+TEST(Parser, ReadsNoByteBeforeOrAfterTheText) {
     const EdgeMemory memory;
     ParseOptions options;
     for (const bool comments : {false, true}) {

@@ -59,7 +59,7 @@ std::string token_text(const Reader& reader) {
     }
 }
 
-/// The same, with all that the reader says of the place.
+/// The same, with all that the reader says of its position.
 std::string token_and_place(const Reader& reader) {
     return token_text(reader) + " @" + to_text(reader.position()) + ' ' +
            std::to_string(reader.depth()) + ' ' + reader.pointer();
@@ -477,7 +477,7 @@ TEST(Reader, WhereNoValueIsContentIsALogicError) {
 
 // ---- Whole values ----------------------------------------------------------------------------
 
-TEST(Reader, SkipGoesToTheEndOfAValueAndDoesNothingBehindIt) {
+TEST(Reader, SkipGoesToTheEndOfAValueAndDoesNothingAfterIt) {
     const std::string text = R"({"a":[1,[2,{"b":3}]],"c":"d","e":4})";
     struct Case {
         std::size_t tokens;
@@ -630,7 +630,7 @@ TEST(Reader, NamesThatWereForgottenDoNotReturn) {
                                "/0/c", "/0/c", "/0/c/d", "/0/c/d", "/0/c", "/0", ""}));
 }
 
-TEST(Reader, PositionsCountLinesCharactersAndAMark) {
+TEST(Reader, PositionsCountLinesCharactersAndAByteOrderMark) {
     for_each_reader("\xEF\xBB\xBF\n\r\n\"\xC3\xA9\xE3\x81\x82\"  ", [](Reader& reader) {
         EXPECT_EQ(to_text(reader.position()), "0=1:1") << "nothing has been read";
         reader.next();
@@ -640,7 +640,7 @@ TEST(Reader, PositionsCountLinesCharactersAndAMark) {
     });
 }
 
-TEST(Reader, AMarkThatIsOutOfTheWindowCountsAsNoColumn) {
+TEST(Reader, AByteOrderMarkOutsideTheWindowCountsAsNoColumn) {
     // The window drops text up to 164 bytes before a token: here, within the mark.
     for (std::size_t before = 155; before != 172; ++before) {
         const std::string text =
@@ -690,7 +690,7 @@ TEST(Reader, TokensLongerThanTheWindowAreWhole) {
 }
 
 TEST(Reader, TokensAreReadAlikeWhereverTheWindowEnds) {
-    // What lies around the places where the window is filled again, in turn.
+    // What lies around the positions where the window is filled again, in turn.
     const std::string around =
         R"({"name":[-12.5e-3,"\u00e9\ud83d\ude00",true,null,[],{}],"b":false}, )";
     for (std::size_t shift = 0; shift != around.size(); ++shift) {
@@ -756,7 +756,7 @@ TEST(Reader, ReadsAHundredThousandLevels) {
     EXPECT_EQ(tokens.back(), "nested deeper than 99999 levels: the option max_depth is the limit");
 }
 
-TEST(Reader, ReadsNoByteBeforeOrBehindTheText) {
+TEST(Reader, ReadsNoByteBeforeOrAfterTheText) {
     const EdgeMemory memory;
     const std::string whole =
         "[{\"name\":[12,\"string of many letters\",true,null,-0.5e7]},12345678]";
@@ -920,7 +920,7 @@ TEST(Reader, SkipAndValueGoOnAfterAnExceptionOfTheStream) {
     EXPECT_EQ(reader.next(), Token::end);
 }
 
-TEST(Reader, BehindAValueThatFailedInACommentTheTokensComeOneByOne) {
+TEST(Reader, AfterAValueThatFailedInACommentTheTokensComeOneByOne) {
     PiecewiseStream first("[1, /* x", 1, StreamFailure::by_throwing);
     Reader reader(first, with_comments());
     reader.next();
@@ -1119,6 +1119,9 @@ TEST(Reader, MaxBytesGivesTheSameWhateverTheSizeOfPieces) {
         "[-123456789, nulx, 1]",
         "[null, false , true, /* comment */ // more\n 1]",
         "/* 1234567890 */ [ 1 /* \xFF */ ]",
+        "[1, /\x9D*123456]",
+        "[1, /",
+        "{/1234567: 8}",
         "[                    1]",
         "[[[[[[[[[[[[[]]]]]]]]]]]]]",
         "[1, 2, 3, 4, 5, 6, 7, x]",

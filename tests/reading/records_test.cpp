@@ -166,7 +166,7 @@ TEST(RecordsOfLines, AnErrorQuotesItsLine) {
     }
 }
 
-TEST(RecordsOfLines, AMarkIsSkippedAtTheStartAlone) {
+TEST(RecordsOfLines, AByteOrderMarkIsSkippedAtTheStartAlone) {
     expect_records("\xEF\xBB\xBF"
                    "1\n\xEF\xBB\xBF"
                    "2\n",
@@ -250,7 +250,7 @@ TEST(RecordsConcatenated, ValuesFollowEachOther) {
                    "0 4=1:2 [1] -> [1]\n1 7=1:5  -> end\n");
 }
 
-TEST(RecordsConcatenated, AfterAnErrorTheLineBehindItIsRead) {
+TEST(RecordsConcatenated, AfterAnErrorTheNextLineIsRead) {
     expect_records(
         "1 [2,\nx] 3\n4 nul 5\n6x\n7", Framing::concatenated,
         "0 0=1:1 1 -> 1\n"
@@ -528,7 +528,7 @@ TEST(Records, NothingIsReadOrKnownBeforeTheFirstCall) {
     }
 }
 
-TEST(Records, BehindTheEndThereIsNothing) {
+TEST(Records, AfterTheEndThereIsNothing) {
     for (const Framed& framed : all_framings()) {
         std::istringstream stream(framed.text);
         Records<Value> records(stream, framed.framing, with_comments());

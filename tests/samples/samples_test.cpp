@@ -355,7 +355,7 @@ std::string part_of(const std::string& text, const std::string& from, const std:
 
 // The order in which C++20 wants them named.
 TEST(Documents, ListTheOptionsOfTheParserInTheOrderOfTheirDeclaration) {
-    const std::string header = text_of_file(root / "include/foundation/json/parse.hpp");
+    const std::string header = text_of_file(root / "include/foundation/json/parse_options.hpp");
     const std::string page = text_of_file(root / "docs/parsing.md");
     const Lines declared = found_by(std::regex("\n    [A-Za-z_:]+ ([a-z_]+) = "),
                                     part_of(header, "struct ParseOptions {", "\n};"));

@@ -264,7 +264,7 @@ TEST(Layout, EveryLevelIsIndentedByFourMoreSpaces) {
 }
 
 // Nothing but pieces of fixed text, for longer than any buffer.
-TEST(Layout, ManyWordsInARowAreAllWritten) {
+TEST(Layout, ManyNullsInARowAreAllWritten) {
     std::string expected = "[null";
     for (int i = 1; i < 10000; ++i) {
         expected += ",null";

@@ -226,7 +226,7 @@ TEST(StreamLocale, FormatsIntegersWithItsOwnFacet) {
 
 // ---- The global C++ locale -----------------------------------------------------------------
 
-TEST(GlobalLocale, AffectsTheTextsInStrings) {
+TEST(GlobalLocale, AffectsIntegersInSerialize) {
     const ScopedGlobalLocale global(grouping_locale("\3"));
     EXPECT_EQ(serialize(1234567LL), "1'234'567");
     EXPECT_EQ(serialize(1234567ULL), "1'234'567");

@@ -125,7 +125,7 @@ TEST(StringText, OfAMemberNameIsEscapedLikeAString) {
     EXPECT_EQ(serialize(Object{{"", ""}}), R"({"":""})");
 }
 
-TEST(StringText, EscapesAtEveryPlaceOfALongString) {
+TEST(StringText, EscapesAtEveryPositionOfALongString) {
     for (std::size_t place = 0; place < 300; ++place) {
         const std::string before(place, 'a');
         const std::string after(300 - place, 'b');

@@ -141,7 +141,7 @@ TEST(Write, EscapesWhatJsonDemandsAndNothingElse) {
     EXPECT_EQ(write(Object{{"a/\"b\"\n", 1}}), R"({"a/\"b\"\n":1})");
 }
 
-TEST(Write, EscapesAtEveryPlaceOfStringsOfEveryLength) {
+TEST(Write, EscapesAtEveryPositionOfStringsOfEveryLength) {
     for (const std::size_t size :
          {1U, 3U, 8U, 15U, 16U, 17U, 31U, 33U, 100U, 255U, 256U, 257U, 513U}) {
         for (const std::string& piece :

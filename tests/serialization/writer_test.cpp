@@ -123,7 +123,7 @@ TEST(Writer, WritesValuesAtTheirLevel) {
               "[\n {\n  \"a\": [\n   1,\n   []\n  ]\n },\n [\n  2\n ]\n]");
 }
 
-TEST(Writer, PutsRawTextInThePlaceOfAValue) {
+TEST(Writer, TakesRawJsonAsAValue) {
     EXPECT_EQ(text_of([](Writer& w) {
                   w.begin_object().name("a").raw("[ 1, 2 ]").name("b").raw("1.0E+6").end();
               }),

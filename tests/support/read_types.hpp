@@ -5,12 +5,17 @@
 #define FOUNDATION_JSON_TESTS_SUPPORT_READ_TYPES_HPP
 
 #include "support/describe.hpp"
+#include "support/represented.hpp"
 
+#include <foundation/json/chrono.hpp>
 #include <foundation/json/convert.hpp>
 #include <foundation/json/parse.hpp>
 #include <foundation/json/read.hpp>
+#include <foundation/json/write.hpp>
 
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <list>
@@ -21,7 +26,9 @@
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace foundation::json::test::reads {
@@ -114,6 +121,46 @@ struct PartsOf<std::index_sequence<Numbers...>> : Part<Numbers>... {
 
 using Wide = PartsOf<std::make_index_sequence<70>>;
 
+/// Containers that may have something twice, or have no order.
+struct Sets {
+    std::set<std::string> strings{"default"};
+    std::multiset<int> numbers{1, 1};
+    std::set<represented::Code> codes;
+    std::unordered_set<std::string> words{"a", "b"};
+    std::unordered_multiset<int> unordered;
+    std::multimap<std::string, int> many{{"a", 1}};
+    std::unordered_multimap<std::string, std::string> unordered_many;
+};
+
+struct Times {
+    std::chrono::system_clock::time_point at;
+    std::chrono::time_point<std::chrono::system_clock, std::chrono::seconds> rounded;
+    std::chrono::milliseconds took{5};
+    std::optional<std::chrono::duration<double>> share;
+    std::vector<std::chrono::hours> hours;
+};
+
+/// Variants in which a text may be wrong at several levels.
+struct Choices {
+    std::variant<int, std::string, std::vector<int>> number = "default";
+    std::variant<std::monostate, Leaf, std::map<std::string, Level>> leaf;
+    std::vector<represented::Shape> shapes{represented::Square{2, "red"}};
+    std::optional<represented::Shape> shape;
+};
+
+/// What is pointed to, and what has a representation.
+struct Pointers {
+    std::unique_ptr<Leaf> unique;
+    std::shared_ptr<std::vector<int>> shared;
+    std::unique_ptr<represented::Code> code;
+    std::vector<represented::Code> codes;
+    std::map<std::string, represented::Size> sizes;
+    represented::Size size{1, 2};
+    represented::Any any;
+    std::filesystem::path path = "default";
+    std::optional<represented::Checked> checked;
+};
+
 } // namespace foundation::json::test::reads
 
 namespace foundation::json {
@@ -184,23 +231,98 @@ inline constexpr auto members<test::reads::Odd> =
 template <>
 inline constexpr auto members<test::reads::Wide> = test::reads::Wide::table();
 
+template <>
+inline constexpr auto members<test::reads::Sets> = table(
+    defaulted("strings", &test::reads::Sets::strings),
+    defaulted("numbers", &test::reads::Sets::numbers),
+    defaulted("codes", &test::reads::Sets::codes), defaulted("words", &test::reads::Sets::words),
+    defaulted("unordered", &test::reads::Sets::unordered),
+    defaulted("many", &test::reads::Sets::many),
+    defaulted("unordered_many", &test::reads::Sets::unordered_many));
+
+template <>
+inline constexpr auto members<test::reads::Times> = table(
+    required("at", &test::reads::Times::at), defaulted("rounded", &test::reads::Times::rounded),
+    defaulted("took", &test::reads::Times::took,
+              [](const std::chrono::milliseconds& took) {
+                  return took.count() < 0 ? std::string("took no time") : std::string();
+              }),
+    defaulted("share", &test::reads::Times::share), defaulted("hours", &test::reads::Times::hours));
+
+template <>
+inline constexpr auto
+    members<test::reads::Choices> = table(required("number", &test::reads::Choices::number),
+                                          defaulted("leaf", &test::reads::Choices::leaf),
+                                          defaulted("shapes", &test::reads::Choices::shapes),
+                                          defaulted("shape", &test::reads::Choices::shape));
+
+template <>
+inline constexpr auto
+    members<test::reads::Pointers> = table(defaulted("unique", &test::reads::Pointers::unique),
+                                           defaulted("shared", &test::reads::Pointers::shared),
+                                           defaulted("code", &test::reads::Pointers::code),
+                                           defaulted("codes", &test::reads::Pointers::codes),
+                                           defaulted("sizes", &test::reads::Pointers::sizes),
+                                           required("size", &test::reads::Pointers::size),
+                                           defaulted("any", &test::reads::Pointers::any),
+                                           defaulted("path", &test::reads::Pointers::path),
+                                           defaulted("checked", &test::reads::Pointers::checked));
+
 } // namespace foundation::json
 
 namespace foundation::json::test::reads {
+
+/// A value with all arrays sorted, as what has no order of its own.
+inline Value sorted(const Value& value) {
+    Value result = value;
+    if (auto* const elements = get_if<Array>(&result)) {
+        std::sort(elements->begin(), elements->end(), [](const Value& left, const Value& right) {
+            return describe(left) < describe(right);
+        });
+    } else if (auto* const object = get_if<Object>(&result)) {
+        for (auto& member : *object) {
+            member.second = sorted(member.second);
+        }
+    }
+    return result;
+}
+
+/// The text of an object, and what differs if it is made of a Value.
+template <class T>
+std::string text_of(const T& object) {
+    const Value value = from(object);
+    WriteOptions options;
+    options.member_order = WriteOptions::MemberOrder::utf16;
+    options.not_finite = WriteOptions::NotFinite::string; // a float of 1e300
+    const std::string text = write(object, options);
+    const std::string text_of_value = write(value, options);
+    const std::string different = text == text_of_value ? "" : " rather than " + text_of_value;
+    if constexpr (std::is_same_v<T, Sets>) {
+        return describe(sorted(value)) + (different.empty() ? "" : text + different);
+    } else {
+        return describe(value) + (different.empty() ? "" : text + different);
+    }
+}
 
 /// What a call gives, in a text: the object, or the exception.
 template <class Call>
 std::string outcome_of(const Call& call) {
     try {
-        const Value value = from(call());
-        return "value " + describe(value);
+        return "value " + text_of(call());
     } catch (const ParserException& error) {
         return "ParserException " + std::to_string(error.get_byte_position()) + ' ' + error.what();
     } catch (const ConversionError& error) {
-        // Of a ReadError, what the ConversionError in it says.
-        const std::string_view what = error.what();
-        return "ConversionError " + std::string(what.substr(what.find("at "))) + " | " +
-               error.pointer();
+        // Those of read() come in the order of the document.
+        std::vector<std::string> errors;
+        for (const ConversionProblem& problem : error.errors()) {
+            errors.push_back("at " + problem.pointer + ": " + problem.message);
+        }
+        std::sort(errors.begin(), errors.end());
+        std::string result = error.is_cut_off() ? "ConversionError, cut off" : "ConversionError";
+        for (const std::string& each : errors) {
+            result += '\n' + each;
+        }
+        return result;
     }
 }
 
@@ -280,6 +402,42 @@ inline std::vector<Subject> subjects() {
         {"optional",
          &outcomes_of<std::optional<std::vector<std::optional<Leaf>>>>,
          {R"([null,{"n/~":1},{"n/~":2,"":"x"}])", "null"}},
+        {"Sets",
+         &outcomes_of<Sets>,
+         {R"({"strings":["a","b",""],"numbers":[3,1,3],"codes":["abcd","efgh"],)"
+          R"("words":["x","a string of more than sixteen bytes"],"unordered":[1,1,2],)"
+          R"("many":{"a":[1,2,1],"b":[]},"unordered_many":{"k":["v","w"],"l":["v"]}})",
+          R"({"strings":[],"many":{},"words":["a","b","c","d","e","f","g","h"]})"}},
+        {"Times",
+         &outcomes_of<Times>,
+         {R"({"at":"2026-11-22T10:40:00.250+02:00","rounded":"1969-12-31T23:59:59.5Z","took":1500,)"
+          R"("share":0.25,"hours":[1,-2]})",
+          R"({"at":"2016-12-31T23:59:60Z","took":-1,"share":null})"}},
+        {"Choices",
+         &outcomes_of<Choices>,
+         {R"({"number":[1,2],"leaf":{"n/~":1,"":"a"},)"
+          R"("shapes":[{"type":"circle","radius":1.5},{"side":2,"type":"square","colour":null}],)"
+          R"("shape":{"type":"square","side":1,"colour":"blue"}})",
+          R"({"number":7,"leaf":{"a":"low"},"shape":null})",
+          R"({"number":"seven","leaf":null,"shapes":[]})"}},
+        {"Pointers",
+         &outcomes_of<Pointers>,
+         {R"({"unique":{"n/~":1,"point":{"x":2}},"shared":[1,2],"code":"abcd","codes":["efgh"],)"
+          R"("sizes":{"a":{"width":1,"height":2}},"size":{"width":100,"height":0},)"
+          R"("any":[1,{"a":null}],"path":"a/b","checked":{"port":80,"share":0.5,"even":"ab",)"
+          R"("big":18446744073709551615}})",
+          R"({"size":{"height":1,"width":2},"unique":null,"shared":null,"code":null,"any":true,)"
+          R"("checked":{"port":65535,"even":""}})"}},
+        {"Tree",
+         &outcomes_of<represented::Tree>,
+         {R"({"name":"a","left":{"name":"b","right":{"name":"c","left":null}},"right":null})"}},
+        {"Checked",
+         &outcomes_of<represented::Checked>,
+         {R"({"port":1,"share":1,"even":"","big":0})"}},
+        {"list of Size",
+         &outcomes_of<std::vector<represented::Size>>,
+         {R"([{"width":1,"height":2},{"height":4,"width":3}])"}},
+        {"Shape", &outcomes_of<represented::Shape>, {R"({"type":"circle","radius":2})"}},
         {"int", &outcomes_of<int>, {"1", "-1"}},
         {"double", &outcomes_of<double>, {"1.25", "1e22"}},
         {"string", &outcomes_of<std::string>, {R"("abc")", R"("\u00e9")"}},

@@ -220,7 +220,7 @@ TEST(CopyEscaped, WritesShortEscapesAndStopsAtOtherControlBytes) {
     }
 }
 
-TEST(CopyEscaped, LeavesTheSolidusWhereTheRuleSaysSo) {
+TEST(CopyEscaped, LeavesTheSlashWhereTheRuleSaysSo) {
     expect_copied<JsonEscapes>("a/b\"", {4, "a/b\\\""});
     expect_copied<JsonEscapes>("0123456789/bcde\\/\x7F\x80", {19, "0123456789/bcde\\\\/\x7F\x80"});
     expect_copied<CheckedEscapes>("////", {4, "////"});

@@ -83,6 +83,37 @@ TYPED_TEST(ByteBlocks, ClassifyEveryByteAtEveryPosition) {
     }
 }
 
+TYPED_TEST(ByteBlocks, ReadTheDigitsThatTheyBeginWith) {
+    const std::string digits = "9081726354900001";
+    for (std::size_t count = 0; count <= TypeParam::size; ++count) {
+        for (int byte = 0; byte != 256; ++byte) {
+            if (count != TypeParam::size && byte >= '0' && byte <= '9') {
+                continue;
+            }
+            std::string text = digits.substr(0, count);
+            text.resize(TypeParam::size, static_cast<char>(byte));
+            const TypeParam values = TypeParam(text.data()).digit_values();
+            const auto others = values.not_digit_values();
+            ASSERT_EQ(others.empty() ? TypeParam::size : others.first(), count) << byte;
+            const std::string with_zeros = digits.substr(0, count) + std::string(16 - count, '0');
+            ASSERT_EQ(values.decimal(count), std::stoull(with_zeros)) << text;
+        }
+    }
+}
+
+TYPED_TEST(ByteBlocks, AreAsciiIfNoByteIsBeyondIt) {
+    for (std::size_t place = 0; place != TypeParam::size; ++place) {
+        for (const char byte : {'\0', '\x7f', '\x80', '\xff'}) {
+            std::string text(TypeParam::size, 'a');
+            text[place] = byte;
+            const bool is_ascii = static_cast<unsigned char>(byte) < 0x80;
+            EXPECT_EQ(TypeParam(text.data()).is_ascii(), is_ascii) << place;
+            const TypeParam both = TypeParam(text.data()) | TypeParam(0, 0);
+            EXPECT_EQ(both.is_ascii(), is_ascii) << place;
+        }
+    }
+}
+
 TYPED_TEST(ByteBlocks, SkipToTheFirstOtherByteAndReadNothingBeyondTheEnd) {
     const test::EdgeMemory memory;
     for (std::size_t size = 0; size != 70; ++size) {

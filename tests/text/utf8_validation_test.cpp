@@ -115,7 +115,7 @@ private:
     test::EdgeMemory memory_;
 };
 
-TEST_F(Utf8Validation, AcceptsAndRefusesLiteralTexts) {
+TEST_F(Utf8Validation, AcceptsAndRefusesLiteralStrings) {
     const struct {
         std::string text;
         bool good;

@@ -13,7 +13,7 @@
 namespace foundation::json::detail {
 namespace {
 
-TEST(Zeros, AreThoseBeforeAndBehindABit) {
+TEST(Zeros, AreThoseBeforeAndAfterABit) {
     for (int i = 0; i < 64; ++i) {
         const std::uint64_t bit = std::uint64_t{1} << i;
         for (const std::uint64_t word : {bit, bit | (bit - 1)}) {

@@ -12,8 +12,8 @@
 ///     Value nested((Element(1), Element((Element(2), Element(3))))); // -> [1,[2,3]]
 ///     Value object((Property("a") = (Property("b") = true)));        // -> {"a":{"b":true}}
 ///
-/// Copying an Element and assigning a Property nest, by design: `Element e2(e)` holds one array of
-/// e's elements. If a chain contains a name twice, the first wins; if one Property is assigned
+/// Copying an Element and assigning a Property nest: `Element e2(e)` holds one array of e's
+/// elements. If a chain contains a name twice, the first wins; if one Property is assigned
 /// twice, the last assignment wins.
 ///
 /// Builders copy their operands, at every step. Use them for small literals in code, and
@@ -105,9 +105,9 @@ private:
 
 namespace detail {
 
-/// Whether a comma between a builder and what stands behind it, as it does in an expression, is the
-/// language's own although the builder's may have been meant. A builder of the other sort is left
-/// out if it is a temporary, since returning it would copy it, which can mean nesting.
+/// Whether a comma between a builder and an operand on its right is the built-in one, although the
+/// builder's may have been meant. A builder of the other class is left out if it is a temporary,
+/// since returning it would copy it, and copying may nest.
 template <class Builder, class Right>
 inline constexpr bool drops_builder =
     std::is_convertible_v<Right, Value> && !std::is_convertible_v<Right, const Builder&> &&

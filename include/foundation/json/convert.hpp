@@ -34,45 +34,23 @@
 #define FOUNDATION_JSON_CONVERT_HPP
 
 #include <foundation/json/content.hpp>
+#include <foundation/json/conversion_error.hpp>
 #include <foundation/json/detail/converters.hpp>
+#include <foundation/json/detail/value_sink.hpp>
+#include <foundation/json/detail/value_source.hpp>
 #include <foundation/json/export.hpp>
 #include <foundation/json/members.hpp>
 #include <foundation/json/pointer.hpp>
 #include <foundation/json/value.hpp>
 #include <foundation/json/write_types.hpp>
 
-#include <memory>
-#include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace foundation::json {
-
-/// The exception of a conversion. what() begins with the location, "at /servers/3/port: " or "at
-/// the root: "; quotes, backslashes and control bytes in it are escaped as in a JSON string.
-///
-/// You can throw it from checks of your own, too.
-class FOUNDATION_JSON_EXPORT ConversionError : public std::runtime_error {
-public:
-    /// @param pointer  the location, as a JSON Pointer (RFC 6901)
-    /// @param problem  what what() says after the location
-    /// @throws std::bad_alloc if memory runs out
-    ConversionError(std::string pointer, const std::string& problem);
-
-    ConversionError(const ConversionError&) = default;            ///< never throws
-    ConversionError& operator=(const ConversionError&) = default; ///< never throws
-    ~ConversionError() override;
-
-    /// The location as a JSON Pointer, not escaped: from the value that was converted or, if a
-    /// pointer was given, from its root. The empty string is the root.
-    const std::string& pointer() const noexcept { return *pointer_; }
-
-private:
-    std::shared_ptr<const std::string> pointer_; // shared, so that copies cannot throw
-};
 
 /// @cond
 namespace detail {
@@ -81,6 +59,19 @@ namespace detail {
 /// for an empty pointer nor ambiguous.
 enum class NoOptions {};
 
+/// Converts a value that lies at that location, or throws all of its errors.
+template <class T>
+[[FOUNDATION_JSON_GNU(cold)]] T read_or_collect(const Value& value, const Location& location,
+                                                const ConvertOptions& options) {
+    ErrorCollector collector(options);
+    Session session{options, {}, &collector};
+    T result = detail::make_from<T>(value, location, session);
+    if (collector.noted() != 0) {
+        collector.fail();
+    }
+    return result;
+}
+
 /// Converts a value that lies at that location.
 template <class T>
 T read_value(const Value& value, const Location& location, const ConvertOptions& options) {
@@ -88,6 +79,9 @@ T read_value(const Value& value, const Location& location, const ConvertOptions&
         static_assert(!detail::refuse_type<T>());
     } else {
         if constexpr (detail::require_default<T>()) {
+            if (options.max_errors > 1) {
+                return detail::read_or_collect<T>(value, location, options);
+            }
             Session session{options, {}};
             if constexpr (std::is_default_constructible_v<T>) {
                 T result{};
@@ -129,7 +123,10 @@ using FallbackFor = std::conditional_t<std::is_same_v<T, const char*> || std::is
 /// gave them if nothing is read into them.
 /// @throws ConversionError  the value does not fit: a wrong type, a number out of range or with a
 ///                          fraction, a wrong length, a required member that is missing, a name
-///                          that is unknown, an element that a set contains already
+///                          that is unknown, an element that a set contains already. With the
+///                          option max_errors, it has all such errors: those of each member and
+///                          element. Of an array with a wrong length, a member that its check
+///                          refuses, and a variant, it has one error
 /// @throws std::bad_alloc   memory runs out
 /// @throws what a default constructor, or the insertion into a container, throws
 /// @complexity linear in the size of what is read, times the logarithm of the sizes of objects and
@@ -153,8 +150,8 @@ T to(const Value& value, detail::NoOptions) {
 /// @param options  what to accept
 /// @throws ConversionError        as above; also if nothing is there, or if a value on the way is
 ///                                neither an object nor an array, or is an array where the pointer
-///                                has a name. What looks like an index but is none of the array,
-///                                such as "-" and "01", leads to nothing, as for find()
+///                                has a name. A token such as "-" or "01", which is not an index
+///                                of the array, leads to nothing, as for find()
 /// @throws std::invalid_argument  the string is not a JSON Pointer
 /// @throws std::bad_alloc         memory runs out
 template <class T>
@@ -193,16 +190,16 @@ detail::FallbackFor<T> to_or(const Value& root, std::string_view pointer, T fall
 /// and maps become objects; other containers, pairs and tuples become arrays. Value, Array and
 /// Object are copied as they are.
 ///
-/// A std::optional without a value becomes Null, and so does a smart pointer to nothing. As a
-/// defaulted() member it is left out, if what to() starts from at that location has no value
-/// either: the default object of the class, or the part of the default object around it. That
-/// default object is made where it is needed, once for each class; if its constructor throws
-/// anything but std::bad_alloc, Null is written.
+/// A std::optional without a value becomes Null, and so does a null smart pointer. As a defaulted()
+/// member it is left out if it has no value in the default object either: that of the class or, for
+/// a class within another one, that part of the outer default object. Default objects are made
+/// where they are needed, once for each class; if the constructor throws anything but
+/// std::bad_alloc, Null is written.
 ///
-/// A Value that is Undefined becomes no member, of a class or of a map; in a std::optional it
-/// counts as no value. to() does not restore what JSON has no text for: a Value that is Undefined,
-/// unless it is Undefined in the default object of its class or of the class around it; and a
-/// std::optional that holds Null or an empty std::optional.
+/// A member of a class or map that is an Undefined Value is left out; in a std::optional it counts
+/// as no value. to() cannot restore what JSON cannot express: an Undefined Value, unless it is
+/// Undefined in the default object, too; and a std::optional that holds Null or an empty
+/// std::optional.
 /// @throws ConversionError  an enumerator has no name, a std::variant no value, or to() of a
 ///                          representation has thrown a std::exception
 /// @throws std::bad_alloc   memory runs out

@@ -47,8 +47,8 @@ constexpr Member<Class, Type> make_member(std::string_view name, Type Class::*po
     return {name, pointer, is_required};
 }
 
-/// What is needed to read a member and check it. The pointer comes first: what is not interested in
-/// the check takes the address of this for that of the pointer.
+/// What is needed to read a member and check it. The pointer comes first: code that ignores the
+/// check uses the address of this object as that of the pointer.
 template <class Class, class Type, class Check>
 struct CheckedPointer {
     Type Class::*pointer;
@@ -94,7 +94,7 @@ struct NumberedPart {
 };
 
 /// What table() returns. The parts are members and other tables, all of them bases of one class:
-/// compilers handle a thousand bases in no time, but not a thousand levels of templates.
+/// compilers handle a thousand bases quickly, but not a thousand levels of templates.
 template <class Numbers, class... Parts>
 struct Table;
 
@@ -131,19 +131,24 @@ inline constexpr bool is_table<std::tuple<Members...>> = detail::all_of({true,
 
 /// Options of to() and, as a part of ReadOptions, of read().
 struct ConvertOptions {
-    /// What becomes of members that a type's table does not name, at every depth.
+    /// What happens to members that a type's table does not name, at every depth.
     enum class UnknownMembers {
-        ignore, ///< they are passed over
+        ignore, ///< they are skipped
         error,  ///< they are errors that list the known ones
     };
-    UnknownMembers unknown_members = UnknownMembers::ignore; ///< passes them over by default
+    UnknownMembers unknown_members = UnknownMembers::ignore; ///< by default they are skipped
+
+    /// How many errors one exception may report. If more than one, the conversion continues after
+    /// an error with the next member or element, and throws all errors as one exception at the end,
+    /// or as soon as it has found so many. By default, it throws the first one. 0 means 1.
+    std::size_t max_errors = 1;
 };
 
 /// @name Tables
 /// @{
 
-/// The table of a class's members. Specialise it for your class as what table() returns. See the
-/// top of the page for an example. A std::tuple of what required() and defaulted() return is a
+/// The table of a class's members. Specialise it for your class with the result of table(), as in
+/// the example at the top. A std::tuple of what required() and defaulted() return is a
 /// table as well, but takes compilers longer, and no more than a few hundred members.
 ///
 /// For the members of a class template, specialise partially: `template <class T> inline constexpr
@@ -152,7 +157,7 @@ struct ConvertOptions {
 template <class T>
 inline constexpr auto members = detail::NoTable{};
 
-/// The table of an enumeration's names, specialised likewise: what `table<E>({...})` returns, or a
+/// The table of an enumeration's names, specialised with the result of `table<E>({...})`, or a
 /// std::array of std::pair<E, const char*>. Of several names for an enumerator, the first is
 /// written and all are read.
 template <class E>
@@ -169,17 +174,18 @@ inline constexpr auto enumerators = detail::NoTable{};
 ///
 /// to() returns what is serialized instead: an object of another convertible type, such as a class
 /// with a table. from() makes an object of what was parsed, of any such type. Both may throw any
-/// std::exception, whose what() becomes the message of a ConversionError at that location. One that
-/// is not needed can be left out. A type with a representation and a table uses the representation.
+/// std::exception, whose what() becomes the message of a ConversionError at that location. A
+/// function that is not needed can be left out. A type with a representation and a table uses the
+/// representation.
 template <class T>
 struct representation : detail::NoRepresentation {};
 
-/// How the alternatives of a std::variant are told apart, specialised as what tagged() returns.
+/// How the alternatives of a std::variant are told apart, specialised with the result of tagged().
 /// Without it, a value becomes the first alternative that it converts to.
 template <class Variant>
 inline constexpr auto alternatives = detail::NoTable{};
 
-/// Alternatives that are objects, of which a member says which one it is.
+/// Alternatives that are objects, told apart by a member that names the alternative.
 ///
 ///     using Shape = std::variant<Circle, Square>; // {"type":"circle","radius":2} is a Circle
 ///
@@ -187,8 +193,8 @@ inline constexpr auto alternatives = detail::NoTable{};
 ///     inline constexpr auto foundation::json::alternatives<Shape> = tagged(
 ///         "type", {"circle", "square"});
 ///
-/// @param member  the name of that member, which is none of the alternatives' own
-/// @param names   what it holds, for each alternative in their order; different from each other
+/// @param member  the name of that member, which must not be a member of the alternatives
+/// @param names   the name of each alternative, in their order; all different
 template <std::size_t Count>
 constexpr auto tagged(std::string_view member, const char* const (&names)[Count]) {
     detail::Tagged<Count> result{member, {}};

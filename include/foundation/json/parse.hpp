@@ -27,8 +27,10 @@
 #ifndef FOUNDATION_JSON_PARSE_HPP
 #define FOUNDATION_JSON_PARSE_HPP
 
+#include <foundation/json/describe.hpp>
 #include <foundation/json/export.hpp>
 #include <foundation/json/parse_errors.hpp>
+#include <foundation/json/parse_options.hpp>
 #include <foundation/json/value.hpp>
 
 #include <cstddef>
@@ -39,36 +41,6 @@
 #include <string_view>
 
 namespace foundation::json {
-
-/// What the parser accepts, and how it represents that.
-struct ParseOptions {
-    /// How deep arrays and objects may nest. Parsing needs no stack for depth, but copying,
-    /// comparing, serializing and destroying a value do: 100,000 levels are safe on a stack of
-    /// 8 MiB.
-    std::size_t max_depth = 1000;
-
-    /// What becomes of a whole number without point and exponent that no double represents exactly,
-    /// such as 9007199254740993.
-    enum class Integers {
-        exact,    ///< int64, else uint64, if one of these holds it
-        as_double ///< the nearest double, as all other numbers
-    };
-    Integers integers = Integers::exact; ///< by default such numbers keep all digits
-
-    /// What becomes of members of an object with the same name. Names are compared after
-    /// unescaping.
-    enum class DuplicateNames {
-        last_wins, ///< the last value replaces the earlier ones
-        error      ///< a ParserException
-    };
-    DuplicateNames duplicate_names = DuplicateNames::last_wins; ///< by default none is an error
-
-    /// Whether `// to the end of the line` and `/* this */` are allowed wherever whitespace is.
-    bool comments = false;
-
-    /// Whether a comma may follow the last element or member.
-    bool trailing_commas = false;
-};
 
 /// Parses a string.
 ///
@@ -87,11 +59,11 @@ struct ParseOptions {
 /// @throws ParserException the options do not accept the text
 /// @throws std::bad_alloc  memory runs out
 /// @complexity linear in the length of the text, plus a search in the object for each name that is
-/// not in ascending order. Besides the text and the value (of a text that is refused, what was read
-/// of it), at most 1 MiB and 64 bytes for each open array or object are in use; also a sixth of
-/// what the value takes, where `sizeof(Value)` is less than 40, as on systems of 32 bits and with
-/// libc++. Room for the elements of a long array is reserved once: as many as the text seems to
-/// have, at most one for two bytes.
+/// not in ascending order. Besides the text and the value, or the part that was parsed before an
+/// error, it uses at most 1 MiB and 64 bytes for each open array or object; also a sixth of what
+/// the value takes, where `sizeof(Value)` is less than 40, as on systems of 32 bits and with
+/// libc++. Memory for the elements of a long array is reserved once, for as many as the text seems
+/// to have: at most one for every two bytes.
 FOUNDATION_JSON_PARSER_EXPORT Value parse(std::string_view text, const ParseOptions& options = {});
 
 /// Parses the rest of a stream, from its current position to its end; otherwise like parse() of a
@@ -157,20 +129,20 @@ public:
     ///                   a longer one is an error of next()
     ValueStream(std::istream& stream, const ParseOptions& options, std::size_t max_bytes);
 
-    ValueStream(ValueStream&& other) noexcept; ///< leaves the other fit only to be assigned to
+    ValueStream(ValueStream&& other) noexcept; ///< then, the other may only be assigned to
     ValueStream& operator=(ValueStream&& other) noexcept; ///< the same
     ~ValueStream();
 
     /// Reads the next value.
     ///
-    /// @param value  becomes the value read. Unchanged at the end of the stream and after an
-    ///               exception; but false if memory runs out when an array would become an object,
-    ///               or an object an array
+    /// @param value  becomes the value that was parsed. At the end of the stream and after an
+    ///               exception it is unchanged, with one exception: it is the bool false if memory
+    ///               runs out when an array would become an object, or an object an array
     /// @return false at the end of the stream
     /// @throws ParserException        the options do not accept what comes next; the next call
     ///         continues with the line after that of the error. Positions count from the initial
-    ///         position of the stream. The rest of the line is read before, for the error to quote,
-    ///         which waits for it where the stream is a pipe that stays open
+    ///         position of the stream. The rest of the line is read first, since the error quotes
+    ///         it: if the stream is an open pipe, the call waits for the end of the line
     /// @throws std::ios_base::failure the stream is not good at first, or fails before its end
     /// @throws whatever the stream buffer throws; once the stream works again, the next call
     ///         continues with the same value
@@ -182,17 +154,6 @@ private:
     class Implementation;
     std::unique_ptr<Implementation> implementation_;
 };
-
-/// Describes an error for people, in three lines that each end with a line feed:
-/// `NAME:LINE:COLUMN: what()`, the line of the text, and a caret under the position.
-///
-/// A tab is shown as a space, and any other character that does not print as a dot, also in the
-/// name. Long lines are cut around the error. Wide and combining characters are taken into account.
-/// @param error  of this parser, or of another one
-/// @param name   of what was read, such as a file; if it is empty the description begins with LINE
-/// @throws std::bad_alloc memory runs out
-FOUNDATION_JSON_PARSER_EXPORT std::string describe(const ParserException& error,
-                                                   std::string_view name = {});
 
 } // namespace foundation::json
 

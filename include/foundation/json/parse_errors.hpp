@@ -48,8 +48,8 @@ enum ParseResult : std::int32_t {
 
 /// An English sentence for a code, without a full stop.
 ///
-/// NO_PARSE_ERROR is not an error and has no description: it, like any number that is no code,
-/// gives "Unrecognized error code".
+/// NO_PARSE_ERROR has no description, since it is not an error: like any number that is not a code,
+/// it gives "Unrecognized error code".
 /// Never throws; constant time.
 /// @return a string in static storage
 [[nodiscard]] FOUNDATION_JSON_EXPORT const char* get_parse_result_description(ParseResult r);

@@ -36,7 +36,7 @@ public:
     PatchError& operator=(const PatchError&) noexcept; ///< the same error
     ~PatchError() override;
 
-    /// The index of the operation, from 0; 0 also for what is no patch at all.
+    /// The index of the operation, from 0; 0 also if the patch is not an array.
     [[nodiscard]] std::size_t index() const noexcept;
 
     /// The JSON Pointer that is the operation's member "path", not escaped for messages.
@@ -54,8 +54,8 @@ private:
 /// Applies a patch: an array of operations, one after the other, or none of them if one fails.
 ///
 /// Each operation is an object with the member "op", which is "add", "remove", "replace", "move",
-/// "copy" or "test", and the members that it needs: "path", "from" and "value". Others are passed
-/// over. The operation "test" compares as equivalent() does. The functions in the namespace
+/// "copy" or "test", and the members that it needs: "path", "from" and "value". Others are
+/// ignored. The operation "test" compares as equivalent() does. The functions in the namespace
 /// `operation` make such objects.
 ///
 ///     patch(config, Array{operation::replace("/port", 8080), operation::remove("/debug")});
@@ -67,7 +67,8 @@ private:
 /// @param root        where the pointers of the operations begin
 /// @param operations  must not lie within the root
 /// @return the root
-/// @throws PatchError         an operation is none, leads nowhere, or is a test that fails
+/// @throws PatchError         an element is not an operation, a pointer leads nowhere, or a test
+///                            fails
 /// @throws std::bad_alloc     memory runs out
 /// @throws std::length_error  an array would be too long
 ///
@@ -109,8 +110,8 @@ FOUNDATION_JSON_EXPORT Value& patch(Value& root FOUNDATION_JSON_LIFETIME_BOUND, 
 ///     merge_patch(config, (Property("port") = 8080, Property("debug") = Null()));
 ///
 /// @param root     changed member by member if both are objects, else replaced
-/// @param changes  must not lie within the root. Undefined members are passed over, and so is a
-///                 patch that is Undefined.
+/// @param changes  must not lie within the root. Undefined members are ignored, and so is a patch
+///                 that is Undefined.
 /// @return the root
 /// @throws std::bad_alloc memory runs out; then the root is as it was, with the exception that
 ///         patch() has

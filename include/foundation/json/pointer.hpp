@@ -46,8 +46,8 @@ struct PathLookup {
 } // namespace detail
 /// @endcond
 
-/// The exception of a JSON Pointer that does not lead where it should. what() begins with the step
-/// that failed and says what stood there: "at /servers/7: the array has length 3", "at /name: there
+/// The exception of a JSON Pointer that leads nowhere. what() begins with the step that failed and
+/// says what was there instead: "at /servers/7: the array has length 3", "at /name: there
 /// is a string, not an array or object".
 class FOUNDATION_JSON_EXPORT PointerError : public std::runtime_error {
 public:
@@ -120,8 +120,8 @@ const Value* find(const Value&& root, std::string_view pointer) = delete;
 /// @param pointer  a member, an element, or the end of an array
 /// @param value    moved from; must not be the root or lie within it
 /// @return the value at its location. The reference stays valid like those of indexing.
-/// @throws PointerError  a step leads into a value that is neither array nor object, is no index of
-///         an array, or one beyond its end
+/// @throws PointerError  a step leads into a value that is neither array nor object, or is not an
+///         index of its array
 FOUNDATION_JSON_EXPORT Value& set(Value& root FOUNDATION_JSON_LIFETIME_BOUND,
                                   std::string_view pointer, Value&& value);
 

@@ -7,8 +7,10 @@
 ///
 /// The types are those of convert.hpp with their tables, and so are the rules: read<T>(text) gives
 /// what to<T>(parse(text)) gives, or throws where that throws. It takes a fraction of the time, and
-/// little memory besides that of the object. Records::next() and Reader::read() parse values of a
-/// stream into such objects.
+/// little memory besides that of the object. With records.hpp, Records::next() parses values of a
+/// stream into such objects, and with reader.hpp, Reader::read().
+///
+/// This header includes neither Value nor Boost: types that have a Value in them need value.hpp.
 ///
 /// If a document does not fit the type, the exception has the position and the JSON Pointer, which
 /// describe() shows:
@@ -25,13 +27,18 @@
 #ifndef FOUNDATION_JSON_READ_HPP
 #define FOUNDATION_JSON_READ_HPP
 
-#include <foundation/json/convert.hpp>
+#include <foundation/json/conversion_error.hpp>
+#include <foundation/json/describe.hpp>
+#include <foundation/json/detail/converters.hpp>
+#include <foundation/json/detail/read_object.hpp>
+#include <foundation/json/detail/refused.hpp>
 #include <foundation/json/detail/text_source.hpp>
 #include <foundation/json/export.hpp>
-#include <foundation/json/parse.hpp>
+#include <foundation/json/fwd.hpp>
+#include <foundation/json/members.hpp>
+#include <foundation/json/parse_errors.hpp>
+#include <foundation/json/position.hpp>
 #include <foundation/json/read_options.hpp>
-#include <foundation/json/reader.hpp>
-#include <foundation/json/records.hpp>
 
 #include <filesystem>
 #include <iosfwd>
@@ -40,19 +47,23 @@
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace foundation::json {
 
 /// The exception of a document that does not fit a type. what() is that of a ConversionError with
 /// the line and column before it, and with the name of the file if it was read by read_file():
-/// `server.json:12:17: at /port: "80" is a string, not a number`.
+/// `server.json:12:17: at /port: "80" is a string, not a number`. With the option max_errors, it
+/// has such a line for each error.
 class FOUNDATION_JSON_PARSER_EXPORT ReadError : public ConversionError {
 public:
     /// @param error      what is wrong
-    /// @param where      an exception with the position, and the line to quote
+    /// @param where      for each of its errors, an exception with the position, and the line to
+    ///                   quote
     /// @param file_name  may be empty
+    /// @throws std::invalid_argument if there are more or fewer positions than errors
     /// @throws std::bad_alloc if memory runs out
-    ReadError(const ConversionError& error, const ParserException& where,
+    ReadError(const ConversionError& error, const std::vector<ParserException>& where,
               std::string_view file_name);
 
     ReadError(const ReadError&) = default;            ///< never throws
@@ -62,7 +73,8 @@ public:
     /// The message: the file, the line and the column, then the location and what is wrong.
     const char* what() const noexcept override;
 
-    /// Where the value begins that the error is about. Constant time.
+    /// Where the value begins that the error is about; of several errors, the first one. Constant
+    /// time.
     [[nodiscard]] Position position() const noexcept;
 
     /// @cond
@@ -75,7 +87,7 @@ private:
 };
 
 /// Describes an error for people, in three lines that each end with a line feed: what(), the line
-/// of the text, and a caret under the position.
+/// of the text, and a caret under the position. Several errors are described one after the other.
 ///
 /// Characters that do not print, and long lines, are shown as by describe() of a ParserException.
 /// @param error  of this header's functions
@@ -87,10 +99,7 @@ FOUNDATION_JSON_PARSER_EXPORT std::string describe(const ReadError& error,
 /// @cond
 namespace detail {
 
-using ReadRoot = const char* (*)(DocumentReader& reader, const char* at, void* object,
-                                 const void* base);
-
-/// What becomes of a byte order mark at the begin.
+/// What happens to a byte order mark at the beginning.
 enum class Mark { skipped, refused };
 
 /// Reads a document.
@@ -100,17 +109,20 @@ enum class Mark { skipped, refused };
 /// @throws what has no base std::exception, from a constructor or a container
 [[nodiscard]] FOUNDATION_JSON_PARSER_EXPORT bool
 read_document(std::string_view text, const ReadOptions& options, void* object, const void* base,
-              ReadRoot read, Mark mark = Mark::skipped);
+              ReadAny read, Mark mark = Mark::skipped);
 
-/// The value of a text, as parse(); also checks its length.
-FOUNDATION_JSON_PARSER_EXPORT Value parse_document(std::string_view text,
-                                                   const ReadOptions& options);
+/// Reads a document by way of a Value: for exact errors, and for rare cases.
+/// @param object  a new one
+/// @throws ParserException, ReadError
+FOUNDATION_JSON_PARSER_EXPORT void read_by_value(std::string_view text, const ReadOptions& options,
+                                                 std::string_view file_name, void* object,
+                                                 ReadAny read);
 
-/// @throws ReadError
-[[noreturn]] FOUNDATION_JSON_PARSER_EXPORT void fail_reading(std::string_view text,
-                                                             const ReadOptions& options,
-                                                             const ConversionError& error,
-                                                             std::string_view file_name);
+/// Reads a value.
+/// @param object  a new one
+/// @throws ConversionError
+FOUNDATION_JSON_PARSER_EXPORT void convert_value(const Value& value, const ReadOptions& options,
+                                                 void* object, ReadAny read);
 
 /// The whole text of a stream or file, as parse() and parse_file() read it.
 class FOUNDATION_JSON_PARSER_EXPORT DocumentText {
@@ -129,13 +141,6 @@ private:
     std::string_view text_;
 };
 
-template <class T>
-const char* read_root(DocumentReader& reader, const char* at, void* object, const void* base) {
-    const TextSource source(reader, at, base);
-    detail::read_from(*static_cast<T*>(object), source);
-    return source.at();
-}
-
 /// Whether a type can be read; if it cannot, says what to write instead.
 template <class T>
 constexpr bool require_readable() {
@@ -146,23 +151,20 @@ constexpr bool require_readable() {
     }
 }
 
-/// Reads a document by way of a Value, which finds all that is wrong, and all that is rare.
+/// A new object, read by way of a Value: for exact errors, and for rare cases.
 template <class T>
 [[FOUNDATION_JSON_GNU(noinline)]] T read_by_value(std::string_view text, const ReadOptions& options,
                                                   std::string_view file_name) {
-    const Value value = detail::parse_document(text, options);
-    try {
-        return detail::read_value<T>(value, Location(std::string_view()), options);
-    } catch (const ConversionError& error) {
-        detail::fail_reading(text, options, error, file_name);
-    }
+    T result{};
+    detail::read_by_value(text, options, file_name, std::addressof(result), &detail::read_any<T>);
+    return result;
 }
 
 template <class T>
 T read_new(std::string_view text, const ReadOptions& options, std::string_view file_name) {
     T result{};
-    const bool is_read = detail::read_document(text, options, std::addressof(result), nullptr,
-                                               &detail::read_root<T>);
+    const bool is_read =
+        detail::read_document(text, options, std::addressof(result), nullptr, &detail::read_any<T>);
     if constexpr (std::is_move_assignable_v<T>) {
         if (!is_read) {
             result = detail::read_by_value<T>(text, options, file_name);
@@ -264,7 +266,7 @@ void read_into(T& object, std::string_view text, const ReadOptions& options = {}
         T fresh{};
         try {
             if (!detail::read_document(text, options, std::addressof(object), std::addressof(fresh),
-                                       &detail::read_root<T>)) {
+                                       &detail::read_any<T>)) {
                 object = detail::read_by_value<T>(text, options, {});
             }
         } catch (...) {
@@ -304,12 +306,13 @@ private:
         T& object = static_cast<Both*>(both)->object;
         return detail::read_document(text, options, std::addressof(object),
                                      std::addressof(static_cast<Both*>(both)->fresh),
-                                     &detail::read_root<T>, Mark::refused);
+                                     &detail::read_any<T>, Mark::refused);
     }
 
     static void convert(void* both, const Value& value, const ReadOptions& options) {
-        static_cast<Both*>(both)->object =
-            detail::read_value<T>(value, Location(std::string_view()), options);
+        T converted{};
+        detail::convert_value(value, options, std::addressof(converted), &detail::read_any<T>);
+        static_cast<Both*>(both)->object = std::move(converted);
     }
 };
 

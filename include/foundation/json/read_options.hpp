@@ -5,7 +5,7 @@
 #define FOUNDATION_JSON_READ_OPTIONS_HPP
 
 #include <foundation/json/members.hpp>
-#include <foundation/json/parse.hpp>
+#include <foundation/json/parse_options.hpp>
 
 #include <cstddef>
 

@@ -11,17 +11,19 @@
 ///         }
 ///     }
 ///
-/// A Reader takes the same memory for documents of every size. Whatever parse() refuses, it refuses
-/// with the same exception, once it gets there; what comes before has been given out by then. To
-/// parse the elements of a large array one by one, or one value per line, records.hpp takes fewer
-/// lines.
+/// A Reader takes the same memory for documents of every size. It throws the same exceptions as
+/// parse(), but only when it comes to the error: it has returned the tokens before it by then. For
+/// the elements of a large array, or one value per line, records.hpp takes fewer lines of code.
 #ifndef FOUNDATION_JSON_READER_HPP
 #define FOUNDATION_JSON_READER_HPP
 
 #include <foundation/json/detail/number_parts.hpp>
+#include <foundation/json/detail/read_object.hpp>
 #include <foundation/json/export.hpp>
+#include <foundation/json/members.hpp>
 #include <foundation/json/number.hpp>
 #include <foundation/json/parse.hpp>
+#include <foundation/json/position.hpp>
 #include <foundation/json/value.hpp>
 
 #include <cstddef>
@@ -48,43 +50,14 @@ enum class Token {
     end, ///< the end of the document
 };
 
-/// A position in a document.
-struct Position {
-    std::size_t byte = 0;   ///< from 0, including a byte order mark
-    std::size_t line = 1;   ///< from 1
-    std::size_t column = 1; ///< from 1, in characters
-};
-
-/// @cond
-struct ReadOptions;
-
-namespace detail {
-
-/// An object of another type than Value that is read.
-struct ReadObject {
-    void* object;
-    /// Reads it from a text. @return false if it has to be converted from the value of the text
-    bool (*read)(void* object, std::string_view text, const ReadOptions& options);
-    /// @throws ConversionError
-    void (*convert)(void* object, const Value& value, const ReadOptions& options);
-};
-
-/// How objects of a type are read. read.hpp defines it: include that header to read other types
-/// than Value.
-template <class T>
-struct ObjectReader;
-
-} // namespace detail
-/// @endcond
-
 /// Reads one document token by token.
 ///
-/// What asks for the content of a value of another type throws std::runtime_error, "invalid
-/// conversion: JSON string to JSON number"; where the current token has no such content whatever
-/// the document, as at the end of an array, std::logic_error.
+/// A function that asks for content of another type than that of the current token throws
+/// std::runtime_error, "invalid conversion: JSON string to JSON number". At a token that never has
+/// such content, such as the end of an array, it throws std::logic_error.
 ///
-/// With the option duplicate_names set to error, the names of all members that are open so far are
-/// in memory. Two threads must not use one Reader at once.
+/// With the option duplicate_names set to error, the names of all open objects are in memory. Two
+/// threads must not use one Reader at once.
 class FOUNDATION_JSON_PARSER_EXPORT Reader {
 public:
     /// Parses a string.
@@ -93,13 +66,13 @@ public:
     /// @throws std::bad_alloc memory runs out
     explicit Reader(std::string_view text, const ParseOptions& options = {});
 
-    /// A string that is gone before the first token cannot be read.
+    /// Deleted: a temporary string would be destroyed before the first token is read.
     template <class String,
               std::enable_if_t<std::is_same_v<std::remove_const_t<String>, std::string>, int> = 0>
     explicit Reader(String&& text, const ParseOptions& options = {}) = delete;
 
     /// Reads the rest of a stream, of which a piece is in memory at a time. Waits for no more of it
-    /// than the next token needs: a number or word ends with the byte after it.
+    /// than the next token needs: a number, `true`, `false` or `null` needs the byte after it.
     /// @param stream     must outlive the reader; nothing is read yet
     /// @param options    as for parse()
     /// @param max_bytes  how long the text of a string, number or name may be, with its quotes, or
@@ -108,7 +81,7 @@ public:
     explicit Reader(std::istream& stream, const ParseOptions& options = {},
                     std::size_t max_bytes = static_cast<std::size_t>(-1));
 
-    Reader(Reader&& other) noexcept;            ///< leaves the other fit only to be assigned to
+    Reader(Reader&& other) noexcept;            ///< then, the other may only be assigned to
     Reader& operator=(Reader&& other) noexcept; ///< the same
     ~Reader();
 
@@ -158,32 +131,33 @@ public:
     /// @}
 
     /// @name Whole values
-    /// They go on to the last token of the value that begins with the current one, or of the member
-    /// whose name it is; where the last call has failed, with the token that it has not read.
+    /// They go on to the last token of the value that begins at the current token or, at a name, of
+    /// the value of that member. If the last call failed, they begin with the token that it did not
+    /// read.
     /// @{
 
-    /// Skips that value; after it, or without one, does nothing. What is skipped is checked as all
-    /// else is.
-    /// @throws as next(); if that is not a ParserException, the next call of skip() goes on, and
-    ///         next() gives the token within the value that was not read
+    /// Skips the value; does nothing where none begins. What is skipped is checked, too.
+    /// @throws as next(); if that is not a ParserException, the next call of skip() continues, and
+    ///         next() returns the token within the value that was not read
     void skip();
 
-    /// That value. It and its text are in memory then.
+    /// The value. It and its JSON text are in memory then.
     /// @throws std::logic_error no value begins here
     /// @throws as next(); if that is not a ParserException, the reader is where it was
     [[nodiscard]] Value value();
 
-    /// That value as an object of a type of your own, as read_into() in read.hpp reads it; include
-    /// that header.
-    /// @param object  after an exception, it is as its default constructor makes it
+    /// The value as an object of a type of your own, as by read_into() in read.hpp, which must be
+    /// included.
+    /// @param object   after an exception, it is as its default constructor makes it
+    /// @param options  what to accept
     /// @throws ReadError        the value does not fit the type; then the reader is after it.
     ///                          Position and pointer are those in the document
     /// @throws std::logic_error no value begins here
     /// @throws as next(); if that is not a ParserException, the reader is where it was
     template <class T>
-    void read(T& object) {
+    void read(T& object, const ConvertOptions& options = {}) {
         detail::ObjectReader<T>::read(
-            object, [this](const detail::ReadObject& target) { read_object(target); });
+            object, [&](const detail::ReadObject& target) { read_object(target, options); });
     }
     /// @}
 
@@ -207,7 +181,7 @@ public:
 
 private:
     [[nodiscard]] detail::NumberContent number_content() const;
-    void read_object(const detail::ReadObject& target);
+    void read_object(const detail::ReadObject& target, const ConvertOptions& conversion);
 
     class Implementation;
     std::unique_ptr<Implementation> implementation_;

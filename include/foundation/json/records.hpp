@@ -8,7 +8,7 @@
 ///         std::cout << serialize(record["name"]) << '\n';
 ///     }
 ///
-/// One record and its text are in memory at a time, and the memory that the next one uses again.
+/// One record and its JSON text are in memory at a time; the next record reuses that memory.
 #ifndef FOUNDATION_JSON_RECORDS_HPP
 #define FOUNDATION_JSON_RECORDS_HPP
 
@@ -34,7 +34,7 @@ public:
     /// What ends a record.
     enum Kind {
         /// Each line is a record. Lines without a value, of whitespace or comments alone, are
-        /// passed over. After an error, the next line is read. Lines end with LF or CR LF; the last
+        /// skipped. After an error, the next line is read. Lines end with LF or CR LF; the last
         /// one may have no end.
         lines,
         /// Values follow each other, with or without whitespace between them; a value may span
@@ -92,10 +92,10 @@ private:
 
 /// Reads the records of a stream one after the other.
 ///
-/// A Value is read into the memory of the record before it: the members of its objects, whose names
-/// may be others, the room of their strings, and that of short arrays, but not of what is in these.
-/// Records with the same names take no allocation at all. For that, this object keeps the record
-/// that the last call of next() replaced, unless its text was longer than 64 KiB.
+/// A Value reuses the memory of earlier records: the members of objects, even for other names, the
+/// capacity of their strings and that of short arrays, but not the elements of arrays. Records with
+/// the same names need no allocation at all. For that, this object keeps the record that the last
+/// call of next() replaced, unless its text was longer than 64 KiB.
 ///
 /// Waits for no more of a stream than a record and its end: the end of its line or, for other
 /// framings, its closing bracket or quote, or the byte after a number or word. Two threads must
@@ -113,11 +113,11 @@ public:
         : records_(stream, framing, options) {}
 
     /// Reads the next record.
-    /// @param record  becomes the record; its memory is used again where that is possible. A Value
-    ///                is unchanged at the end of the stream and after an exception; but false if
-    ///                memory runs out when an array would become an object, or an object an array.
-    ///                Of another type, it is unchanged at the end of the stream, and after an
-    ///                exception as its default constructor makes it
+    /// @param record  becomes the record; its memory is reused where that is possible. At the end
+    ///                of the stream it is unchanged. After an exception, a Value is unchanged,
+    ///                except that it is the bool false if memory runs out when an array would
+    ///                become an object, or an object an array; an object of another type is as its
+    ///                default constructor makes it
     /// @return true if there was another record; false at the end of the stream, where `index()` is
     ///         the number of records
     /// @throws ParserException        the options do not accept the record. The next call goes on
@@ -143,12 +143,12 @@ public:
         }
     }
 
-    /// @name The record that was read last, or that an exception was about
+    /// @name The record that was read last, or that caused an exception
     /// @{
 
-    /// Its text, without the end of its line; of a record with an error, what was read of it: of a
-    /// line all, of another record what comes before the error, and of one that is too long its
-    /// first max_bytes bytes. Empty at the end of the stream.
+    /// Its JSON text, without the end of the line; empty at the end of the stream. After an error,
+    /// it is the whole line with Framing::lines, otherwise the text up to the error; of a record
+    /// that is too long, it is the first max_bytes bytes.
     /// @return valid until the next call of next()
     [[nodiscard]] std::string_view text() const noexcept { return records_.text(); }
 

@@ -20,7 +20,7 @@
 /// a line of its own, indented by four spaces per level. Members come in the byte-wise order of
 /// their names. Undefined is written as nothing, but its separators stay (`[1,,2]`); doubles and
 /// floats have an exponent from one million on (`1.0E+6`); NaN and the infinities become the
-/// strings "NaN", "Inf" and "-Inf"; a solidus is written `\/`; in pretty layout an empty container
+/// strings "NaN", "Inf" and "-Inf"; a slash is written `\/`; in pretty layout an empty container
 /// has its own indentation between its brackets.
 ///
 /// Strings are written byte for byte, whatever their encoding. To make values, include

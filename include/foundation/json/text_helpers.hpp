@@ -1,6 +1,6 @@
 /// @file
-/// Two text conversions for a JSON parser: UTF-16 to UTF-8 (for `\u` escapes) and number text to
-/// double. Both are independent of locales, keep no state between calls and may run in several
+/// Two conversions for a JSON parser of your own: UTF-16 to UTF-8, for `\u` escapes, and a string
+/// to a double. Both are independent of locales, keep no state between calls and may run in several
 /// threads at once.
 ///
 ///     char16_t pair[] = {0xD83D, 0xDE00};

@@ -51,7 +51,8 @@ namespace detail {
 class WriterState;
 struct AnyObject;
 
-/// Whether T is an integer type that is none of the signed and unsigned ones, nor bool.
+/// Whether T is a character type: an integral type that is neither bool nor one of the signed and
+/// unsigned integer types.
 template <class T>
 constexpr bool is_character_type() noexcept {
     if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
@@ -94,18 +95,18 @@ decltype(auto) writer_content(const T& content) {
 /// @name Whole values
 /// All throw WriteError for what the options do not allow: NaN, an infinity, a string or name that
 /// is not UTF-8, an integer that is no double, and Undefined by itself.
-/// @complexity linear in the length of the text; sorting besides, with MemberOrder::utf16, in the
-///             objects that need it. Recursion as deep as the nesting: 100,000 levels are safe on
-///             a stack of 8 MiB.
+/// @complexity linear in the length of the text; with MemberOrder::utf16, plus sorting the
+///             members of objects that need it. Recursion as deep as the nesting: 100,000 levels
+///             are safe on a stack of 8 MiB.
 /// @{
 
-/// The text of a value, without a line end.
+/// Serializes a value to a string, without a line end.
 /// @throws WriteError     the options do not allow something in it
 /// @throws std::bad_alloc memory runs out
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::string write(const Value& value,
                                                        const WriteOptions& options = {});
 
-/// Writes the text of a value onto a stream, without a line end.
+/// Serializes a value onto a stream, without a line end.
 ///
 /// It is unformatted output, in pieces of some kilobytes, each as by std::ostream::write: flags,
 /// width, fill and locale have no effect, nothing is flushed, and a piece that the stream buffer
@@ -113,7 +114,7 @@ decltype(auto) writer_content(const T& content) {
 ///
 /// @throws WriteError     the options do not allow something in it; the stream may have got the
 ///                        pieces before that. A text of less than 4096 bytes is one piece
-/// @throws std::bad_alloc memory runs out, and the same holds
+/// @throws std::bad_alloc memory runs out; the stream may have got the pieces before that
 /// @throws whatever std::ostream::write throws, by the exceptions() of the stream
 FOUNDATION_JSON_EXPORT void write(std::ostream& stream, const Value& value,
                                   const WriteOptions& options = {});

@@ -26,15 +26,15 @@ FOUNDATION_JSON_EXPORT void write_text(const std::filesystem::path& path, const 
 /// @name Files
 /// @{
 
-/// Writes the text of a value and a line end to a file, all or nothing: a new file, beside the old
-/// one, gets the text, and replaces it once everything is on the disk.
+/// Serializes a value to a file, with a line end, all or nothing: the text goes to a new file in
+/// the same folder, which replaces the old one once everything is on the disk.
 ///
-/// After any error, the old file is as it was, or there is none, and nothing else is left in its
+/// After any error, the old file is unchanged, if there was one, and nothing else is left in its
 /// folder. Only a program that ends abruptly may leave the new file there, a hidden one with the
 /// name `.foundation_json.*`.
 ///
-/// The new file has the permissions of the old one and, as far as the process may give a file away,
-/// its owner and group; without an old one it has those that the process gives new files. If the
+/// The new file has the permissions of the old one and, where the process may change them, its
+/// owner and group; without an old one it has those that the process gives new files. If the
 /// path is a symbolic link, the file it leads to is replaced or made. Other hard links to the old
 /// file keep the old text. Programs that read the file meanwhile get the old text or the new.
 ///

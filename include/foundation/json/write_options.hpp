@@ -45,7 +45,7 @@ struct WriteOptions {
     /// U+FFFF.
     bool ascii = false;
 
-    /// Whether a slash is written `\/`: then a text within a script of an HTML page cannot end it.
+    /// Whether a slash is written `\/`, so that JSON in a script of an HTML page cannot end it.
     bool escape_slash = false;
 
     /// What becomes of NaN and the infinities.
@@ -76,13 +76,13 @@ struct WriteOptions {
     /// The order of the members of an object.
     enum class MemberOrder {
         as_given, ///< that of a Value, by the bytes of names; that of the calls of a Writer
-        utf16 ///< by the UTF-16 units of names; names that are not UTF-8 come anywhere. A Writer
-              ///< has to be given them in this order; a name that breaks it, or comes twice, is
-              ///< a WriteError
+        utf16 ///< by the UTF-16 units of names; names that are not UTF-8 have no defined position.
+              ///< A Writer must be given names in this order; one that breaks it, or comes twice,
+              ///< is a WriteError
     };
     MemberOrder member_order = MemberOrder::as_given; ///< by default as they come
 
-    /// All on one line but for the indentation: `write(value, WriteOptions::indented(2))`.
+    /// The default options with an indentation: `write(value, WriteOptions::indented(2))`.
     [[nodiscard]] static WriteOptions indented(unsigned spaces) noexcept {
         WriteOptions options;
         options.indent = spaces;

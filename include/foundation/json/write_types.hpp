@@ -6,12 +6,13 @@
 ///     write(stream, server, WriteOptions::indented(2));
 ///     writer.value(server); // of a Writer, with write.hpp
 ///
-/// write_file() is in write_file.hpp.
+/// write_file() is in write_file.hpp. This header includes neither Value nor Boost: types that have
+/// a Value in them need value.hpp.
 ///
 /// Everything that from() of convert.hpp takes can be written, by the same tables of members, and
-/// the text is that of the value that from() makes, but for the order of members: those of a class
-/// come in the order of its table, and those of a std::map in its own order. All others, and all
-/// members with MemberOrder::utf16, come as in write(from(object), options).
+/// the result is that of write(from(object), options), except for the order of members: those of a
+/// class come in the order of its table, those of a std::map in the order of the map. With
+/// MemberOrder::utf16, that order is the same, too.
 #ifndef FOUNDATION_JSON_WRITE_TYPES_HPP
 #define FOUNDATION_JSON_WRITE_TYPES_HPP
 
@@ -31,6 +32,13 @@ namespace foundation::json {
 /// @cond
 namespace detail {
 
+/// Whether a T converts to a type, which may be incomplete: then it does not.
+template <class T, class Other, class = void>
+inline constexpr bool is_convertible_to = false;
+template <class T, class Other>
+inline constexpr bool is_convertible_to<T, Other, std::void_t<decltype(sizeof(Other))>> =
+    std::is_convertible_v<const T&, Other>;
+
 /// Whether write() takes a T as it is, rather than as the Value that it converts to.
 template <class T>
 constexpr bool is_written_as_own() {
@@ -40,7 +48,7 @@ constexpr bool is_written_as_own() {
     } else if constexpr (is_known<T>) {
         return true;
     } else {
-        return !std::is_convertible_v<const T&, Value>;
+        return !is_convertible_to<T, Value>;
     }
 }
 
@@ -62,17 +70,17 @@ AnyObject object_of(OfOtherType, const T& object) noexcept {
 /// @throws ConversionError  what from() throws
 /// @throws WriteError       the options do not allow something in the object
 /// @throws std::bad_alloc   memory runs out
-/// @complexity linear in the size of the object; sorting besides, in a std::unordered_map and with
+/// @complexity linear in the size of the object, plus sorting in a std::unordered_map and with
 ///             MemberOrder::utf16. Recursion as deep as the nesting.
 /// @{
 
-/// The text of an object, without a line end.
+/// Serializes an object to a string, without a line end.
 template <class T, class = detail::IfOwn<T>>
 [[nodiscard]] std::string write(const T& object, const WriteOptions& options = {}) {
     return detail::write_text(detail::any_object(object), options);
 }
 
-/// Writes the text of an object onto a stream, as write() of a Value does. The stream may have got
+/// Serializes an object onto a stream, as write() of a Value does. The stream may have got
 /// a part of the text before an exception.
 template <class T, class = detail::IfOwn<T>>
 void write(std::ostream& stream, const T& object, const WriteOptions& options = {}) {

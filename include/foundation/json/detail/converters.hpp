@@ -5,14 +5,11 @@
 #ifndef FOUNDATION_JSON_DETAIL_CONVERTERS_HPP
 #define FOUNDATION_JSON_DETAIL_CONVERTERS_HPP
 
-#include <foundation/json/content.hpp>
-#include <foundation/json/detail/location.hpp>
 #include <foundation/json/detail/member_arrays.hpp>
+#include <foundation/json/detail/sources.hpp>
 #include <foundation/json/detail/start.hpp>
 #include <foundation/json/detail/text_sink.hpp>
-#include <foundation/json/detail/value_sink.hpp>
-#include <foundation/json/detail/value_source.hpp>
-#include <foundation/json/export.hpp>
+#include <foundation/json/fwd.hpp>
 
 #include <array>
 #include <cstddef>
@@ -200,24 +197,27 @@ struct Converter<std::string> : PlainConverter<std::string> {
     }
 };
 
+// Value may be incomplete here.
+
 template <>
-struct Converter<Array> : PlainConverter<Array> {
+struct Converter<std::vector<Value>, Category::other> : PlainConverter<std::vector<Value>> {
     template <class Sink>
-    static void write(Sink& sink, const Array& content, const Start&) {
+    static void write(Sink& sink, const std::vector<Value>& content, const Start&) {
         sink.put_array(content);
     }
 };
 
 template <>
-struct Converter<Object> : PlainConverter<Object> {
+struct Converter<std::map<std::string, Value>, Category::other>
+    : PlainConverter<std::map<std::string, Value>> {
     template <class Sink>
-    static void write(Sink& sink, const Object& content, const Start&) {
+    static void write(Sink& sink, const std::map<std::string, Value>& content, const Start&) {
         sink.put_object(content);
     }
 };
 
 template <>
-struct Converter<Value> {
+struct Converter<Value, Category::other> {
     template <class... From>
     static void read(Value& target, From&... from) {
         const auto& source = detail::source_of(from...);
@@ -293,7 +293,8 @@ struct Converter<Made<T>, Category::other> {
     template <class... From>
     static void read(Made<T>& target, From&... from) {
         if constexpr (std::is_default_constructible_v<T>) {
-            detail::read_from(target.object.emplace(), from...);
+            const auto& source = detail::source_of(from...);
+            source.read_new(target.object.emplace());
         } else {
             target.object.emplace(Converter<T>::make(from...));
         }
@@ -330,7 +331,7 @@ template <class Optional>
 bool is_empty(const Optional& content) noexcept {
     using T = std::remove_cv_t<std::remove_reference_t<decltype(*content)>>;
     if constexpr (std::is_same_v<T, Value>) {
-        return !content || json::kind_of(*content) == Kind::undefined;
+        return !content || detail::is_undefined(*content);
     } else {
         return !content;
     }
@@ -347,10 +348,51 @@ inline constexpr bool has_start<std::pair<First, Second>> = has_start<First> || 
 template <class... Types>
 inline constexpr bool has_start<std::tuple<Types...>> = (has_start<Types> || ...);
 
+/// Whether the writing of a T asks what read() starts from: whether it may leave out a member, or
+/// one of a member.
+template <class T>
+constexpr bool asks_for_start();
+
+template <class Part>
+inline constexpr bool part_asks_for_start = false;
+template <class Class, class Type>
+inline constexpr bool
+    part_asks_for_start<Member<Class, Type>> = is_optional<std::remove_cv_t<Type>> ||
+                                               detail::asks_for_start<std::remove_cv_t<Type>>();
+template <class Class, class Type, class Check>
+inline constexpr bool part_asks_for_start<CheckedMember<Class, Type, Check>> =
+    part_asks_for_start<Member<Class, Type>>;
+template <class... Parts>
+inline constexpr bool part_asks_for_start<std::tuple<Parts...>> =
+    !detail::all_of({true, !part_asks_for_start<Parts>...});
+template <class Numbers, class... Parts>
+inline constexpr bool part_asks_for_start<Table<Numbers, Parts...>> =
+    part_asks_for_start<std::tuple<Parts...>>;
+
+template <class T>
+inline constexpr bool elements_ask_for_start = false;
+template <class T, std::size_t Length>
+inline constexpr bool elements_ask_for_start<std::array<T, Length>> = detail::asks_for_start<T>();
+template <class First, class Second>
+inline constexpr bool elements_ask_for_start<std::pair<First, Second>> =
+    detail::asks_for_start<First>() || detail::asks_for_start<Second>();
+template <class... Types>
+inline constexpr bool
+    elements_ask_for_start<std::tuple<Types...>> = (detail::asks_for_start<Types>() || ...);
+
+template <class T>
+constexpr bool asks_for_start() {
+    if constexpr (detail::category_of<T>() == Category::object) {
+        return part_asks_for_start<std::remove_cv_t<decltype(members<T>)>>;
+    } else {
+        return elements_ask_for_start<T>;
+    }
+}
+
 /// Where read() starts in a new T: the root, or an element that a container makes.
 template <class T>
 Start start_of_new() noexcept {
-    if constexpr (has_start<T>) {
+    if constexpr (detail::asks_for_start<T>()) {
         return detail::new_object<T>();
     } else {
         return Start(nullptr); // nobody asks
@@ -385,7 +427,7 @@ struct MemberWriters<Sink>::Of {
             return;
         }
         auto&& sink = member.sink();
-        if constexpr (has_start<Plain>) {
+        if constexpr (detail::asks_for_start<Plain>()) {
             const Start start = detail::part_of<T, Class, Type>(member.start, member.pointer);
             Converter<Plain>::template write<Sink>(sink, content, start);
         } else {
@@ -403,7 +445,7 @@ private:
     /// Whether what is written without this member reads back the same.
     static bool may_leave_out(const Plain& content, const WrittenMember& member) {
         if constexpr (std::is_same_v<Plain, Value>) {
-            return json::kind_of(content) == Kind::undefined;
+            return detail::is_undefined(content);
         } else if constexpr (is_optional<Plain>) {
             if (member.is_required || !detail::is_empty(content)) {
                 return false;
@@ -430,26 +472,19 @@ struct Converter<T, Category::object> {
     template <class Sink>
     static void write(Sink& sink, const T& content, const Start& start) {
         if constexpr (detail::require_members<T>()) {
-            write_members(sink, content, start);
+            sink.write_members_of(content, start);
         }
     }
-
-private:
-    static void write_members(ValueSink& sink, const T& content, const Start& start) {
-        sink.write_members(member_table<T>,
-                           member_entries<T, WriteMember, MemberWriters<ValueSink>::Of>.entries,
-                           std::addressof(content), start);
-    }
-
-    static void write_members(TextSink& sink, const T& content, const Start& start) {
-        const void* parts[MembersOf<T>::count + 1]; // there are no arrays of length 0
-        parts[MembersOf<T>::count] = nullptr;
-        PartCollector<T> collector(content, parts);
-        detail::visit_members(members<T>, collector);
-        sink.write_members(text_table<T, MemberWriters<TextSink>::Of>, std::addressof(content),
-                           parts, start);
-    }
 };
+
+template <class T>
+void TextSink::write_members_of(const T& object, const Start& start) {
+    const void* parts[MembersOf<T>::count + 1]; // there are no arrays of length 0
+    parts[MembersOf<T>::count] = nullptr;
+    PartCollector<T> collector(object, parts);
+    detail::visit_members(members<T>, collector);
+    write_members(text_table<T, MemberWriters<TextSink>::Of>, std::addressof(object), parts, start);
+}
 
 // ---- Containers ----------------------------------------------------------------------------
 
@@ -488,24 +523,11 @@ struct SequenceConverter {
     template <class... From>
     static void read(Container& target, From&... from) {
         const auto& source = detail::source_of(from...);
-        auto elements = source.elements();
-        if constexpr (detail::require_default<T>()) {
-            if constexpr (!std::is_default_constructible_v<T>) {
-                target.clear();
-                while (elements.next()) {
-                    Made<T> element;
-                    elements.read(element);
-                    target.push_back(std::move(*element.object));
-                }
-            } else if constexpr (std::remove_reference_t<decltype(source)>::known_lengths) {
-                target = Container(elements.size(), target.get_allocator());
-                for (T& element : target) {
-                    elements.take();
-                    elements.read(element);
-                }
-            } else {
-                elements.read_all(target);
-            }
+        using Source = std::remove_cv_t<std::remove_reference_t<decltype(source)>>;
+        if constexpr (Source::template reads_whole<Container>) {
+            source.read(target);
+        } else {
+            read_elements<Source>(target, source);
         }
     }
 
@@ -520,6 +542,30 @@ struct SequenceConverter {
     }
 
 private:
+    template <class Source>
+    static void read_elements(Container& target, const Source& source) {
+        auto elements = source.elements();
+        if constexpr (detail::require_default<T>()) {
+            if constexpr (!std::is_default_constructible_v<T>) {
+                target.clear();
+                while (elements.next()) {
+                    Made<T> element;
+                    if (elements.read(element)) {
+                        target.push_back(std::move(*element.object));
+                    }
+                }
+            } else if constexpr (Source::known_lengths) {
+                target = Container(elements.size(), target.get_allocator());
+                for (T& element : target) {
+                    elements.take();
+                    elements.read(element);
+                }
+            } else {
+                elements.read_all(target);
+            }
+        }
+    }
+
     static constexpr bool is_vector =
         std::is_same_v<Container, std::vector<T, typename Container::allocator_type>>;
 
@@ -596,7 +642,7 @@ struct Converter<std::array<T, Length>, Category::other> {
         typename Sink::Elements elements(sink, Length);
         for (std::size_t i = 0; i < Length; ++i) {
             auto&& sink_of_element = elements.next();
-            if constexpr (has_start<T>) {
+            if constexpr (detail::asks_for_start<T>()) {
                 const Start start_of_element = detail::element_of<std::array<T, Length>>(start, i);
                 Converter<T>::template write<Sink>(sink_of_element, content[i], start_of_element);
             } else {
@@ -618,12 +664,14 @@ struct SetConverter : SequenceConverter<Set> {
         auto elements = source.elements();
         target.clear();
         if constexpr (detail::require_default<T>()) {
-            for (std::size_t size = 1; elements.next(); ++size) {
+            while (elements.next()) {
                 Made<T> element;
-                elements.read(element);
-                target.insert(target.end(), std::move(*element.object));
-                if (!may_repeat && target.size() != size) {
-                    elements.fail("the set has this element already");
+                if (elements.read(element)) {
+                    const std::size_t size = target.size();
+                    target.insert(target.end(), std::move(*element.object));
+                    if (!may_repeat && target.size() == size) {
+                        elements.report("the set has this element already");
+                    }
                 }
             }
         }
@@ -662,17 +710,18 @@ struct MapConverter {
                     const std::size_t size = target.size();
                     const auto added = target.try_emplace(target.end(), members.name());
                     if (target.size() == size) {
-                        members.fail("the map has this name already");
+                        members.report("the map has this name already");
+                    } else {
+                        members.read(added->second);
                     }
-                    members.read(added->second);
+                } else if (target.find(members.name()) != target.end()) {
+                    members.report("the map has this name already");
                 } else {
-                    if (target.find(members.name()) != target.end()) {
-                        members.fail("the map has this name already");
-                    }
                     const std::string name = members.name();
                     Made<T> element;
-                    members.read(element);
-                    target.emplace(name, std::move(*element.object));
+                    if (members.read(element)) {
+                        target.emplace(name, std::move(*element.object));
+                    }
                 }
             }
         }
@@ -714,7 +763,7 @@ private:
     static void write_member(Sink&, typename Sink::Members& members, std::string_view name,
                              const T& element, const Start& start) {
         if constexpr (std::is_same_v<T, Value>) {
-            if (json::kind_of(element) == Kind::undefined) {
+            if (detail::is_undefined(element)) {
                 return;
             }
         }
@@ -775,7 +824,7 @@ private:
     static void write_element(typename Sink::Elements& elements, const Type& content,
                               const Start& start) {
         auto&& sink = elements.next();
-        if constexpr (has_start<Type>) {
+        if constexpr (detail::asks_for_start<Type>()) {
             Converter<Type>::template write<Sink>(sink, content,
                                                   detail::element_of<Tuple, I>(start));
         } else {
@@ -803,6 +852,11 @@ AnyObject any_object(const T& object) noexcept {
                 Converter<T>::write(sink, *static_cast<const T*>(address),
                                     detail::start_of_new<T>());
             }};
+}
+
+template <class T>
+void TextSink::put_tagged(std::string_view member, std::string_view tag, const T& object) {
+    put_tagged_object(member, tag, detail::any_object(object));
 }
 
 } // namespace foundation::json::detail

@@ -7,7 +7,6 @@
 #define FOUNDATION_JSON_DETAIL_MORE_CONVERTERS_HPP
 
 #include <foundation/json/detail/converters.hpp>
-#include <foundation/json/detail/quoted.hpp>
 
 #include <exception>
 #include <map>
@@ -30,32 +29,6 @@ std::string shown(const T& object) {
     options.not_finite = WriteOptions::NotFinite::string;
     options.bad_utf8 = WriteOptions::BadUtf8::replace;
     return detail::write_text(detail::any_object(object), options);
-}
-
-/// Fails at the location of a source because of the exception under way.
-[[noreturn]] inline void fail_current(const ValueSource& source) {
-    detail::fail_current(source.location());
-}
-
-/// A document is read once more, by way of a Value, to find out where it is wrong.
-template <class Source>
-[[noreturn]] void fail_current(const Source&) {
-    throw;
-}
-
-/// Calls a function with a ValueSource of what a source has, for types that look at it more than
-/// once.
-template <class Source, class Use>
-void use_value(const Source& source, Use use) {
-    if constexpr (std::is_same_v<Source, ValueSource>) {
-        use(source);
-    } else {
-        Value value;
-        source.read(value);
-        const Location root{std::string_view()};
-        Session session{source.options(), {}};
-        use(ValueSource(value, root, session));
-    }
 }
 
 // ---- Representations -----------------------------------------------------------------------
@@ -86,11 +59,13 @@ struct Converter<T, Category::represented> {
             using Parameter = decltype(detail::parameter_of(&representation<T>::from));
             constexpr bool is_view = std::is_same_v<Parameter, std::string_view>;
             using Read = std::conditional_t<is_view, std::string, Parameter>;
+            const std::size_t noted = detail::source_of(from...).noted();
             auto content = detail::make_from<Read>(from...);
+            detail::source_of(from...).fail_since(noted);
             try {
                 return representation<T>::from(std::move(content));
             } catch (const std::exception&) {
-                detail::fail_current(detail::source_of(from...));
+                detail::source_of(from...).fail_current();
             }
         }
     }
@@ -124,7 +99,7 @@ private:
             sink.fail_current();
         }
         if constexpr (std::is_same_v<Written, Value>) {
-            if (json::kind_of(*made.object) == Kind::undefined) {
+            if (detail::is_undefined(*made.object)) {
                 sink.put_null();
                 return;
             }
@@ -183,7 +158,7 @@ struct VariantWriter {
     using Variant = std::variant<Types...>;
 
     template <class Sink>
-    static void write_alternative(Sink& sink, const Variant& content) {
+    static void require_alternative(Sink& sink, const Variant& content) {
         if (content.valueless_by_exception()) {
             try {
                 throw std::bad_variant_access();
@@ -191,6 +166,11 @@ struct VariantWriter {
                 sink.fail_current();
             }
         }
+    }
+
+    template <class Sink>
+    static void write_alternative(Sink& sink, const Variant& content) {
+        require_alternative(sink, content);
         std::visit(
             [&sink](const auto& alternative) {
                 using T = std::decay_t<decltype(alternative)>;
@@ -207,11 +187,10 @@ struct FirstAlternative : VariantWriter<Types...> {
 
     template <class... From>
     static void read(Variant& target, From&... from) {
-        const auto& source = detail::source_of(from...);
-        detail::use_value(source, [&target](const ValueSource& value) {
+        detail::source_of(from...).use_again([&target](const auto& source) {
             std::string problems;
-            if (!read_any(target, value, problems, std::index_sequence_for<Types...>())) {
-                detail::fail(value.location(), "no alternative fits: " + problems);
+            if (!read_any(target, source, problems, std::index_sequence_for<Types...>())) {
+                source.fail("no alternative fits: " + problems);
             }
         });
     }
@@ -222,21 +201,22 @@ struct FirstAlternative : VariantWriter<Types...> {
     }
 
 private:
-    template <std::size_t... I>
-    static bool read_any(Variant& target, const ValueSource& source, std::string& problems,
+    template <class Source, std::size_t... I>
+    static bool read_any(Variant& target, const Source& source, std::string& problems,
                          std::index_sequence<I...>) {
         return (read_as<I, Types>(target, source, problems) || ...);
     }
 
-    template <std::size_t I, class T>
-    static bool read_as(Variant& target, const ValueSource& source, std::string& problems) {
+    template <std::size_t I, class T, class Source>
+    static bool read_as(Variant& target, const Source& source, std::string& problems) {
         if constexpr (detail::require_default<T>()) {
+            [[maybe_unused]] const auto trial = source.trial();
             try {
                 target.template emplace<I>(detail::make_from<T>(source));
                 return true;
             } catch (const std::exception&) {
                 problems += problems.empty() ? "" : "; ";
-                problems += detail::problem_at(source.location());
+                problems += source.problem();
             }
         }
         return false;
@@ -285,59 +265,37 @@ struct TaggedAlternative : VariantWriter<Types...> {
 
     template <class... From>
     static void read(Variant& target, From&... from) {
-        const auto& source = detail::source_of(from...);
         if constexpr (detail::require_alternatives<Variant>()) {
-            detail::use_value(source,
-                              [&target](const ValueSource& value) { read_tagged(target, value); });
+            detail::source_of(from...).use_tagged(
+                alternatives<Variant>.member, alternative_table<Variant>,
+                [&target](const auto& rest, std::size_t number) {
+                    read_number(target, rest, number, std::index_sequence_for<Types...>());
+                });
         }
     }
 
     template <class Sink>
     static void write(Sink& sink, const Variant& content, const Start&) {
         if constexpr (detail::require_alternatives<Variant>()) {
-            Value value;
-            try {
-                const Location root{std::string_view()};
-                Defaults defaults;
-                ValueSink inner(value, root, defaults);
-                TaggedAlternative::write_alternative(inner, content);
-                json::get<Object>(value)[std::string(alternatives<Variant>.member)] =
-                    Value(std::string(AlternativesOf<Variant>::names[content.index()]));
-            } catch (const std::bad_alloc&) {
-                throw;
-            } catch (const std::exception&) {
-                sink.fail_current();
-            }
-            sink.put_value(value);
+            TaggedAlternative::require_alternative(sink, content);
+            const std::string_view tag = AlternativesOf<Variant>::names[content.index()];
+            std::visit(
+                [&sink, tag](const auto& alternative) {
+                    sink.put_tagged(alternatives<Variant>.member, tag, alternative);
+                },
+                content);
         }
     }
 
 private:
-    static void read_tagged(Variant& target, const ValueSource& value) {
-        const std::string tag(alternatives<Variant>.member);
-        const auto& object = detail::content_at<Object>(value.value(), value.location());
-        const auto found = object.find(tag);
-        if (found == object.end() || json::kind_of(found->second) == Kind::undefined) {
-            detail::fail(value.location(),
-                         "the required member " + detail::quoted(tag) + " is missing");
-        }
-        const std::size_t number = detail::find_enumerator(
-            alternative_table<Variant>, found->second, Location(value.location(), tag));
-        Object rest(object); // without the tag, which would be unknown
-        rest.erase(tag);
-        const Value value_of_rest(rest);
-        const ValueSource source_of_rest(value_of_rest, value.location(), value.session());
-        read_number(target, source_of_rest, number, std::index_sequence_for<Types...>());
-    }
-
-    template <std::size_t... I>
-    static void read_number(Variant& target, const ValueSource& source, std::size_t number,
+    template <class Source, std::size_t... I>
+    static void read_number(Variant& target, const Source& source, std::size_t number,
                             std::index_sequence<I...>) {
         (read_if<I, Types>(target, source, number), ...);
     }
 
-    template <std::size_t I, class T>
-    static void read_if(Variant& target, const ValueSource& source, std::size_t number) {
+    template <std::size_t I, class T, class Source>
+    static void read_if(Variant& target, const Source& source, std::size_t number) {
         static_assert(std::is_class_v<T>,
                       "an alternative with a tag has to be an object in JSON: a "
                       "class with a table of members");
@@ -358,12 +316,7 @@ template <>
 struct Converter<std::monostate, Category::other> {
     template <class... From>
     static void read(std::monostate&, From&... from) {
-        const auto& source = detail::source_of(from...);
-        detail::use_value(source, [](const ValueSource& value) {
-            if (!value.read_nothing()) {
-                detail::fail_type(value.location(), value.value(), Kind::null);
-            }
-        });
+        detail::source_of(from...).expect_nothing();
     }
 
     template <class Sink>

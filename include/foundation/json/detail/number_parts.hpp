@@ -156,6 +156,28 @@ inline std::uint64_t magnitude_of(const NumberParts& whole) noexcept {
 throw_out_of_range(const NumberParts& number, bool is_float, std::uint64_t lowest,
                    std::uint64_t highest);
 
+/// The magnitude of a whole number that is within limits, whose magnitudes are given.
+/// @param is_float  whether the number comes from a float
+/// @throws std::out_of_range as throw_out_of_range()
+inline std::uint64_t magnitude_within(const NumberParts& number, bool is_float,
+                                      std::uint64_t lowest, std::uint64_t highest) {
+    const bool fits = detail::is_whole(number) && detail::has_64_bits(number) &&
+                      detail::magnitude_of(number) <= (number.negative ? lowest : highest);
+    if (!fits) {
+        detail::throw_out_of_range(number, is_float, lowest, highest);
+    }
+    return detail::magnitude_of(number);
+}
+
+/// The integer of that magnitude, which is within the type's limits.
+template <class Integer>
+Integer integer_of(bool negative, std::uint64_t magnitude) noexcept {
+    // One less and one more, since the lowest number of all has no positive counterpart.
+    return negative && magnitude != 0
+               ? static_cast<Integer>(-1 - static_cast<std::int64_t>(magnitude - 1))
+               : static_cast<Integer>(magnitude);
+}
+
 /// @param is_float  whether the number comes from a float
 /// @throws std::out_of_range as throw_out_of_range()
 template <class Integer>
@@ -163,16 +185,8 @@ Integer to_integer(const NumberParts& number, bool is_float) {
     // The magnitudes of both.
     constexpr auto lowest = 0 - static_cast<std::uint64_t>((std::numeric_limits<Integer>::min)());
     constexpr auto highest = static_cast<std::uint64_t>((std::numeric_limits<Integer>::max)());
-    const bool fits = detail::is_whole(number) && detail::has_64_bits(number) &&
-                      detail::magnitude_of(number) <= (number.negative ? lowest : highest);
-    if (!fits) {
-        detail::throw_out_of_range(number, is_float, lowest, highest);
-    }
-    const std::uint64_t magnitude = detail::magnitude_of(number);
-    // One less and one more, since the lowest number of all has no positive counterpart.
-    return number.negative && magnitude != 0
-               ? static_cast<Integer>(-1 - static_cast<std::int64_t>(magnitude - 1))
-               : static_cast<Integer>(magnitude);
+    return detail::integer_of<Integer>(number.negative,
+                                       detail::magnitude_within(number, is_float, lowest, highest));
 }
 
 // ---- Numbers of documents ------------------------------------------------------------------

@@ -140,6 +140,12 @@ enum class MapOrder {
 
 // ---- The sink ------------------------------------------------------------------------------
 
+/// An object of any type.
+struct AnyObject {
+    const void* object;
+    void (*write)(TextSink& sink, const void* object);
+};
+
 /// Takes an object piece by piece, in the order of the text.
 ///
 /// Programs call its functions by their positions in the class: new ones come behind the others.
@@ -187,6 +193,17 @@ public:
                                               const NameTable& names) = 0;
     /// The same because of the exception under way.
     [[noreturn]] virtual void fail_current() = 0;
+
+    /// Writes an object as an object of JSON with a further member.
+    virtual void put_tagged_object(std::string_view member, std::string_view tag,
+                                   const AnyObject& object) = 0;
+
+    /// Writes the members of an object of a class.
+    template <class T>
+    void write_members_of(const T& object, const Start& start);
+
+    template <class T>
+    void put_tagged(std::string_view member, std::string_view tag, const T& object);
 
     Defaults& defaults() noexcept { return defaults_; }
 
@@ -370,12 +387,6 @@ private:
 };
 
 // ---- Whole objects -------------------------------------------------------------------------
-
-/// An object of any type.
-struct AnyObject {
-    const void* object;
-    void (*write)(TextSink& sink, const void* object);
-};
 
 /// As write() of an object. write_file.hpp has the one for files.
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::string write_text(const AnyObject& object,

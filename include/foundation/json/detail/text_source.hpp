@@ -1,20 +1,22 @@
 /// @file
-/// JSON text as what converters read from, for the library's other headers. Not for programs: what
+/// Documents as what converters read from, for the library's other headers. Not for programs: what
 /// is here may change in every version.
 /// @cond
 #ifndef FOUNDATION_JSON_DETAIL_TEXT_SOURCE_HPP
 #define FOUNDATION_JSON_DETAIL_TEXT_SOURCE_HPP
 
-#include <foundation/json/content.hpp>
+#include <foundation/json/detail/checks.hpp>
 #include <foundation/json/detail/converters.hpp>
 #include <foundation/json/detail/member_arrays.hpp>
-#include <foundation/json/detail/number_parts.hpp>
 #include <foundation/json/detail/start.hpp>
 #include <foundation/json/export.hpp>
+#include <foundation/json/fwd.hpp>
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <limits>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -27,28 +29,28 @@ namespace foundation::json::detail {
 // ---- What is compiled ----------------------------------------------------------------------
 
 class DocumentReader;
+class ErrorCollector;
 
-/// Reads a member of an object from a document.
+/// Reads an object of some type from a document.
 /// @param at       where its value begins
-/// @param base     an object of the same class, as TextSource has it, or null
-/// @param pointer  the address of the member's `Type Class::*`
+/// @param target   the object
+/// @param base     an object of the same type, as TextSource has it, or null
+/// @param pointer  for a member, the address of the `Type Class::*`, or of its CheckedPointer
 /// @return the position behind the value
-using ReadTextMember = const char* (*)(DocumentReader& reader, const char* at, void* object,
-                                       const void* base, const void* pointer);
+using ReadAny = const char* (*)(DocumentReader& reader, const char* at, void* target,
+                                const void* base, const void* pointer);
 
-/// Makes a member of an object equal to that of another object of the same class.
-/// @param base  that object; null changes nothing
-/// @return the address of the member
-using ResetMember = void* (*)(void* object, const void* base, const void* pointer);
+/// Makes an object equal to another one of its type.
+using CopyAny = void (*)(void* target, const void* base);
 
 /// A member of a class as it is read from a document.
 struct TextMember {
     const char* text;   ///< `"name":`; sixteen bytes from each of its bytes on may be read
     std::uint32_t size; ///< of it; 0 if names of this kind are not compared so
     std::uint32_t is_required;
-    ReadTextMember read;
-    ResetMember reset;
-    const void* pointer; ///< the address of the member's `Type Class::*`
+    ReadAny read;
+    CopyAny copy;
+    const void* pointer; ///< for the function that reads
 };
 
 /// The members of a class, for compiled functions.
@@ -57,16 +59,29 @@ struct TextMembers {
     NameTable names;
     const TextMember* members;
     std::uint64_t required; ///< a bit for each of the first 64
+    const MemberTable* table;
 };
+
+/// A member of an object, by which the rest of the object is told apart.
+struct TagOf {
+    std::string_view member;
+    const NameTable& names; ///< that its value may be
+};
+
+/// Uses a source that can be read from more than once.
+/// @param number  that of the tag's name, if there is a tag
+using UseAgain = void (*)(DocumentReader& reader, const char* at, const void* use,
+                          std::size_t number);
 
 /// Reads a document from its begin to its end, the parts of it in their order.
 ///
 /// Functions take the position where they begin to read and return the one behind, so that it stays
-/// in a register.
+/// in a register. There are two classes of readers. One reads text, and whatever is not as wanted
+/// ends all of it by an exception, of a type that nobody else knows. Then another one goes through
+/// the value of that text, finds out what is wrong, and where; its positions are no text.
 ///
-/// What is not as wanted ends all of it by an exception, of a type that nobody else knows: what is
-/// wrong is found out by reading the document once more, in another way.
-class FOUNDATION_JSON_PARSER_EXPORT DocumentReader {
+/// Programs call its functions by their positions in the class: new ones come behind the others.
+class DocumentReader {
 public:
     /// A position, and an integer before it.
     template <class Integer>
@@ -78,50 +93,112 @@ public:
     DocumentReader(const DocumentReader&) = delete;
     DocumentReader& operator=(const DocumentReader&) = delete;
 
-    [[nodiscard]] const char* read(const char* at, bool& target);
-    [[nodiscard]] const char* read(const char* at, std::string& target);
-    [[nodiscard]] const char* read(const char* at, Value& target);
-    [[nodiscard]] const char* read(const char* at, double& target);
-    [[nodiscard]] const char* read_number(const char* at, NumberContent& target);
-    [[nodiscard]] Behind<long long> read_signed(const char* at, long long least, long long most);
-    [[nodiscard]] Behind<unsigned long long> read_unsigned(const char* at, unsigned long long most);
-    [[nodiscard]] Behind<std::size_t> read_enumerator(const char* at, const NameTable& names);
-    /// @return the position behind null, or where it was if there is another value
-    [[nodiscard]] const char* read_null(const char* at);
+    [[nodiscard]] virtual const char* read(const char* at, bool& target) = 0;
+    [[nodiscard]] virtual const char* read(const char* at, std::string& target) = 0;
+    [[nodiscard]] virtual const char* read(const char* at, double& target) = 0;
+    [[nodiscard]] virtual const char* read(const char* at, float& target) = 0;
+    [[nodiscard]] virtual const char* read(const char* at, long double& target) = 0;
+    [[nodiscard]] virtual const char* read_value(const char* at, Value& target) = 0;
+    [[nodiscard]] virtual const char* read_array(const char* at, std::vector<Value>& target) = 0;
+    [[nodiscard]] virtual const char* read_object(const char* at,
+                                                  std::map<std::string, Value>& target) = 0;
+    [[nodiscard]] virtual Behind<long long> read_signed(const char* at, long long least,
+                                                        long long most) = 0;
+    [[nodiscard]] virtual Behind<unsigned long long> read_unsigned(const char* at,
+                                                                   unsigned long long most) = 0;
+    [[nodiscard]] virtual Behind<std::size_t> read_enumerator(const char* at,
+                                                              const NameTable& names) = 0;
+    /// The number is 0 if there is another value than null.
+    [[nodiscard]] virtual Behind<std::size_t> read_null(const char* at) = 0;
+    [[nodiscard]] virtual const char* expect_null(const char* at) = 0;
 
-    /// Goes to the first element. The number is how many elements are expected, as an estimate of
-    /// at most 64 from arrays before; 0 if the array has none, and has been read.
-    [[nodiscard]] Behind<std::size_t> begin_array(const char* at);
+    static constexpr std::size_t any_length = static_cast<std::size_t>(-1);
+
+    /// Goes to the first element.
+    ///
+    /// The number is 0 if the array has none, and has been read. Otherwise it is how many elements
+    /// are expected: of text, an estimate of at most 64 from arrays before; the length, if
+    /// knows_lengths().
+    /// @param length  wanted, as far as it is known
+    [[nodiscard]] virtual Behind<std::size_t> begin_array(const char* at, std::size_t length) = 0;
+    [[nodiscard]] virtual bool knows_lengths() const noexcept = 0;
     /// @param length  of an array that has been read, if it is not as expected
-    void expect_length(std::size_t length) noexcept;
+    virtual void expect_length(std::size_t length) noexcept = 0;
     /// Goes to the next element. The number is 0 if the array has ended.
-    [[nodiscard]] Behind<std::size_t> next_element(const char* at);
+    [[nodiscard]] virtual Behind<std::size_t> next_element(const char* at) = 0;
 
-    /// Reads all elements of an array, from the first on.
-    [[nodiscard]] const char* read_elements(const char* at, std::vector<double>& target);
-    [[nodiscard]] const char* read_elements(const char* at, std::vector<int>& target);
+    /// Reads an array of numbers.
+    [[nodiscard]] virtual const char* read(const char* at, std::vector<double>& target) = 0;
+    [[nodiscard]] virtual const char* read(const char* at, std::vector<int>& target) = 0;
 
     /// Goes to the value of the first member. The number is 0 if the object has none.
-    [[nodiscard]] Behind<std::size_t> begin_object(const char* at, std::string& name);
+    [[nodiscard]] virtual Behind<std::size_t> begin_object(const char* at, std::string& name) = 0;
     /// Goes to the value of the next member. The number is 0 if the object has ended.
-    [[nodiscard]] Behind<std::size_t> next_member(const char* at, std::string& name);
+    [[nodiscard]] virtual Behind<std::size_t> next_member(const char* at, std::string& name) = 0;
 
     /// An object of a class.
-    /// @param base  null or, if the object is not new, the one that has what is not read
-    [[nodiscard]] const char* read_members(const char* at, const TextMembers& members, void* object,
-                                           const void* base);
+    /// @param parts  the addresses of its members
+    /// @param base   null or, if the object is not new, the one that has what is not read
+    [[nodiscard]] virtual const char* read_members(const char* at, const TextMembers& members,
+                                                   void* object, const void* const* parts,
+                                                   const void* base) = 0;
 
-    /// What the conversion goes by.
-    const ConvertOptions& options() const noexcept;
+    /// Calls a function with a reader of the same value that knows it as a whole.
+    /// @param tag  null or, if the function is to read the rest of an object, what it is told by
+    [[nodiscard]] virtual const char* use_again(const char* at, const TagOf* tag, UseAgain function,
+                                                const void* use) = 0;
+
+    /// What the exception under way says of the value that is there.
+    [[nodiscard]] virtual std::string problem(const char* at) = 0;
+
+    /// Whether the conversion goes on after errors, which are noted.
+    bool notes_errors() const noexcept { return notes_errors_; }
+    [[nodiscard]] virtual std::size_t noted() const noexcept = 0;
+    /// Has errors noted, or thrown if there is no collector. @return the one before
+    virtual ErrorCollector* collect_errors(ErrorCollector* collector) noexcept = 0;
+    /// @return whether the object has been read; if not, the errors are noted
+    virtual bool read_or_note(const char* at, ReadAny function, void* target) = 0;
+    /// Fails at the value that is there, or notes the error.
+    virtual void report(const char* at, std::string_view problem) = 0;
 
     /// The default objects of this document's classes.
-    Defaults& defaults() noexcept;
+    virtual Defaults& defaults() noexcept = 0;
 
-    [[noreturn, FOUNDATION_JSON_GNU(cold)]] static void give_up();
+    /// Fails at the value that is there.
+    [[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_PARSER_EXPORT void
+    fail(const char* at, std::string_view problem);
+    /// The same because of the exception under way.
+    [[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_PARSER_EXPORT void
+    fail_current(const char* at);
+    /// Throws what has been noted.
+    [[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_PARSER_EXPORT void fail_noted();
+    /// What is not as wanted, of a text.
+    [[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_PARSER_EXPORT static void give_up();
 
 protected:
+    /// As fail() and fail_current(): compilers believe no virtual function that it does not return.
+    virtual void throw_problem(const char* at, std::string_view problem) = 0;
+    virtual void throw_current(const char* at) = 0;
+    virtual void throw_noted() = 0;
+
     DocumentReader() = default;
     ~DocumentReader() = default;
+
+    bool notes_errors_ = false;
+};
+
+/// As long as it lives, errors are thrown rather than noted.
+class TextTrial {
+public:
+    explicit TextTrial(DocumentReader& reader) noexcept
+        : reader_(reader), collector_(reader.collect_errors(nullptr)) {}
+    TextTrial(const TextTrial&) = delete;
+    TextTrial& operator=(const TextTrial&) = delete;
+    ~TextTrial() { reader_.collect_errors(collector_); }
+
+private:
+    DocumentReader& reader_;
+    ErrorCollector* const collector_;
 };
 
 // ---- Members -------------------------------------------------------------------------------
@@ -170,44 +247,63 @@ struct MemberTexts {
     static constexpr Text collected = collect();
 };
 
+/// Reads objects of a type, wherever they are.
+template <class T>
+const char* read_any(DocumentReader& reader, const char* at, void* target, const void* base,
+                     const void*);
+
+/// Makes an object equal to another one.
+template <class T>
+void copy_any(void* target, const void* base) {
+    if constexpr (std::is_copy_assignable_v<T>) {
+        *static_cast<T*>(target) = *static_cast<const T*>(base);
+    } else {
+        DocumentReader::give_up();
+    }
+}
+
+/// Members of the same type share its function.
 template <class T, class Class, class Type>
 struct TextMemberReader {
-    static const char* read(DocumentReader& reader, const char* at, void* object, const void* base,
-                            const void* pointer);
-    static constexpr ReadTextMember entry = &read;
+    static constexpr ReadAny find() {
+        if constexpr (detail::require_changeable<Type>()) {
+            return &detail::read_any<std::remove_cv_t<Type>>;
+        } else {
+            return nullptr;
+        }
+    }
+    static constexpr ReadAny entry = find();
 
     /// The same with a check.
     template <class Check>
     struct Checked {
-        static const char* read(DocumentReader& reader, const char* at, void* object,
+        static const char* read(DocumentReader& reader, const char* at, void* target,
                                 const void* base, const void* pointer) {
-            at = TextMemberReader::read(reader, at, object, base, pointer);
-            const auto& checked = *static_cast<const CheckedPointer<Class, Type, Check>*>(pointer);
-            const T& checked_object = *static_cast<const T*>(object);
-            if (!detail::sentence_of(checked.check, checked_object.*checked.pointer).empty()) {
-                DocumentReader::give_up();
+            const std::size_t noted = reader.notes_errors() ? reader.noted() : 0;
+            const char* const behind = entry_of_member(reader, at, target, base, nullptr);
+            if (reader.notes_errors() && reader.noted() != noted) {
+                return behind;
             }
-            return at;
+            const auto& checked = *static_cast<const CheckedPointer<Class, Type, Check>*>(pointer);
+            std::string sentence;
+            try {
+                sentence = detail::sentence_of(checked.check, *static_cast<const Type*>(target));
+            } catch (const std::exception&) {
+                reader.fail_current(at);
+            }
+            if (!sentence.empty()) {
+                reader.fail(at, sentence);
+            }
+            return behind;
         }
-        static constexpr ReadTextMember entry = &read;
+        static constexpr ReadAny entry_of_member = TextMemberReader::entry;
+        static constexpr ReadAny entry = &read;
     };
 };
 
 template <class T, class Class, class Type>
-struct MemberResetter {
-    static void* reset(void* object, [[maybe_unused]] const void* base, const void* pointer) {
-        Type& target = detail::member_of<T, Class, Type>(object, pointer);
-        if (base != nullptr) {
-            if constexpr (std::is_copy_assignable_v<Type>) {
-                const auto member = *static_cast<Type Class::*const*>(pointer);
-                target = static_cast<const T*>(base)->*member;
-            } else {
-                DocumentReader::give_up();
-            }
-        }
-        return const_cast<std::remove_cv_t<Type>*>(std::addressof(target));
-    }
-    static constexpr ResetMember entry = &reset;
+struct TextMemberCopier {
+    static constexpr CopyAny entry = &detail::copy_any<std::remove_cv_t<Type>>;
 };
 
 /// The members of T, for compiled functions.
@@ -230,8 +326,8 @@ struct TextMembersOf {
             result.members[i] = {text,
                                  detail::is_plain_name(name) ? size : 0,
                                  required,
-                                 member_entries<T, ReadTextMember, TextMemberReader>.entries[i],
-                                 member_entries<T, ResetMember, MemberResetter>.entries[i],
+                                 member_entries<T, ReadAny, TextMemberReader>.entries[i],
+                                 member_entries<T, CopyAny, TextMemberCopier>.entries[i],
                                  MembersOf<T>::collected.pointers[i]};
             result.required |= std::uint64_t{required && i < 64} << (i % 64);
             text += size;
@@ -241,7 +337,7 @@ struct TextMembersOf {
     static constexpr List collected = collect();
 
     static constexpr TextMembers table{sizeof(TextMembers), member_table<T>.names,
-                                       collected.members, collected.required};
+                                       collected.members, collected.required, &member_table<T>};
 };
 
 // ---- The source ----------------------------------------------------------------------------
@@ -249,7 +345,7 @@ struct TextMembersOf {
 class TextElements;
 class TextObject;
 
-/// The value that a DocumentReader is at. It has the members that value_source.hpp describes.
+/// The value that a DocumentReader is at. It has the members that sources.hpp describes.
 ///
 /// If what is read into is not new, the source has a base: an object of the same type as a new one
 /// is, for what is not read. For a type that is never read in part, the base is any address.
@@ -257,24 +353,31 @@ class TextSource {
 public:
     static constexpr bool known_lengths = false;
 
+    template <class Container>
+    static constexpr bool reads_whole = std::is_same_v<Container, std::vector<double>> ||
+                                        std::is_same_v<Container, std::vector<int>>;
+
     TextSource(DocumentReader& reader, const char* at, const void* base) noexcept
         : reader_(reader), at_(at), base_(base) {}
 
-    void read(bool& target) const { at_ = reader_.read(at_, target); }
-    void read(std::string& target) const { at_ = reader_.read(at_, target); }
-    void read(Value& target) const { at_ = reader_.read(at_, target); }
-    void read(Array& target) const { read_content(target); }
-    void read(Object& target) const { read_content(target); }
+    template <class T>
+    void read(T& target) const {
+        if constexpr (std::is_same_v<T, Value>) {
+            at_ = reader_.read_value(at_, target);
+        } else if constexpr (std::is_same_v<T, std::vector<Value>>) {
+            at_ = reader_.read_array(at_, target);
+        } else if constexpr (std::is_same_v<T, std::map<std::string, Value>>) {
+            at_ = reader_.read_object(at_, target);
+        } else {
+            at_ = reader_.read(at_, target);
+        }
+    }
 
     template <class T>
     void read_number(T& target) const {
         using Limits = std::numeric_limits<T>;
-        if constexpr (std::is_same_v<T, double>) {
+        if constexpr (std::is_floating_point_v<T>) {
             at_ = reader_.read(at_, target);
-        } else if constexpr (std::is_floating_point_v<T>) {
-            NumberContent content(0.0);
-            at_ = reader_.read_number(at_, content);
-            target = detail::to_number<T>(content);
         } else if constexpr (std::is_signed_v<T>) {
             target = static_cast<T>(
                 go_behind(reader_.read_signed(at_, (Limits::min)(), (Limits::max)())));
@@ -287,16 +390,42 @@ public:
         return go_behind(reader_.read_enumerator(at_, names));
     }
 
-    bool read_nothing() const {
-        const char* const begin = at_;
-        at_ = reader_.read_null(begin);
-        return at_ != begin;
-    }
+    bool read_nothing() const { return go_behind(reader_.read_null(at_)) != 0; }
+    void expect_nothing() const { at_ = reader_.expect_null(at_); }
 
     template <class T>
     void read_members(T& target) const {
-        at_ = reader_.read_members(at_, TextMembersOf<T>::table, std::addressof(target), base_);
+        const void* parts[MembersOf<T>::count + 1]; // there are no arrays of length 0
+        parts[MembersOf<T>::count] = nullptr;
+        PartCollector<T> collector(target, parts);
+        detail::visit_members(json::members<T>, collector);
+        at_ = reader_.read_members(at_, TextMembersOf<T>::table, std::addressof(target), parts,
+                                   base_);
     }
+
+    template <class Use>
+    void use_again(const Use& use) const {
+        use_again(nullptr, [&use](const TextSource& source, std::size_t) { use(source); });
+    }
+
+    template <class Use>
+    void use_tagged(std::string_view member, const NameTable& names, const Use& use) const {
+        const TagOf tag{member, names};
+        use_again(&tag, use);
+    }
+
+    /// Reads the value that is there, or notes why it cannot be read. @return whether it was read
+    template <class T>
+    [[FOUNDATION_JSON_GNU(noinline)]] bool read_or_note(T& target) const {
+        return reader_.read_or_note(at_, &detail::read_any<T>, std::addressof(target));
+    }
+
+    /// As long as the result lives, errors are thrown rather than noted.
+    TextTrial trial() const { return TextTrial(reader_); }
+
+    [[noreturn]] void fail(const std::string& problem) const { reader_.fail(at_, problem); }
+    [[noreturn]] void fail_current() const { reader_.fail_current(at_); }
+    std::string problem() const { return reader_.problem(at_); }
 
     TextElements elements() const;
     TextElements elements(std::size_t length) const;
@@ -309,6 +438,11 @@ public:
         } else {
             return base_;
         }
+    }
+
+    template <class T>
+    void read_new(T& target) const {
+        read_part(target, nullptr); // the base is one of what is made of it
     }
 
     template <class Optional>
@@ -344,26 +478,33 @@ public:
     template <class T>
     const void* base_of_new() const {
         if constexpr (has_start<T>) {
-            return detail::start_of_new<T>().object(reader_.defaults()).object;
+            return reader_.defaults().template find<T>().object;
         } else {
             return &reader_;
         }
     }
 
-    const ConvertOptions& options() const noexcept { return reader_.options(); }
+    /// How many errors have been noted: none of a text, whose reading an error ends.
+    std::size_t noted() const { return reader_.notes_errors() ? reader_.noted() : 0; }
+    void fail_since(std::size_t noted) const {
+        if (this->noted() != noted) {
+            reader_.fail_noted();
+        }
+    }
+
     DocumentReader& reader() const noexcept { return reader_; }
     const void* base() const noexcept { return base_; }
 
 private:
-    template <class Content>
-    void read_content(Content& target) const {
-        Value value;
-        read(value);
-        auto* const content = json::get_if<Content>(&value);
-        if (content == nullptr) {
-            DocumentReader::give_up();
-        }
-        target = std::move(*content);
+    template <class Use>
+    void use_again(const TagOf* tag, const Use& use) const {
+        at_ = reader_.use_again(
+            at_, tag,
+            [](DocumentReader& reader, const char* at, const void* function, std::size_t number) {
+                const TextSource source(reader, at, nullptr);
+                (*static_cast<const Use*>(function))(source, number);
+            },
+            std::addressof(use));
     }
 
     DocumentReader& reader_;
@@ -380,9 +521,9 @@ inline constexpr bool
 /// The elements of an array.
 class TextElements {
 public:
-    explicit TextElements(const TextSource& source)
+    explicit TextElements(const TextSource& source, std::size_t length = DocumentReader::any_length)
         : source_(source),
-          expected_(source.go_behind(source.reader().begin_array(source.at()))),
+          expected_(source.go_behind(source.reader().begin_array(source.at(), length))),
           more_(expected_ != 0) {}
 
     bool next() {
@@ -407,8 +548,12 @@ public:
     }
 
     template <class T>
-    void read(T& element, const void* base = nullptr) const {
+    bool read(T& element, const void* base = nullptr) const {
+        if (source_.reader().notes_errors()) {
+            return source_.read_or_note(element);
+        }
         source_.read_part(element, base);
+        return true;
     }
 
     /// Reads all of them into a container, whose elements may be used again.
@@ -416,13 +561,7 @@ public:
     void read_all(Container& target) const {
         using T = typename Container::value_type;
         if constexpr (!std::is_move_constructible_v<T>) {
-            DocumentReader::give_up(); // a vector of such must know its length first
-        } else if constexpr (std::is_same_v<Container, std::vector<double>> ||
-                             std::is_same_v<Container, std::vector<int>>) {
-            target.clear();
-            if (more_) {
-                source_.go_to(source_.reader().read_elements(source_.at(), target));
-            }
+            read_known(target); // a vector of such must know its length first
         } else {
             const void* base = nullptr;
             if (source_.base() != nullptr && !target.empty()) {
@@ -443,11 +582,23 @@ public:
         }
     }
 
-    [[noreturn]] static void fail(const char*) { DocumentReader::give_up(); }
+    void report(const char* problem) const { source_.reader().report(source_.at(), problem); }
 
 private:
     bool go_on() const {
         return source_.go_behind(source_.reader().next_element(source_.at())) != 0;
+    }
+
+    template <class Container>
+    void read_known(Container& target) const {
+        if (!source_.reader().knows_lengths()) {
+            DocumentReader::give_up();
+        }
+        target = Container(expected_, target.get_allocator());
+        for (auto& element : target) {
+            read(element);
+            static_cast<void>(go_on());
+        }
     }
 
     template <class Container>
@@ -511,11 +662,15 @@ public:
     std::string&& name() noexcept { return std::move(name_); }
 
     template <class T>
-    void read(T& member) const {
+    bool read(T& member) const {
+        if (source_.reader().notes_errors()) {
+            return source_.read_or_note(member);
+        }
         source_.read_part(member, nullptr);
+        return true;
     }
 
-    [[noreturn]] static void fail(const char*) { DocumentReader::give_up(); }
+    void report(const char* problem) const { source_.reader().report(source_.at(), problem); }
 
 private:
     const TextSource& source_;
@@ -528,27 +683,20 @@ inline TextElements TextSource::elements() const {
     return TextElements(*this);
 }
 
-inline TextElements TextSource::elements(std::size_t) const {
-    return TextElements(*this);
+inline TextElements TextSource::elements(std::size_t length) const {
+    return TextElements(*this, length);
 }
 
 inline TextObject TextSource::members() const {
     return TextObject(*this);
 }
 
-template <class T, class Class, class Type>
-const char* TextMemberReader<T, Class, Type>::read(DocumentReader& reader, const char* at,
-                                                   void* object, const void* base,
-                                                   const void* pointer) {
-    if constexpr (detail::require_changeable<Type>()) {
-        if (base != nullptr) {
-            const auto member = *static_cast<Type Class::*const*>(pointer);
-            base = std::addressof(static_cast<const T*>(base)->*member);
-        }
-        const TextSource source(reader, at, base);
-        detail::read_from(detail::member_of<T, Class, Type>(object, pointer), source);
-        return source.at();
-    }
+template <class T>
+const char* read_any(DocumentReader& reader, const char* at, void* target, const void* base,
+                     const void*) {
+    const TextSource source(reader, at, base);
+    detail::read_from(*static_cast<T*>(target), source);
+    return source.at();
 }
 
 } // namespace foundation::json::detail

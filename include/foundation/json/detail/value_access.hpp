@@ -5,6 +5,7 @@
 #ifndef FOUNDATION_JSON_DETAIL_VALUE_ACCESS_HPP
 #define FOUNDATION_JSON_DETAIL_VALUE_ACCESS_HPP
 
+#include <foundation/json/detail/refused.hpp>
 #include <foundation/json/export.hpp>
 #include <foundation/json/value.hpp>
 
@@ -64,10 +65,6 @@ inline int order_of(const Value& value) noexcept {
 /// @throws std::runtime_error "invalid conversion: <name of that order> to <target>"
 [[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void
 throw_invalid_conversion(int order, const char* target);
-
-/// Stands where a static_assert has refused a type, so that the compiler says nothing else. Nothing
-/// calls it, and there is no definition.
-[[noreturn]] void refused();
 
 } // namespace foundation::json::detail
 

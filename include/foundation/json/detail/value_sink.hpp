@@ -6,12 +6,16 @@
 #define FOUNDATION_JSON_DETAIL_VALUE_SINK_HPP
 
 #include <foundation/json/content.hpp>
+#include <foundation/json/detail/converters.hpp>
 #include <foundation/json/detail/location.hpp>
 #include <foundation/json/detail/member_arrays.hpp>
 #include <foundation/json/detail/start.hpp>
 #include <foundation/json/export.hpp>
 
 #include <cstddef>
+#include <exception>
+#include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -109,6 +113,29 @@ public:
     void write_members(const MemberTable& table, const WriteMember* writers, const void* object,
                        const Start& start) {
         detail::write_members(table, writers, object, target_, start, location_, defaults_);
+    }
+
+    template <class T>
+    void write_members_of(const T& object, const Start& start) {
+        write_members(member_table<T>,
+                      member_entries<T, WriteMember, MemberWriters<ValueSink>::Of>.entries,
+                      std::addressof(object), start);
+    }
+
+    /// Writes an object as an object of JSON with a further member.
+    template <class T>
+    void put_tagged(std::string_view member, std::string_view tag, const T& object) {
+        try {
+            const Location root{std::string_view()};
+            Defaults defaults;
+            ValueSink inner(target_, root, defaults);
+            Converter<T>::write(inner, object, detail::start_of_new<T>());
+            json::get<Object>(target_)[std::string(member)] = Value(std::string(tag));
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception&) {
+            fail_current();
+        }
     }
 
     [[noreturn]] void fail_enumerator(const std::string& number, const NameTable& names) {

@@ -9,6 +9,7 @@
 #include <foundation/json/detail/checks.hpp>
 #include <foundation/json/detail/location.hpp>
 #include <foundation/json/detail/member_arrays.hpp>
+#include <foundation/json/detail/sources.hpp>
 #include <foundation/json/export.hpp>
 #include <foundation/json/members.hpp>
 
@@ -16,26 +17,96 @@
 #include <exception>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace foundation::json::detail {
 
 // ---- What is compiled ----------------------------------------------------------------------
 
+class ErrorCollector;
+
 /// What one call of to() goes by.
+///
+/// Without a collector, the first error is thrown through all converters. With one, those that read
+/// members and elements catch it, note it and go on with the next; what they have read into is not
+/// complete then, and must not be looked at.
 struct Session {
     const ConvertOptions& options;
-    std::string key; // of the lookup under way, kept for its memory
+    std::string key; ///< of the lookup under way, kept for its memory
+    ErrorCollector* collector = nullptr;
+
+    /// How often errors have been noted.
+    std::size_t noted() const noexcept;
 };
+
+/// The errors of one call of to().
+class FOUNDATION_JSON_EXPORT ErrorCollector {
+public:
+    explicit ErrorCollector(const ConvertOptions& options) noexcept;
+    ErrorCollector(const ErrorCollector&) = delete;
+    ErrorCollector& operator=(const ErrorCollector&) = delete;
+    ~ErrorCollector();
+
+    /// Notes the errors of the ConversionError under way, and passes on any other exception.
+    /// @return whether there may be more of them
+    bool note_current();
+
+    /// How often errors have been noted.
+    std::size_t noted() const noexcept { return noted_; }
+
+    /// Throws all errors, of which there is one at least, and forgets them.
+    [[noreturn]] void fail();
+
+private:
+    struct Errors;
+    std::unique_ptr<Errors> errors_;
+    std::size_t max_errors_;
+    std::size_t noted_ = 0;
+};
+
+inline std::size_t Session::noted() const noexcept {
+    return collector != nullptr ? collector->noted() : 0;
+}
+
+/// As long as it lives, errors are thrown rather than noted.
+class Trial {
+public:
+    explicit Trial(Session& session) noexcept
+        : session_(session), collector_(std::exchange(session.collector, nullptr)) {}
+    Trial(const Trial&) = delete;
+    Trial& operator=(const Trial&) = delete;
+    ~Trial() { session_.collector = collector_; }
+
+private:
+    Session& session_;
+    ErrorCollector* const collector_;
+};
+
+/// Notes the errors of the ConversionError under way. Passes it on if errors are not collected, and
+/// any other exception; throws all errors if they are as many as allowed.
+[[FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void note_current(Session& session);
+
+/// Fails, or notes the error, as note_current() does.
+[[FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_EXPORT void
+report(const Location& location, const std::string& problem, Session& session);
 
 /// Reads a value into a member of an object.
 /// @param pointer  the address of the member's `Type Class::*`
 using ReadMember = void (*)(void* object, const void* pointer, const Value& value,
                             const Location& location, Session& session);
 
+/// Finds the members of an object that a table names.
+/// @param found   gets the address of each member that is there and not Undefined, by its number in
+///                the table; all null before
+/// @throws ConversionError  the value is no object, a required member is missing, or one is unknown
+FOUNDATION_JSON_EXPORT void find_members(const MemberTable& table, const Value** found,
+                                         const Value& value, const Location& location,
+                                         Session& session);
+
 /// Reads the members of an object, in the order of their table.
 /// @param found  room for as many addresses as there are members, all null
-/// @throws ConversionError  the value is no object, a required member is missing, or one is unknown
+/// @throws ConversionError  as find_members()
 FOUNDATION_JSON_EXPORT void read_members(const MemberTable& table, const ReadMember* readers,
                                          void* object, const Value** found, const Value& value,
                                          const Location& location, Session& session);
@@ -44,6 +115,14 @@ FOUNDATION_JSON_EXPORT void read_members(const MemberTable& table, const ReadMem
 /// @throws ConversionError  the value is no string, or no such name
 [[nodiscard]] FOUNDATION_JSON_EXPORT std::size_t
 find_enumerator(const NameTable& names, const Value& value, const Location& location);
+
+/// The number of the name that a member of an object is.
+/// @param rest  becomes the object without that member
+/// @throws ConversionError  the value is no object, or the member is missing or no such name
+[[nodiscard]] FOUNDATION_JSON_EXPORT std::size_t take_tag(std::string_view member,
+                                                          const NameTable& names,
+                                                          const Value& value,
+                                                          const Location& location, Value& rest);
 
 /// The content of type T, or an error at the location.
 template <class T>
@@ -59,16 +138,17 @@ inline bool is_nothing(const Value& value) noexcept {
     return json::kind_of(value) == Kind::null || json::kind_of(value) == Kind::undefined;
 }
 
-/// Reads an object of any convertible type. converters.hpp defines it.
-/// @param from  a source, or what source_of() makes one of: in registers, a call takes less time
-template <class T, class... From>
-void read_from(T& target, From&... from);
-
-/// Refuses, at compile time, to read into a member that is const.
-template <class Type>
-constexpr bool require_changeable() {
-    static_assert(!std::is_const_v<Type>, "a member that is const cannot be read into");
-    return !std::is_const_v<Type>;
+/// Reads an object, or notes why it cannot be read. @return whether it has been read
+template <class T>
+[[FOUNDATION_JSON_GNU(always_inline)]] inline bool
+read_or_note(T& target, const Value& value, const Location& location, Session& session) {
+    const std::size_t noted = session.noted();
+    try {
+        detail::read_from(target, value, location, session);
+    } catch (...) {
+        detail::note_current(session);
+    }
+    return session.noted() == noted;
 }
 
 /// The member of an object that is read into.
@@ -81,22 +161,6 @@ Type& member_of(void* object, const void* pointer) noexcept {
 
 // ---- The source ----------------------------------------------------------------------------
 
-// Every source has these members:
-//
-//     known_lengths         whether elements() has a size()
-//     read(target)          what a Value holds as it is: bool, std::string, Array, Object, Value
-//     read_number(target)
-//     enumerator(names)     the number of the name that is there
-//     read_nothing()        whether there is no value, but null
-//     read_members(object)  those of a class with a table
-//     elements()            those of an array, one after the other; elements(length) for so many
-//     members()             those of an object
-//     part<T>(part_of)      for an element of a T, the second argument of read() of its elements()
-//     read_present(target)  the content of a std::optional
-
-//
-// Where types are read, source_of(from...) gives it: one itself, or one of its parts.
-
 class ValueElements;
 class ValueMembers;
 
@@ -104,6 +168,9 @@ class ValueMembers;
 class ValueSource {
 public:
     static constexpr bool known_lengths = true;
+
+    template <class Container>
+    static constexpr bool reads_whole = false;
 
     ValueSource(const Value& value, const Location& location, Session& session) noexcept
         : value_(value), location_(location), session_(session) {}
@@ -128,6 +195,11 @@ public:
     }
 
     bool read_nothing() const noexcept { return detail::is_nothing(value_); }
+    void expect_nothing() const {
+        if (!read_nothing()) {
+            detail::fail_type(location_, value_, Kind::null);
+        }
+    }
 
     template <class T>
     void read_members(T& target) const;
@@ -142,9 +214,42 @@ public:
         return nullptr;
     }
 
+    template <class T>
+    void read_new(T& target) const {
+        detail::read_from(target, value_, location_, session_);
+    }
+
     template <class Optional>
     void read_present(Optional& target) const {
         detail::read_from(target.emplace(), value_, location_, session_);
+    }
+
+    template <class Use>
+    void use_again(const Use& use) const {
+        use(*this);
+    }
+
+    template <class Use>
+    void use_tagged(std::string_view member, const NameTable& names, const Use& use) const {
+        Value rest;
+        const std::size_t number = detail::take_tag(member, names, value_, location_, rest);
+        use(ValueSource(rest, location_, session_), number);
+    }
+
+    [[noreturn]] void fail(const std::string& problem) const { detail::fail(location_, problem); }
+    [[noreturn]] void fail_current() const { detail::fail_current(location_); }
+    std::string problem() const { return detail::problem_at(location_); }
+
+    /// As long as the result lives, errors are thrown rather than noted.
+    Trial trial() const { return Trial(session_); }
+
+    /// How often errors have been noted.
+    std::size_t noted() const noexcept { return session_.noted(); }
+    /// Fails if errors have been noted since then.
+    void fail_since(std::size_t noted) const {
+        if (session_.noted() != noted) {
+            session_.collector->fail();
+        }
     }
 
     const Value& value() const noexcept { return value_; }
@@ -176,14 +281,16 @@ public:
     /// Checks that there is no further one among these.
     void finish() const noexcept {}
 
+    /// @return whether it has been read; else the session has noted why not
     template <class T>
-    void read(T& element, const void* = nullptr) const {
-        const Location location(location_, index_);
-        detail::read_from(element, elements_[index_], location, session_);
+    bool read(T& element, const void* = nullptr) const {
+        return detail::read_or_note(element, elements_[index_], Location(location_, index_),
+                                    session_);
     }
 
-    [[noreturn]] void fail(const char* problem) const {
-        detail::fail(Location(location_, index_), problem);
+    /// Reports an error of the element.
+    void report(const char* problem) const {
+        detail::report(Location(location_, index_), problem, session_);
     }
 
 private:
@@ -214,14 +321,16 @@ public:
 
     const std::string& name() const noexcept { return present_->first; }
 
+    /// @return whether it has been read; else the session has noted why not
     template <class T>
-    void read(T& member) const {
-        const Location location(location_, name());
-        detail::read_from(member, present_->second, location, session_);
+    bool read(T& member) const {
+        return detail::read_or_note(member, present_->second, Location(location_, name()),
+                                    session_);
     }
 
-    [[noreturn]] void fail(const char* problem) const {
-        detail::fail(Location(location_, name()), problem);
+    /// Reports an error of the member.
+    void report(const char* problem) const {
+        detail::report(Location(location_, name()), problem, session_);
     }
 
 private:
@@ -235,16 +344,6 @@ private:
 inline ValueSource source_of(const Value& value, const Location& location,
                              Session& session) noexcept {
     return {value, location, session};
-}
-
-class TextSource;
-
-/// A source itself.
-inline const ValueSource& source_of(const ValueSource& source) noexcept {
-    return source;
-}
-inline const TextSource& source_of(const TextSource& source) noexcept {
-    return source;
 }
 
 inline ValueElements ValueSource::elements() const {
@@ -292,7 +391,11 @@ struct ValueMemberReader {
     struct Checked {
         static void read(void* object, const void* pointer, const Value& value,
                          const Location& location, Session& session) {
+            const std::size_t noted = session.noted();
             ValueMemberReader::read(object, pointer, value, location, session);
+            if (session.noted() != noted) {
+                return;
+            }
             const std::string sentence =
                 detail::sentence_of_member<T, Class, Type, Check>(object, pointer, location);
             if (!sentence.empty()) {
