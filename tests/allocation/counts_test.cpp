@@ -190,16 +190,18 @@ TEST(Allocations, OfLookingAtAnArrayAreNone) {
 // ---- Text ----------------------------------------------------------------------------------
 
 TEST(Allocations, OfFindingByAPointerAreOneForAllLongNames) {
-    const Value leaf = Object{{"a name of twenty bytes", 7}, {"b", 8}};
-    const Value root = Object{{"a name of more than 20", Array{Object{{"b", leaf}}}}};
+    const Value leaf = Object{{"a name of twenty-six bytes", 7}, {"b", 8}};
+    const Value root = Object{{"a name of more than 20 bytes", Array{Object{{"b", leaf}}}}};
     const Value* found = nullptr;
-    EXPECT_EQ(allocations_of([&] { found = find(root, "/a name of more than 20/0/b/b"); }), 1u);
-    EXPECT_EQ(found, &root["a name of more than 20"][0]["b"]["b"]);
+    EXPECT_EQ(allocations_of([&] { found = find(root, "/a name of more than 20 bytes/0/b/b"); }),
+              1u);
+    EXPECT_EQ(found, &root["a name of more than 20 bytes"][0]["b"]["b"]);
     EXPECT_EQ(allocations_of([&] {
-                  found = find(root, "/a name of more than 20/0/b/a name of twenty bytes");
+                  found =
+                      find(root, "/a name of more than 20 bytes/0/b/a name of twenty-six bytes");
               }),
               1u);
-    EXPECT_EQ(found, &root["a name of more than 20"][0]["b"]["a name of twenty bytes"]);
+    EXPECT_EQ(found, &root["a name of more than 20 bytes"][0]["b"]["a name of twenty-six bytes"]);
 }
 
 TEST(Allocations, OfTheTextOfANumberAreNoneExceptForALongResult) {
