@@ -1120,7 +1120,7 @@ TEST(Reader, MaxBytesGivesTheSameWhateverTheSizeOfPieces) {
         "[null, false , true, /* comment */ // more\n 1]",
         "/* 1234567890 */ [ 1 /* \xFF */ ]",
         "[1, /\x9D*123456]",
-        "[1, /",
+        "[1, / ",
         "{/1234567: 8}",
         "[                    1]",
         "[[[[[[[[[[[[[]]]]]]]]]]]]]",

@@ -3,6 +3,8 @@
 #include "support/temporary_folder.hpp"
 
 #include <foundation/json/read.hpp>
+#include <foundation/json/reader.hpp>
+#include <foundation/json/records.hpp>
 
 #include <gtest/gtest.h>
 
