@@ -1,6 +1,7 @@
 // The documents to measure with: those of a folder, or generated ones.
 #include "documents.hpp"
 
+#include "tasks/own_types.hpp"
 #include "tasks/statuses.hpp"
 
 #include <foundation/json/content.hpp>
@@ -390,11 +391,67 @@ const std::vector<Document>& parsed_documents() {
     return all;
 }
 
+namespace {
+
+/// A document of the folder, or if it does not have that, another.
+const Document& named_or(const char* name, const Document& other) {
+    const auto found = std::find_if(documents().begin(), documents().end(),
+                                    [name](const Document& d) { return d.name == name; });
+    return found != documents().end() ? *found : other;
+}
+
+void append_people(std::string& out, Sequence& sequence, std::size_t count) {
+    constexpr std::array<std::string_view, 4> tags{"alpha", "beta", "gamma", "delta"};
+    out += '[';
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string number = std::to_string(i);
+        out += i == 0 ? R"({"id": )" : R"(, {"id": )";
+        append_integer(out, 7919 * i);
+        out += R"(, "name": "Some Name )" + number + R"(", "email": "user)" + number;
+        out += R"(@example.org", "score": )";
+        append_integer(out, sequence.below(1000));
+        out += '.';
+        append_integer(out, 100'000 + sequence.below(900'000));
+        out += i % 2 == 0 ? R"(, "active": false, "tags": [)" : R"(, "active": true, "tags": [)";
+        for (std::size_t tag = 0; tag < i % 4; ++tag) {
+            out += tag == 0 ? "\"" : ", \"";
+            out += tags[(i + tag) % tags.size()];
+            out += '"';
+        }
+        out += R"(], "age": )";
+        append_integer(out, 18 + sequence.below(60));
+        out += '}';
+    }
+    out += ']';
+}
+
+} // namespace
+
+const Document& trade_document() {
+    static const Document message{"message",
+                                  R"({"type":"trade","seq":1763781000016,"price":101.25,"qty":300,)"
+                                  R"("last":false,"sym":"ACME.XNAS"})"};
+    return message;
+}
+
+const Document& people_document() {
+    static const Document people = generated("10,000 records", append_people, 10'000);
+    return people;
+}
+
+const Document& coordinates_document() {
+    static const Document other = generated_documents().back();
+    return named_or("canada", other);
+}
+
+const Document& catalogue_document() {
+    static const Document other = generated_documents()[1];
+    return named_or("citm_catalog", other);
+}
+
 const Document& status_document() {
     static const Document generated = generated_documents().front();
-    const auto found = std::find_if(documents().begin(), documents().end(),
-                                    [](const Document& d) { return d.name == "twitter"; });
-    return found != documents().end() ? *found : generated;
+    return named_or("twitter", generated);
 }
 
 std::string document_of_size(std::size_t bytes) {

@@ -4,6 +4,7 @@
 #include "tasks/conversion.hpp"
 #include "tasks/family.hpp"
 #include "tasks/messages.hpp"
+#include "tasks/own_types.hpp"
 #include "tasks/parsing.hpp"
 #include "tasks/patches.hpp"
 #include "tasks/reading.hpp"
@@ -29,6 +30,9 @@ const bool added = [] {
     bench::add_family<Contender>("arrays", bench::add_arrays<Contender>);
     bench::add_family<Contender>("objects", bench::add_objects<Contender>);
     bench::add_family<Contender>("conversion", bench::add_conversion<Contender>);
+    if constexpr (Contender::converts) {
+        bench::add_family<Contender>("own_types", bench::add_own_types<Contender>);
+    }
     bench::add_family<Contender>("patches", bench::add_patches<Contender>);
     bench::add_family<Contender>("details", bench::add_details<Contender>);
     bench::add_family<Contender>("growth", bench::add_growth<Contender>);

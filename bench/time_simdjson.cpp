@@ -2,6 +2,7 @@
 #include "contenders/simdjson.hpp"
 
 #include "tasks/family.hpp"
+#include "tasks/own_types.hpp"
 #include "tasks/parsing.hpp"
 #include "tasks/tokens.hpp"
 
@@ -12,6 +13,7 @@ const bool added = [] {
     bench::add_family<Contender>("parsing_in_used_heap",
                                  bench::add_parsing_in_used_heap<Contender>);
     bench::add_family<Contender>("tokens", bench::add_walks_over_tokens<Contender>);
+    bench::add_family<Contender>("own_types", bench::add_own_types<Contender>);
     return true;
 }();
 

@@ -4,6 +4,7 @@
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_BOOST_JSON_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_BOOST_JSON_HPP
 
+#include "tasks/own_types.hpp"
 #include "tasks/statuses.hpp"
 
 #include <boost/describe.hpp>
@@ -27,6 +28,20 @@ BOOST_DESCRIBE_STRUCT(Status, (),
                       (created_at, id, text, source, truncated, in_reply_to_status_id,
                        in_reply_to_screen_name, user, retweet_count, entities, lang))
 BOOST_DESCRIBE_STRUCT(Statuses, (), (statuses))
+
+BOOST_DESCRIBE_STRUCT(Trade, (), (type, seq, price, qty, last, sym))
+BOOST_DESCRIBE_STRUCT(Person, (), (id, name, email, score, active, tags, age))
+BOOST_DESCRIBE_STRUCT(ShortUser, (), (id, screen_name, followers_count))
+BOOST_DESCRIBE_STRUCT(ShortStatus, (), (id, text, created_at, retweet_count, user))
+BOOST_DESCRIBE_STRUCT(ShortStatuses, (), (statuses))
+BOOST_DESCRIBE_STRUCT(Geometry, (), (type, coordinates))
+BOOST_DESCRIBE_STRUCT(Feature, (), (type, geometry))
+BOOST_DESCRIBE_STRUCT(FeatureCollection, (), (type, features))
+BOOST_DESCRIBE_STRUCT(Price, (), (amount, audienceSubCategoryId, seatCategoryId))
+BOOST_DESCRIBE_STRUCT(Area, (), (areaId, blockIds))
+BOOST_DESCRIBE_STRUCT(SeatCategory, (), (areas, seatCategoryId))
+BOOST_DESCRIBE_STRUCT(Performance, (), (eventId, id, prices, seatCategories, start, venueCode))
+BOOST_DESCRIBE_STRUCT(Catalogue, (), (performances))
 
 /// The library's own conversion of such a struct refuses members that the struct does not have.
 template <class Struct,
@@ -125,6 +140,15 @@ struct Contender {
     }
     static Value from_statuses(const bench::Statuses& statuses) {
         return boost::json::value_from(statuses);
+    }
+
+    template <class T>
+    static T read_object(const std::string& text) {
+        return boost::json::value_to<T>(parse(text));
+    }
+    template <class T>
+    static std::string write_object(const T& object) {
+        return boost::json::serialize(boost::json::value_from(object));
     }
 };
 

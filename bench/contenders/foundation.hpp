@@ -7,6 +7,7 @@
 #define FOUNDATION_JSON_BENCH_CONTENDERS_FOUNDATION_HPP
 
 #include "documents.hpp"
+#include "tasks/own_types_tables.hpp"
 #include "tasks/records.hpp"
 #include "tasks/statuses.hpp"
 
@@ -379,6 +380,34 @@ struct Contender {
     static Value from_statuses(const bench::Statuses& statuses) {
         return foundation::json::from(statuses);
     }
+    /// Without a value between, but in an older revision.
+    template <class T>
+    static T read_object(const std::string& text) {
+#ifdef FOUNDATION_JSON_BENCH_READ
+        return foundation::json::read<T>(text);
+#else
+        return convert_object<T>(text);
+#endif
+    }
+    template <class T>
+    static std::string write_object(const T& object) {
+#ifdef FOUNDATION_JSON_BENCH_WRITE_TYPES
+        return foundation::json::write(object);
+#else
+        return write_object_by_value(object);
+#endif
+    }
+
+    /// Only for this library: by way of a value.
+    template <class T>
+    static T convert_object(const std::string& text) {
+        return foundation::json::to<T>(parse(text));
+    }
+    template <class T>
+    static std::string write_object_by_value(const T& object) {
+        return serialize(foundation::json::from(object));
+    }
+
     /// Only for this library: without a value between, but in an older revision.
     static bench::Statuses read_statuses(const std::string& text) {
 #ifdef FOUNDATION_JSON_BENCH_READ

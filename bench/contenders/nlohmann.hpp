@@ -4,6 +4,7 @@
 #define FOUNDATION_JSON_BENCH_CONTENDERS_NLOHMANN_HPP
 
 #include "documents.hpp"
+#include "tasks/own_types.hpp"
 #include "tasks/statuses.hpp"
 
 #include <nlohmann/json.hpp>
@@ -48,6 +49,21 @@ NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Status, created_at, id, text, source, truncat
                                    in_reply_to_status_id, in_reply_to_screen_name, user,
                                    retweet_count, entities, lang)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Statuses, statuses)
+
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Trade, type, seq, price, qty, last, sym)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Person, id, name, email, score, active, tags, age)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ShortUser, id, screen_name, followers_count)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ShortStatus, id, text, created_at, retweet_count, user)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ShortStatuses, statuses)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Geometry, type, coordinates)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Feature, type, geometry)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(FeatureCollection, type, features)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Price, amount, audienceSubCategoryId, seatCategoryId)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Area, areaId, blockIds)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SeatCategory, areas, seatCategoryId)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Performance, eventId, id, prices, seatCategories, start,
+                                   venueCode)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Catalogue, performances)
 
 } // namespace bench
 
@@ -166,6 +182,15 @@ struct Contender {
 
     static bench::Statuses to_statuses(const Value& value) { return value.get<bench::Statuses>(); }
     static Value from_statuses(const bench::Statuses& statuses) { return statuses; }
+
+    template <class T>
+    static T read_object(const std::string& text) {
+        return Value::parse(text).get<T>();
+    }
+    template <class T>
+    static std::string write_object(const T& object) {
+        return Value(object).dump();
+    }
 };
 
 } // namespace
