@@ -397,7 +397,7 @@ void read_rest(std::size_t next, const MemberTable& table, const ReadMember* rea
 
 void find_members(const MemberTable& table, const Value** found, const Value& value,
                   const Location& location, Session& session) {
-    const Object& source = content_at<Object>(value, location);
+    const auto& source = content_at<Object>(value, location);
     try {
         MemberFinder(table, source, found).find(location, session);
     } catch (const ConversionError&) {
@@ -438,9 +438,8 @@ std::size_t take_tag(std::string_view member, const NameTable& names, const Valu
         fail(location, missing(name));
     }
     const std::size_t number = find_enumerator(names, found->second, Location(location, name));
-    Object others(object);
-    others.erase(name);
-    rest = Value(std::move(others));
+    rest = value;
+    get<Object>(rest).erase(name);
     return number;
 }
 

@@ -103,7 +103,7 @@ void ValueCollector::element(std::size_t index) {
     if (index == 0) {
         begin(Array());
     }
-    Array& elements = get<Array>(*open_.back().value);
+    auto& elements = get<Array>(*open_.back().value);
     elements.emplace_back();
     next_ = &elements.back();
 }

@@ -321,7 +321,7 @@ TEST(SeveralErrors, AreFoundInValuesOfEveryType) {
         EXPECT_EQ(each.errors(each.text, options), expected) << each.text;
         // The first of them is what is found by default, and with 0.
         const std::string first = expected.substr(0, expected.find('\n'));
-        for (const std::size_t most : {0, 1}) {
+        for (const std::size_t most : {std::size_t{0}, std::size_t{1}}) {
             ConvertOptions single = options;
             single.max_errors = most;
             EXPECT_EQ(each.errors(each.text, single).substr(0, first.size()), first) << each.text;

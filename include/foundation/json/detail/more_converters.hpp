@@ -6,6 +6,7 @@
 #ifndef FOUNDATION_JSON_DETAIL_MORE_CONVERTERS_HPP
 #define FOUNDATION_JSON_DETAIL_MORE_CONVERTERS_HPP
 
+#include <foundation/json/detail/checks.hpp>
 #include <foundation/json/detail/converters.hpp>
 
 #include <exception>
