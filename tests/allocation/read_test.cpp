@@ -69,7 +69,7 @@ TEST(AllocationFailures, OfErrorsOfADocumentLeakNothing) {
 TEST(AllocationFailures, OfSeveralErrorsOfADocumentLeakNothing) {
     ReadOptions options;
     options.unknown_members = ConvertOptions::UnknownMembers::error;
-    for (const std::size_t most : {2, 20}) {
+    for (const std::size_t most : {2U, 20U}) {
         options.max_errors = most;
         fail_each_allocation_of<reads::Node>(
             R"({"nmae":"a","flags":{")" + long_text +

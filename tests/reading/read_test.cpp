@@ -173,7 +173,8 @@ TEST(Read, GivesTheNumbersOfArraysOfAnyLengthAndForm) {
     lenient.comments = true;
     lenient.trailing_commas = true;
     RandomTexts random(random_seed());
-    for (const std::size_t size : {0, 1, 2, 3, 7, 8, 9, 10, 63, 64, 65, 72, 73, 128, 129, 200}) {
+    for (const std::size_t size :
+         {0U, 1U, 2U, 3U, 7U, 8U, 9U, 10U, 63U, 64U, 65U, 72U, 73U, 128U, 129U, 200U}) {
         for (int i = 0; i != 60; ++i) {
             const std::size_t various = random.once_in(2) ? 3 : 8;
             const char* const separator = separators[random.below(random.once_in(4) ? 7 : 5)];
@@ -208,7 +209,7 @@ TEST(Read, TellsNamesByEachOfTheirBytes) {
     const auto numbers = [](const Named& named) {
         return std::vector<int>{named.a, named.b, named.c, named.d, named.e, named.f};
     };
-    for (const std::size_t behind : {0, 1100}) {
+    for (const std::size_t behind : {0U, 1100U}) {
         const std::string spaces(behind, ' ');
         EXPECT_THAT(numbers(read<Named>(document_of_names(names) + spaces)),
                     testing::ElementsAre(1, 2, 3, 4, 5, 6));
