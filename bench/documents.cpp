@@ -1,7 +1,6 @@
 // The documents to measure with: those of a folder, or generated ones.
 #include "documents.hpp"
 
-#include "tasks/own_types.hpp"
 #include "tasks/statuses.hpp"
 
 #include <foundation/json/content.hpp>

@@ -34,6 +34,13 @@ const std::vector<Document>& written_documents();
 /// order, a deep and indented "configuration", and arrays of "big integers".
 const std::vector<Document>& parsed_documents();
 
+/// Documents of the types in own_structs.hpp: the named one of the folder of documents, or a
+/// generated one.
+const Document& trade_document();
+const Document& people_document();
+const Document& coordinates_document();
+const Document& catalogue_document();
+
 /// A generated document of about that many bytes, with parts of all three kinds.
 std::string document_of_size(std::size_t bytes);
 

@@ -1,4 +1,5 @@
 // What documents hold of the structs of the caller: by this library's values.
+#include "documents.hpp"
 #include "tasks/own_types_tables.hpp"
 
 #include <foundation/json/parse.hpp>

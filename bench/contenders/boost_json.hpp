@@ -4,7 +4,7 @@
 #ifndef FOUNDATION_JSON_BENCH_CONTENDERS_BOOST_JSON_HPP
 #define FOUNDATION_JSON_BENCH_CONTENDERS_BOOST_JSON_HPP
 
-#include "tasks/own_types.hpp"
+#include "tasks/own_structs.hpp"
 #include "tasks/statuses.hpp"
 
 #include <boost/describe.hpp>

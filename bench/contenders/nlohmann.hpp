@@ -4,7 +4,7 @@
 #define FOUNDATION_JSON_BENCH_CONTENDERS_NLOHMANN_HPP
 
 #include "documents.hpp"
-#include "tasks/own_types.hpp"
+#include "tasks/own_structs.hpp"
 #include "tasks/statuses.hpp"
 
 #include <nlohmann/json.hpp>

@@ -5,7 +5,7 @@
 #define FOUNDATION_JSON_BENCH_CONTENDERS_SIMDJSON_HPP
 
 #include "documents.hpp"
-#include "tasks/own_types.hpp"
+#include "tasks/own_structs.hpp"
 
 #include <simdjson.h>
 

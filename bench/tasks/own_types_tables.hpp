@@ -3,7 +3,7 @@
 #ifndef FOUNDATION_JSON_BENCH_TASKS_OWN_TYPES_TABLES_HPP
 #define FOUNDATION_JSON_BENCH_TASKS_OWN_TYPES_TABLES_HPP
 
-#include "tasks/own_types.hpp"
+#include "tasks/own_structs.hpp"
 
 #include <foundation/json/convert.hpp>
 
