@@ -374,10 +374,10 @@ bool is_valid(const std::string& whole, bool has_point, const std::string& decim
            (!has_point || !decimals.empty());
 }
 
-std::string random_digits(std::mt19937_64& random, std::size_t count) {
+std::string random_digits(std::mt19937_64& random, std::uint64_t count) {
     std::string digits;
     const char same = static_cast<char>('0' + 9 * (random() % 2));
-    for (std::size_t i = 0; i != count; ++i) {
+    for (std::uint64_t i = 0; i != count; ++i) {
         digits += random() % 3 == 0 ? static_cast<char>('0' + random() % 10) : same;
     }
     return digits;
