@@ -24,9 +24,7 @@ Bytes special_bytes(const Bytes& bytes) noexcept {
 
 /// All bits of sixteen bytes, then none of sixteen more: from an index on, what keeps the first
 /// bytes of a block.
-constexpr struct KeepFirst {
-    char bytes[32];
-} keep_first{{-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1}};
+constexpr char keep_first[32] = "\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF";
 
 /// Sixteen bytes of text, which find the first byte of a class.
 template <class Bytes>
@@ -85,7 +83,7 @@ public:
     /// The number of sixteen digits that have these values, with zeros in place of all but the
     /// first ones.
     std::uint64_t decimal(std::size_t count) const noexcept {
-        return (bytes_ & Bytes(keep_first.bytes + size - count)).decimal();
+        return (bytes_ & Bytes(keep_first + size - count)).decimal();
     }
 
     bool is_ascii() const noexcept { return bytes_.is_ascii(); }
