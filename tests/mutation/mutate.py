@@ -85,8 +85,9 @@ def changed_literal(text, rng):
 def changed_number(text, rng):
     match = re.fullmatch(r"(0x[0-9A-Fa-f]+|[0-9]+)([uUlL]*)", text)
     if match:
-        value = int(match[1], 0) + rng.choice((1, -1))
-        return f"{value if value >= 0 else 1}{match[2]}"
+        octal = re.fullmatch("0[0-7]+", match[1])
+        value = abs(int(match[1], 8 if octal else 0) + rng.choice((1, -1)))
+        return f"{f'0{value:o}' if octal else value}{match[2]}"
     number = text.rstrip("fF")
     return f"{float(number) * 2 + 1!r}{text[len(number):]}"
 
@@ -390,6 +391,8 @@ def main():
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--count", type=int, default=190)
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
+    parser.add_argument("--check", action="store_true",
+                        help="build nothing: only see whether each explained line is in the sources")
     parser.add_argument("patterns", nargs="*")
     arguments = parser.parse_intermixed_args()
     root, jobs = arguments.root, arguments.jobs
@@ -398,6 +401,10 @@ def main():
         sys.exit(f"mutate: nothing to break in {' or '.join(arguments.patterns)}")
     explained = read_explanations(root / "tests" / "mutation" / "survivors.txt")
     stale = [k for k in explained if k[1] not in " ".join((root / k[0]).read_text().split())]
+    if arguments.check:
+        for file, before, _ in stale:
+            print(f"Explained, but no longer in {file}: {before}")
+        return 1 if stale else 0
 
     os.nice(10)
     project = Project(root)
