@@ -27,7 +27,9 @@ import subprocess
 import sys
 import time
 
-LIBRARIES = ("libfoundation_json.so.1.1.0", "libfoundation_json_parser.so.1.1.0")
+VERSION = re.search(r"VERSION ([0-9.]+)",
+                    (pathlib.Path(__file__).parents[2] / "CMakeLists.txt").read_text().split("project(")[1])[1]
+LIBRARIES = (f"libfoundation_json.so.{VERSION}", f"libfoundation_json_parser.so.{VERSION}")
 PUBLIC, INTERNAL, PARSER, ALLOCATION = (
     "foundation_json_tests", "foundation_json_internal_tests", "foundation_json_parser_tests",
     "foundation_json_allocation_tests",
@@ -307,7 +309,9 @@ class Worker:
 
     def link(self, name, replaced):
         words = [replaced.get(w, w) for w in self.project.link[name]]
-        words[words.index("-o") + 1] = self.folder / (name.removesuffix(".0.0") if name in LIBRARIES else name)
+        # A library's major version alone is in the name by which programs load it.
+        loaded = re.sub(r"(\.so\.[0-9]+).*", r"\1", name)
+        words[words.index("-o") + 1] = self.folder / loaded
         return run(words, self.project.base, 300) == 0
 
     def run_tests(self, program, libraries, which, seconds):
