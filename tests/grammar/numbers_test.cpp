@@ -147,6 +147,16 @@ TEST(ParserNumbers, AreTheSameWhereverTheyStand) {
     }
 }
 
+TEST(ParserNumbers, ZerosOfAnyLengthAreZeroWithTheirSign) {
+    for (std::size_t decimals = 1; decimals != 60; ++decimals) {
+        for (const char* exponent : {"", "e9"}) {
+            const std::string text = "0." + std::string(decimals, '0') + exponent;
+            EXPECT_TRUE(reads_as(text, 0.0)) << text;
+            EXPECT_TRUE(reads_as("-" + text, -0.0)) << text;
+        }
+    }
+}
+
 TEST(ParserNumbers, WholeNumbersBeyond64BitsAreTheNearestDouble) {
     EXPECT_EQ(parse("-9223372036854775809"), Value(-9223372036854775808.0));
     EXPECT_EQ(parse("18446744073709551617"), Value(18446744073709551616.0));
