@@ -157,6 +157,22 @@ TEST(ParserNumbers, ZerosOfAnyLengthAreZeroWithTheirSign) {
     }
 }
 
+// They are told by a product that wraps around; these have such products after as few rounds as a
+// text can lead to.
+TEST(ParserNumbers, MultiplesOfAPowerOfTwoAreNotMistaken) {
+    constexpr std::uint64_t power_of_5 = 152587890625; // 5^16, of which 2^64 has 120892581
+    std::uint64_t factor = std::uint64_t{120892581} * 5;
+    for (int found = 0; found != 100; ++factor) {
+        const std::uint64_t digits = factor * power_of_5;
+        if (digits % 10 == 0) {
+            ++found;
+            const std::string decimals = std::to_string(digits / 10);
+            const std::string text = "0." + std::string(15 - decimals.size(), '0') + decimals;
+            EXPECT_TRUE(reads_as(text, std::strtod(text.c_str(), nullptr))) << text;
+        }
+    }
+}
+
 TEST(ParserNumbers, WholeNumbersBeyond64BitsAreTheNearestDouble) {
     EXPECT_EQ(parse("-9223372036854775809"), Value(-9223372036854775808.0));
     EXPECT_EQ(parse("18446744073709551617"), Value(18446744073709551616.0));
