@@ -676,6 +676,9 @@ TEST(ParserErrors, ACommentThatDoesNotEndIsAnError) {
     expect_failure(
         {"/* \xFF */1", INVALID_UNICODE_ESCAPE, 3, 1, 4, "the text is not UTF-8: found byte 0xFF"},
         options);
+    expect_failure(
+        {"1/* 23,\x80", INVALID_UNICODE_ESCAPE, 7, 1, 8, "the text is not UTF-8: found byte 0x80"},
+        options);
 }
 
 TEST(ParserErrors, ANumberSignBeginsNoComment) {

@@ -452,17 +452,20 @@ private:
                expected_.find('\n') != std::string::npos;
     }
 
-    /// Whether a text has this value before its error, as 7/a.txt has 7.
+    /// Whether the text has this value before its error, as 7/a.txt has 7. The error may lie behind
+    /// up to three bytes of a character that is cut off, or within a comment.
     bool begins_with_value(const std::string& value) const {
         try {
             parse(text_, options_);
         } catch (const ParserException& error) {
-            // Behind the first bytes of a character that is cut off, or behind a whole one.
-            const std::size_t end = error.get_byte_position();
-            for (std::size_t cut = 0; cut <= std::min<std::size_t>(end, 3); ++cut) {
-                const std::string before = text_.substr(0, end - cut);
-                if (outcome_of([&] { return parse(before, options_); }) == value) {
-                    return true;
+            const std::size_t position = error.get_byte_position();
+            for (std::size_t end = position; end != 0; --end) {
+                if (position - end <= 3 || text_[end] == '/') {
+                    const std::string before =
+                        outcome_of([&] { return parse(text_.substr(0, end), options_); });
+                    if (!is_error(before)) {
+                        return before == value;
+                    }
                 }
             }
         }
