@@ -212,6 +212,19 @@ void DocumentCore::expect_length(std::size_t length) noexcept {
     lengths_[depth_ % depths] = static_cast<unsigned char>(std::min(length, most));
 }
 
+std::size_t DocumentCore::expect_more(const char* first, const char* at,
+                                      std::size_t count) const noexcept {
+    constexpr std::uint64_t parts = 256; // of a byte
+    const auto read = static_cast<std::uint64_t>(at - first);
+    const auto rest = static_cast<std::uint64_t>(cursor_.end() - at);
+    if (count == 0) {
+        return 0;
+    }
+    const std::uint64_t expected = rest * parts / (read * parts / count) + 1;
+    // A little too much costs less than to grow once more.
+    return static_cast<std::size_t>(expected + expected / 32);
+}
+
 /// Goes on behind an element or member.
 /// @param more  whether there is another one; if not, the container has been closed
 [[gnu::always_inline]] inline const char* DocumentCore::separate(const char* at, char close,
@@ -483,13 +496,14 @@ template <class T>
     if (!begin_container(at, '[', ']')) {
         return at;
     }
-    constexpr std::size_t most = 64;
-    T collected[most];
+    first_number_ = at;
+    has_long_room_ = false;
+    T collected[most_numbers];
     std::size_t count = 0;
     bool more = true;
     while (more) {
-        if (count == most) {
-            target.insert(target.end(), collected, collected + most);
+        if (count == most_numbers) {
+            add_numbers(collected, target, at);
             count = 0;
         }
         at = read_number(at, collected[count]);
@@ -502,15 +516,28 @@ template <class T>
     }
     // A loop takes less time for a few than a function that copies any number of bytes.
     constexpr std::size_t few = 8;
-    if (count > few) {
+    if (count > few || !target.empty()) {
         target.insert(target.end(), collected, collected + count);
+        if (has_long_room_) {
+            return_long_room(target);
+        }
         return at;
     }
-    target.reserve(target.size() + count);
+    target.reserve(count);
     for (std::size_t i = 0; i != count; ++i) {
         target.push_back(collected[i]);
     }
     return at;
+}
+
+/// @param at  where the element behind those begins
+template <class T>
+[[gnu::noinline]] void DocumentCore::add_numbers(const T (&numbers)[most_numbers],
+                                                 std::vector<T>& target, const char* at) {
+    target.insert(target.end(), numbers, numbers + most_numbers);
+    if (needs_long_room(target, most_numbers)) {
+        has_long_room_ = get_long_room(target, *this, first_number_, 0, at);
+    }
 }
 
 const char* DocumentCore::read(const char* at, std::vector<double>& target) {

@@ -78,12 +78,16 @@ public:
 
     Defaults& defaults() noexcept override { return defaults_; }
 
+    std::size_t expect_more(const char* first, const char* at,
+                            std::size_t count) const noexcept override;
+
 private:
     void throw_problem(const char*, std::string_view) override { give_up(); }
     void throw_current(const char*) override { throw; }
     void throw_noted() override { give_up(); }
 
     static constexpr std::int32_t unknown = -1;
+    static constexpr std::size_t most_numbers = 64; ///< that are collected for a vector
 
     /// A name that is expected in objects of a class.
     struct Step {
@@ -162,8 +166,10 @@ private:
     Behind<long long> read_signed_number(const char* at, long long least, long long most);
     template <class Content>
     const char* read_content(const char* at, Content& target);
-    template <class Number>
-    const char* read_numbers(const char* at, std::vector<Number>& target);
+    template <class T>
+    const char* read_numbers(const char* at, std::vector<T>& target);
+    template <class T>
+    void add_numbers(const T (&numbers)[most_numbers], std::vector<T>& target, const char* at);
     bool next_item(const char*& at, char close);
     const char* read_number(const char* at, double& target);
     const char* read_number(const char* at, int& target);
@@ -185,6 +191,8 @@ private:
 
     unsigned char indentation_[depths] = {}; ///< whitespace expected at each depth, in bytes
     unsigned char lengths_[depths] = {};     ///< of arrays expected at each depth
+    const char* first_number_ = nullptr;     ///< of the array of numbers that is read
+    bool has_long_room_ = false;             ///< whether that got it
     std::vector<std::unique_ptr<Shape>> shapes_;
     Defaults defaults_;
 };

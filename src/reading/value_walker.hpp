@@ -61,6 +61,10 @@ public:
 
     Defaults& defaults() noexcept override { return defaults_; }
 
+    std::size_t expect_more(const char*, const char*, std::size_t) const noexcept override {
+        return 0;
+    }
+
 private:
     void throw_problem(const char* at, std::string_view problem) override;
     void throw_current(const char* at) override;

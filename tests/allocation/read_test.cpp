@@ -4,9 +4,12 @@
 #include "support/read_types.hpp"
 
 #include <foundation/json/read.hpp>
+#include <foundation/json/write_types.hpp>
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -124,6 +127,159 @@ TEST(Allocations, OfReadingDoNotGrowWithWhatIsSkipped) {
     }
     text += '}';
     EXPECT_LT(peak_bytes_of([&] { static_cast<void>(read<reads::Leaf>(text)); }), 20000U);
+}
+
+// ---- Long vectors ----------------------------------------------------------------------------
+
+std::string array_text(const std::string& element, std::size_t count) {
+    std::string text = "[" + element;
+    for (std::size_t i = 1; i != count; ++i) {
+        text += "," + element;
+    }
+    return text + "]";
+}
+
+/// The most memory that is used while a vector of equal elements is read.
+template <class Vector>
+void check_memory_of(const std::string& element) {
+    SCOPED_TRACE(element);
+    for (std::size_t count = 600; count < 300000; count += count / 3) {
+        SCOPED_TRACE(count);
+        const std::string text = array_text(element, count);
+        Vector vector;
+        const std::size_t peak = peak_bytes_of([&] { vector = read<Vector>(text); });
+        ASSERT_EQ(vector.size(), count);
+        constexpr std::size_t size = sizeof(typename Vector::value_type);
+        constexpr std::size_t before_it_is_long = 32 * 1024;
+        EXPECT_LE(peak, count * size * 11 / 10 + before_it_is_long);
+        EXPECT_LE(vector.capacity() * size, count * size * 11 / 10 + before_it_is_long / 2);
+    }
+}
+
+TEST(Memory, OfReadingALongVectorIsALittleMoreThanItsOwn) {
+    check_memory_of<std::vector<double>>("1.25");
+    check_memory_of<std::vector<int>>("-12");
+    check_memory_of<std::vector<long long>>("1234567890123");
+    check_memory_of<std::vector<std::string>>(R"("short")");
+    check_memory_of<std::vector<std::optional<int>>>("null");
+    check_memory_of<std::vector<reads::Leaf>>(R"({"n/~": 1})");
+}
+
+template <class Vector>
+void check_memory_of_sequence() {
+    std::string text = "[0";
+    constexpr std::size_t count = 300000;
+    for (std::size_t i = 1; i != count; ++i) {
+        text += "," + std::to_string(i * i);
+    }
+    text += ']';
+    Vector vector;
+    const std::size_t peak = peak_bytes_of([&] { vector = read<Vector>(text); });
+    ASSERT_EQ(vector.size(), count);
+    EXPECT_LE(peak, count * sizeof(typename Vector::value_type) * 14 / 10);
+}
+
+// The first elements are shorter than most.
+TEST(Memory, OfReadingALongVectorIsEstimatedAgain) {
+    check_memory_of_sequence<std::vector<double>>();
+    check_memory_of_sequence<std::vector<unsigned long long>>();
+}
+
+template <class Vector>
+void check_what_is_kept(const std::string& element) {
+    SCOPED_TRACE(element);
+    constexpr std::size_t count = 30000;
+    const std::string array = array_text(element, count);
+    const std::string text = array + std::string(10 * array.size(), ' ');
+    Vector vector;
+    const std::size_t peak = peak_bytes_of([&] { vector = read<Vector>(text); });
+    ASSERT_EQ(vector.size(), count);
+    EXPECT_LE(vector.capacity(), count * 3 / 2);
+    EXPECT_LE(peak, 13 * count * sizeof(typename Vector::value_type));
+}
+
+// The rest of the text is not as expected: no elements, for which there was room.
+TEST(Memory, OfALongVectorThatEndsEarlyIsGivenBack) {
+    check_what_is_kept<std::vector<double>>("1.25");
+    check_what_is_kept<std::vector<long long>>("1234567890123");
+    check_what_is_kept<std::vector<std::string>>(R"("short")");
+}
+
+template <class Vector>
+void check_allocations_of(const std::string& text, std::size_t count, std::size_t own) {
+    SCOPED_TRACE(text.substr(0, 20));
+    Vector vector;
+    const std::size_t allocations = allocations_of([&] { vector = read<Vector>(text); });
+    EXPECT_EQ(vector.size(), count);
+    EXPECT_LE(allocations, own + 45);
+}
+
+// The rest of the text is not as expected: many more elements.
+TEST(Allocations, OfALongVectorGrowWithTheLogarithmOfItsLength) {
+    constexpr std::size_t few = 4000;
+    constexpr std::size_t many = 400000;
+    const auto text = [](const std::string& longer, const std::string& shorter) {
+        std::string result = array_text(longer, few);
+        result.back() = ',';
+        return result + array_text(shorter, many).substr(1);
+    };
+    const std::string zeros(1000, '0');
+    check_allocations_of<std::vector<double>>(text("1." + zeros, "2"), few + many, 0);
+    check_allocations_of<std::vector<long>>(text("1" + std::string(1000, ' '), "2"), few + many, 0);
+    check_allocations_of<std::vector<std::string>>(text('"' + zeros + '"', R"("")"), few + many,
+                                                   few);
+}
+
+TEST(Memory, OfAVectorThatIsUsedAgainIsKept) {
+    constexpr std::size_t much = 10000;
+    std::vector<std::vector<double>> vectors(2);
+    vectors[1].reserve(much);
+    read_into(vectors, '[' + array_text("1.25", 5000) + ',' + array_text("1.25", 100) + ']');
+    EXPECT_EQ(vectors[1].size(), 100U);
+    EXPECT_GE(vectors[1].capacity(), much);
+}
+
+// Room for more than the next element is worth an attempt only.
+TEST(AllocationFailures, OfRoomForALongVectorAreNoErrors) {
+    const auto check = [](auto expected) {
+        using Vector = decltype(expected);
+        const std::string text = write(expected);
+        bool failed = true;
+        std::size_t without_error = 0;
+        for (std::size_t n = 1; failed; ++n) {
+            Vector vector;
+            FailingAllocation failing(n, Failing::once);
+            try {
+                vector = read<Vector>(text);
+                without_error += failing.happened() ? 1 : 0;
+                EXPECT_EQ(vector, expected);
+            } catch (const std::bad_alloc&) {
+                EXPECT_TRUE(vector.empty());
+            }
+            failed = failing.happened();
+        }
+        EXPECT_GE(without_error, 1U);
+    };
+    check(std::vector<double>(5000, 1.25));
+    check(std::vector<long long>(5000, 123456789));
+}
+
+// Whether or not there is room, and whatever is in the vector before.
+TEST(Reading, LongVectorsAreWhatTheTextSays) {
+    std::vector<long long> expected;
+    for (int i = 0; i != 40000; ++i) {
+        expected.push_back(1LL << i % 50);
+    }
+    const std::string text = write(expected);
+    EXPECT_EQ(read<std::vector<long long>>(text), expected);
+    for (const std::size_t before : {1U, 2047U, 2048U, 3000U, 39999U, 40000U, 50000U}) {
+        std::vector<long long> vector(before, 7);
+        read_into(vector, text);
+        EXPECT_EQ(vector, expected);
+        read_into(vector, "[1]");
+        EXPECT_EQ(vector, std::vector<long long>{1});
+        EXPECT_GE(vector.capacity(), expected.size()) << "memory is used again";
+    }
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 #include <foundation/json/export.hpp>
 #include <foundation/json/fwd.hpp>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
@@ -174,6 +175,14 @@ public:
     [[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_PARSER_EXPORT void fail_noted();
     /// What is not as wanted, of a text.
     [[noreturn, FOUNDATION_JSON_GNU(cold)]] FOUNDATION_JSON_PARSER_EXPORT static void give_up();
+
+    /// How many elements more there may be in an array, if they are like those that were read; 0 if
+    /// that is not to be told.
+    /// @param first  where the first of those begins
+    /// @param at     where the next element begins
+    /// @param count  how many were read
+    [[nodiscard]] virtual std::size_t expect_more(const char* first, const char* at,
+                                                  std::size_t count) const noexcept = 0;
 
 protected:
     /// As fail() and fail_current(): compilers believe no virtual function that it does not return.
@@ -518,6 +527,57 @@ template <class Container>
 inline constexpr bool
     has_capacity<Container, std::void_t<decltype(std::declval<Container&>().reserve(0))>> = true;
 
+/// Whether a long vector has no room for `count` more elements.
+template <class T, class Allocator>
+bool needs_long_room(const std::vector<T, Allocator>& target, std::size_t count = 1) {
+    constexpr std::size_t least = std::size_t{0x3FFF} / sizeof(T) + 1; // in 16 KiB
+    return target.capacity() - target.size() < count && target.size() >= least;
+}
+
+/// Makes room in a long vector of unknown length.
+///
+/// One that doubles takes up to three times its memory as it grows. This one gets room for what the
+/// rest of the text seems to have, at first for a sixteenth of it: the more has been read, the
+/// better is the estimate, and the less is copied late. So memory is in proportion to the text.
+/// @param first   where the first of the elements that have been added begins
+/// @param before  how many elements there were before that one
+/// @param at      where the next element begins
+/// @return whether there is more room
+template <class T, class Allocator>
+[[FOUNDATION_JSON_GNU(noinline)]] bool
+get_long_room(std::vector<T, Allocator>& target, const DocumentReader& reader, const char* first,
+              std::size_t before, const char* at) {
+    const std::size_t size = target.size();
+    const std::size_t more = reader.expect_more(first, at, size - before);
+    if (more == 0) {
+        return false;
+    }
+    const std::size_t part = (size + more) / 16;
+    try {
+        target.reserve(std::max(part > size ? part : size + more, size + size / 4));
+        return true;
+    } catch (...) {
+        return false; // it grows by itself
+    }
+}
+
+/// Gives back what has been far too much.
+template <class T, class Allocator>
+void return_long_room(std::vector<T, Allocator>& target) {
+    if (target.capacity() - target.size() > target.size() / 2) {
+        target.shrink_to_fit();
+    }
+}
+
+/// Whether a failed attempt to get room leaves the elements as they are.
+template <class Container>
+inline constexpr bool may_get_long_room = false;
+template <class T, class Allocator>
+inline constexpr bool may_get_long_room<std::vector<T, Allocator>> =
+    std::is_nothrow_move_constructible_v<T>;
+template <class Allocator>
+inline constexpr bool may_get_long_room<std::vector<bool, Allocator>> = false;
+
 /// The elements of an array.
 class TextElements {
 public:
@@ -615,8 +675,24 @@ private:
 
     template <class Container>
     void read_more(Container& target, bool more) const {
-        for (; more; more = go_on()) {
-            read(target.emplace_back());
+        if constexpr (may_get_long_room<Container>) {
+            const char* const first = source_.at();
+            const std::size_t before = target.size();
+            bool has_room = false;
+            for (; more; more = go_on()) {
+                if (detail::needs_long_room(target)) {
+                    has_room = detail::get_long_room(target, source_.reader(), first, before,
+                                                     source_.at());
+                }
+                read(target.emplace_back());
+            }
+            if (has_room) {
+                detail::return_long_room(target);
+            }
+        } else {
+            for (; more; more = go_on()) {
+                read(target.emplace_back());
+            }
         }
     }
 
