@@ -13,6 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -108,6 +109,45 @@ TEST(Read, GivesWhatConversionOfTheParsedValueGivesForRandomTexts) {
         }
     }
     EXPECT_GT(successes, texts / 6);
+}
+
+/// An array of elements, each of another length.
+std::string long_array(const std::string& quote, std::size_t length) {
+    std::string result = "[";
+    for (std::size_t i = 0; i != length; ++i) {
+        result += (i == 0 ? "" : ", ") + quote + std::to_string(i * i % 65537) + quote;
+    }
+    return result + ']';
+}
+
+// Vectors get their room by an estimate from the rest of the text.
+TEST(Read, GivesWhatConversionOfTheParsedValueGivesForLongArrays) {
+    for (const std::size_t length : {1000U, 2049U, 5000U, 30000U}) {
+        const std::string numbers = long_array("", length);
+        const std::string strings = long_array("\"", length);
+        const std::string members[] = {
+            R"("ints":)" + numbers, R"("doubles":)" + numbers, R"("strings":)" + strings,
+            R"("lists":[)" + numbers + ",[]," + long_array("", 100) + "," + numbers + "]"};
+        std::string all;
+        for (const std::string& member : members) {
+            all += (all.empty() ? "" : ",") + member;
+            std::string bad = member;
+            bad.insert(bad.rfind(']'), ",{}");
+            for (const std::string& text :
+                 {'{' + member + '}',
+                  '{' + member + R"(,"nothing":[)" + std::string(99999, ' ') + "]}", '{' + member,
+                  '{' + bad + '}', '{' + all + '}'}) {
+                for (const std::size_t other : {1U, 3000U, 40000U}) {
+                    const std::string before = R"({"ints":)" + long_array("", other) +
+                                               R"(,"lists":[)" + long_array("", other) + "]}";
+                    const reads::Outcomes outcomes =
+                        reads::outcomes_of<reads::Containers>(text, {}, before);
+                    ASSERT_TRUE(outcomes.read == outcomes.converted) << text.substr(0, 80);
+                    ASSERT_TRUE(outcomes.read_again == outcomes.converted) << text.substr(0, 80);
+                }
+            }
+        }
+    }
 }
 
 TEST(Read, ReadsNoByteBeyondTheText) {

@@ -12,7 +12,6 @@
 #include <foundation/json/export.hpp>
 #include <foundation/json/fwd.hpp>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
@@ -552,9 +551,13 @@ get_long_room(std::vector<T, Allocator>& target, const DocumentReader& reader, c
     if (more == 0) {
         return false;
     }
-    const std::size_t part = (size + more) / 16;
+    const std::size_t least = size + size / 4;
+    std::size_t room = size + more;
+    if (room / 16 > size) {
+        room /= 16;
+    }
     try {
-        target.reserve(std::max(part > size ? part : size + more, size + size / 4));
+        target.reserve(room < least ? least : room);
         return true;
     } catch (...) {
         return false; // it grows by itself
