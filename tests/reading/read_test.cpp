@@ -122,7 +122,7 @@ std::string long_array(const std::string& quote, std::size_t length) {
 
 // Vectors get their room by an estimate from the rest of the text.
 TEST(Read, GivesWhatConversionOfTheParsedValueGivesForLongArrays) {
-    for (const std::size_t length : {1000U, 2049U, 5000U, 30000U}) {
+    for (const std::size_t length : {1000U, 2049U, 9000U}) {
         const std::string numbers = long_array("", length);
         const std::string strings = long_array("\"", length);
         const std::string members[] = {
@@ -137,7 +137,7 @@ TEST(Read, GivesWhatConversionOfTheParsedValueGivesForLongArrays) {
                  {'{' + member + '}',
                   '{' + member + R"(,"nothing":[)" + std::string(99999, ' ') + "]}", '{' + member,
                   '{' + bad + '}', '{' + all + '}'}) {
-                for (const std::size_t other : {1U, 3000U, 40000U}) {
+                for (const std::size_t other : {1U, 10000U}) {
                     const std::string before = R"({"ints":)" + long_array("", other) +
                                                R"(,"lists":[)" + long_array("", other) + "]}";
                     const reads::Outcomes outcomes =
