@@ -208,8 +208,7 @@ FOUNDATION_JSON_PARSER_EXPORT std::string shown_name(const std::filesystem::path
 ///             containers; recursion as deep as the nesting of T. Besides the memory of the object,
 ///             that of up to 256 names for each class; where a Value is needed, also that of the
 ///             Value. A long vector gets room for as many elements as the rest of the text would
-///             have if it were like the part before, and keeps room for at most half as many again
-///             as it has.
+///             have if it were like the part before, and gives back what is far too much.
 template <class T>
 [[nodiscard]] T read(std::string_view text, const ReadOptions& options = {}) {
     if constexpr (detail::require_readable<T>()) {
